@@ -1,0 +1,36 @@
+#include "Factory.hpp"
+
+#include <vexa/client/Client.hpp>
+
+#include <stdexcept>
+
+namespace vexa::client {
+
+namespace {
+
+/// One factory serves all: it has no state. Never destroyed, since handles may outlive any static object.
+data::impl::ArrayFactoryImpl* sharedFactory() {
+    static Factory& factory = *new Factory;
+    factory.retain();
+    return &factory;
+}
+
+/// Runs when the library is loaded. Another back-end that came first keeps the place, and loading still succeeds.
+const bool registeredOnLoad = [] {
+    try {
+        return registerBackEnd();
+    } catch (const std::logic_error&) {
+        return false;
+    }
+}();
+
+} // namespace
+
+bool registerBackEnd() { return data::impl::ArrayFactoryImpl::registerClientFactoryFunction(&sharedFactory); }
+
+const char* InvalidBufferException::what() const noexcept {
+    return "The buffer cannot be the storage of this Array";
+}
+InvalidBufferException::~InvalidBufferException() = default;
+
+} // namespace vexa::client

@@ -1,0 +1,80 @@
+#include "Factory.hpp"
+
+#include "CellArray.hpp"
+#include "DenseArray.hpp"
+
+#include <vexa/client/Client.hpp>
+
+#include <complex>
+#include <utility>
+
+namespace vexa::client {
+
+namespace fv = foundation::vexadata;
+using data::impl::ArrayImpl;
+
+namespace {
+
+template <class T>
+struct ElementTag {
+    using type = T;
+};
+
+/// Calls `make` with the element type of a primitive kind.
+/// @throws E for other kinds
+template <class E, class F>
+auto forPrimitive(fv::ArrayType type, F make) {
+    switch (type) {
+#define VEXADATA_ELEMENT(T)                                                                                  \
+    case fv::detail::arrayTypeOf<T>:                                                                         \
+        return make(ElementTag<T>());
+#include <foundation/vexadata/PrimitiveTypes.inc>
+    default:
+        fv::detail::raise<E>();
+    }
+}
+
+} // namespace
+
+Factory::~Factory() = default;
+
+ArrayImpl* Factory::createArrayImpl(fv::ArrayType type, Dimensions dimensions) {
+    if (type == fv::ArrayType::CELL) {
+        return new CellArray(std::move(dimensions));
+    }
+    return forPrimitive<fv::InvalidArrayTypeException>(type, [&](auto tag) -> ArrayImpl* {
+        return DenseArray<typename decltype(tag)::type>::zeros(std::move(dimensions));
+    });
+}
+
+ArrayImpl* Factory::createArrayWithDataImpl(fv::ArrayType type, Dimensions dimensions, const void* data,
+                                            std::size_t count) {
+    return forPrimitive<fv::InvalidArrayTypeException>(type, [&](auto tag) -> ArrayImpl* {
+        return DenseArray<typename decltype(tag)::type>::withData(std::move(dimensions), data, count);
+    });
+}
+
+void Factory::createBufferImpl(void*& data, void (*&deleter)(void*), fv::ArrayType type, std::size_t count) {
+    data = forPrimitive<fv::MustBePrimitiveTypeException>(
+        type, [&](auto tag) { return allocateZeros(count, sizeof(typename decltype(tag)::type)); });
+    deleter = &freeElements;
+}
+
+void Factory::createUntypedBufferImpl(void*& data, void (*&deleter)(void*), std::size_t count) {
+    data = allocateZeros(count, 1);
+    deleter = &freeElements;
+}
+
+ArrayImpl* Factory::createArrayFromBufferImpl(Dimensions dimensions, fv::ArrayType type, Buffer<void> buffer,
+                                              MemoryLayout layout) {
+    const bool known = layout == MemoryLayout::COLUMN_MAJOR || layout == MemoryLayout::ROW_MAJOR;
+    if (!known || (buffer == nullptr && elementCount(dimensions) != 0)) {
+        throw InvalidBufferException();
+    }
+    return forPrimitive<fv::MustBePrimitiveTypeException>(type, [&](auto tag) -> ArrayImpl* {
+        return DenseArray<typename decltype(tag)::type>::adopt(std::move(dimensions), std::move(buffer),
+                                                               layout);
+    });
+}
+
+} // namespace vexa::client

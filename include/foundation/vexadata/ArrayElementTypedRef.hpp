@@ -1,0 +1,83 @@
+// Handles to elements of typed arrays.
+#pragma once
+
+#include <foundation/vexadata/ElementPosition.hpp>
+
+#include <cstddef>
+#include <memory>
+#include <utility>
+
+namespace foundation::vexadata {
+
+namespace detail {
+
+/// Comparisons that arithmetic elements get by conversion and complex ones have to be given.
+template <class Ref, class T, bool enabled>
+struct ComplexComparison {};
+template <class Ref, class T>
+struct ComplexComparison<Ref, T, true> {
+    friend bool operator==(const Ref& a, const T& b) { return static_cast<T>(a) == b; }
+    friend bool operator==(const T& a, const Ref& b) { return a == static_cast<T>(b); }
+    friend bool operator==(const Ref& a, const Ref& b) { return static_cast<T>(a) == static_cast<T>(b); }
+    friend bool operator!=(const Ref& a, const T& b) { return !(a == b); }
+    friend bool operator!=(const T& a, const Ref& b) { return !(a == b); }
+    friend bool operator!=(const Ref& a, const Ref& b) { return !(a == b); }
+};
+
+} // namespace detail
+
+/// What `TypedArray<T>::operator[]` returns: an element, or a row of them that wants more indices. Reads and writes go to
+/// the array at the moment of conversion or assignment; bounds are tested then. Further `[]` append indices: on a named
+/// handle they give a new one and leave it as it is. Valid while the array handle that it came from lives, is not
+/// reassigned and is not made private by a later write. Holds its indices in place. Not synchronised.
+template <class T, bool isConst>
+class ArrayElementTypedRef
+    : public detail::ComplexComparison<ArrayElementTypedRef<T, isConst>, T, detail::isComplexElement<T>> {
+public:
+    explicit ArrayElementTypedRef(detail::ElementPosition position) noexcept
+        : position_(std::move(position)) {}
+    /// Adopts the chain of an element that is known already.
+    explicit ArrayElementTypedRef(std::shared_ptr<detail::ReferenceImpl> chain) noexcept
+        : position_(std::move(chain)) {}
+    ArrayElementTypedRef(const ArrayElementTypedRef&) = default;
+    ArrayElementTypedRef(ArrayElementTypedRef&&) noexcept = default;
+    ~ArrayElementTypedRef() = default;
+
+    /// Appends an index.
+    /// @throws StringIndexMustBeLastException, CantIndexIntoEmptyArrayException, TooManyIndicesProvidedException
+    [[gnu::always_inline]] ArrayElementTypedRef operator[](std::size_t index) && {
+        position_.append(index);
+        return std::move(*this);
+    }
+    ArrayElementTypedRef operator[](std::size_t index) const& {
+        ArrayElementTypedRef longer(*this);
+        longer.position_.append(index);
+        return longer;
+    }
+
+    /// Reads the element.
+    /// @throws NotEnoughIndicesProvidedException, EArrayIndexOutOfRange
+    [[gnu::always_inline]] operator T() const { return position_.template value<T>(); }
+
+    /// Writes the element.
+    /// @throws NotEnoughIndicesProvidedException, EArrayIndexOutOfRange; errors of the back-end
+    [[gnu::always_inline]] ArrayElementTypedRef& operator=(const T& value) {
+        static_assert(!isConst, "this reference is read-only: its array is const");
+        position_.template setValue<T>(value);
+        return *this;
+    }
+    /// Writes the other element's value; never makes this handle refer elsewhere.
+    ArrayElementTypedRef& operator=(const ArrayElementTypedRef& other) {
+        return *this = static_cast<T>(other);
+    }
+    template <bool otherIsConst>
+    ArrayElementTypedRef& operator=(const ArrayElementTypedRef<T, otherIsConst>& other) {
+        return *this = static_cast<T>(other);
+    }
+
+private:
+    friend struct detail::Access;
+    detail::ElementPosition position_;
+};
+
+} // namespace foundation::vexadata

@@ -1,0 +1,120 @@
+// The index chain of an element handle, held in place. An element access through it allocates nothing; a shared chain is
+// made only when something needs one.
+#pragma once
+
+#include <foundation/vexadata/ReferenceFunctions.hpp>
+#include <vexa/data/detail/IndexRules.hpp>
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace foundation::vexadata::detail {
+
+/// Either up to three indices into an array, or a shared chain. Follows the rules of the shared chain in the same order,
+/// and asks the back-end for the same operations. The array is borrowed and never counted: a position is valid while
+/// its array lives. Not synchronised.
+///
+/// The short functions are forced inline: only when a compiler sees a whole access at once does it drop the chain, which
+/// is never there, and keep the indices in registers.
+class ElementPosition {
+public:
+    [[gnu::always_inline]] ElementPosition(ArrayImpl* array, std::size_t index)
+        : array_(array), dimensions_(&array->getDimensions()), layout_(array->getMemoryLayout()) {
+        appendInPlace(index);
+    }
+
+    explicit ElementPosition(std::shared_ptr<ReferenceImpl> chain) noexcept : chain_(std::move(chain)) {}
+
+    /// Appends an index. A shared chain that others hold is copied before.
+    /// @throws StringIndexMustBeLastException, CantIndexIntoEmptyArrayException, TooManyIndicesProvidedException
+    [[gnu::always_inline]] void append(std::size_t index) {
+        if (chain_ == nullptr && count_ < capacity) {
+            appendInPlace(index);
+        } else {
+            appendToChain(index);
+        }
+    }
+
+    ArrayImpl* array() const { return chain_ == nullptr ? array_ : chain_->getArrayImpl(); }
+
+    [[gnu::always_inline]] void prepareForWrite() const {
+        if (chain_ == nullptr) {
+            array_->unshare();
+        } else {
+            chain_->prepareForWrite();
+        }
+    }
+
+    const std::string& fieldName() const noexcept {
+        return chain_ == nullptr ? noFieldName : chain_->stringIndex();
+    }
+
+    /// @throws NotEnoughIndicesProvidedException, EArrayIndexOutOfRange
+    [[gnu::always_inline]] std::size_t linearIndex() const {
+        return chain_ == nullptr ? linearIndexInPlace() : chain_->getLinearIndex();
+    }
+
+    /// Value of the element, which must be one of an array of `T`.
+    template <class T>
+    [[gnu::always_inline]] T value() const {
+        auto* array = static_cast<TypedArrayImpl<T>*>(this->array());
+        const std::size_t index = linearIndex();
+        return *array->getElementAddress(index, fieldName(), false);
+    }
+
+    /// Writes the element, which must be one of an array of `T`.
+    template <class T>
+    [[gnu::always_inline]] void setValue(T value) const {
+        auto* array = static_cast<TypedArrayImpl<T>*>(this->array());
+        prepareForWrite();
+        const std::size_t index = linearIndex();
+        array->setElementValue(index, fieldName(), value);
+    }
+
+    /// The shared chain; made at the first call, and the position stays with it from then on.
+    VEXADATA_API std::shared_ptr<ReferenceImpl>& chain() const;
+
+private:
+    static constexpr std::uint32_t capacity = 3;
+
+    [[gnu::always_inline]] void appendInPlace(std::size_t index) {
+        vexa::data::detail::checkAppend(*dimensions_, count_, index);
+        indices_[count_++] = index;
+    }
+    VEXADATA_API void appendToChain(std::size_t index);
+
+    [[gnu::always_inline]] std::size_t linearIndexInPlace() const {
+        if (dimensions_->size() == 2) {
+            if (count_ == 1) {
+                spread();
+            }
+            if (layout_ == vexa::data::MemoryLayout::COLUMN_MAJOR) {
+                return vexa::data::detail::rules::inMatrix(*dimensions_, indices_[0], indices_[1]);
+            }
+        } else if (count_ < dimensions_->size()) {
+            raise<NotEnoughIndicesProvidedException>();
+        }
+        return positionOf(*dimensions_, indices_[0], indices_[1], indices_[2], layout_);
+    }
+    /// For up to three dimensions. Out of line and by value: a caller's indices need no address.
+    VEXADATA_API static std::size_t positionOf(const std::vector<std::size_t>& dimensions, std::size_t first,
+                                               std::size_t second, std::size_t third,
+                                               vexa::data::MemoryLayout layout);
+    /// The rewrite stays, as in a shared chain, so that a further index follows the spread ones.
+    [[gnu::always_inline]] void spread() const {
+        vexa::data::detail::spreadSingleIndex(*dimensions_, indices_);
+        count_ = 2;
+    }
+
+    ArrayImpl* array_ = nullptr;
+    const std::vector<std::size_t>* dimensions_ = nullptr;
+    vexa::data::MemoryLayout layout_ = vexa::data::MemoryLayout::COLUMN_MAJOR;
+    mutable std::uint32_t count_ = 0;
+    mutable std::uint64_t indices_[capacity] = {0, 0, 0};
+    mutable std::shared_ptr<ReferenceImpl> chain_;
+};
+
+} // namespace foundation::vexadata::detail

@@ -1,0 +1,138 @@
+// Named references: element handles that were checked when they were formed and can be kept.
+#pragma once
+
+#include <foundation/vexadata/ArrayElementRef.hpp>
+#include <foundation/vexadata/ArrayElementTypedRef.hpp>
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace foundation::vexadata {
+
+/// Adopts a chain handed out by a back-end, with the one reference that it carries. Null gives an empty holder.
+class ReferenceHolder {
+public:
+    /// @throws std::bad_alloc after dropping the reference
+    explicit ReferenceHolder(detail::ReferenceImpl* chain) : chain_(detail::Access::createSharedPtr(chain)) {}
+
+    const std::shared_ptr<detail::ReferenceImpl>& chain() const noexcept { return chain_; }
+
+private:
+    std::shared_ptr<detail::ReferenceImpl> chain_;
+};
+
+/// Queries about the array that an element holds, answered without copying it. The element is resolved at the first
+/// query. Every query throws NotEnoughIndicesProvidedException when the element holds no array or lacks indices, and
+/// EArrayIndexOutOfRange.
+class VEXADATA_API ArrayReferenceExt {
+public:
+    explicit ArrayReferenceExt(std::shared_ptr<detail::ReferenceImpl> chain) noexcept
+        : chain_(std::move(chain)) {}
+
+    ArrayType getType() const;
+    std::vector<std::size_t> getDimensions() const;
+    std::size_t getNumberOfElements() const;
+    bool isEmpty() const;
+    std::uint64_t getArrayID() const;
+
+    /// The chain of the element.
+    const std::shared_ptr<detail::ReferenceImpl>& chain() const noexcept { return chain_; }
+
+protected:
+    std::shared_ptr<detail::ReferenceImpl> chain_;
+};
+
+/// A writable element of a primitive array. Valid while the array handle that it came from lives, is not reassigned and is
+/// not made private by a later write.
+template <class T>
+class Reference : public detail::ComplexComparison<Reference<T>, T, detail::isComplexElement<T>> {
+public:
+    /// Takes over a chain that is known to be complete.
+    explicit Reference(std::shared_ptr<detail::ReferenceImpl> chain) noexcept : chain_(std::move(chain)) {}
+    /// @throws NotEnoughIndicesProvidedException, EArrayIndexOutOfRange
+    Reference(const ArrayElementTypedRef<T, false>& element)
+        : Reference(detail::Access::position(element).chain()) {
+        detail::validateReference<T>(chain_, true);
+    }
+    /// @throws TypeMismatchException when the array is not one of elements `T`; index errors
+    Reference(const ArrayElementRef<false>& element) : Reference(detail::Access::position(element).chain()) {
+        if (!detail::acceptsType<T>(chain_->getArrayImpl()->getType())) {
+            detail::raise<TypeMismatchException>();
+        }
+        detail::validateReference<T>(chain_, true);
+    }
+    Reference(const Reference&) = default;
+    Reference(Reference&&) noexcept = default;
+    ~Reference() = default;
+
+    /// Reads the element.
+    operator T() const { return detail::getValue<T>(chain_); }
+
+    /// Writes the element.
+    Reference& operator=(const T& value) {
+        detail::setTypedElement<T>(chain_, value);
+        return *this;
+    }
+    /// Writes the other element's value; never makes this reference refer elsewhere.
+    Reference& operator=(const Reference& other) { return *this = static_cast<T>(other); }
+
+    /// The chain of the element.
+    const std::shared_ptr<detail::ReferenceImpl>& chain() const noexcept { return chain_; }
+
+private:
+    std::shared_ptr<detail::ReferenceImpl> chain_;
+};
+
+/// An element that holds an array: a cell or a field. May be formed with fewer indices than the array has dimensions; the
+/// first use then fails.
+template <>
+class VEXADATA_API Reference<Array> : public ArrayReferenceExt {
+public:
+    explicit Reference(std::shared_ptr<detail::ReferenceImpl> chain) noexcept
+        : ArrayReferenceExt(std::move(chain)) {}
+    Reference(const ArrayElementRef<false>& element)
+        : ArrayReferenceExt(detail::Access::position(element).chain()) {}
+    Reference(const Reference&) = default;
+    Reference(Reference&&) noexcept = default;
+    ~Reference() = default;
+
+    /// Stores an array, shared with the handle until one of them is written.
+    /// @throws CantAssignArrayToThisArrayException when elements hold no arrays; index errors
+    Reference& operator=(const Array& array);
+    /// Stores the array that the other element holds; never makes this reference refer elsewhere.
+    /// @throws TypeMismatchException when the other element holds none
+    Reference& operator=(const Reference& other);
+
+    /// An element of the array held, one level deeper. The writable form makes everything on the way private.
+    /// @throws index errors of either level
+    ArrayElementRef<false> operator[](std::size_t index) {
+        return ArrayElementRef<false>(detail::createReferenceWithIndex<false>(chain_, index));
+    }
+    ArrayElementRef<true> operator[](std::size_t index) const {
+        return ArrayElementRef<true>(detail::createConstReferenceWithIndex(chain_, index));
+    }
+};
+
+namespace detail {
+
+/// The chain of any reference.
+template <class T>
+const std::shared_ptr<ReferenceImpl>& chainOf(const Reference<T>& reference) {
+    return reference.chain();
+}
+template <bool isConst>
+const std::shared_ptr<ReferenceImpl>& chainOf(const ArrayElementRef<isConst>& element) {
+    return Access::position(element).chain();
+}
+template <class T, bool isConst>
+const std::shared_ptr<ReferenceImpl>& chainOf(const ArrayElementTypedRef<T, isConst>& element) {
+    return Access::position(element).chain();
+}
+
+} // namespace detail
+
+} // namespace foundation::vexadata

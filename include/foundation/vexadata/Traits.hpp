@@ -1,0 +1,132 @@
+// What is known about element types at compile time.
+#pragma once
+
+#include <foundation/vexadata/ArrayType.hpp>
+#include <foundation/vexadata/Forward.hpp>
+
+#include <complex>
+#include <cstdint>
+#include <string>
+#include <type_traits>
+
+namespace vexa::data {
+
+/// Element type of the array that is made for a value of type `T`: `T` itself for element types.
+template <class T>
+struct GetReturnType {
+    using type = T;
+};
+// This platform's 64-bit integers are `long`; `long long` is another type of the same width.
+template <>
+struct GetReturnType<long long> {
+    using type = std::int64_t;
+};
+template <>
+struct GetReturnType<unsigned long long> {
+    using type = std::uint64_t;
+};
+template <>
+struct GetReturnType<char> {
+    using type = char16_t;
+};
+
+} // namespace vexa::data
+
+namespace foundation::vexadata {
+
+/// A text that may be missing: the element of string arrays.
+using String = vexa::data::optional<std::u16string>;
+
+namespace detail {
+
+/// The kind of the arrays with elements of type `T`; UNKNOWN for a type that is no element type.
+template <class T>
+inline constexpr ArrayType arrayTypeOf = ArrayType::UNKNOWN;
+template <>
+inline constexpr ArrayType arrayTypeOf<bool> = ArrayType::LOGICAL;
+template <>
+inline constexpr ArrayType arrayTypeOf<char16_t> = ArrayType::CHAR;
+template <>
+inline constexpr ArrayType arrayTypeOf<String> = ArrayType::STRING;
+template <>
+inline constexpr ArrayType arrayTypeOf<double> = ArrayType::DOUBLE;
+template <>
+inline constexpr ArrayType arrayTypeOf<float> = ArrayType::SINGLE;
+template <>
+inline constexpr ArrayType arrayTypeOf<std::int8_t> = ArrayType::INT8;
+template <>
+inline constexpr ArrayType arrayTypeOf<std::uint8_t> = ArrayType::UINT8;
+template <>
+inline constexpr ArrayType arrayTypeOf<std::int16_t> = ArrayType::INT16;
+template <>
+inline constexpr ArrayType arrayTypeOf<std::uint16_t> = ArrayType::UINT16;
+template <>
+inline constexpr ArrayType arrayTypeOf<std::int32_t> = ArrayType::INT32;
+template <>
+inline constexpr ArrayType arrayTypeOf<std::uint32_t> = ArrayType::UINT32;
+template <>
+inline constexpr ArrayType arrayTypeOf<std::int64_t> = ArrayType::INT64;
+template <>
+inline constexpr ArrayType arrayTypeOf<std::uint64_t> = ArrayType::UINT64;
+template <>
+inline constexpr ArrayType arrayTypeOf<Array> = ArrayType::CELL;
+template <>
+inline constexpr ArrayType arrayTypeOf<StructElement> = ArrayType::STRUCT;
+template <>
+inline constexpr ArrayType arrayTypeOf<ValueObject> = ArrayType::VALUE_OBJECT;
+template <>
+inline constexpr ArrayType arrayTypeOf<HandleObjectRef> = ArrayType::HANDLE_OBJECT_REF;
+template <>
+inline constexpr ArrayType arrayTypeOf<Enumeration> = ArrayType::ENUM;
+
+/// Complex kinds repeat the order of the real ones ten further on.
+template <class T>
+inline constexpr ArrayType arrayTypeOf<std::complex<T>> =
+    static_cast<ArrayType>(static_cast<std::int32_t>(arrayTypeOf<T>) + 10);
+
+template <class T>
+inline constexpr bool isElementType = arrayTypeOf<T> != ArrayType::UNKNOWN;
+
+template <class T>
+inline constexpr bool isPrimitiveElement = isPrimitive(arrayTypeOf<T>);
+
+template <class T>
+inline constexpr bool isComplexElement = false;
+template <class T>
+inline constexpr bool isComplexElement<std::complex<T>> = true;
+
+/// True when an array of kind `type` can be handled as one of elements `T`. The three object kinds are one here.
+template <class T>
+constexpr bool acceptsType(ArrayType type) noexcept {
+    if constexpr (std::is_same_v<T, ValueObject> || std::is_same_v<T, HandleObjectRef>) {
+        return static_cast<std::uint32_t>(type) - 26U < 3U;
+    } else {
+        return type == arrayTypeOf<T>;
+    }
+}
+
+/// The handle that `operator[]` of an array of `T` returns.
+template <class T, bool isConst>
+struct ElementRef {
+    using type = ArrayElementTypedRef<T, isConst>;
+};
+template <bool isConst>
+struct ElementRef<Array, isConst> {
+    using type = ArrayElementRef<isConst>;
+};
+template <class T, bool isConst>
+using ElementRefOf = typename ElementRef<T, isConst>::type;
+
+/// True for every kind of reference to an element. Array handles are constructed and assigned from these.
+template <class T>
+inline constexpr bool isReference = false;
+template <class T>
+inline constexpr bool isReference<Reference<T>> = true;
+template <bool isConst>
+inline constexpr bool isReference<ArrayElementRef<isConst>> = true;
+template <class T, bool isConst>
+inline constexpr bool isReference<ArrayElementTypedRef<T, isConst>> = true;
+
+} // namespace detail
+
+} // namespace foundation::vexadata

@@ -1,0 +1,9 @@
+// Everything a client needs.
+#pragma once
+
+#include <foundation/vexadata/Array.hpp>
+#include <foundation/vexadata/ArrayFactory.hpp>
+#include <foundation/vexadata/ArrayView.hpp>
+#include <foundation/vexadata/BufferAccess.hpp>
+#include <foundation/vexadata/Exception.hpp>
+#include <foundation/vexadata/TypedArray.hpp>

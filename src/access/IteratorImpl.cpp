@@ -1,0 +1,9 @@
+#include <vexa/data/detail/IteratorImpl.hpp>
+
+namespace vexa::data::detail {
+
+IteratorImpl::~IteratorImpl() = default;
+void IteratorImpl::reservedOp9() {}
+void IteratorImpl::reservedOp12() {}
+
+} // namespace vexa::data::detail

@@ -1,0 +1,84 @@
+#include <foundation/vexadata/ArrayFactory.hpp>
+
+#include <limits>
+
+namespace foundation::vexadata {
+
+using vexa::data::impl::ArrayFactoryImpl;
+using vexa::data::impl::ArrayImpl;
+using UntypedBuffer = std::unique_ptr<void, void (*)(void*)>;
+
+namespace {
+
+/// One entry n becomes n by 1, unchecked; otherwise the product must fit in 64 bits. The walk is in order: after a zero
+/// nothing overflows any more, deliberately.
+std::vector<std::size_t> normalised(std::vector<std::size_t> dims) {
+    if (dims.size() == 1) {
+        dims.push_back(1);
+        return dims;
+    }
+    std::size_t product = 1;
+    for (const std::size_t extent : dims) {
+        if (extent != 0 && product > std::numeric_limits<std::size_t>::max() / extent) {
+            detail::raise<NumberOfElementsExceedsMaximumException>();
+        }
+        product *= extent;
+    }
+    return dims;
+}
+
+} // namespace
+
+ArrayFactory::ArrayFactory()
+    : impl_(detail::Access::createSharedPtr(ArrayFactoryImpl::getDefaultFactory())) {}
+ArrayFactory::ArrayFactory(std::shared_ptr<ArrayFactoryImpl> impl) noexcept : impl_(std::move(impl)) {}
+ArrayFactory::ArrayFactory(const ArrayFactory&) noexcept = default;
+ArrayFactory::ArrayFactory(ArrayFactory&&) noexcept = default;
+ArrayFactory& ArrayFactory::operator=(const ArrayFactory&) noexcept = default;
+ArrayFactory& ArrayFactory::operator=(ArrayFactory&&) noexcept = default;
+ArrayFactory::~ArrayFactory() = default;
+
+Array ArrayFactory::createArray(ArrayType type, std::vector<std::size_t> dims) {
+    return Array(zeros(type, std::move(dims)));
+}
+
+UntypedBuffer ArrayFactory::createBuffer(ArrayType type, std::size_t count) {
+    detail::typeIsPrimitive(type);
+    return typedBuffer(type, count);
+}
+
+UntypedBuffer ArrayFactory::createBuffer(std::size_t count) {
+    void* data = nullptr;
+    void (*deleter)(void*) = nullptr;
+    impl_->createUntypedBufferImpl(data, deleter, count);
+    return UntypedBuffer(data, deleter);
+}
+
+Array ArrayFactory::createArrayFromBuffer(std::vector<std::size_t> dims, ArrayType type, UntypedBuffer buffer,
+                                          vexa::data::MemoryLayout layout) {
+    return Array(fromBuffer(std::move(dims), type, std::move(buffer), layout));
+}
+
+ArrayImpl* ArrayFactory::zeros(ArrayType type, std::vector<std::size_t> dims) {
+    return impl_->createArrayImpl(type, normalised(std::move(dims)));
+}
+
+ArrayImpl* ArrayFactory::withData(ArrayType type, std::vector<std::size_t> dims, const void* data,
+                                  std::size_t count) {
+    return impl_->createArrayWithDataImpl(type, normalised(std::move(dims)), data, count);
+}
+
+ArrayImpl* ArrayFactory::fromBuffer(std::vector<std::size_t> dims, ArrayType type, UntypedBuffer buffer,
+                                    vexa::data::MemoryLayout layout) {
+    auto checked = normalised(std::move(dims));
+    return impl_->createArrayFromBufferImpl(std::move(checked), type, std::move(buffer), layout);
+}
+
+UntypedBuffer ArrayFactory::typedBuffer(ArrayType type, std::size_t count) {
+    void* data = nullptr;
+    void (*deleter)(void*) = nullptr;
+    impl_->createBufferImpl(data, deleter, type, count);
+    return UntypedBuffer(data, deleter);
+}
+
+} // namespace foundation::vexadata

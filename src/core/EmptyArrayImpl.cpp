@@ -1,0 +1,41 @@
+#include <foundation/vexadata/Access.hpp>
+#include <vexa/data/impl/EmptyArrayImpl.hpp>
+
+// The bare `throw;` of the operations that no well-formed caller asks of an empty array is deliberate: with nothing in
+// flight it ends the process at the place of the mistake.
+
+namespace vexa::data::impl {
+
+EmptyArrayImpl::EmptyArrayImpl() noexcept = default;
+EmptyArrayImpl::~EmptyArrayImpl() = default;
+
+const std::shared_ptr<ArrayImpl>& EmptyArrayImpl::processWide() noexcept {
+    // Never destroyed: handles with static storage may outlive anything that would be.
+    static const auto& empty = *new std::shared_ptr<ArrayImpl>(
+        foundation::vexadata::detail::Access::createSharedPtr<ArrayImpl>(new EmptyArrayImpl));
+    return empty;
+}
+
+ArrayImpl* EmptyArrayImpl::sharedCopy() const { return new EmptyArrayImpl; }
+detail::IteratorImpl* EmptyArrayImpl::beginIterator(void*, bool) { throw; }
+detail::IteratorImpl* EmptyArrayImpl::endIterator(void*, bool) { throw; }
+ArrayType EmptyArrayImpl::getType() const { return ArrayType::UNKNOWN; }
+MemoryLayout EmptyArrayImpl::getMemoryLayout() const { return MemoryLayout::NONE; }
+detail::ReferenceImpl* EmptyArrayImpl::createElementReference(std::size_t, const std::string&, bool) {
+    throw;
+}
+const std::vector<std::size_t>& EmptyArrayImpl::getDimensions() const {
+    static const auto& zeroByZero = *new std::vector<std::size_t>{0, 0}; // never destroyed, as above
+    return zeroByZero;
+}
+std::size_t EmptyArrayImpl::getNumberOfElements() const { return 0; }
+const std::size_t* EmptyArrayImpl::getJc() const { throw; }
+const std::size_t* EmptyArrayImpl::getIr() const { throw; }
+std::size_t EmptyArrayImpl::getRows() const { throw; }
+std::size_t EmptyArrayImpl::getCols() const { throw; }
+bool EmptyArrayImpl::isEmpty() const { return true; }
+std::uint64_t EmptyArrayImpl::getArrayID() const { return 0; }
+void EmptyArrayImpl::unshare() {}
+bool EmptyArrayImpl::isEqual(const ArrayImpl*) const { return true; }
+
+} // namespace vexa::data::impl

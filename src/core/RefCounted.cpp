@@ -1,0 +1,7 @@
+#include <vexa/data/detail/RefCounted.hpp>
+
+namespace vexa::data::detail {
+
+RefCounted::~RefCounted() = default;
+
+} // namespace vexa::data::detail

@@ -1,0 +1,89 @@
+#include "Cell.hpp"
+
+#include "Column.hpp"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <initializer_list>
+#include <limits>
+#include <string>
+
+namespace {
+
+using namespace vexa::inspect;
+
+constexpr double infinity = std::numeric_limits<double>::infinity();
+
+double numberIn(const char* text, bool decimalComma = false) {
+    const Cell cell = parseCell(text, decimalComma);
+    EXPECT_EQ(cell.kind, CellKind::number) << text;
+    return cell.value;
+}
+
+TEST(Cell, numbers) {
+    EXPECT_EQ(numberIn("-12.5"), -12.5);
+    EXPECT_EQ(numberIn(" +7\t"), 7);
+    EXPECT_EQ(numberIn(".5"), 0.5);
+    EXPECT_EQ(numberIn("1E3"), 1000);
+    EXPECT_EQ(numberIn("0.1"), 0.1);
+    EXPECT_EQ(numberIn("1e400"), infinity);
+    EXPECT_EQ(numberIn("-1e400"), -infinity);
+    EXPECT_EQ(numberIn("1e-400"), 0);
+    EXPECT_EQ(numberIn("-Inf"), -infinity);
+    EXPECT_EQ(numberIn("-0,25e1", true), -2.5);
+}
+
+TEST(Cell, textThatLooksLikeNumbers) {
+    for (const char* text :
+         {"0x10", "1,5", "1 2", "1e", "-", "+", ".", "+-1", "++1", "12%", "2012-01-01", "1_0", "t"})
+        EXPECT_EQ(parseCell(text, false).kind, CellKind::text) << text;
+    for (const char* text : {"1.234,5", "1,2,3", ",", "1,5x"})
+        EXPECT_EQ(parseCell(text, true).kind, CellKind::text) << text;
+}
+
+TEST(Cell, missingAndLogical) {
+    for (const char* text : {"", "  ", "NA", "n/a", "#N/A", "NaN", "-nan", "NULL"})
+        EXPECT_EQ(parseCell(text, false).kind, CellKind::missing) << text;
+    for (const char* text : {"nah", "nil", "N", "none"})
+        EXPECT_FALSE(isMissing(text)) << text;
+    EXPECT_EQ(parseCell("TRUE", false).value, 1);
+    EXPECT_EQ(parseCell("False", false).kind, CellKind::logical);
+}
+
+Column::Kind kindOf(std::initializer_list<const char*> cells, bool decimalComma = false) {
+    MemoryBudget budget(1'000'000);
+    Column column("x", decimalComma, budget);
+    for (const char* cell : cells)
+        column.add(cell);
+    return column.kind();
+}
+
+TEST(Column, kindFollowsFromAllCells) {
+    EXPECT_EQ(kindOf({"", "NA"}), Column::Kind::undecided);
+    EXPECT_EQ(kindOf({"", "true", "false"}), Column::Kind::logical);
+    EXPECT_EQ(kindOf({"1", "", "2"}), Column::Kind::number);
+    EXPECT_EQ(kindOf({"true", "1"}), Column::Kind::text);
+    EXPECT_EQ(kindOf({"1", "true"}), Column::Kind::text);
+    EXPECT_EQ(kindOf({"1,5", "2", "2.5"}, true), Column::Kind::text);
+    EXPECT_EQ(kindOf({"1,5", "2", "3,5"}, true), Column::Kind::number);
+}
+
+TEST(Column, lateWordFreesTheNumbers) {
+    MemoryBudget budget(8'000'000);
+    Column first("first", false, budget);
+    for (int k = 0; k < 500'000; ++k)
+        first.add(k == 7 ? "" : "1.5");
+    EXPECT_EQ(first.values().size(), 500'000U);
+    first.add("word");
+    first.add("NA");
+    EXPECT_EQ(first.kind(), Column::Kind::text);
+    EXPECT_EQ(first.missing(), 2U);
+
+    Column second("second", false, budget);
+    for (int k = 0; k < 500'000; ++k)
+        second.add("2");
+    EXPECT_EQ(second.values().data()[499'999], 2);
+}
+
+} // namespace

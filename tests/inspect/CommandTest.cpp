@@ -1,0 +1,174 @@
+// The command as people run it.
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+namespace {
+
+using namespace std::string_literals;
+
+struct Outcome {
+    int status;
+    std::string out;
+    std::string err;
+};
+
+class Command : public testing::Test {
+protected:
+    void SetUp() override {
+        std::string pattern = (std::filesystem::temp_directory_path() / "vexa-inspect-XXXXXX").string();
+        ASSERT_NE(::mkdtemp(pattern.data()), nullptr);
+        folder_ = pattern;
+    }
+    void TearDown() override { std::filesystem::remove_all(folder_); }
+
+    void write(const std::string& name, const std::string& text) const {
+        std::ofstream(folder_ / name, std::ios::binary) << text;
+    }
+
+    /// Runs the command in the folder, after the shell words `before`, with the shell words `arguments`.
+    Outcome run(const std::string& arguments, const std::string& before = "") const {
+        const std::string line = "cd '" + folder_.string() + "' && { " + before +
+                                 " '" VEXA_INSPECT_COMMAND "' " + arguments + "; } >out 2>err";
+        const int status = std::system(line.c_str());
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contents("out"), contents("err")};
+    }
+
+    /// Expects a complaint, in one line, and nothing else.
+    void expectComplaint(const std::string& arguments, const std::string& complaint) const {
+        const Outcome outcome = run(arguments);
+        EXPECT_EQ(outcome.status, 2) << arguments;
+        EXPECT_EQ(outcome.out, "") << arguments;
+        EXPECT_EQ(outcome.err, "vexa-inspect: " + complaint + "\n");
+    }
+
+    std::filesystem::path folder_;
+
+private:
+    std::string contents(const char* name) const {
+        std::ifstream file(folder_ / name, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+};
+
+constexpr const char* pairTable = //
+    "name  type    dimensions  missing  minimum  median  mean  maximum  distribution\n"
+    "a     double         2x1        0        1       2     2        3  █ █\n";
+
+TEST_F(Command, describesEveryKindOfColumn) {
+    write("all.csv", "\xEF\xBB\xBF"
+                     "size,größe,wet,maybe,none,day,,size\r\n"
+                     "1,0.5,true,TRUE,,2012-01-01,\"a,\r\nb\",1\r\n"
+                     "2,NA,false,,NA,2012-01-02,x,1\r\n"
+                     "4,-1e400,true,false,null,NA,y,1\r\n"
+                     "\r\n");
+    const Outcome outcome = run("all.csv");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.out,
+              "name        type     dimensions  missing  minimum  median      mean  maximum  distribution\n"
+              "size        double          3x1        0        1       2   2.33333        4  ██ █\n"
+              "größe       double          3x1        1     -inf    -inf      -inf      0.5  █\n"
+              "wet         logical         3x1        0        0       1  0.666667        1  ▄█\n"
+              "maybe       double          3x1        1        0     0.5       0.5        1  ██\n"
+              "none        double          3x1        3        -       -         -        -\n"
+              "day         text            3x1        1        -       -         -        -\n"
+              "(column 7)  text            3x1        0        -       -         -        -\n"
+              "size        double          3x1        0        1       1         1        1  █\n");
+}
+
+TEST_F(Command, sampleDataAgreesWithASpreadsheet) {
+    const Outcome outcome = run("'" VEXADATA_SAMPLE_DATA "/seattle-weather.csv'");
+    EXPECT_EQ(outcome.out,
+              "name           type    dimensions  missing  minimum  median     mean  maximum  distribution\n"
+              "date           text        1461x1        0        -       -        -        -\n"
+              "precipitation  double      1461x1        0        0       0  3.02943     55.9  █▁▁▁▁▁▁▁▁▁▁▁\n"
+              "temp_max       double      1461x1        0     -1.6    15.6  16.4391     35.6  ▁▂▄███▇▆▆▄▂▁\n"
+              "temp_min       double      1461x1        0     -7.1     8.3  8.23477     18.3  ▁▁▂▄▆▆████▆▂\n"
+              "wind           double      1461x1        0      0.4       3  3.24114      9.5  ▂▅██▅▄▃▂▁▁▁▁\n"
+              "weather        text        1461x1        0        -       -        -        -\n");
+}
+
+TEST_F(Command, delimitersAndStandardInput) {
+    write("semicolon.csv", "a\n1\n3\n");
+    EXPECT_EQ(run("semicolon.csv").out, pairTable);
+    EXPECT_EQ(run("-", "printf 'a\\n1\\n3' |").out, pairTable);
+    EXPECT_NE(run("-", "printf 'a,b' |").out.find("\nb     double         0x1        0"), std::string::npos);
+
+    write("semicolon.csv", "a;b\n1,5;x\n3,5;y\n");
+    EXPECT_NE(run("semicolon.csv").out.find("      1.5     2.5   2.5      3.5"), std::string::npos);
+    EXPECT_NE(run("-d comma -- semicolon.csv").err.find("semicolon.csv:2: expected 1 cell"),
+              std::string::npos);
+    write("tab.csv", "a\tb\n1,5\tx\n");
+    EXPECT_NE(run("tab.csv").out.find("a     text         1x1"), std::string::npos);
+}
+
+TEST_F(Command, badFileIsNamedAndTheOthersAreDescribed) {
+    write("good.csv", "a\n1\n3\n");
+    write("ragged.csv", "a,b\n1\n");
+    const Outcome outcome = run("good.csv ragged.csv none.csv good.csv");
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.out, "good.csv: 2 rows, 1 variable\n"s + pairTable + //
+                               "\ngood.csv: 2 rows, 1 variable\n" + pairTable);
+    EXPECT_EQ(outcome.err, "vexa-inspect: ragged.csv:2: expected 2 cells as in the header, found 1\n"
+                           "vexa-inspect: none.csv: cannot open: No such file or directory\n");
+}
+
+TEST_F(Command, badInputGetsOneLine) {
+    write("empty.csv", "");
+    write("mark.csv", "\xEF\xBB\xBF");
+    write("wide.csv", "\xFF\xFE"s + "a\0"s);
+    write("quote.csv", "a,b\n1,\"2\n");
+    write("new\nline.csv", "a,b\n1\n");
+    expectComplaint("empty.csv", "empty.csv:1: the file is empty; expected a header line");
+    expectComplaint("mark.csv", "mark.csv:1: no header line; expected the names of the columns");
+    expectComplaint("wide.csv", "wide.csv:1: the text is UTF-16; expected UTF-8");
+    expectComplaint(
+        "quote.csv",
+        "quote.csv:2: column 2: unbalanced quote: the quoted cell that begins here is never closed");
+    expectComplaint("\"$(printf 'new\\nline.csv')\"",
+                    "new␊line.csv:2: expected 2 cells as in the header, found 1");
+    expectComplaint(".", ".: cannot read: Is a directory");
+    expectComplaint("- </dev/null", "standard input:1: the file is empty; expected a header line");
+    expectComplaint("/proc/self/mem", "/proc/self/mem: cannot read: Input/output error");
+}
+
+TEST_F(Command, fileOverMemory) {
+    std::string text = "a,b\n";
+    for (int k = 0; k < 10'000; ++k)
+        text += "1,x\n";
+    write("large.csv", text);
+    EXPECT_EQ(run("--max-memory 200kB large.csv").status, 0);
+    const Outcome outcome = run("--max-memory 100kB large.csv");
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_NE(outcome.err.find(": the columns need more than 100 kB of memory (see --max-memory)\n"),
+              std::string::npos);
+    EXPECT_EQ(outcome.err.find("vexa-inspect: large.csv:"), 0U);
+}
+
+TEST_F(Command, usage) {
+    EXPECT_EQ(run("--version").out, "vexa-inspect " VEXADATA_VERSION "\n");
+    EXPECT_EQ(run("--help").status, 0);
+    expectComplaint("", "FILE is required (see vexa-inspect --help)");
+    expectComplaint("--frob", "The following argument was not expected: --frob (see vexa-inspect --help)");
+    expectComplaint("-d pipe x", "--delimiter: pipe not in {comma,semicolon,tab} (see vexa-inspect --help)");
+}
+
+TEST_F(Command, closedPipeAndFullDisk) {
+    write("good.csv", "a\n1\n3\n");
+    const Outcome closed = run("good.csv | true", "trap '' PIPE;");
+    EXPECT_EQ(closed.err, "");
+    if (!std::filesystem::exists("/dev/full")) return;
+    const Outcome full = run("good.csv >/dev/full");
+    EXPECT_EQ(full.status, 2);
+    EXPECT_EQ(full.err, "vexa-inspect: cannot write: No space left on device\n");
+}
+
+} // namespace
