@@ -14,23 +14,36 @@ namespace vexa::client {
 
 using data::MemoryLayout;
 
+/// Element-wise equality of floating-point runs: NaN differs from itself, zeros of either sign are equal. Sixteen bytes at
+/// a time in blocks without an early exit; left to themselves, compilers do this one element at a time.
+template <class T>
+bool equalFloats(const T* a, const T* b, std::size_t count) {
+    using Lanes [[gnu::vector_size(16), gnu::aligned(alignof(T)), gnu::may_alias]] = T;
+    constexpr std::size_t lanes = sizeof(Lanes) / sizeof(T);
+    constexpr std::size_t vectors = 8;
+    std::size_t k = 0;
+    for (; k + vectors * lanes <= count; k += vectors * lanes) {
+        const auto* left = reinterpret_cast<const Lanes*>(a + k);
+        const auto* right = reinterpret_cast<const Lanes*>(b + k);
+        auto differ = left[0] != right[0];
+        for (std::size_t v = 1; v < vectors; ++v) {
+            differ |= left[v] != right[v];
+        }
+        bool any = false;
+        for (std::size_t lane = 0; lane < lanes; ++lane) {
+            any |= differ[lane] != 0;
+        }
+        if (any) {
+            return false;
+        }
+    }
+    return std::equal(a + k, a + count, b + k);
+}
+
 template <class T>
 bool equalRuns(const T* a, const T* b, std::size_t count) {
     if constexpr (std::is_floating_point_v<T>) {
-        // Blocks of fixed length without an early exit are what compilers turn into vector code.
-        constexpr std::size_t block = 256;
-        std::size_t k = 0;
-        for (; k + block <= count; k += block) {
-            bool differ = false;
-            for (std::size_t i = 0; i < block; ++i) {
-                differ |= a[k + i] != b[k + i];
-            }
-            if (differ) {
-                return false;
-            }
-        }
-        for (; k < count && a[k] == b[k]; ++k) {}
-        return k == count;
+        return equalFloats(a, b, count);
     } else if constexpr (std::is_integral_v<T>) {
         return count == 0 || std::memcmp(a, b, count * sizeof(T)) == 0;
     } else {

@@ -3,17 +3,21 @@
 
 namespace foundation::vexadata::detail {
 
-std::shared_ptr<ReferenceImpl>& ElementPosition::chain() const {
+ReferenceImpl& ElementPosition::makeChain() const {
     if (chain_ == nullptr) {
         using vexa::data::detail::ArrayReferenceImpl;
-        auto shared =
-            Access::createSharedPtr<ReferenceImpl>(new ArrayReferenceImpl(array_, *dimensions_, layout_));
+        auto fresh = std::make_unique<ArrayReferenceImpl>(array_, *dimensions_, layout_);
         for (std::uint32_t k = 0; k < count_; ++k) {
-            shared->addIndex(indices_[k]);
+            fresh->addIndex(indices_[k]);
         }
-        chain_ = std::move(shared);
+        chain_ = fresh.release();
     }
-    return chain_;
+    return *chain_;
+}
+
+std::shared_ptr<ReferenceImpl> ElementPosition::chain() const {
+    makeChain().retain();
+    return Access::createSharedPtr(chain_);
 }
 
 std::size_t ElementPosition::positionOf(const std::vector<std::size_t>& dimensions, std::size_t first,
@@ -24,14 +28,14 @@ std::size_t ElementPosition::positionOf(const std::vector<std::size_t>& dimensio
 }
 
 void ElementPosition::appendToChain(std::size_t index) {
-    std::shared_ptr<ReferenceImpl>& current = chain();
-    if (current.use_count() == 1) {
-        current->addIndex(index);
-    } else {
-        std::shared_ptr<ReferenceImpl> longer = copyChain(current);
-        longer->addIndex(index);
-        chain_ = std::move(longer);
+    if (makeChain().referenceCount() == 1) {
+        chain_->addIndex(index);
+        return;
     }
+    const std::shared_ptr<ReferenceImpl> longer = copyChain(chain());
+    longer->addIndex(index);
+    longer->retain();
+    std::exchange(chain_, longer.get())->release();
 }
 
 namespace {

@@ -1,7 +1,5 @@
 #include <foundation/vexadata/ArrayFactory.hpp>
 
-#include <limits>
-
 namespace foundation::vexadata {
 
 using vexa::data::impl::ArrayFactoryImpl;
@@ -19,10 +17,9 @@ std::vector<std::size_t> normalised(std::vector<std::size_t> dims) {
     }
     std::size_t product = 1;
     for (const std::size_t extent : dims) {
-        if (extent != 0 && product > std::numeric_limits<std::size_t>::max() / extent) {
+        if (__builtin_mul_overflow(product, extent, &product)) {
             detail::raise<NumberOfElementsExceedsMaximumException>();
         }
-        product *= extent;
     }
     return dims;
 }

@@ -13,7 +13,8 @@ namespace vexa::inspect {
 namespace {
 
 constexpr std::size_t longestCell = std::size_t{16} << 20;
-constexpr std::size_t cellBufferStep = std::size_t{256} << 10; // the parser's own 128 bytes make long cells slow
+// The parser's own step of 128 bytes would make long cells slow.
+constexpr std::size_t cellBufferStep = std::size_t{256} << 10;
 
 std::uint64_t countNewlines(std::string_view text) {
     // Most cells hold none, and a call of memchr is the cheapest way to see that.

@@ -30,8 +30,8 @@ class ArrayElementRef {
 public:
     explicit ArrayElementRef(detail::ElementPosition position) noexcept : position_(std::move(position)) {}
     /// Adopts the chain of an element that is known already.
-    explicit ArrayElementRef(std::shared_ptr<detail::ReferenceImpl> chain) noexcept
-        : position_(std::move(chain)) {}
+    explicit ArrayElementRef(const std::shared_ptr<detail::ReferenceImpl>& chain) noexcept
+        : position_(chain) {}
     ArrayElementRef(const ArrayElementRef&) = default;
     ArrayElementRef(ArrayElementRef&&) noexcept = default;
     ~ArrayElementRef() = default;

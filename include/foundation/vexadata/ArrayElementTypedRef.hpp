@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <type_traits>
 #include <utility>
 
 namespace foundation::vexadata {
@@ -18,10 +19,8 @@ template <class Ref, class T>
 struct ComplexComparison<Ref, T, true> {
     friend bool operator==(const Ref& a, const T& b) { return static_cast<T>(a) == b; }
     friend bool operator==(const T& a, const Ref& b) { return a == static_cast<T>(b); }
-    friend bool operator==(const Ref& a, const Ref& b) { return static_cast<T>(a) == static_cast<T>(b); }
     friend bool operator!=(const Ref& a, const T& b) { return !(a == b); }
     friend bool operator!=(const T& a, const Ref& b) { return !(a == b); }
-    friend bool operator!=(const Ref& a, const Ref& b) { return !(a == b); }
 };
 
 } // namespace detail
@@ -34,11 +33,11 @@ template <class T, bool isConst>
 class ArrayElementTypedRef
     : public detail::ComplexComparison<ArrayElementTypedRef<T, isConst>, T, detail::isComplexElement<T>> {
 public:
-    explicit ArrayElementTypedRef(detail::ElementPosition position) noexcept
+    [[gnu::always_inline]] explicit ArrayElementTypedRef(detail::ElementPosition position) noexcept
         : position_(std::move(position)) {}
     /// Adopts the chain of an element that is known already.
-    explicit ArrayElementTypedRef(std::shared_ptr<detail::ReferenceImpl> chain) noexcept
-        : position_(std::move(chain)) {}
+    explicit ArrayElementTypedRef(const std::shared_ptr<detail::ReferenceImpl>& chain) noexcept
+        : position_(chain) {}
     ArrayElementTypedRef(const ArrayElementTypedRef&) = default;
     ArrayElementTypedRef(ArrayElementTypedRef&&) noexcept = default;
     ~ArrayElementTypedRef() = default;
@@ -79,5 +78,41 @@ private:
     friend struct detail::Access;
     detail::ElementPosition position_;
 };
+
+namespace detail {
+
+/// Element type of a reference; void for other types.
+template <class Ref>
+struct ElementOf {
+    using type = void;
+};
+template <class T>
+struct ElementOf<Reference<T>> {
+    using type = T;
+};
+template <class T, bool isConst>
+struct ElementOf<ArrayElementTypedRef<T, isConst>> {
+    using type = T;
+};
+
+template <class A, class B>
+using IfComplexReferences =
+    std::enable_if_t<isComplexElement<typename ElementOf<A>::type> &&
+                         std::is_same_v<typename ElementOf<A>::type, typename ElementOf<B>::type>,
+                     int>;
+
+} // namespace detail
+
+/// Equality of two elements of complex arrays, through any kinds of references.
+/// @throws index errors
+template <class A, class B, detail::IfComplexReferences<A, B> = 0>
+bool operator==(const A& a, const B& b) {
+    using T = typename detail::ElementOf<A>::type;
+    return static_cast<T>(a) == static_cast<T>(b);
+}
+template <class A, class B, detail::IfComplexReferences<A, B> = 0>
+bool operator!=(const A& a, const B& b) {
+    return !(a == b);
+}
 
 } // namespace foundation::vexadata

@@ -21,12 +21,40 @@ namespace foundation::vexadata::detail {
 /// is never there, and keep the indices in registers.
 class ElementPosition {
 public:
-    [[gnu::always_inline]] ElementPosition(ArrayImpl* array, std::size_t index)
-        : array_(array), dimensions_(&array->getDimensions()), layout_(array->getMemoryLayout()) {
-        appendInPlace(index);
+    /// A first index into `array`.
+    /// @throws CantIndexIntoEmptyArrayException, TooManyIndicesProvidedException
+    [[gnu::always_inline]] static ElementPosition first(ArrayImpl* array, std::size_t index) {
+        const std::vector<std::size_t>& dimensions = array->getDimensions();
+        const vexa::data::MemoryLayout layout = array->getMemoryLayout();
+        vexa::data::detail::checkAppend(dimensions, 0, index);
+        return ElementPosition(array, dimensions, layout, index);
     }
 
-    explicit ElementPosition(std::shared_ptr<ReferenceImpl> chain) noexcept : chain_(std::move(chain)) {}
+    explicit ElementPosition(const std::shared_ptr<ReferenceImpl>& chain) noexcept : chain_(chain.get()) {
+        retainChain();
+    }
+    ElementPosition(const ElementPosition& other) noexcept
+        : array_(other.array_),
+          dimensions_(other.dimensions_),
+          layout_(other.layout_),
+          count_(other.count_),
+          indices_{other.indices_[0], other.indices_[1], other.indices_[2]},
+          chain_(other.chain_) {
+        retainChain();
+    }
+    [[gnu::always_inline]] ElementPosition(ElementPosition&& other) noexcept
+        : array_(other.array_),
+          dimensions_(other.dimensions_),
+          layout_(other.layout_),
+          count_(other.count_),
+          indices_{other.indices_[0], other.indices_[1], other.indices_[2]},
+          chain_(std::exchange(other.chain_, nullptr)) {}
+    ElementPosition& operator=(const ElementPosition&) = delete;
+    [[gnu::always_inline]] ~ElementPosition() {
+        if (chain_ != nullptr) {
+            chain_->release();
+        }
+    }
 
     /// Appends an index. A shared chain that others hold is copied before.
     /// @throws StringIndexMustBeLastException, CantIndexIntoEmptyArrayException, TooManyIndicesProvidedException
@@ -38,7 +66,9 @@ public:
         }
     }
 
-    ArrayImpl* array() const { return chain_ == nullptr ? array_ : chain_->getArrayImpl(); }
+    [[gnu::always_inline]] ArrayImpl* array() const {
+        return chain_ == nullptr ? array_ : chain_->getArrayImpl();
+    }
 
     [[gnu::always_inline]] void prepareForWrite() const {
         if (chain_ == nullptr) {
@@ -48,7 +78,7 @@ public:
         }
     }
 
-    const std::string& fieldName() const noexcept {
+    [[gnu::always_inline]] const std::string& fieldName() const noexcept {
         return chain_ == nullptr ? noFieldName : chain_->stringIndex();
     }
 
@@ -75,10 +105,21 @@ public:
     }
 
     /// The shared chain; made at the first call, and the position stays with it from then on.
-    VEXADATA_API std::shared_ptr<ReferenceImpl>& chain() const;
+    VEXADATA_API std::shared_ptr<ReferenceImpl> chain() const;
 
 private:
     static constexpr std::uint32_t capacity = 3;
+
+    [[gnu::always_inline]] ElementPosition(ArrayImpl* array, const std::vector<std::size_t>& dimensions,
+                                           vexa::data::MemoryLayout layout, std::size_t index) noexcept
+        : array_(array), dimensions_(&dimensions), layout_(layout), count_(1), indices_{index, 0, 0} {}
+
+    void retainChain() const noexcept {
+        if (chain_ != nullptr) {
+            chain_->retain();
+        }
+    }
+    VEXADATA_API ReferenceImpl& makeChain() const;
 
     [[gnu::always_inline]] void appendInPlace(std::size_t index) {
         vexa::data::detail::checkAppend(*dimensions_, count_, index);
@@ -114,7 +155,7 @@ private:
     vexa::data::MemoryLayout layout_ = vexa::data::MemoryLayout::COLUMN_MAJOR;
     mutable std::uint32_t count_ = 0;
     mutable std::uint64_t indices_[capacity] = {0, 0, 0};
-    mutable std::shared_ptr<ReferenceImpl> chain_;
+    mutable ReferenceImpl* chain_ = nullptr; // owns one reference
 };
 
 } // namespace foundation::vexadata::detail

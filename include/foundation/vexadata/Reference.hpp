@@ -79,6 +79,10 @@ public:
     }
     /// Writes the other element's value; never makes this reference refer elsewhere.
     Reference& operator=(const Reference& other) { return *this = static_cast<T>(other); }
+    template <bool isConst>
+    Reference& operator=(const ArrayElementTypedRef<T, isConst>& other) {
+        return *this = static_cast<T>(other);
+    }
 
     /// The chain of the element.
     const std::shared_ptr<detail::ReferenceImpl>& chain() const noexcept { return chain_; }
@@ -125,11 +129,11 @@ const std::shared_ptr<ReferenceImpl>& chainOf(const Reference<T>& reference) {
     return reference.chain();
 }
 template <bool isConst>
-const std::shared_ptr<ReferenceImpl>& chainOf(const ArrayElementRef<isConst>& element) {
+std::shared_ptr<ReferenceImpl> chainOf(const ArrayElementRef<isConst>& element) {
     return Access::position(element).chain();
 }
 template <class T, bool isConst>
-const std::shared_ptr<ReferenceImpl>& chainOf(const ArrayElementTypedRef<T, isConst>& element) {
+std::shared_ptr<ReferenceImpl> chainOf(const ArrayElementTypedRef<T, isConst>& element) {
     return Access::position(element).chain();
 }
 

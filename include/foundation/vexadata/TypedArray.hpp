@@ -82,10 +82,10 @@ public:
     /// An element, or a row of them that wants more indices; as `Array::operator[]`.
     [[gnu::always_inline]] detail::ElementRefOf<T, false> operator[](std::size_t index) {
         detail::Access::unshare(*this);
-        return detail::ElementRefOf<T, false>(detail::ElementPosition(this->impl_.get(), index));
+        return detail::ElementRefOf<T, false>(detail::ElementPosition::first(this->impl_.get(), index));
     }
     [[gnu::always_inline]] detail::ElementRefOf<T, true> operator[](std::size_t index) const {
-        return detail::ElementRefOf<T, true>(detail::ElementPosition(this->impl_.get(), index));
+        return detail::ElementRefOf<T, true>(detail::ElementPosition::first(this->impl_.get(), index));
     }
 
     /// Hands the elements over in a buffer that the caller owns: the array's own when no other handle shares it, a copy
