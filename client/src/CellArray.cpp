@@ -5,6 +5,7 @@
 #include <vexa/data/detail/NonPrimitiveIteratorImpl.hpp>
 #include <vexa/data/detail/ReferenceImpl.hpp>
 
+#include <algorithm>
 #include <utility>
 
 namespace vexa::client {
@@ -23,7 +24,8 @@ public:
         if (forWrite) {
             Access::unshare(slot_);
         }
-        bind(slot_.getDimensions(), slot_.getMemoryLayout());
+        const data::impl::ArrayImpl& held = *Access::impl(slot_);
+        bind(held.getDimensions(), held.getMemoryLayout());
     }
 
     data::impl::ArrayImpl* getArrayImpl() const override { return Access::impl(slot_).get(); }
@@ -35,6 +37,42 @@ public:
 private:
     Array& slot_;
 };
+
+using Cells = data::impl::TypedArrayImpl<Array>;
+
+const Cells* asCells(const data::impl::ArrayImpl& array) {
+    return array.getType() == foundation::vexadata::ArrayType::CELL ? static_cast<const Cells*>(&array)
+                                                                    : nullptr;
+}
+
+/// True when `target` is `array` or lies in it at any depth.
+bool reaches(const data::impl::ArrayImpl& array, const data::impl::ArrayImpl& target) {
+    if (&array == &target) {
+        return true;
+    }
+    const Cells* cells = asCells(array);
+    if (cells == nullptr) {
+        return false;
+    }
+    const Array* first = cells->getTypedDataPtr();
+    return std::any_of(first, first + cells->getNumberOfElements(),
+                       [&](const Array& element) { return reaches(*Access::impl(element), target); });
+}
+
+/// A copy of `array` that shares no cell array with it, at any depth.
+Array separateCopy(const data::impl::ArrayImpl& array) {
+    Array copy(array.sharedCopy());
+    if (asCells(array) != nullptr) {
+        auto& cells = static_cast<Cells&>(*Access::impl(copy));
+        for (std::size_t k = 0; k < cells.getNumberOfElements(); ++k) {
+            Array* element = cells.getElementAddress(k, std::string(), false);
+            if (asCells(*Access::impl(*element)) != nullptr) {
+                *element = separateCopy(*Access::impl(*element));
+            }
+        }
+    }
+    return copy;
+}
 
 } // namespace
 
@@ -56,6 +94,10 @@ ReferenceImpl* CellArray::createElementReference(std::size_t index, const std::s
 const std::vector<std::size_t>& CellArray::getDimensions() const { return dimensions_; }
 std::size_t CellArray::getNumberOfElements() const { return elements_.size(); }
 void CellArray::assignElementArray(std::size_t index, const std::string&, data::impl::ArrayImpl* array) {
+    if (reaches(*array, *this)) {
+        elements_[index] = separateCopy(*array); // it would own itself otherwise
+        return;
+    }
     array->retain();
     elements_[index] = Array(array);
 }

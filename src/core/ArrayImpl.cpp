@@ -6,8 +6,6 @@ namespace vexa::data::impl {
 namespace fv = foundation::vexadata;
 using fv::detail::raise;
 
-ArrayImpl::~ArrayImpl() = default;
-
 void* ArrayImpl::reservedOp1() { return nullptr; }
 void* ArrayImpl::reservedOp2() { return nullptr; }
 void ArrayImpl::reservedOp5() {}

@@ -5,8 +5,6 @@
 namespace vexa::data::impl {
 
 template <class T>
-TypedArrayImpl<T>::~TypedArrayImpl() = default;
-template <class T>
 void TypedArrayImpl<T>::reservedOp36() {}
 template <class T>
 void TypedArrayImpl<T>::reservedOp37() {}

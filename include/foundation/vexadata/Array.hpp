@@ -36,6 +36,10 @@ public:
     Array(Array&&) noexcept = default;
     Array& operator=(const Array&) noexcept = default;
     Array& operator=(Array&&) noexcept = default;
+    template <class Ref, std::enable_if_t<detail::isReference<Ref>, int> = 0>
+    Array& operator=(const Ref& element) {
+        return *this = Array(element);
+    }
     virtual ~Array();
 
     ArrayType getType() const { return impl_->getType(); }

@@ -78,19 +78,26 @@ public:
 
     /// Writes the other element's content; never makes this handle refer elsewhere.
     /// @throws TypeMismatchException; index errors
-    ArrayElementRef& operator=(const ArrayElementRef& other) {
-        static_assert(!isConst, "this reference is read-only: its array is const");
-        detail::copyElement(other.position_, position_);
-        return *this;
-    }
+    ArrayElementRef& operator=(const ArrayElementRef& other) { return copyFrom(other.position_); }
     template <bool otherIsConst>
     ArrayElementRef& operator=(const ArrayElementRef<otherIsConst>& other) {
-        static_assert(!isConst, "this reference is read-only: its array is const");
-        detail::copyElement(detail::Access::position(other), position_);
-        return *this;
+        return copyFrom(detail::Access::position(other));
+    }
+    template <class T, bool otherIsConst>
+    ArrayElementRef& operator=(const ArrayElementTypedRef<T, otherIsConst>& other) {
+        return copyFrom(detail::Access::position(other));
+    }
+    template <class T>
+    ArrayElementRef& operator=(const Reference<T>& other) {
+        return copyFrom(detail::ElementPosition(other.chain()));
     }
 
 private:
+    ArrayElementRef& copyFrom(const detail::ElementPosition& from) {
+        static_assert(!isConst, "this reference is read-only: its array is const");
+        detail::copyElement(from, position_);
+        return *this;
+    }
     template <class T>
     void requireElementsOf() const {
         if (position_.array()->getType() != detail::arrayTypeOf<T>) {

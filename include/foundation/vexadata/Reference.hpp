@@ -83,6 +83,10 @@ public:
     Reference& operator=(const ArrayElementTypedRef<T, isConst>& other) {
         return *this = static_cast<T>(other);
     }
+    template <bool isConst>
+    Reference& operator=(const ArrayElementRef<isConst>& other) {
+        return *this = static_cast<T>(other);
+    }
 
     /// The chain of the element.
     const std::shared_ptr<detail::ReferenceImpl>& chain() const noexcept { return chain_; }
@@ -110,6 +114,11 @@ public:
     /// Stores the array that the other element holds; never makes this reference refer elsewhere.
     /// @throws TypeMismatchException when the other element holds none
     Reference& operator=(const Reference& other);
+    template <bool isConst>
+    Reference& operator=(const ArrayElementRef<isConst>& other) {
+        detail::storeArray(chain_, detail::castTo<Array, true>(detail::Access::position(other).chain()));
+        return *this;
+    }
 
     /// An element of the array held, one level deeper. The writable form makes everything on the way private.
     /// @throws index errors of either level

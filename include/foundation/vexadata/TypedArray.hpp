@@ -47,7 +47,7 @@ public:
     TypedArray(TypedArray&&) noexcept = default;
     TypedArray& operator=(const TypedArray&) noexcept = default;
     TypedArray& operator=(TypedArray&&) noexcept = default;
-    ~TypedArray() override;
+    ~TypedArray() override = default; // inline: the vtable comes from the explicit instantiation
 
     /// @throws InvalidArrayTypeException when the array is not one of elements `T`; neither side has changed then
     TypedArray& operator=(const Array& array) {
@@ -59,6 +59,12 @@ public:
         requireType(array);
         Array::operator=(std::move(array));
         return *this;
+    }
+
+    /// @throws TypeMismatchException when the element does not hold an array of elements `T`; index errors
+    template <class Ref, std::enable_if_t<detail::isReference<Ref>, int> = 0>
+    TypedArray& operator=(const Ref& element) {
+        return *this = TypedArray(element);
     }
 
     /// Read-only iterators in storage order; they never copy the array.

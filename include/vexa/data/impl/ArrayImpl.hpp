@@ -24,7 +24,7 @@ using foundation::vexadata::ArrayType;
 /// An array. Handles share it; the count it inherits tells how many adoptions and back-end owners there are.
 class VEXADATA_API ArrayImpl : public detail::RefCounted {
 public:
-    ~ArrayImpl() override;
+    ~ArrayImpl() override = default; // inline: `reservedOp1` keeps the one vtable in the library
 
     /// Order 1. An independent copy, one reference for the caller. Writing to either never shows in the other, not
     /// even through iterators made before. Asked when a handle that shares its array is about to be written.

@@ -1,0 +1,278 @@
+// Typed iterators over contiguous storage, which move by pointer, and over a back-end's own iterators, which are
+// forwarded to: both behave the same. Ranges and the order in which they ask the back-end.
+#include "support/LiveObjects.hpp"
+#include "support/RecordingArray.hpp"
+#include "support/Throws.hpp"
+
+#include <foundation/vexadata/ArrayFactory.hpp>
+#include <foundation/vexadata/BufferAccess.hpp>
+#include <foundation/vexadata/Exception.hpp>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <complex>
+#include <cstdint>
+#include <functional>
+#include <iterator>
+#include <memory>
+#include <numeric>
+#include <stdexcept>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using namespace foundation::vexadata;
+using support::throwsExactly;
+using Calls = std::vector<std::string>;
+
+static_assert(std::random_access_iterator<TypedIterator<double>>);
+static_assert(std::random_access_iterator<TypedIterator<const bool>>);
+static_assert(std::random_access_iterator<TypedIterator<std::complex<float>>>);
+static_assert(std::is_same_v<std::iter_reference_t<TypedIterator<double>>, double&>);
+static_assert(std::is_same_v<std::iter_reference_t<TypedIterator<const double>>, const double&>);
+static_assert(std::is_convertible_v<TypedIterator<double>, TypedIterator<const double>>);
+static_assert(!std::is_convertible_v<TypedIterator<const double>, TypedIterator<double>>);
+static_assert(!std::is_convertible_v<TypedIterator<float>, TypedIterator<const double>>);
+static_assert(!std::is_base_of_v<std::forward_iterator_tag, TypedIterator<Array>::iterator_category>);
+
+/// A back-end's own iterator: every second element of a buffer, and a count of what it was asked.
+template <class T>
+class StridedIterator final : public vexa::data::detail::IteratorImpl, private support::LiveObjects::Counted {
+public:
+    static constexpr std::int64_t stride = 2;
+
+    explicit StridedIterator(T* current) : current_(current) {}
+
+    IteratorImpl* clone() const override { return new StridedIterator(*this); }
+    void advance(std::int64_t count) override { current_ += count * stride; }
+    bool isEqual(const IteratorImpl& other) const override { return current_ == at(other); }
+    std::int64_t distanceTo(const IteratorImpl& other) const override {
+        return (at(other) - current_) / stride;
+    }
+    void decrement() override { current_ -= stride; }
+    void increment() override { current_ += stride; }
+    vexa::data::detail::ReferenceImpl* createReference() override { return nullptr; }
+    void saveReference(vexa::data::detail::ReferenceImpl* chain) override {
+        chain_ = detail::Access::createSharedPtr(chain);
+    }
+    void* getElementAddress() override { return current_; }
+
+private:
+    static T* at(const IteratorImpl& other) { return static_cast<const StridedIterator&>(other).current_; }
+
+    T* current_;
+    std::shared_ptr<vexa::data::detail::ReferenceImpl> chain_;
+};
+
+/// Shows the first half of the inner array's buffer, every second element, as its elements.
+template <class T>
+class StridedArray : public support::RecordingArray<T> {
+public:
+    using support::RecordingArray<T>::RecordingArray;
+
+    vexa::data::detail::IteratorImpl* beginIterator(void* unused, bool writable) override {
+        this->log()->action("beginIterator", unused != nullptr, writable);
+        return new StridedIterator<T>(this->typedInner().getElementAddress(0, "", false));
+    }
+    vexa::data::detail::IteratorImpl* endIterator(void* unused, bool writable) override {
+        this->log()->action("endIterator", unused != nullptr, writable);
+        const std::size_t count = this->inner().getNumberOfElements();
+        return new StridedIterator<T>(this->typedInner().getElementAddress(0, "", false) + count);
+    }
+
+protected:
+    vexa::data::impl::ArrayImpl* copyOver(std::shared_ptr<vexa::data::impl::ArrayImpl> inner) const override {
+        return new StridedArray(std::move(inner), this->log());
+    }
+};
+
+/// Elements 0 to 5 behind an iterator that moves by pointer.
+template <class T>
+struct Contiguous {
+    static TypedArray<T> array() {
+        std::vector<int> values(6);
+        std::iota(values.begin(), values.end(), 0);
+        return ArrayFactory().createArray<T>({2, 3}, values.begin(), values.end());
+    }
+};
+/// The same behind one that is forwarded to.
+template <class T>
+struct Forwarded {
+    static TypedArray<T> array() {
+        const std::vector<int> values{0, -1, 1, -1, 2, -1, 3, -1, 4, -1, 5, -1};
+        return support::recorded<StridedArray>(
+                   ArrayFactory().createArray<T>({2, 6}, values.begin(), values.end()))
+            .array;
+    }
+};
+
+template <class Source>
+class Iterators : public support::LedgerTest {};
+using Sources = testing::Types<Contiguous<double>, Forwarded<double>, Contiguous<char16_t>,
+                               Forwarded<char16_t>, Contiguous<std::int64_t>, Forwarded<std::int64_t>>;
+TYPED_TEST_SUITE(Iterators, Sources);
+
+TYPED_TEST(Iterators, MoveAndCompareLikePointers) {
+    auto array = TypeParam::array();
+    using T = typename decltype(array)::value_type;
+    const auto first = array.begin();
+    const auto last = array.end();
+    EXPECT_EQ(last - first, 6);
+    EXPECT_EQ(first - last, -6);
+    EXPECT_EQ(first.distanceTo(last), 6);
+    EXPECT_EQ(*first, T(0));
+    EXPECT_EQ(first[5], T(5));
+    EXPECT_EQ(last[-1], T(5));
+    EXPECT_EQ(*(first + 2), T(2));
+    EXPECT_EQ(*(2 + first), T(2));
+    EXPECT_EQ(*(last - 2), T(4));
+    EXPECT_EQ(first + 6, last);
+    EXPECT_NE(first, last);
+    EXPECT_TRUE(first < last && last > first && first <= first && first >= first && first <= last);
+    EXPECT_FALSE(last < first || first < first || first > first || first >= last);
+
+    auto it = first;
+    EXPECT_EQ(*it++, T(0));
+    EXPECT_EQ(*++it, T(2));
+    EXPECT_EQ(*it--, T(2));
+    EXPECT_EQ(*--it, T(0));
+    it += 4;
+    EXPECT_EQ(*it, T(4));
+    it -= 3;
+    EXPECT_EQ(*it, T(1));
+    EXPECT_EQ(*it.operator->(), T(1));
+    EXPECT_EQ(&*it, &first[1]);
+}
+
+TYPED_TEST(Iterators, CopiesMoveIndependently) {
+    auto array = TypeParam::array();
+    using T = typename decltype(array)::value_type;
+    auto it = array.begin();
+    auto copy = it;
+    ++copy;
+    auto assigned = array.end();
+    assigned = it;
+    assigned += 2;
+    TypedIterator<const T> readOnly = it;
+    readOnly += 3;
+    EXPECT_EQ(*it, T(0));
+    EXPECT_EQ(*copy, T(1));
+    EXPECT_EQ(*assigned, T(2));
+    EXPECT_EQ(*readOnly, T(3));
+    const auto moved = std::move(copy);
+    copy = it; // a moved-from iterator may be assigned
+    EXPECT_EQ(*moved, T(1));
+    EXPECT_EQ(copy, it);
+    auto& same = it;
+    it = same;
+    EXPECT_EQ(*++it, T(1));
+    EXPECT_EQ(TypedIterator<T>(), TypedIterator<T>());
+}
+
+TYPED_TEST(Iterators, ServeTheStandardAlgorithms) {
+    auto array = TypeParam::array();
+    using T = typename decltype(array)::value_type;
+    std::sort(array.begin(), array.end(), std::greater<>());
+    EXPECT_TRUE(std::is_sorted(array.cbegin(), array.cend(), std::greater<>()));
+    EXPECT_EQ(*array.begin(), T(5));
+    std::sort(array.begin(), array.end());
+    EXPECT_EQ(*std::lower_bound(array.begin(), array.end(), T(3)), T(3));
+    std::reverse(array.begin(), array.end());
+    std::transform(array.cbegin(), array.cend(), array.begin(), [](T value) { return T(value + 1); });
+    std::swap(array.begin()[0], array.begin()[5]);
+    const std::vector<T> expected{T(1), T(5), T(4), T(3), T(2), T(6)};
+    EXPECT_EQ(std::vector<T>(array.cbegin(), array.cend()), expected);
+}
+
+class IteratorCalls : public support::LedgerTest {
+protected:
+    support::Recorded<double> made = support::recorded(Contiguous<double>::array());
+};
+
+TEST_F(IteratorCalls, TellTheBackEndWhetherTheyWrite) {
+    std::as_const(made.array).begin();
+    std::as_const(made.array).end();
+    made.array.cbegin();
+    made.array.begin();
+    made.array.end();
+    EXPECT_EQ(made.log->take(), (Calls{"beginIterator(false, false)", "endIterator(false, false)",
+                                       "beginIterator(false, false)", "beginIterator(false, true)",
+                                       "endIterator(false, true)"}));
+}
+
+TEST_F(IteratorCalls, OfRangesComeInTheirOrder) {
+    getReadOnlyElements<double>(made.array);
+    EXPECT_EQ(made.log->take(), (Calls{"beginIterator(false, false)", "endIterator(false, false)"}));
+    getWritableElements<double>(made.array);
+    EXPECT_EQ(made.log->take(), (Calls{"endIterator(false, true)", "beginIterator(false, true)"}));
+}
+
+TEST_F(IteratorCalls, ArePrecededByTheTypeCheckOfRanges) {
+    constexpr auto message = "Invalid Array type";
+    EXPECT_TRUE(
+        throwsExactly<InvalidArrayTypeException>([&] { getReadOnlyElements<float>(made.array); }, message));
+    EXPECT_TRUE(
+        throwsExactly<InvalidArrayTypeException>([&] { getWritableElements<bool>(made.array); }, message));
+    Array empty;
+    EXPECT_TRUE(
+        throwsExactly<InvalidArrayTypeException>([&] { getReadOnlyElements<double>(empty); }, message));
+    const TypedArray<double> other = made.array;
+    EXPECT_TRUE(
+        throwsExactly<InvalidArrayTypeException>([&] { getWritableElements<Array>(made.array); }, message));
+    EXPECT_EQ(made.log->take(), Calls{}); // not even a copy
+}
+
+template <class T>
+struct EndlessArray : StridedArray<T> {
+    using StridedArray<T>::StridedArray;
+    vexa::data::detail::IteratorImpl* endIterator(void*, bool) override {
+        throw std::runtime_error("no end");
+    }
+};
+
+TEST_F(IteratorCalls, ThatFailReleaseTheOtherIterator) {
+    auto own =
+        support::recorded<EndlessArray>(Contiguous<double>::array()); // the ledger counts its iterators
+    EXPECT_TRUE(throwsExactly<std::runtime_error>([&] { getReadOnlyElements<double>(own.array); }, "no end"));
+    EXPECT_TRUE(throwsExactly<std::runtime_error>([&] { getWritableElements<double>(own.array); }, "no end"));
+    Array cell = ArrayFactory().createArray<Array>({1, 1});
+    cell[0] = own.array;
+    Reference<Array> held = cell[0];
+    EXPECT_TRUE(throwsExactly<std::runtime_error>([&] { getReadOnlyElements<double>(held); }, "no end"));
+}
+
+TEST_F(IteratorCalls, OverACellGiveForwardedIteratorsTheChainToo) {
+    auto own = support::recorded<StridedArray>(Contiguous<double>::array());
+    Array cell = ArrayFactory().createArray<Array>({1, 1});
+    cell[0] = std::move(own.array);
+    auto reference = std::make_unique<Reference<Array>>(cell[0]);
+    const auto* chain = reference->chain().get();
+    chain->retain(); // to see who else holds it
+    auto first = getReadOnlyElements<double>(*reference).begin();
+    reference.reset();
+    EXPECT_EQ(chain->referenceCount(), 2U); // the one iterator left
+    auto copy = ++first;
+    first = TypedIterator<const double>();
+    EXPECT_EQ(chain->referenceCount(), 2U); // and then its copy
+    EXPECT_EQ(*copy, 2.0);
+    copy = TypedIterator<const double>();
+    EXPECT_EQ(chain->referenceCount(), 1U);
+    chain->release();
+}
+
+TEST_F(IteratorCalls, FollowStorageOrderInEitherLayout) {
+    ArrayFactory factory;
+    auto buffer = factory.createBuffer<double>(6);
+    std::iota(buffer.get(), buffer.get() + 6, 0.0);
+    auto rows = factory.createArrayFromBuffer({2, 3}, std::move(buffer), vexa::data::MemoryLayout::ROW_MAJOR);
+    EXPECT_TRUE(std::is_sorted(rows.cbegin(), rows.cend()));
+    EXPECT_EQ(rows[0][1], 1.0);
+    const auto empty = factory.createArray<double>({0, 4});
+    EXPECT_EQ(empty.begin(), empty.end());
+}
+
+} // namespace

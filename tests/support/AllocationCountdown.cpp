@@ -1,0 +1,192 @@
+#include "support/AllocationCountdown.hpp"
+
+#include <cerrno>
+#include <cstdint>
+#include <cstdlib>
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#    define SUPPORT_SANITIZED 1
+#elif defined(__has_feature)
+#    if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer) || __has_feature(memory_sanitizer)
+#        define SUPPORT_SANITIZED 1
+#    endif
+#endif
+
+namespace {
+
+struct Counters {
+    bool counting = false;
+    bool fired = false;
+    std::size_t allocations = 0;
+    std::size_t failing = std::numeric_limits<std::size_t>::max();
+    std::ptrdiff_t live = 0;
+};
+
+// Constant-initialised, so that reaching it never allocates.
+constinit thread_local Counters counters;
+
+/// Counts an allocation that is about to happen; false when it has to fail.
+bool admit() noexcept {
+    if (!counters.counting) {
+        return true;
+    }
+    if (++counters.allocations == counters.failing) {
+        counters.fired = true;
+        return false;
+    }
+    return true;
+}
+
+void* counted(void* block) noexcept {
+    if (counters.counting && block != nullptr) {
+        ++counters.live;
+    }
+    return block;
+}
+
+void forget(const void* block) noexcept {
+    if (counters.counting && block != nullptr) {
+        --counters.live;
+    }
+}
+
+} // namespace
+
+#ifdef SUPPORT_SANITIZED
+
+namespace {
+
+void* rawAllocate(std::size_t size) noexcept { return std::malloc(size); }
+void* rawAllocate(std::size_t alignment, std::size_t size) noexcept {
+    return std::aligned_alloc(alignment, (size + alignment - 1) / alignment * alignment);
+}
+void rawFree(void* block) noexcept { std::free(block); }
+
+} // namespace
+
+#else
+
+// The C library's own functions, which the ones below stand in front of.
+extern "C" {
+void* __libc_malloc(std::size_t size);
+void* __libc_calloc(std::size_t number, std::size_t size);
+void* __libc_realloc(void* block, std::size_t size);
+void* __libc_memalign(std::size_t alignment, std::size_t size);
+void __libc_free(void* block);
+}
+
+namespace {
+
+void* rawAllocate(std::size_t size) noexcept { return __libc_malloc(size); }
+void* rawAllocate(std::size_t alignment, std::size_t size) noexcept {
+    return __libc_memalign(alignment, size);
+}
+void rawFree(void* block) noexcept { __libc_free(block); }
+
+void* outOfMemory() noexcept {
+    errno = ENOMEM;
+    return nullptr;
+}
+
+} // namespace
+
+extern "C" {
+void* malloc(std::size_t size) noexcept { return admit() ? counted(__libc_malloc(size)) : outOfMemory(); }
+void* calloc(std::size_t number, std::size_t size) noexcept {
+    return admit() ? counted(__libc_calloc(number, size)) : outOfMemory();
+}
+void* realloc(void* block, std::size_t size) noexcept {
+    if (!admit()) {
+        return outOfMemory();
+    }
+    void* moved = __libc_realloc(block, size);
+    if (moved != nullptr) {
+        forget(block);
+    }
+    return counted(moved);
+}
+void* aligned_alloc(std::size_t alignment, std::size_t size) noexcept {
+    return admit() ? counted(__libc_memalign(alignment, size)) : outOfMemory();
+}
+int posix_memalign(void** block, std::size_t alignment, std::size_t size) noexcept {
+    void* fresh = aligned_alloc(alignment, size);
+    if (fresh == nullptr) {
+        return ENOMEM;
+    }
+    *block = fresh;
+    return 0;
+}
+void free(void* block) noexcept {
+    forget(block);
+    __libc_free(block);
+}
+}
+
+#endif
+
+namespace {
+
+template <class... Arguments>
+void* orThrow(Arguments... arguments) {
+    void* block = admit() ? counted(rawAllocate(arguments...)) : nullptr;
+    if (block == nullptr) {
+        throw std::bad_alloc();
+    }
+    return block;
+}
+template <class... Arguments>
+void* orNull(Arguments... arguments) noexcept {
+    return admit() ? counted(rawAllocate(arguments...)) : nullptr;
+}
+void drop(void* block) noexcept {
+    forget(block);
+    rawFree(block);
+}
+
+constexpr std::size_t bytes(std::align_val_t alignment) noexcept {
+    return static_cast<std::size_t>(alignment);
+}
+
+} // namespace
+
+void* operator new(std::size_t size) { return orThrow(size); }
+void* operator new[](std::size_t size) { return orThrow(size); }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return orNull(size); }
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return orNull(size); }
+void* operator new(std::size_t size, std::align_val_t alignment) { return orThrow(bytes(alignment), size); }
+void* operator new[](std::size_t size, std::align_val_t alignment) { return orThrow(bytes(alignment), size); }
+void operator delete(void* block) noexcept { drop(block); }
+void operator delete[](void* block) noexcept { drop(block); }
+void operator delete(void* block, std::size_t) noexcept { drop(block); }
+void operator delete[](void* block, std::size_t) noexcept { drop(block); }
+void operator delete(void* block, const std::nothrow_t&) noexcept { drop(block); }
+void operator delete[](void* block, const std::nothrow_t&) noexcept { drop(block); }
+void operator delete(void* block, std::align_val_t) noexcept { drop(block); }
+void operator delete[](void* block, std::align_val_t) noexcept { drop(block); }
+void operator delete(void* block, std::size_t, std::align_val_t) noexcept { drop(block); }
+void operator delete[](void* block, std::size_t, std::align_val_t) noexcept { drop(block); }
+
+namespace support {
+
+void AllocationCountdown::start() noexcept {
+    counters = Counters();
+    counters.counting = true;
+}
+void AllocationCountdown::stop() noexcept { counters.counting = false; }
+void AllocationCountdown::failAt(std::size_t number) noexcept {
+    counters.allocations = 0;
+    counters.fired = false;
+    counters.failing = number;
+}
+std::size_t AllocationCountdown::allocations() noexcept { return counters.allocations; }
+std::ptrdiff_t AllocationCountdown::liveBlocks() noexcept { return counters.live; }
+bool AllocationCountdown::fired() noexcept { return counters.fired; }
+bool AllocationCountdown::seesMalloc() noexcept {
+#ifdef SUPPORT_SANITIZED
+    return false;
+#else
+    return true;
+#endif
+}
+
+} // namespace support
