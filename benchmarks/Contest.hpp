@@ -1,0 +1,89 @@
+// Timing of several ways to do one task, in turns, so that whatever slows the machine down slows all of them.
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace bench {
+
+/// Makes the compiler believe that `value` is read and changed.
+template <class T>
+void hide(T& value) {
+    asm volatile("" : : "g"(&value) : "memory");
+}
+
+/// One way to do a task. `run` does it `units` times over (elements, arrays) and returns something that depends on the
+/// result; ways that disagree on it do not do the same thing.
+struct Contender {
+    std::string name;
+    std::function<double()> run;
+};
+
+/// One line of the table. The first contender is the raw loop, the second this library, the others peers.
+struct Task {
+    std::string name;
+    double units;     // per run
+    double mostRatio; // of this library to the raw loop
+    std::vector<Contender> contenders;
+};
+
+inline double nanoseconds(const std::function<double()>& run, double& result) {
+    const auto start = std::chrono::steady_clock::now();
+    result = run();
+    return std::chrono::duration<double, std::nano>(std::chrono::steady_clock::now() - start).count();
+}
+
+inline double median(std::vector<double> values) {
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+/// Median time of each contender per unit, over rounds in which all take turns; false when results differ.
+inline bool compete(const Task& task, int rounds, std::vector<double>& medians) {
+    std::vector<std::vector<double>> times(task.contenders.size());
+    bool agree = true;
+    for (int round = 0; round < rounds + 2; ++round) {
+        double expected = 0;
+        for (std::size_t k = 0; k < task.contenders.size(); ++k) {
+            double result = 0;
+            const double time = nanoseconds(task.contenders[k].run, result) / task.units;
+            if (round >= 2) { // the first rounds warm up
+                times[k].push_back(time);
+            }
+            expected = k == 0 ? result : expected;
+            agree = agree && result == expected;
+        }
+    }
+    for (auto& each : times) {
+        medians.push_back(median(std::move(each)));
+    }
+    return agree;
+}
+
+inline void printHeading() {
+    std::printf("%-42s %10s %10s %7s %7s  %s\n", "task (ns per element or array)", "raw", "vexadata", "ratio",
+                "aim", "peers");
+}
+
+/// Runs a task and prints its line; false when results differ.
+inline bool report(const Task& task, int rounds = 25) {
+    std::vector<double> medians;
+    const bool agree = compete(task, rounds, medians);
+    const double ratio = medians[1] / medians[0];
+    std::printf("%-42s %10.4g %10.4g %6.2fx %6.2fx %s", task.name.c_str(), medians[0], medians[1], ratio,
+                task.mostRatio, ratio <= task.mostRatio ? "   " : " ! ");
+    for (std::size_t k = 2; k < medians.size(); ++k) {
+        std::printf(" %s %.4g", task.contenders[k].name.c_str(), medians[k]);
+    }
+    std::printf("%s\n", agree ? "" : "  RESULTS DIFFER");
+    std::fflush(stdout);
+    return agree;
+}
+
+} // namespace bench
