@@ -262,7 +262,7 @@ private:
     static std::string text(const Dimensions& dimensions) {
         std::string joined;
         for (const std::size_t extent : dimensions) {
-            joined += (joined.empty() ? "" : "x") + std::to_string(extent);
+            joined.append(joined.empty() ? "" : "x").append(std::to_string(extent));
         }
         return joined;
     }

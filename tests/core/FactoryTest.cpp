@@ -1,0 +1,222 @@
+// What the factory checks, what it passes to the back-end, and who frees buffers.
+#include "support/AllocationCountdown.hpp"
+#include "support/RecordingArray.hpp"
+#include "support/Throws.hpp"
+
+#include <foundation/vexadata/ArrayFactory.hpp>
+#include <foundation/vexadata/BufferAccess.hpp>
+#include <vexa/client/Client.hpp>
+
+#include <gtest/gtest.h>
+
+#include <list>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using namespace foundation::vexadata;
+using support::throwsExactly;
+using vexa::data::MemoryLayout;
+using Dims = std::vector<std::size_t>;
+using Calls = std::vector<std::string>;
+
+constexpr std::size_t huge = std::size_t{1} << 63;
+constexpr std::size_t half = std::size_t{1} << 32;
+constexpr const char* tooMany =
+    "Could not create the Array because the number of elements exceeds the maximum.";
+constexpr const char* notPrimitive = "Defined data buffers must be of primitive type";
+
+/// Makes small arrays whatever is asked for, and fails when told to.
+class Pretending final : public support::ForwardingFactory {
+public:
+    using ForwardingFactory::ForwardingFactory;
+    vexa::data::impl::ArrayImpl* createArrayImpl(foundation::vexadata::ArrayType type,
+                                                 Dimensions dimensions) override {
+        asked = dimensions;
+        return ForwardingFactory::createArrayImpl(type, {1, 1});
+    }
+    vexa::data::impl::ArrayImpl* createArrayFromBufferImpl(Dimensions dimensions,
+                                                           foundation::vexadata::ArrayType type,
+                                                           vexa::data::impl::Buffer<void> buffer,
+                                                           MemoryLayout layout) override {
+        if (fails) {
+            throw EArrayUnknownDataType();
+        }
+        return ForwardingFactory::createArrayFromBufferImpl(std::move(dimensions), type, std::move(buffer),
+                                                            layout);
+    }
+    Dims asked;
+    bool fails = false;
+};
+
+int freed = 0;
+void countFree(void* data) {
+    ++freed;
+    delete[] static_cast<double*>(data);
+}
+
+class Factory : public support::LedgerTest {
+protected:
+    std::shared_ptr<support::CallLog> log = std::make_shared<support::CallLog>();
+    ArrayFactory plain;
+    std::shared_ptr<Pretending> backEnd = std::make_shared<Pretending>(plain.getArrayFactoryImpl(), log);
+    ArrayFactory factory{backEnd};
+
+    void SetUp() override {
+        LedgerTest::SetUp();
+        freed = 0;
+    }
+    static buffer_ptr<double> buffer(std::size_t count) { return {new double[count](), &countFree}; }
+};
+
+TEST_F(Factory, NormalisesDimensionsInOrder) {
+    const std::pair<Dims, Dims> accepted[] = {{{5}, {5, 1}},
+                                              {{huge}, {huge, 1}},
+                                              {{}, {}},
+                                              {{0, huge, 4}, {0, huge, 4}},
+                                              {{half, half - 1}, {half, half - 1}},
+                                              {{2, 3, 4}, {2, 3, 4}}};
+    for (const auto& [given, passed] : accepted) {
+        factory.createArray<double>(given);
+        EXPECT_EQ(backEnd->asked, passed);
+    }
+    log->clear();
+    for (const Dims& refused : {Dims{half, half}, Dims{huge, 4, 0}, Dims{huge, 2}}) {
+        EXPECT_TRUE(throwsExactly<NumberOfElementsExceedsMaximumException>(
+            [&] { factory.createArray<double>(refused); }, tooMany));
+        EXPECT_TRUE(throwsExactly<NumberOfElementsExceedsMaximumException>(
+            [&] { factory.createArray(ArrayType::CELL, refused); }, tooMany));
+        EXPECT_TRUE(throwsExactly<NumberOfElementsExceedsMaximumException>(
+            [&] { factory.createArray<double>(refused, {1.0}); }, tooMany));
+        EXPECT_TRUE(throwsExactly<NumberOfElementsExceedsMaximumException>(
+            [&] { factory.createArrayFromBuffer<double>(refused, buffer(1)); }, tooMany));
+    }
+    EXPECT_EQ(freed, 3);
+    EXPECT_EQ(log->actions(), Calls());
+}
+
+TEST_F(Factory, PassesOnWhatItWasGiven) {
+    factory.createArray(ArrayType::INT8, {2, 3});
+    factory.createArray<std::complex<float>>({2, 2}, {{1, 2}, {3, 4}});
+    factory.createArrayFromBuffer<double>({2}, buffer(2), MemoryLayout::ROW_MAJOR);
+    factory.createBuffer<bool>(7);
+    factory.createBuffer(ArrayType::CHAR, 3);
+    factory.createBuffer(9);
+    EXPECT_EQ(log->actions(), (Calls{"createArrayImpl(6, \"1x1\")", "createArrayWithDataImpl(15, \"2x2\", 2)",
+                                     "createArrayFromBufferImpl(\"2x1\", 4, 1)", "createBufferImpl(1, 7)",
+                                     "createBufferImpl(2, 3)", "createUntypedBufferImpl(9)"}));
+    EXPECT_EQ(freed, 1);
+    log->clear();
+    EXPECT_TRUE(throwsExactly<MustBePrimitiveTypeException>([&] { factory.createBuffer(ArrayType::CELL, 3); },
+                                                            notPrimitive));
+    EXPECT_EQ(log->actions(), Calls());
+}
+
+TEST_F(Factory, FreesABufferOnceWithItsOwnDeleter) {
+    { const auto array = factory.createArrayFromBuffer<double>({2}, buffer(2)); }
+    EXPECT_EQ(freed, 1);
+    {
+        auto array = factory.createArrayFromBuffer<double>({2}, buffer(2));
+        const double* before = getBufferPtr(array).get();
+        const auto released = array.release();
+        EXPECT_EQ(released.get(), before); // handed back without a copy
+        EXPECT_EQ(array.getDimensions(), (Dims{0, 0}));
+        EXPECT_EQ(array.getType(), ArrayType::DOUBLE);
+        EXPECT_EQ(freed, 1);
+    }
+    EXPECT_EQ(freed, 2);
+    backEnd->fails = true;
+    EXPECT_THROW(factory.createArrayFromBuffer<double>({2}, buffer(2)), EArrayUnknownDataType);
+    EXPECT_EQ(freed, 3);
+}
+
+TEST_F(Factory, FillsArraysFromValues) {
+    const auto flags = plain.createArray<bool>({1, 2}, {true, false});
+    EXPECT_TRUE(flags[0]);
+    const auto text = plain.createArray<char16_t>({1, 3}, {u'a', u'b', u'c'});
+    EXPECT_EQ(text[2], u'c');
+    const std::list<int> values{1, 2, 3, 4};
+    const auto bytes = plain.createArray<std::uint8_t>({2, 2}, values.begin(), values.end());
+    EXPECT_EQ(bytes[0][1], 3);
+
+    const double data[] = {1, 2, 3};
+    const auto few = plain.createArrayWithData<double>({2, 2}, data, 3);
+    EXPECT_EQ(few, (plain.createArray<double>({2, 2}, {1, 2, 3, 0})));
+    EXPECT_EQ(plain.createArrayWithData<double>({1, 2}, data, 3),
+              (plain.createArray<double>({1, 2}, {1, 2})));
+    EXPECT_TRUE(plain.createArrayWithData<double>({0, 2}, data, 3).isEmpty());
+    const auto scalar = plain.createArray<double>({}); // no dimensions: one element
+    EXPECT_EQ(scalar.getNumberOfElements(), 1U);
+
+    EXPECT_EQ(plain.createScalar(3.5)[0], 3.5);
+    EXPECT_EQ(plain.createScalar(5LL)[0], 5);
+    EXPECT_EQ(plain.createScalar(true).getType(), ArrayType::LOGICAL);
+    EXPECT_EQ(plain.createScalar('x')[0], u'x');
+    EXPECT_EQ(plain.createScalar(std::complex<double>(1, 2))[0], std::complex<double>(1, 2));
+}
+
+TEST_F(Factory, RefusesWhatTheEmbeddedBackEndCannotHold) {
+    EXPECT_THROW(plain.createArray(ArrayType::UNKNOWN, {1, 1}), InvalidArrayTypeException);
+    EXPECT_THROW(plain.createArray(static_cast<ArrayType>(99), {1, 1}), InvalidArrayTypeException);
+    EXPECT_THROW(plain.createArrayFromBuffer({1, 1}, ArrayType::CELL, plain.createBuffer(8)),
+                 MustBePrimitiveTypeException);
+    const char* message = "The buffer cannot be the storage of this Array";
+    EXPECT_TRUE(throwsExactly<vexa::client::InvalidBufferException>(
+        [&] {
+            plain.createArrayFromBuffer<double>({2, 2}, buffer_ptr<double>(nullptr, &countFree));
+        },
+        message));
+    EXPECT_TRUE(throwsExactly<vexa::client::InvalidBufferException>(
+        [&] {
+            plain.createArrayFromBuffer<double>({1, 1}, buffer(1), MemoryLayout::NONE);
+        },
+        message));
+    EXPECT_EQ(freed, 1);
+    EXPECT_TRUE(
+        plain.createArrayFromBuffer<double>({0, 3}, buffer_ptr<double>(nullptr, &countFree)).isEmpty());
+    EXPECT_THROW(plain.createArray<double>({half, half - 1}),
+                 std::bad_alloc); // elements fit in 64 bits, bytes do not
+    EXPECT_THROW(plain.createBuffer<double>(huge), std::bad_alloc);
+}
+
+TEST_F(Factory, LosesNothingWhenMemoryRunsOut) {
+    struct State {
+        ArrayFactory factory;
+        std::vector<TypedArray<double>> made;
+        TypedArray<double> before = factory.createArray<double>({20, 20});
+        Array share = before;
+        buffer_ptr<double> buffer{new double[2](), &countFree};
+    };
+    const auto setup = [] { return std::make_unique<State>(); };
+    const auto unchanged = [](const std::unique_ptr<State>& state) {
+        EXPECT_EQ(detail::Access::impl(state->before), detail::Access::impl(state->share));
+        EXPECT_EQ(state->before.getNumberOfElements(), 400U);
+    };
+    using Operation = void (*)(std::unique_ptr<State>&);
+    const Operation operations[] = {
+        [](std::unique_ptr<State>& s) {
+            s->factory.createArray<double>({2, 2});
+        },
+        [](std::unique_ptr<State>& s) {
+            s->factory.createArray<double>({200, 200});
+        },
+        [](std::unique_ptr<State>& s) {
+            s->factory.createArray<double>({2, 2}, {1, 2, 3, 4});
+        },
+        [](std::unique_ptr<State>& s) { s->factory.createScalar(1.0); },
+        [](std::unique_ptr<State>& s) {
+            s->factory.createArrayFromBuffer<double>({2}, std::move(s->buffer));
+        },
+        [](std::unique_ptr<State>& s) {
+            s->factory.createArray<Array>({3, 3});
+        },
+        [](std::unique_ptr<State>& s) { s->before.release(); },
+    };
+    for (std::size_t k = 0; k < std::size(operations); ++k) {
+        SCOPED_TRACE(k);
+        support::sweep(setup, operations[k], unchanged);
+    }
+}
+
+} // namespace
