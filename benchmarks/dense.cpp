@@ -138,8 +138,7 @@ struct Matrices {
 
     /// Adds what `use` does with each peer's matrix.
     template <class Use>
-    void addPeers(std::vector<Contender>& contenders, Use use) {
-        (void)use;
+    void addPeers([[maybe_unused]] std::vector<Contender>& contenders, [[maybe_unused]] Use use) {
 #ifdef VEXADATA_HAVE_EIGEN
         contenders.push_back({"Eigen", [this, use] { return use(bench::EigenMatrix(eigen)); }});
 #endif
