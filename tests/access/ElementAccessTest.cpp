@@ -203,6 +203,21 @@ TEST(ReferenceForms, AssignAndCompareAcrossTheirKinds) {
     EXPECT_TRUE((comparable<Reference<Complex>, ConstComplexElement>));
 }
 
+TEST(ElementHandles, TakeCompoundAssignments) {
+    ArrayFactory factory;
+    auto bytes = factory.createArray<std::int8_t>({2, 2}, {1, 2, 3, 4});
+    (bytes[1][1] += 3) *= 2;
+    EXPECT_EQ(bytes[1][1], 14);
+    Reference<std::int8_t> named = bytes[0][1];
+    named -= 1;
+    EXPECT_EQ(bytes[0][1], 2);
+    auto complex = factory.createScalar(std::complex<double>(4, 2));
+    const auto shared = complex;
+    complex[0] /= 2;
+    EXPECT_EQ(complex[0], std::complex<double>(2, 1));
+    EXPECT_EQ(shared[0], std::complex<double>(4, 2));
+}
+
 TEST(ElementHandles, AreSmallAndAllocateNothing) {
     EXPECT_LE(sizeof(ArrayElementTypedRef<double, false>), 128U);
     EXPECT_LE(sizeof(ArrayElementRef<true>), 128U);

@@ -23,6 +23,20 @@ struct ComplexComparison<Ref, T, true> {
     friend bool operator!=(const T& a, const Ref& b) { return !(a == b); }
 };
 
+/// Compound assignment: one read and one write of the element.
+template <class Ref, class T>
+class CompoundAssignment {
+public:
+    Ref& operator+=(const T& value) { return self() = static_cast<T>(current() + value); }
+    Ref& operator-=(const T& value) { return self() = static_cast<T>(current() - value); }
+    Ref& operator*=(const T& value) { return self() = static_cast<T>(current() * value); }
+    Ref& operator/=(const T& value) { return self() = static_cast<T>(current() / value); }
+
+private:
+    Ref& self() noexcept { return static_cast<Ref&>(*this); }
+    T current() { return static_cast<T>(self()); }
+};
+
 } // namespace detail
 
 /// What `TypedArray<T>::operator[]` returns: an element, or a row of them that wants more indices. Reads and writes go to
@@ -31,7 +45,8 @@ struct ComplexComparison<Ref, T, true> {
 /// reassigned and is not made private by a later write. Holds its indices in place. Not synchronised.
 template <class T, bool isConst>
 class ArrayElementTypedRef
-    : public detail::ComplexComparison<ArrayElementTypedRef<T, isConst>, T, detail::isComplexElement<T>> {
+    : public detail::ComplexComparison<ArrayElementTypedRef<T, isConst>, T, detail::isComplexElement<T>>,
+      public detail::CompoundAssignment<ArrayElementTypedRef<T, isConst>, T> {
 public:
     [[gnu::always_inline]] explicit ArrayElementTypedRef(detail::ElementPosition position) noexcept
         : position_(std::move(position)) {}

@@ -49,7 +49,8 @@ protected:
 /// A writable element of a primitive array. Valid while the array handle that it came from lives, is not reassigned and is
 /// not made private by a later write.
 template <class T>
-class Reference : public detail::ComplexComparison<Reference<T>, T, detail::isComplexElement<T>> {
+class Reference : public detail::ComplexComparison<Reference<T>, T, detail::isComplexElement<T>>,
+                  public detail::CompoundAssignment<Reference<T>, T> {
 public:
     /// Takes over a chain that is known to be complete.
     explicit Reference(std::shared_ptr<detail::ReferenceImpl> chain) noexcept : chain_(std::move(chain)) {}
