@@ -56,8 +56,10 @@ public:
         auto* array = new (TrailingBytes{0}) DenseArray(std::move(dimensions), 0);
         array->count_ = elementCount(array->dimensions_);
         array->layout_ = layout;
-        array->deleter_ = storage.get_deleter();
-        array->data_ = static_cast<T*>(storage.release());
+        if (storage != nullptr) {
+            array->deleter_ = storage.get_deleter();
+            array->data_ = static_cast<T*>(storage.release());
+        }
         return array;
     }
 

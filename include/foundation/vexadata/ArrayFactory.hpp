@@ -59,10 +59,18 @@ public:
                                        typename std::iterator_traits<It>::iterator_category>>
     TypedArray<T> createArray(std::vector<std::size_t> dims, It first, It last) {
         static_assert(detail::isPrimitiveElement<T>, "T is not a primitive element type");
-        const auto count = static_cast<std::size_t>(std::distance(first, last));
-        buffer_ptr<T> values = createBuffer<T>(count);
-        std::transform(first, last, values.get(), [](const auto& value) { return static_cast<T>(value); });
-        return createArrayWithData<T>(std::move(dims), values.get(), count);
+        using Category = typename std::iterator_traits<It>::iterator_category;
+        if constexpr (std::is_base_of_v<std::forward_iterator_tag, Category>) {
+            const auto count = static_cast<std::size_t>(std::distance(first, last));
+            buffer_ptr<T> values = createBuffer<T>(count);
+            std::transform(first, last, values.get(),
+                           [](const auto& value) { return static_cast<T>(value); });
+            return createArrayWithData<T>(std::move(dims), values.get(), count);
+        } else { // may be walked only once
+            using Value = typename std::iterator_traits<It>::value_type;
+            const std::vector<Value> values(first, last);
+            return createArray<T>(std::move(dims), values.begin(), values.end());
+        }
     }
     /// The same from `count` values at `data`, which are copied.
     template <class T>
