@@ -16,19 +16,24 @@ void* orThrow(void* data) {
     return data;
 }
 
+/// At least one element, so that a buffer is never null.
+std::size_t bytesOf(std::size_t count, std::size_t size) {
+    if (count > std::numeric_limits<std::size_t>::max() / size) {
+        throw std::bad_alloc();
+    }
+    return std::max<std::size_t>(count, 1) * size;
+}
+
 } // namespace
 
 void freeElements(void* data) { std::free(data); }
 
 void* allocateZeros(std::size_t count, std::size_t size) {
-    return orThrow(std::calloc(std::max<std::size_t>(count, 1), size));
+    return orThrow(std::calloc(bytesOf(count, size), 1));
 }
 
 void* allocateElements(std::size_t count, std::size_t size) {
-    if (count > std::numeric_limits<std::size_t>::max() / size) {
-        throw std::bad_alloc();
-    }
-    return orThrow(std::malloc(std::max<std::size_t>(count, 1) * size));
+    return orThrow(std::malloc(bytesOf(count, size)));
 }
 
 } // namespace vexa::client
