@@ -116,6 +116,7 @@ TEST(Layout, ValuesOfEnumerations) {
     EXPECT_EQ(static_cast<int>(MemoryLayout::ROW_MAJOR), 1);
     EXPECT_EQ(static_cast<int>(MemoryLayout::NONE), 2);
     EXPECT_EQ(IVariableInfo::NOT_SET, 0U);
+    EXPECT_EQ(IVariableInfo::RESERVED, 1U);
     EXPECT_EQ(IVariableInfo::SET_BY_ENGINE, 2U);
     static_assert(sizeof(ZVMID) == 16 && std::is_trivially_copyable_v<ZVMID>);
 }

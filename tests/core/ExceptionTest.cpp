@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <complex>
+#include <cstdint>
 #include <set>
 #include <string_view>
 
@@ -74,20 +76,37 @@ TEST(Types, PrimitiveOnesAreKnown) {
     }
 }
 
+template <class T>
+void expectAccepted(const std::set<int>& kinds) {
+    for (int value = -1; value <= 40; ++value) {
+        EXPECT_EQ(detail::acceptsType<T>(static_cast<ArrayType>(value)), kinds.count(value) == 1)
+            << value << " by the typed array of " << *kinds.begin();
+    }
+}
+template <class... Elements>
+void expectAcceptedFrom(int first) {
+    (expectAccepted<Elements>({first++}), ...);
+}
+template <class... Reals>
+void expectComplexFrom(int first) {
+    (expectAccepted<std::complex<Reals>>({first++}), ...);
+}
+
 TEST(Types, FollowFromElements) {
-    EXPECT_EQ(detail::arrayTypeOf<std::complex<std::uint64_t>>, ArrayType::COMPLEX_UINT64);
-    EXPECT_EQ(detail::arrayTypeOf<std::complex<float>>, ArrayType::COMPLEX_SINGLE);
-    EXPECT_EQ(detail::arrayTypeOf<String>, ArrayType::STRING);
+    using std::int8_t, std::int16_t, std::int32_t, std::int64_t;
+    using std::uint8_t, std::uint16_t, std::uint32_t, std::uint64_t;
+    expectAcceptedFrom<bool, char16_t, String, double, float, int8_t, uint8_t, int16_t, uint16_t, int32_t,
+                       uint32_t, int64_t, uint64_t>(1);
+    expectComplexFrom<double, float, int8_t, uint8_t, int16_t, uint16_t, int32_t, uint32_t, int64_t,
+                      uint64_t>(14);
+    expectAcceptedFrom<Array, StructElement>(24);
+    expectAccepted<ValueObject>({26, 27, 28});
+    expectAccepted<HandleObjectRef>({26, 27, 28});
+    expectAccepted<Enumeration>({29});
+
     EXPECT_FALSE(detail::isElementType<long long>); // another type than std::int64_t here
     static_assert(std::is_same_v<vexa::data::GetReturnType<long long>::type, std::int64_t>);
     static_assert(std::is_same_v<vexa::data::GetReturnType<float>::type, float>);
-    for (int value = 24; value < 33; ++value) {
-        const auto type = static_cast<ArrayType>(value);
-        const bool isObject = value >= 26 && value <= 28;
-        EXPECT_EQ(detail::acceptsType<ValueObject>(type), isObject) << value;
-        EXPECT_EQ(detail::acceptsType<HandleObjectRef>(type), isObject) << value;
-        EXPECT_EQ(detail::acceptsType<StructElement>(type), value == 25) << value;
-    }
 }
 
 } // namespace

@@ -10,6 +10,7 @@
 
 #include <cmath>
 #include <csignal>
+#include <functional>
 #include <limits>
 #include <memory>
 #include <utility>
@@ -116,12 +117,22 @@ TEST_F(Handles, DefaultOnesShareOneEmptyArray) {
 
 TEST_F(Handles, OperationsThatNobodyAsksOfAnEmptyArrayRethrow) {
     const auto empty = Access::createSharedPtr(new vexa::data::impl::EmptyArrayImpl);
-    try {
-        throw EArrayIndexOutOfRange();
-    } catch (const Exception&) {
-        EXPECT_THROW(empty->beginIterator(nullptr, false), EArrayIndexOutOfRange);
-        EXPECT_THROW(empty->forwardingOp(0, ""), EArrayIndexOutOfRange); // through order 12
-        EXPECT_THROW(empty->getIr(), EArrayIndexOutOfRange);
+    const std::function<void()> rethrowing[] = {
+        [&] { empty->beginIterator(nullptr, false); },
+        [&] { empty->endIterator(nullptr, true); },
+        [&] { empty->createElementReference(0, "", true); },
+        [&] { empty->forwardingOp(0, ""); }, // through order 12
+        [&] { empty->getJc(); },
+        [&] { empty->getIr(); },
+        [&] { empty->getRows(); },
+        [&] { empty->getCols(); },
+    };
+    for (const auto& operation : rethrowing) {
+        try {
+            throw EArrayIndexOutOfRange();
+        } catch (const Exception&) {
+            EXPECT_THROW(operation(), EArrayIndexOutOfRange);
+        }
     }
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(empty->endIterator(nullptr, true), testing::KilledBySignal(SIGABRT), "");
@@ -131,6 +142,9 @@ TEST_F(Handles, OperationsThatNobodyAsksOfAnEmptyArrayRethrow) {
     EXPECT_THROW(empty->setString(0, "", "x"), TypeMismatchException);
     EXPECT_THROW(empty->getNumberOfNonZeroElements(), InvalidArrayTypeException);
     EXPECT_THROW(empty->getIndex(0), InvalidArrayTypeException);
+    const auto copy = Access::createSharedPtr(empty->sharedCopy());
+    EXPECT_NE(copy, empty);
+    EXPECT_TRUE(copy->isEqual(empty.get()));
 }
 
 TEST_F(Handles, ShareUntilDroppedAndGiveIndependentDimensions) {
@@ -159,6 +173,18 @@ TEST_F(Handles, CompareInAFixedOrder) {
     EXPECT_NE(handle(new Disguised(inner, isDouble, 5)), handle(new Disguised(other, isDouble, 6)));
     EXPECT_NE(handle(new Disguised(inner, isDouble, 5)), handle(new Disguised(inner, ArrayType::SINGLE, 6)));
     EXPECT_EQ(handle(new Disguised(inner, isDouble, 5)), handle(new Disguised(inner, isDouble, 6)));
+
+    const auto asked = [&](const Array& right) { // of the array on the left
+        auto log = std::make_shared<support::CallLog>();
+        static_cast<void>(Array(new RecordingArray<double>(Access::impl(inner), log)) == right);
+        return log->all();
+    };
+    using Calls = std::vector<std::string>;
+    EXPECT_EQ(asked(inner), (Calls{"getArrayID()"}));
+    EXPECT_EQ(asked(other), (Calls{"getArrayID()", "getDimensions()"}));
+    EXPECT_EQ(asked(factory.createArray<float>({2, 2})),
+              (Calls{"getArrayID()", "getDimensions()", "getType()"}));
+    EXPECT_EQ(asked(numbers()), (Calls{"getArrayID()", "getDimensions()", "getType()", "isEqual()"}));
 
     auto* broken = new Disguised(inner, isDouble, 5);
     broken->fails = true;
