@@ -1,9 +1,9 @@
 // Cell arrays.
 #pragma once
 
+#include "ArrayHolder.hpp"
 #include "Identity.hpp"
 
-#include <foundation/vexadata/Array.hpp>
 #include <vexa/data/impl/TypedArrayImpl.hpp>
 
 #include <cstddef>
@@ -12,11 +12,9 @@
 
 namespace vexa::client {
 
-using foundation::vexadata::Array;
-
 /// An array of arrays, in column-major order. Copies share their elements; an element that others share is copied before
 /// something inside it is written.
-class CellArray final : public data::impl::TypedArrayImpl<Array> {
+class CellArray final : public data::impl::TypedArrayImpl<Array>, public ArrayHolder {
 public:
     /// Every element is an empty array.
     explicit CellArray(std::vector<std::size_t> dimensions);
@@ -40,6 +38,7 @@ public:
     Array* getElementAddress(std::size_t index, const std::string& fieldName, bool forWrite) override;
     void setElementValue(std::size_t index, const std::string& fieldName, Array value) override;
     const Array* getTypedDataPtr() const override;
+    std::vector<Array>& slots() override;
 
 private:
     CellArray(const CellArray&);

@@ -34,6 +34,16 @@ inline std::size_t elementCount(const Dimensions& dimensions) noexcept {
     return product;
 }
 
+/// `count`, when a vector of `T` can hold so many. More are out of memory like any others.
+/// @throws std::bad_alloc
+template <class T>
+std::size_t allocatable(std::size_t count) {
+    if (count > std::vector<T>().max_size()) {
+        throw std::bad_alloc();
+    }
+    return count;
+}
+
 /// Owns contiguous storage alone: two arrays never share it, since an iterator or a pointer that may write can outlive
 /// any bookkeeping about who looks at it. Sharing happens between handles of one array. Elements of small arrays follow
 /// the object in the same block; others lie in a buffer with a function that frees it.

@@ -2,6 +2,9 @@
 
 #include "CellArray.hpp"
 #include "DenseArray.hpp"
+#include "EnumArray.hpp"
+#include "StringArray.hpp"
+#include "StructArray.hpp"
 
 #include <vexa/client/Client.hpp>
 
@@ -39,12 +42,28 @@ auto forPrimitive(fv::ArrayType type, F make) {
 Factory::~Factory() = default;
 
 ArrayImpl* Factory::createArrayImpl(fv::ArrayType type, Dimensions dimensions) {
-    if (type == fv::ArrayType::CELL) {
+    switch (type) {
+    case fv::ArrayType::CELL:
         return new CellArray(std::move(dimensions));
+    case fv::ArrayType::STRING:
+        return new StringArray(std::move(dimensions));
+    case fv::ArrayType::STRUCT:
+        return new StructArray(std::move(dimensions), {});
+    case fv::ArrayType::ENUM:
+        return new EnumArray(std::move(dimensions), {}, {});
+    default:
+        return forPrimitive<fv::InvalidArrayTypeException>(type, [&](auto tag) -> ArrayImpl* {
+            return DenseArray<typename decltype(tag)::type>::zeros(std::move(dimensions));
+        });
     }
-    return forPrimitive<fv::InvalidArrayTypeException>(type, [&](auto tag) -> ArrayImpl* {
-        return DenseArray<typename decltype(tag)::type>::zeros(std::move(dimensions));
-    });
+}
+
+ArrayImpl* Factory::createStructArrayImpl(Dimensions dimensions, Names fieldNames) {
+    return new StructArray(std::move(dimensions), std::move(fieldNames));
+}
+
+ArrayImpl* Factory::createEnumArrayImpl(Dimensions dimensions, std::string className, Names members) {
+    return new EnumArray(std::move(dimensions), className, members);
 }
 
 ArrayImpl* Factory::createArrayWithDataImpl(fv::ArrayType type, Dimensions dimensions, const void* data,

@@ -5,7 +5,8 @@
 
 namespace vexa::client {
 
-/// Makes dense arrays of every primitive kind, and cell arrays. Other kinds throw InvalidArrayTypeException.
+/// Makes dense arrays of every primitive kind, strings, cells, structs and enumerations. Other kinds throw
+/// InvalidArrayTypeException.
 class Factory final : public data::impl::ArrayFactoryImpl {
 public:
     ~Factory() override;
@@ -15,6 +16,9 @@ public:
     data::impl::ArrayImpl* createArrayWithDataImpl(foundation::vexadata::ArrayType type,
                                                    Dimensions dimensions, const void* data,
                                                    std::size_t count) override;
+    data::impl::ArrayImpl* createStructArrayImpl(Dimensions dimensions, Names fieldNames) override;
+    data::impl::ArrayImpl* createEnumArrayImpl(Dimensions dimensions, std::string className,
+                                               Names members) override;
     void createBufferImpl(void*& data, void (*&deleter)(void*), foundation::vexadata::ArrayType type,
                           std::size_t count) override;
     void createUntypedBufferImpl(void*& data, void (*&deleter)(void*), std::size_t count) override;

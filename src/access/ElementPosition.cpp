@@ -1,11 +1,16 @@
 #include <foundation/vexadata/Array.hpp>
 #include <foundation/vexadata/ElementPosition.hpp>
+#include <foundation/vexadata/StructElement.hpp>
 
 namespace foundation::vexadata::detail {
 
 ReferenceImpl& ElementPosition::makeChain() const {
     if (chain_ == nullptr) {
         using vexa::data::detail::ArrayReferenceImpl;
+        if (count_ == known) {
+            chain_ = new vexa::data::detail::IteratorReference(array_, indices_[0]);
+            return *chain_;
+        }
         auto fresh = std::make_unique<ArrayReferenceImpl>(array_, *dimensions_, layout_);
         for (std::uint32_t k = 0; k < count_; ++k) {
             fresh->addIndex(indices_[k]);
@@ -41,7 +46,7 @@ void ElementPosition::appendToChain(std::size_t index) {
 namespace {
 
 template <class T>
-bool copyScalar(ArrayType type, const ElementPosition& from, const ElementPosition& to) {
+bool copyValue(ArrayType type, const ElementPosition& from, const ElementPosition& to) {
     if (type != arrayTypeOf<T>) {
         return false;
     }
@@ -50,31 +55,52 @@ bool copyScalar(ArrayType type, const ElementPosition& from, const ElementPositi
 }
 
 template <class... T>
-struct ScalarTypes {
+struct ValueTypes {
     static bool copy(ArrayType type, const ElementPosition& from, const ElementPosition& to) {
-        return (copyScalar<T>(type, from, to) || ...);
+        return (copyValue<T>(type, from, to) || ...);
     }
 };
 
-using AllScalars =
-    ScalarTypes<bool, char16_t, double, float, std::int8_t, std::uint8_t, std::int16_t, std::uint16_t,
-                std::int32_t, std::uint32_t, std::int64_t, std::uint64_t, std::complex<double>,
-                std::complex<float>, std::complex<std::int8_t>, std::complex<std::uint8_t>,
-                std::complex<std::int16_t>, std::complex<std::uint16_t>, std::complex<std::int32_t>,
-                std::complex<std::uint32_t>, std::complex<std::int64_t>, std::complex<std::uint64_t>>;
+using AllValues =
+    ValueTypes<String, Enumeration, bool, char16_t, double, float, std::int8_t, std::uint8_t, std::int16_t,
+               std::uint16_t, std::int32_t, std::uint32_t, std::int64_t, std::uint64_t, std::complex<double>,
+               std::complex<float>, std::complex<std::int8_t>, std::complex<std::uint8_t>,
+               std::complex<std::int16_t>, std::complex<std::uint16_t>, std::complex<std::int32_t>,
+               std::complex<std::uint32_t>, std::complex<std::int64_t>, std::complex<std::uint64_t>>;
 
 } // namespace
 
 void copyElement(const ElementPosition& from, const ElementPosition& to) {
     const ArrayType type = from.array()->getType();
-    if (!isPrimitive(type)) {
-        storeArray(to.chain(), castTo<Array, true>(from.chain()));
-        return;
+    if (to.array()->getType() == type && from.fieldName().empty() && to.fieldName().empty()) {
+        if (AllValues::copy(type, from, to)) {
+            return;
+        }
+        if (type == ArrayType::STRUCT) {
+            storeRecord(to, valuesOf(from));
+            return;
+        }
     }
-    if (to.array()->getType() != type) {
+    storeArray(to.chain(), castTo<Array, true>(from.chain()));
+}
+
+ElementPosition elementInCell(const ElementPosition& position, bool forWrite) {
+    if (position.array()->getType() != ArrayType::CELL) {
         raise<TypeMismatchException>();
     }
-    AllScalars::copy(type, from, to);
+    const std::array<std::uint64_t, 2> indices = position.twoIndicesIntoVector();
+    std::shared_ptr<ReferenceImpl> cell = ElementPosition::first(position.array(), indices[0]).chain();
+    return ElementPosition(forWrite ? createReferenceWithIndex<false>(cell, indices[1])
+                                    : createConstReferenceWithIndex(cell, indices[1]));
+}
+
+std::array<std::uint64_t, 2> ElementPosition::twoIndicesIntoVector() const {
+    const bool isVector = dimensions_ != nullptr && dimensions_->size() == 2 &&
+                          ((*dimensions_)[0] == 1 || (*dimensions_)[1] == 1);
+    if (chain_ != nullptr || count_ != 2 || !isVector) {
+        raise<TypeMismatchException>();
+    }
+    return {indices_[0], indices_[1]};
 }
 
 } // namespace foundation::vexadata::detail

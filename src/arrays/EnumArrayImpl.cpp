@@ -1,7 +1,6 @@
+#include <foundation/vexadata/Text.hpp>
 #include <vexa/data/detail/NonPrimitiveIteratorImpl.hpp>
 #include <vexa/data/impl/EnumArrayImpl.hpp>
-
-#include <stdexcept>
 
 namespace vexa::data::impl {
 
@@ -16,12 +15,7 @@ detail::IteratorImpl* EnumArrayImpl::endIterator(void*, bool) {
 void EnumArrayImpl::reservedOp42() {}
 
 std::string EnumArrayImpl::getEnumName(std::size_t index) const {
-    const char* name = getEnumNameAt(index);
-    if (name == nullptr) {
-        // The text that standard libraries gave for a null pointer is part of the contract; not all give it today.
-        throw std::logic_error("basic_string::_M_construct null not valid");
-    }
-    return name;
+    return foundation::vexadata::detail::copied(getEnumNameAt(index));
 }
 
 } // namespace vexa::data::impl

@@ -1,4 +1,4 @@
-#include <foundation/vexadata/Exception.hpp>
+#include <foundation/vexadata/Text.hpp>
 #include <vexa/data/detail/NonPrimitiveIteratorImpl.hpp>
 #include <vexa/data/impl/StringArrayImpl.hpp>
 
@@ -17,16 +17,7 @@ std::string StringArrayImpl::castToString(std::size_t index, const std::string&)
     const char16_t* text = nullptr;
     std::size_t length = 0;
     getStringElement(index, text, length);
-    std::string narrow;
-    narrow.reserve(length);
-    for (std::size_t k = 0; text != nullptr && k < length; ++k) {
-        if (text[k] > 127) {
-            foundation::vexadata::detail::raise<
-                foundation::vexadata::NonAsciiCharInRequestedAsciiOutputException>();
-        }
-        narrow.push_back(static_cast<char>(text[k]));
-    }
-    return narrow;
+    return foundation::vexadata::detail::narrowed(text, text == nullptr ? 0 : length);
 }
 
 void StringArrayImpl::setString(std::size_t index, const std::string& fieldName, std::string value) {

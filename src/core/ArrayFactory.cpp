@@ -24,6 +24,14 @@ std::vector<std::size_t> normalised(std::vector<std::size_t> dims) {
     return dims;
 }
 
+/// A sparse array has two dimensions; one entry n still becomes n by 1.
+std::vector<std::size_t> ofMatrix(std::vector<std::size_t> dims) {
+    if (dims.size() > 2) {
+        detail::raise<EInvalidDimensionsInSparseArray>();
+    }
+    return normalised(std::move(dims));
+}
+
 } // namespace
 
 ArrayFactory::ArrayFactory()
@@ -49,6 +57,58 @@ UntypedBuffer ArrayFactory::createBuffer(std::size_t count) {
     void (*deleter)(void*) = nullptr;
     impl_->createUntypedBufferImpl(data, deleter, count);
     return UntypedBuffer(data, deleter);
+}
+
+CharArray ArrayFactory::createCharArray(std::u16string text) {
+    return CharArray(withData(ArrayType::CHAR, {1, text.size()}, text.data(), text.size()));
+}
+
+CharArray ArrayFactory::createCharArray(std::string text) { return createCharArray(detail::widened(text)); }
+
+CharArray ArrayFactory::createCharArray(std::vector<std::size_t> dims) {
+    return CharArray(zeros(ArrayType::CHAR, std::move(dims)));
+}
+
+StructArray ArrayFactory::createStructArray(std::vector<std::size_t> dims,
+                                            std::vector<std::string> fieldNames) {
+    return StructArray(impl_->createStructArrayImpl(normalised(std::move(dims)), std::move(fieldNames)));
+}
+
+EnumArray ArrayFactory::createEnumArray(std::vector<std::size_t> dims, std::string className,
+                                        std::vector<std::string> members) {
+    return EnumArray(
+        impl_->createEnumArrayImpl(normalised(std::move(dims)), std::move(className), std::move(members)));
+}
+
+ArrayImpl* ArrayFactory::sparse(Dims dims, std::size_t count, Values<bool> values, Places rows,
+                                Places columns) {
+    return impl_->createSparseLogicalImpl(ofMatrix(std::move(dims)), count, std::move(values),
+                                          std::move(rows), std::move(columns));
+}
+ArrayImpl* ArrayFactory::sparse(Dims dims, std::size_t count, Values<double> values, Places rows,
+                                Places columns) {
+    return impl_->createSparseDoubleImpl(ofMatrix(std::move(dims)), count, std::move(values), std::move(rows),
+                                         std::move(columns));
+}
+ArrayImpl* ArrayFactory::sparse(Dims dims, std::size_t count, Values<std::complex<double>> values,
+                                Places rows, Places columns) {
+    return impl_->createSparseComplexDoubleImpl(ofMatrix(std::move(dims)), count, std::move(values),
+                                                std::move(rows), std::move(columns));
+}
+ArrayImpl* ArrayFactory::compressed(Dims dims, std::size_t count, Values<bool> values, Places rows,
+                                    Places starts) {
+    return impl_->createVexaSparseLogicalImpl(ofMatrix(std::move(dims)), count, std::move(values),
+                                              std::move(rows), std::move(starts));
+}
+ArrayImpl* ArrayFactory::compressed(Dims dims, std::size_t count, Values<double> values, Places rows,
+                                    Places starts) {
+    return impl_->createVexaSparseDoubleImpl(ofMatrix(std::move(dims)), count, std::move(values),
+                                             std::move(rows), std::move(starts));
+}
+ArrayImpl* ArrayFactory::compressed(Dims dims, std::size_t count, Values<std::complex<double>> values,
+                                    Places rows, Places starts) {
+    return impl_->createVexaSparseComplexDoubleImpl(ofMatrix(std::move(dims)), count, std::move(values),
+                                                    std::move(rows), std::move(starts));
 }
 
 Array ArrayFactory::createArrayFromBuffer(std::vector<std::size_t> dims, ArrayType type, UntypedBuffer buffer,

@@ -57,7 +57,7 @@ TEST_F(Cells, HandOutTheirArraysToHandlesOfTheRightKind) {
     EXPECT_TRUE(throwsExactly<TypeMismatchException>([&] { TypedArray<double> wrong = cell[2]; }, mismatch));
     EXPECT_TRUE(throwsExactly<TypeMismatchException>([&] { Cell wrong = std::as_const(cell)[1]; }, mismatch));
     // An element that holds no array at all, and too few indices to hold any.
-    auto numbers = factory.createArray<double>({2, 2});
+    Array numbers = factory.createArray<double>({2, 2});
     EXPECT_TRUE(throwsExactly<TypeMismatchException>([&] { Array none = numbers[0][0]; }, mismatch));
     EXPECT_TRUE(
         throwsExactly<NotEnoughIndicesProvidedException>([&] { Array none = numbers[0]; }, notEnough));

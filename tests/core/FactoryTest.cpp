@@ -153,6 +153,8 @@ TEST_F(Factory, FillsArraysFromValues) {
     EXPECT_EQ(plain.createScalar(5LL)[0], 5);
     EXPECT_EQ(plain.createScalar(true).getType(), ArrayType::LOGICAL);
     EXPECT_EQ(plain.createScalar('x')[0], u'x');
+    EXPECT_TRUE(throwsExactly<NonAsciiCharInInputDataException>(
+        [&] { plain.createScalar('\xE9'); }, "Input data can only contain ASCII characters"));
     EXPECT_EQ(plain.createScalar(std::complex<double>(1, 2))[0], std::complex<double>(1, 2));
 }
 
@@ -178,6 +180,11 @@ TEST_F(Factory, RefusesWhatTheEmbeddedBackEndCannotHold) {
     EXPECT_THROW(plain.createArray<double>({half, half - 1}),
                  std::bad_alloc); // elements fit in 64 bits, bytes do not
     EXPECT_THROW(plain.createBuffer<double>(huge), std::bad_alloc);
+    EXPECT_TRUE(throwsExactly<std::bad_alloc>(
+        [&] {
+            plain.createArray<Array>({half, half / 2});
+        },
+        "std::bad_alloc")); // no std::length_error
 }
 
 TEST_F(Factory, LosesNothingWhenMemoryRunsOut) {

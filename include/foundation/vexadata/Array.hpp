@@ -30,13 +30,13 @@ public:
     explicit Array(vexa::data::impl::ArrayImpl* impl) : impl_(detail::Access::createSharedPtr(impl)) {}
     /// The array that an element holds, shared with the element until one of them is written.
     /// @throws TypeMismatchException when the element holds no array; index errors
-    template <class Ref, std::enable_if_t<detail::isReference<Ref>, int> = 0>
+    template <class Ref, std::enable_if_t<detail::isArrayReference<Ref>, int> = 0>
     Array(const Ref& element) : Array(detail::castTo<Array, true>(detail::chainOf(element))) {}
     Array(const Array&) noexcept = default;
     Array(Array&&) noexcept = default;
     Array& operator=(const Array&) noexcept = default;
     Array& operator=(Array&&) noexcept = default;
-    template <class Ref, std::enable_if_t<detail::isReference<Ref>, int> = 0>
+    template <class Ref, std::enable_if_t<detail::isArrayReference<Ref>, int> = 0>
     Array& operator=(const Ref& element) {
         return *this = Array(element);
     }

@@ -1,10 +1,11 @@
 // Handles to elements of arrays whose kind is not known at compile time, and of cell arrays.
 #pragma once
 
-#include <foundation/vexadata/ElementPosition.hpp>
+#include <foundation/vexadata/ElementHandle.hpp>
 
 #include <cstddef>
 #include <memory>
+#include <string>
 #include <type_traits>
 #include <utility>
 
@@ -17,13 +18,35 @@ namespace detail {
 /// @throws TypeMismatchException; index errors
 VEXADATA_API void copyElement(const ElementPosition& from, const ElementPosition& to);
 
+/// Of a row or column of cells indexed twice: the element at the second index of the array in the cell at the first.
+/// @throws TypeMismatchException for any other position; index errors
+VEXADATA_API ElementPosition elementInCell(const ElementPosition& position, bool forWrite);
+
+/// The same for elements `T`.
+/// @throws TypeMismatchException when the array in the cell has other elements
+template <class T>
+[[gnu::noinline, gnu::cold]] ElementPosition scalarsInCell(const ElementPosition& position, bool forWrite) {
+    ElementPosition inner = elementInCell(position, forWrite);
+    if (inner.array()->getType() != arrayTypeOf<T>) {
+        raise<TypeMismatchException>();
+    }
+    return inner;
+}
+
+/// What `["name"]` gives: a reference to write through, or the array held.
+template <bool isConst>
+using FieldOf = std::conditional_t<isConst, const Array, Reference<Array>>;
+VEXADATA_API const Array fieldOf(const ElementPosition& record, const std::string& fieldName, std::true_type);
+VEXADATA_API Reference<Array> fieldOf(const ElementPosition& record, const std::string& fieldName,
+                                      std::false_type);
+
 } // namespace detail
 
 /// What `Array::operator[]` returns: an element of any kind of array, or a row of them that wants more indices. Scalars
-/// are read and written when the array's kind is exactly theirs; array handles are constructed from it and assigned to
+/// are read and written when the array's kind is exactly theirs, fields reached by name, and array handles are constructed from it and assigned to
 /// it when the element holds an array. Validity and indices as for ArrayElementTypedRef.
 template <bool isConst>
-class ArrayElementRef {
+class ArrayElementRef : public detail::Indexing<ArrayElementRef<isConst>> {
     template <class T>
     using IfScalar = std::enable_if_t<detail::isPrimitiveElement<T>, int>;
 
@@ -36,33 +59,41 @@ public:
     ArrayElementRef(ArrayElementRef&&) noexcept = default;
     ~ArrayElementRef() = default;
 
-    /// Appends an index.
-    /// @throws StringIndexMustBeLastException, CantIndexIntoEmptyArrayException, TooManyIndicesProvidedException
-    [[gnu::always_inline]] ArrayElementRef operator[](std::size_t index) && {
-        position_.append(index);
-        return std::move(*this);
+    using detail::Indexing<ArrayElementRef>::operator[];
+
+    /// The field of the record that the element is: a reference to it, or the array itself when this handle is read-only.
+    /// @throws TypeMismatchException when the array is no struct array; index errors; errors of the back-end, such as for
+    /// an unknown name
+    detail::FieldOf<isConst> operator[](const std::string& fieldName) const {
+        return fieldOf(position_, fieldName, std::bool_constant<isConst>());
     }
-    ArrayElementRef operator[](std::size_t index) const& {
-        ArrayElementRef longer(*this);
-        longer.position_.append(index);
-        return longer;
+    /// The same for a literal, which would otherwise be taken for an index into itself.
+    template <std::size_t length>
+    detail::FieldOf<isConst> operator[](const char (&fieldName)[length]) const {
+        return (*this)[std::string(fieldName)];
     }
 
-    /// Reads a scalar.
+    /// Reads a scalar. From a row or column of cells, `cells[i][j]` also reads element j of the array in cell i, since a
+    /// cell itself is never a scalar.
     /// @throws TypeMismatchException when the array is not one of elements `T`; index errors
     template <class T, IfScalar<T> = 0>
     operator T() const {
-        requireElementsOf<T>();
+        if (!holdsElements<T>(position_)) {
+            return detail::scalarsInCell<T>(position_, false).template value<T>();
+        }
         return position_.template value<T>();
     }
 
-    /// Writes a scalar.
+    /// Writes a scalar, to the same places as reading. Everything on the way into a cell is made private first.
     /// @throws TypeMismatchException when the array is not one of elements `T`; index errors
     template <class T, IfScalar<T> = 0>
     ArrayElementRef& operator=(const T& value) {
         static_assert(!isConst, "this reference is read-only: its array is const");
-        requireElementsOf<T>();
-        position_.template setValue<T>(value);
+        if (!holdsElements<T>(position_)) {
+            detail::scalarsInCell<T>(position_, true).template setValue<T>(value);
+        } else {
+            position_.template setValue<T>(value);
+        }
         return *this;
     }
 
@@ -99,10 +130,8 @@ private:
         return *this;
     }
     template <class T>
-    void requireElementsOf() const {
-        if (position_.array()->getType() != detail::arrayTypeOf<T>) {
-            detail::raise<TypeMismatchException>();
-        }
+    static bool holdsElements(const detail::ElementPosition& position) {
+        return position.array()->getType() == detail::arrayTypeOf<T>;
     }
 
     friend struct detail::Access;

@@ -1,7 +1,7 @@
 // Handles to elements of typed arrays.
 #pragma once
 
-#include <foundation/vexadata/ElementPosition.hpp>
+#include <foundation/vexadata/ElementHandle.hpp>
 
 #include <cstddef>
 #include <memory>
@@ -45,7 +45,8 @@ private:
 /// reassigned and is not made private by a later write. Holds its indices in place. Not synchronised.
 template <class T, bool isConst>
 class ArrayElementTypedRef
-    : public detail::ComplexComparison<ArrayElementTypedRef<T, isConst>, T, detail::isComplexElement<T>>,
+    : public detail::Indexing<ArrayElementTypedRef<T, isConst>>,
+      public detail::ComplexComparison<ArrayElementTypedRef<T, isConst>, T, detail::isComplexElement<T>>,
       public detail::CompoundAssignment<ArrayElementTypedRef<T, isConst>, T> {
 public:
     [[gnu::always_inline]] explicit ArrayElementTypedRef(detail::ElementPosition position) noexcept
@@ -56,18 +57,6 @@ public:
     ArrayElementTypedRef(const ArrayElementTypedRef&) = default;
     ArrayElementTypedRef(ArrayElementTypedRef&&) noexcept = default;
     ~ArrayElementTypedRef() = default;
-
-    /// Appends an index.
-    /// @throws StringIndexMustBeLastException, CantIndexIntoEmptyArrayException, TooManyIndicesProvidedException
-    [[gnu::always_inline]] ArrayElementTypedRef operator[](std::size_t index) && {
-        position_.append(index);
-        return std::move(*this);
-    }
-    ArrayElementTypedRef operator[](std::size_t index) const& {
-        ArrayElementTypedRef longer(*this);
-        longer.position_.append(index);
-        return longer;
-    }
 
     /// Reads the element.
     /// @throws NotEnoughIndicesProvidedException, EArrayIndexOutOfRange

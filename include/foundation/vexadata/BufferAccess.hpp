@@ -91,4 +91,15 @@ Range<TypedIterator, T> getWritableElements(Reference<Array>& element) {
     return {std::move(begin), detail::typedIterator<T>(array, true, true, chain)};
 }
 
+/// The same for an element reached by indices.
+template <class T, bool isConst>
+Range<TypedIterator, const T> getReadOnlyElements(const ArrayElementRef<isConst>& element) {
+    return getReadOnlyElements<T>(Reference<Array>(detail::chainOf(element)));
+}
+template <class T>
+Range<TypedIterator, T> getWritableElements(const ArrayElementRef<false>& element) {
+    Reference<Array> held(element);
+    return getWritableElements<T>(held);
+}
+
 } // namespace foundation::vexadata

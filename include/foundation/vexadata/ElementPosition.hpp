@@ -5,6 +5,7 @@
 #include <foundation/vexadata/ReferenceFunctions.hpp>
 #include <vexa/data/detail/IndexRules.hpp>
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -28,6 +29,12 @@ public:
         const vexa::data::MemoryLayout layout = array->getMemoryLayout();
         vexa::data::detail::checkAppend(dimensions, 0, index);
         return ElementPosition(array, dimensions, layout, index);
+    }
+
+    /// An element whose position is known, as iterators know it. Whether it may be written was decided when the iterator
+    /// was made: nothing happens before a write.
+    [[gnu::always_inline]] static ElementPosition at(ArrayImpl* array, std::uint64_t linearIndex) noexcept {
+        return ElementPosition(array, linearIndex);
     }
 
     explicit ElementPosition(const std::shared_ptr<ReferenceImpl>& chain) noexcept : chain_(chain.get()) {
@@ -71,10 +78,10 @@ public:
     }
 
     [[gnu::always_inline]] void prepareForWrite() const {
-        if (chain_ == nullptr) {
-            array_->unshare();
-        } else {
+        if (chain_ != nullptr) {
             chain_->prepareForWrite();
+        } else if (count_ != known) {
+            array_->unshare();
         }
     }
 
@@ -90,29 +97,35 @@ public:
     /// Value of the element, which must be one of an array of `T`.
     template <class T>
     [[gnu::always_inline]] T value() const {
-        auto* array = static_cast<TypedArrayImpl<T>*>(this->array());
-        const std::size_t index = linearIndex();
-        return *array->getElementAddress(index, fieldName(), false);
+        ArrayImpl* array = this->array();
+        return readElement<T>(*array, linearIndex(), fieldName());
     }
 
     /// Writes the element, which must be one of an array of `T`.
     template <class T>
     [[gnu::always_inline]] void setValue(T value) const {
-        auto* array = static_cast<TypedArrayImpl<T>*>(this->array());
+        ArrayImpl* array = this->array();
         prepareForWrite();
-        const std::size_t index = linearIndex();
-        array->setElementValue(index, fieldName(), value);
+        writeElement<T>(*array, linearIndex(), fieldName(), std::move(value));
     }
+
+    /// The indices of a row or column vector that was indexed twice.
+    /// @throws TypeMismatchException for any other position
+    VEXADATA_API std::array<std::uint64_t, 2> twoIndicesIntoVector() const;
 
     /// The shared chain; made at the first call, and the position stays with it from then on.
     VEXADATA_API std::shared_ptr<ReferenceImpl> chain() const;
 
 private:
     static constexpr std::uint32_t capacity = 3;
+    static constexpr std::uint32_t known =
+        capacity + 1; // in place of a count: the position is in the first index
 
     [[gnu::always_inline]] ElementPosition(ArrayImpl* array, const std::vector<std::size_t>& dimensions,
                                            vexa::data::MemoryLayout layout, std::size_t index) noexcept
         : array_(array), dimensions_(&dimensions), layout_(layout), count_(1), indices_{index, 0, 0} {}
+    [[gnu::always_inline]] ElementPosition(ArrayImpl* array, std::uint64_t linearIndex) noexcept
+        : array_(array), count_(known), indices_{linearIndex, 0, 0} {}
 
     void retainChain() const noexcept {
         if (chain_ != nullptr) {
@@ -128,6 +141,9 @@ private:
     VEXADATA_API void appendToChain(std::size_t index);
 
     [[gnu::always_inline]] std::size_t linearIndexInPlace() const {
+        if (count_ == known) {
+            return indices_[0];
+        }
         if (dimensions_->size() == 2) {
             if (count_ == 1) {
                 spread();

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -54,6 +55,7 @@ class Reference : public detail::ComplexComparison<Reference<T>, T, detail::isCo
 public:
     /// Takes over a chain that is known to be complete.
     explicit Reference(std::shared_ptr<detail::ReferenceImpl> chain) noexcept : chain_(std::move(chain)) {}
+    explicit Reference(const detail::ElementPosition& element) : Reference(element.chain()) {}
     /// @throws NotEnoughIndicesProvidedException, EArrayIndexOutOfRange
     Reference(const ArrayElementTypedRef<T, false>& element)
         : Reference(detail::Access::position(element).chain()) {
@@ -103,6 +105,7 @@ class VEXADATA_API Reference<Array> : public ArrayReferenceExt {
 public:
     explicit Reference(std::shared_ptr<detail::ReferenceImpl> chain) noexcept
         : ArrayReferenceExt(std::move(chain)) {}
+    explicit Reference(const detail::ElementPosition& element) : ArrayReferenceExt(element.chain()) {}
     Reference(const ArrayElementRef<false>& element)
         : ArrayReferenceExt(detail::Access::position(element).chain()) {}
     Reference(const Reference&) = default;
@@ -129,13 +132,22 @@ public:
     ArrayElementRef<true> operator[](std::size_t index) const {
         return ArrayElementRef<true>(detail::createConstReferenceWithIndex(chain_, index));
     }
+
+    /// A field of the record that this reference stands for. A reference that is a field already stands for an array and not
+    /// for a record: index that array first.
+    /// @throws CanOnlyUseOneStringIndexException on a field; TypeMismatchException when the array is no struct array;
+    /// index errors; errors of the back-end
+    Reference operator[](const std::string& fieldName) {
+        return detail::fieldOf(detail::ElementPosition(chain_), fieldName, std::false_type());
+    }
+    const Array operator[](const std::string& fieldName) const;
 };
 
 namespace detail {
 
 /// The chain of any reference.
 template <class T>
-const std::shared_ptr<ReferenceImpl>& chainOf(const Reference<T>& reference) {
+std::shared_ptr<ReferenceImpl> chainOf(const Reference<T>& reference) {
     return reference.chain();
 }
 template <bool isConst>

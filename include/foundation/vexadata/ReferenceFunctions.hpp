@@ -2,6 +2,7 @@
 #pragma once
 
 #include <foundation/vexadata/Access.hpp>
+#include <foundation/vexadata/Enumeration.hpp>
 #include <foundation/vexadata/Exception.hpp>
 #include <foundation/vexadata/Traits.hpp>
 #include <vexa/data/detail/ReferenceImpl.hpp>
@@ -10,6 +11,9 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
 
 namespace foundation::vexadata::detail {
 
@@ -56,26 +60,52 @@ void validateReference(std::shared_ptr<ReferenceImpl> chain, bool unshare) {
 /// Text of the element.
 VEXADATA_API std::string castToString(std::shared_ptr<ReferenceImpl> chain);
 
-/// Value of the element. The array must be one of elements `T`; that is not tested. Never unshares.
+/// The element at `index` of `array` as a value. The array must be one of elements `T`; that is not tested. String and
+/// enumeration elements are converted from the text that the back-end gives.
+template <class T>
+T readElement(ArrayImpl& array, std::size_t index, const std::string& fieldName) {
+    if constexpr (std::is_same_v<T, String>) {
+        const char16_t* text = nullptr;
+        std::size_t length = 0;
+        array.getStringElement(index, text, length);
+        return text == nullptr ? String() : String(std::in_place, text, length);
+    } else if constexpr (std::is_same_v<T, Enumeration>) {
+        return Enumeration(array.castToString(index, fieldName));
+    } else {
+        static_assert(isPrimitiveElement<T>);
+        return *static_cast<TypedArrayImpl<T>&>(array).getElementAddress(index, fieldName, false);
+    }
+}
+
+/// Writes the element at `index` of `array`, which must be one of elements `T`; that is not tested.
+template <class T>
+void writeElement(ArrayImpl& array, std::size_t index, const std::string& fieldName, T value) {
+    if constexpr (std::is_same_v<T, String>) {
+        static_cast<TypedArrayImpl<String>&>(array).setStringElement(index, fieldName, std::move(value));
+    } else if constexpr (std::is_same_v<T, Enumeration>) {
+        array.setString(index, fieldName, value.getName());
+    } else {
+        static_assert(isPrimitiveElement<T>);
+        static_cast<TypedArrayImpl<T>&>(array).setElementValue(index, fieldName, value);
+    }
+}
+
+/// Value of the element of a chain; see `readElement`. Never unshares.
 /// @throws index errors
 template <class T>
 T getValue(std::shared_ptr<ReferenceImpl> chain) {
-    static_assert(isPrimitiveElement<T>);
-    auto* array = static_cast<TypedArrayImpl<T>*>(chain->getArrayImpl());
-    const std::size_t index = chain->getLinearIndex();
-    return *array->getElementAddress(index, chain->stringIndex(), false);
+    ArrayImpl* array = chain->getArrayImpl();
+    return readElement<T>(*array, chain->getLinearIndex(), chain->stringIndex());
 }
 
-/// Writes the element. The array must be one of elements `T`; that is not tested. The array is made private before the
-/// index is looked at, so that a failing write may have copied it.
+/// Writes the element of a chain; see `writeElement`. The array is made private before the index is looked at, so that a
+/// failing write may have copied it.
 /// @throws index errors; errors of the back-end
 template <class T>
 void setTypedElement(std::shared_ptr<ReferenceImpl> chain, T value) {
-    static_assert(isPrimitiveElement<T>);
-    auto* array = static_cast<TypedArrayImpl<T>*>(chain->getArrayImpl());
+    ArrayImpl* array = chain->getArrayImpl();
     chain->prepareForWrite();
-    const std::size_t index = chain->getLinearIndex();
-    array->setElementValue(index, chain->stringIndex(), value);
+    writeElement<T>(*array, chain->getLinearIndex(), chain->stringIndex(), std::move(value));
 }
 
 /// Stores an array into the element. Storing an array into itself stores a copy, since it would own itself otherwise.
@@ -88,14 +118,31 @@ void setElement(std::shared_ptr<ReferenceImpl> chain, A array) {
     storeArray(chain, array);
 }
 
-/// The kind of array that a handle type stands for; `Array` takes any.
+/// Replaces the record of the element by the values of its fields, in their order. The array is made private before the
+/// number of values is looked at.
+/// @throws WrongVectorSizeForStructException when their number differs; index errors; errors of the back-end
+VEXADATA_API void setElement(const std::shared_ptr<ReferenceImpl>& chain, std::vector<Array> values);
+
+/// The element type behind a handle type; `Array`, which takes any array, has none.
 template <class A>
 struct HandleType {
     static bool accepts(ArrayType) noexcept { return true; }
 };
 template <class T>
-struct HandleType<TypedArray<T>> {
+struct TypedHandle {
     static bool accepts(ArrayType type) noexcept { return type == arrayTypeOf<T>; }
+};
+template <class T>
+struct HandleType<TypedArray<T>> : TypedHandle<T> {};
+template <>
+struct HandleType<CharArray> : TypedHandle<char16_t> {};
+template <>
+struct HandleType<StructArray> : TypedHandle<StructElement> {};
+template <>
+struct HandleType<EnumArray> : TypedHandle<Enumeration> {};
+template <class T>
+struct HandleType<SparseArray<T>> {
+    static bool accepts(ArrayType type) noexcept { return type == sparseTypeOf<T>; }
 };
 
 /// The array that the element holds, borrowed.
@@ -109,20 +156,44 @@ ArrayImpl& elementArray(const std::shared_ptr<ReferenceImpl>& chain, bool forWri
     return *array;
 }
 
-/// The array that the element holds, as a handle of type `A` that shares it with the element.
+/// @throws TypeMismatchException when the element holds no array, or one that a handle of type `A` does not take
+template <class A>
+void requireHeld(const std::shared_ptr<ReferenceImpl>& chain) {
+    if (!HandleType<A>::accepts(elementArray<TypeMismatchException>(chain).getType())) {
+        raise<TypeMismatchException>();
+    }
+}
+
+/// What castTo hands out for a handle type: the array, shared with the element.
+template <class A>
+struct CastTo {
+    static A from(const std::shared_ptr<ReferenceImpl>& chain) {
+        requireHeld<A>(chain);
+        ArrayImpl* handedOut = chain->getElementArrayForCopy();
+        if (handedOut == nullptr) {
+            raise<TypeMismatchException>();
+        }
+        handedOut->retain();
+        return A(handedOut);
+    }
+};
+/// For a reference to an array: the chain, once the kind of the array is known.
+template <class A>
+struct CastTo<Reference<A>> {
+    static Reference<A> from(const std::shared_ptr<ReferenceImpl>& chain) {
+        if constexpr (!isElementType<A>) {
+            requireHeld<A>(chain);
+        }
+        return Reference<A>(chain);
+    }
+};
+
+/// The array that the element holds, as a handle of type `A` that shares it with the element, or as a reference, which
+/// keeps the chain. References to records and enumeration elements are formed without a test: their chain is the element.
 /// @throws TypeMismatchException when the element holds no array or one of another kind; index errors
 template <class A, bool isConst>
 A castTo(std::shared_ptr<ReferenceImpl> chain) {
-    const ArrayImpl& held = elementArray<TypeMismatchException>(chain);
-    if (!HandleType<A>::accepts(held.getType())) {
-        raise<TypeMismatchException>();
-    }
-    ArrayImpl* handedOut = chain->getElementArrayForCopy();
-    if (handedOut == nullptr) {
-        raise<TypeMismatchException>();
-    }
-    handedOut->retain();
-    return A(handedOut);
+    return CastTo<A>::from(chain);
 }
 
 } // namespace foundation::vexadata::detail

@@ -29,6 +29,23 @@ template <>
 struct GetReturnType<char> {
     using type = char16_t;
 };
+// Text makes string elements.
+template <>
+struct GetReturnType<const char*> {
+    using type = optional<std::u16string>;
+};
+template <>
+struct GetReturnType<std::string> {
+    using type = optional<std::u16string>;
+};
+template <>
+struct GetReturnType<const char16_t*> {
+    using type = optional<std::u16string>;
+};
+template <>
+struct GetReturnType<std::u16string> {
+    using type = optional<std::u16string>;
+};
 
 } // namespace vexa::data
 
@@ -84,6 +101,16 @@ template <class T>
 inline constexpr ArrayType arrayTypeOf<std::complex<T>> =
     static_cast<ArrayType>(static_cast<std::int32_t>(arrayTypeOf<T>) + 10);
 
+/// The kind of the sparse arrays with elements of type `T`.
+template <class T>
+inline constexpr ArrayType sparseTypeOf = ArrayType::UNKNOWN;
+template <>
+inline constexpr ArrayType sparseTypeOf<bool> = ArrayType::SPARSE_LOGICAL;
+template <>
+inline constexpr ArrayType sparseTypeOf<double> = ArrayType::SPARSE_DOUBLE;
+template <>
+inline constexpr ArrayType sparseTypeOf<std::complex<double>> = ArrayType::SPARSE_COMPLEX_DOUBLE;
+
 template <class T>
 inline constexpr bool isElementType = arrayTypeOf<T> != ArrayType::UNKNOWN;
 
@@ -117,15 +144,14 @@ struct ElementRef<Array, isConst> {
 template <class T, bool isConst>
 using ElementRefOf = typename ElementRef<T, isConst>::type;
 
-/// True for every kind of reference to an element. Array handles are constructed and assigned from these.
+/// True for the references that may stand for an array: array handles are constructed and assigned from these. Elements of
+/// typed arrays other than cells hold none.
 template <class T>
-inline constexpr bool isReference = false;
+inline constexpr bool isArrayReference = false;
 template <class T>
-inline constexpr bool isReference<Reference<T>> = true;
+inline constexpr bool isArrayReference<Reference<T>> = !isElementType<T> || std::is_same_v<T, Array>;
 template <bool isConst>
-inline constexpr bool isReference<ArrayElementRef<isConst>> = true;
-template <class T, bool isConst>
-inline constexpr bool isReference<ArrayElementTypedRef<T, isConst>> = true;
+inline constexpr bool isArrayReference<ArrayElementRef<isConst>> = true;
 
 } // namespace detail
 

@@ -2,6 +2,9 @@
 #pragma once
 
 #include <foundation/vexadata/Array.hpp>
+#include <foundation/vexadata/EnumElement.hpp>
+#include <foundation/vexadata/StringElement.hpp>
+#include <foundation/vexadata/StructElement.hpp>
 #include <foundation/vexadata/TypedIterator.hpp>
 
 #include <complex>
@@ -35,7 +38,7 @@ public:
     TypedArray(Array&& array) : Array(std::move(array)) { requireType(*this); }
     /// The array that an element holds.
     /// @throws TypeMismatchException when it is not one of elements `T`; index errors
-    template <class Ref, std::enable_if_t<detail::isReference<Ref>, int> = 0>
+    template <class Ref, std::enable_if_t<detail::isArrayReference<Ref>, int> = 0>
     TypedArray(const Ref& element)
         : TypedArray(detail::castTo<TypedArray<T>, true>(detail::chainOf(element))) {}
     /// Adopts the one reference that `impl` carries; its kind is not checked.
@@ -62,7 +65,7 @@ public:
     }
 
     /// @throws TypeMismatchException when the element does not hold an array of elements `T`; index errors
-    template <class Ref, std::enable_if_t<detail::isReference<Ref>, int> = 0>
+    template <class Ref, std::enable_if_t<detail::isArrayReference<Ref>, int> = 0>
     TypedArray& operator=(const Ref& element) {
         return *this = TypedArray(element);
     }

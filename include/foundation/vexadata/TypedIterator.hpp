@@ -5,6 +5,7 @@
 #include <foundation/vexadata/Reference.hpp>
 #include <vexa/data/detail/ContiguousIteratorImpl.hpp>
 #include <vexa/data/detail/IteratorImpl.hpp>
+#include <vexa/data/detail/NonPrimitiveIteratorImpl.hpp>
 
 #include <cstddef>
 #include <iterator>
@@ -31,6 +32,25 @@ struct IteratorTraits {
     using category = std::conditional_t<primitive, std::random_access_iterator_tag, std::input_iterator_tag>;
 };
 
+/// Where an iterator over elements stands that have no address of their own.
+struct ElementCursor {
+    ArrayImpl* array = nullptr;
+    std::uint64_t position = 0;
+
+    ElementCursor& operator++() noexcept { return *this += 1; }
+    ElementCursor& operator--() noexcept { return *this += -1; }
+    ElementCursor& operator+=(std::ptrdiff_t count) noexcept {
+        position += static_cast<std::uint64_t>(count);
+        return *this;
+    }
+    friend std::ptrdiff_t operator-(const ElementCursor& a, const ElementCursor& b) noexcept {
+        return static_cast<std::ptrdiff_t>(a.position - b.position);
+    }
+    friend bool operator==(const ElementCursor& a, const ElementCursor& b) noexcept {
+        return a.position == b.position;
+    }
+};
+
 /// Lets `it->member` reach into a handle that exists only for the expression.
 template <class Ref>
 class ArrowProxy {
@@ -49,14 +69,16 @@ private:
 /// iterator with real references; over other elements it moves as freely but hands out handles by value. Iterators that
 /// are compared or subtracted must come from one array. Copies move independently.
 ///
-/// Iterators of contiguous storage move by pointer alone: their `impl_` points at nothing and only owns what keeps the
-/// chain alive through which the array was reached. All others forward every step to the back-end's iterator.
+/// The library's own kinds of iterators, over contiguous storage and over positions, move alone: their `impl_` points at
+/// nothing and only owns what keeps the chain alive through which the array was reached. All others forward every step to
+/// the back-end's iterator.
 template <class T>
 class TypedIterator {
     using Element = std::remove_const_t<T>;
     using Traits = detail::IteratorTraits<T>;
     using Impl = vexa::data::detail::IteratorImpl;
     static constexpr bool primitive = Traits::primitive;
+    using Cursor = std::conditional_t<primitive, T*, detail::ElementCursor>;
 
 public:
     using iterator_category = typename Traits::category;
@@ -91,43 +113,34 @@ public:
     TypedIterator(const TypedIterator<U>& other) : impl_(copyImpl(other.impl_)), current_(other.current_) {}
 
     void increment() {
-        if constexpr (primitive) {
-            if (movesByPointer()) {
-                ++current_;
-                return;
-            }
+        if (movesAlone()) {
+            ++current_;
+            return;
         }
         current_ = orRethrow(stepForward(impl_.get()));
     }
     void decrement() {
-        if constexpr (primitive) {
-            if (movesByPointer()) {
-                --current_;
-                return;
-            }
+        if (movesAlone()) {
+            --current_;
+            return;
         }
         current_ = orRethrow(stepBack(impl_.get()));
     }
     /// Moves by `count` elements, back when negative.
     void advance(std::ptrdiff_t count) {
-        if constexpr (primitive) {
-            if (movesByPointer()) {
-                current_ += count;
-                return;
-            }
+        if (movesAlone()) {
+            current_ += count;
+            return;
         }
         current_ = orRethrow(step(impl_.get(), count));
     }
     bool isEqual(const TypedIterator& other) const {
-        return movesByPointer() ? current_ == other.current_
-                                : orRethrow(samePosition(*impl_, other.impl_.get()));
+        return movesAlone() ? current_ == other.current_ : orRethrow(samePosition(*impl_, other.impl_.get()));
     }
     /// Number of elements from this position to the other's.
     std::ptrdiff_t distanceTo(const TypedIterator& other) const {
-        if constexpr (primitive) {
-            if (movesByPointer()) {
-                return other.current_ - current_;
-            }
+        if (movesAlone()) {
+            return other.current_ - current_;
         }
         return orRethrow(distance(*impl_, *other.impl_));
     }
@@ -136,7 +149,8 @@ public:
         if constexpr (primitive) {
             return *current_;
         } else {
-            return reference(ReferenceHolder(impl_->createReference()).chain());
+            return movesAlone() ? reference(detail::ElementPosition::at(current_.array, current_.position))
+                                : reference(ReferenceHolder(impl_->createReference()).chain());
         }
     }
 
@@ -150,7 +164,7 @@ public:
     }
     reference operator[](std::ptrdiff_t offset) const {
         if constexpr (primitive) {
-            return movesByPointer() ? current_[offset] : *(*this + offset).current_;
+            return movesAlone() ? current_[offset] : *(*this + offset).current_;
         } else {
             return (*this + offset).getRef();
         }
@@ -199,13 +213,13 @@ private:
     template <class U>
     friend class TypedIterator;
 
-    bool movesByPointer() const noexcept { return __builtin_expect(impl_.get() == nullptr, true); }
+    bool movesAlone() const noexcept { return __builtin_expect(impl_.get() == nullptr, true); }
 
     /// What an iterator consists of, made out of line and returned by value: an iterator whose own address nobody has
     /// seen stays in registers.
     struct Parts {
         std::shared_ptr<Impl> impl;
-        T* current;
+        Cursor current;
     };
     [[gnu::always_inline]] explicit TypedIterator(Parts parts) noexcept
         : impl_(std::move(parts.impl)), current_(parts.current) {}
@@ -215,35 +229,37 @@ private:
         if (!movesWithoutImpl(*impl)) {
             return take(std::shared_ptr<Impl>(std::move(owner)));
         }
-        return {nullptr, addressOf(impl)};
+        return {nullptr, cursorOf(impl)};
     }
     [[gnu::noinline]] static Parts take(std::shared_ptr<Impl> owner) {
-        if constexpr (primitive) {
-            T* current = addressOf(owner.get());
-            if (isContiguous(*owner)) {
-                return {std::shared_ptr<Impl>(std::move(owner), nullptr), current};
-            }
-            return {std::move(owner), current};
-        } else {
-            return {std::move(owner), nullptr};
-        }
+        const Cursor current = cursorOf(owner.get());
+        return isOurs(*owner) ? Parts{std::shared_ptr<Impl>(std::move(owner), nullptr), current}
+                              : Parts{std::move(owner), current};
     }
 
-    using Contiguous = vexa::data::detail::ContiguousIteratorImpl<Element>;
-    static bool isContiguous(const Impl& impl) { return typeid(impl) == typeid(Contiguous); }
-    /// A contiguous iterator that keeps no chain alive is not needed any more once its address is known.
+    /// The kinds of iterators whose position is known without asking them.
+    using Ours =
+        std::conditional_t<primitive, vexa::data::detail::ContiguousIteratorImpl<Element>,
+                           vexa::data::detail::NonPrimitiveIteratorImpl<vexa::data::impl::MatchingDataOrder>>;
+    static bool isOurs(const Impl& impl) { return typeid(impl) == typeid(Ours); }
+    /// One that keeps no chain alive is not needed any more once its position is known.
     static bool movesWithoutImpl(const Impl& impl) {
-        if constexpr (primitive) {
-            return isContiguous(impl) && !static_cast<const Contiguous&>(impl).holdsReference();
-        } else {
-            return false;
-        }
+        return isOurs(impl) && !static_cast<const Ours&>(impl).holdsReference();
     }
 
     static std::shared_ptr<Impl> copyImpl(const std::shared_ptr<Impl>& impl) {
         return impl.get() == nullptr ? impl : std::shared_ptr<Impl>(impl->clone());
     }
-    static T* addressOf(Impl* impl) { return static_cast<T*>(impl->getElementAddress()); }
+    static Cursor cursorOf(Impl* impl) {
+        if constexpr (primitive) {
+            return static_cast<T*>(impl->getElementAddress());
+        } else if (isOurs(*impl)) {
+            const auto& ours = static_cast<const Ours&>(*impl);
+            return {ours.array(), ours.position()};
+        } else {
+            return {};
+        }
+    }
 
     // The forwarded steps. Out of line, with pointers by value and without exceptions of their own, so that a loop which
     // never takes them keeps its pointer and its sums in registers: a call that may throw would make compilers store them
@@ -269,20 +285,20 @@ private:
         }
         return outcome.value;
     }
-    static T* moved(Impl* impl, void (Impl::*move)()) {
+    static Cursor moved(Impl* impl, void (Impl::*move)()) {
         (impl->*move)();
-        return addressOf(impl);
+        return cursorOf(impl);
     }
-    [[gnu::noinline, gnu::cold]] static Outcome<T*> stepForward(Impl* impl) noexcept {
+    [[gnu::noinline, gnu::cold]] static Outcome<Cursor> stepForward(Impl* impl) noexcept {
         return guarded([&] { return moved(impl, &Impl::increment); });
     }
-    [[gnu::noinline, gnu::cold]] static Outcome<T*> stepBack(Impl* impl) noexcept {
+    [[gnu::noinline, gnu::cold]] static Outcome<Cursor> stepBack(Impl* impl) noexcept {
         return guarded([&] { return moved(impl, &Impl::decrement); });
     }
-    [[gnu::noinline, gnu::cold]] static Outcome<T*> step(Impl* impl, std::ptrdiff_t count) noexcept {
+    [[gnu::noinline, gnu::cold]] static Outcome<Cursor> step(Impl* impl, std::ptrdiff_t count) noexcept {
         return guarded([&] {
             impl->advance(count);
-            return addressOf(impl);
+            return cursorOf(impl);
         });
     }
     [[gnu::noinline, gnu::cold]] static Outcome<bool> samePosition(const Impl& a, const Impl* b) noexcept {
@@ -294,7 +310,7 @@ private:
     }
 
     std::shared_ptr<Impl> impl_;
-    T* current_ = nullptr;
+    Cursor current_ = {};
 };
 
 } // namespace foundation::vexadata

@@ -5,5 +5,9 @@
 #include <foundation/vexadata/ArrayFactory.hpp>
 #include <foundation/vexadata/ArrayView.hpp>
 #include <foundation/vexadata/BufferAccess.hpp>
+#include <foundation/vexadata/CharArray.hpp>
+#include <foundation/vexadata/EnumArray.hpp>
 #include <foundation/vexadata/Exception.hpp>
+#include <foundation/vexadata/SparseArray.hpp>
+#include <foundation/vexadata/StructArray.hpp>
 #include <foundation/vexadata/TypedArray.hpp>

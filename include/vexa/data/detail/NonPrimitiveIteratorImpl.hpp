@@ -34,6 +34,11 @@ public:
     void saveReference(ReferenceImpl* chain) override;
     void* getElementAddress() override;
 
+    impl::ArrayImpl* array() const noexcept { return array_; }
+    std::uint64_t position() const noexcept { return position_; }
+    /// Whether it keeps a chain alive.
+    bool holdsReference() const noexcept { return chain_ != nullptr; }
+
 private:
     impl::ArrayImpl* array_;
     std::uint64_t position_;

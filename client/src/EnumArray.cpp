@@ -1,0 +1,118 @@
+#include "EnumArray.hpp"
+
+#include <foundation/vexadata/Enumeration.hpp>
+#include <vexa/client/Client.hpp>
+
+#include <algorithm>
+#include <cstring>
+#include <limits>
+#include <new>
+#include <utility>
+
+namespace vexa::client {
+
+namespace {
+
+/// The name, its NUL and zeros up to as many bytes as the array has elements: a reference to the array copies that many.
+/// The zeros of a large array cost no memory until they are looked at.
+std::unique_ptr<char[], void (*)(void*)> paddedName(const char* name, std::size_t length,
+                                                    std::size_t elements) {
+    const std::size_t bytes = std::max(length + 1, elements);
+    std::unique_ptr<char[], void (*)(void*)> padded(static_cast<char*>(allocateZeros(bytes, 1)),
+                                                    &freeElements);
+    std::memcpy(padded.get(), name, length);
+    return padded;
+}
+
+} // namespace
+
+EnumArray::EnumArray(Dimensions dimensions, const std::string& className,
+                     const std::vector<std::string>& members)
+    : dimensions_(std::move(dimensions)),
+      codes_(allocatable<Code>(elementCount(dimensions_))),
+      names_(1),
+      learns_(true),
+      className_(paddedName(className.data(), className.size(), codes_.size())) {
+    if (!members.empty() && members.size() != codes_.size()) {
+        throw WrongNumberOfNamesException(members.size(), codes_.size());
+    }
+    std::transform(members.begin(), members.end(), codes_.begin(),
+                   [&](const std::string& name) { return codeOf(name); });
+    learns_ = members.empty();
+}
+EnumArray::EnumArray(const EnumArray& other)
+    : EnumArrayImpl(other),
+      dimensions_(other.dimensions_),
+      codes_(other.codes_),
+      names_(other.names_),
+      codesByName_(other.codesByName_),
+      learns_(other.learns_),
+      className_(paddedName(other.getClassName(), std::strlen(other.getClassName()), codes_.size())) {}
+EnumArray::~EnumArray() = default;
+
+ArrayImpl* EnumArray::sharedCopy() const { return new EnumArray(*this); }
+ArrayType EnumArray::getType() const { return ArrayType::ENUM; }
+MemoryLayout EnumArray::getMemoryLayout() const { return MemoryLayout::COLUMN_MAJOR; }
+data::detail::ReferenceImpl* EnumArray::createElementReference(std::size_t, const std::string&, bool) {
+    return nullptr;
+}
+const Dimensions& EnumArray::getDimensions() const { return dimensions_; }
+std::size_t EnumArray::getNumberOfElements() const { return codes_.size(); }
+bool EnumArray::isEmpty() const { return codes_.empty(); }
+std::uint64_t EnumArray::getArrayID() const { return identity_.get(); }
+void EnumArray::unshare() {} // the storage is always this object's alone
+EnumArray::Element* EnumArray::getElementAddress(std::size_t, const std::string&, bool) { return nullptr; }
+const EnumArray::Element* EnumArray::getTypedDataPtr() const { return nullptr; }
+const char* EnumArray::getClassName() const { return className_.get(); }
+const char* EnumArray::getEnumNameAt(std::size_t index) const { return names_[codes_[index]].c_str(); }
+
+std::string EnumArray::castToString(std::size_t index, const std::string&) const {
+    return names_[codes_[index]];
+}
+void EnumArray::setString(std::size_t index, const std::string&, std::string value) {
+    codes_[index] = codeOf(value);
+}
+void EnumArray::setElementValue(std::size_t index, const std::string&, Element value) {
+    codes_[index] = codeOf(value.getName());
+}
+
+bool EnumArray::isEqual(const ArrayImpl* other) const {
+    const auto& right = static_cast<const EnumArrayImpl&>(*other);
+    if (std::strcmp(getClassName(), right.getClassName()) != 0) {
+        return false;
+    }
+    for (std::size_t k = 0; k < codes_.size(); ++k) {
+        if (std::strcmp(getEnumNameAt(k), right.getEnumNameAt(k)) != 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// A name without text stands for no member. One with a NUL would be cut off there.
+EnumArray::Code EnumArray::codeOf(const std::string& name) {
+    if (name.empty()) {
+        return 0;
+    }
+    const auto known = codesByName_.find(name);
+    if (known != codesByName_.end()) {
+        return known->second;
+    }
+    if (!learns_ || name.find('\0') != std::string::npos) {
+        throw UnknownMemberException(name, getClassName());
+    }
+    if (names_.size() > std::numeric_limits<Code>::max()) {
+        throw std::bad_alloc();
+    }
+    const auto code = static_cast<Code>(names_.size());
+    names_.push_back(name);
+    try {
+        codesByName_.emplace(name, code);
+    } catch (...) {
+        names_.pop_back();
+        throw;
+    }
+    return code;
+}
+
+} // namespace vexa::client

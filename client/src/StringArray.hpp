@@ -1,0 +1,65 @@
+// String arrays.
+#pragma once
+
+#include "DenseArray.hpp"
+#include "Identity.hpp"
+
+#include <vexa/data/impl/StringArrayImpl.hpp>
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace vexa::client {
+
+/// Texts in column-major order. Each element takes 16 bytes, which hold texts of up to six units; longer ones lie one after
+/// another in a block of the whole array. Overwritten ones leave gaps there, which are closed when they make up half of it.
+class StringArray final : public data::impl::StringArrayImpl {
+public:
+    /// Every element is missing.
+    explicit StringArray(Dimensions dimensions);
+    ~StringArray() override;
+
+    ArrayImpl* sharedCopy() const override;
+    ArrayType getType() const override;
+    MemoryLayout getMemoryLayout() const override;
+    data::detail::ReferenceImpl* createElementReference(std::size_t index, const std::string& fieldName,
+                                                        bool forWrite) override;
+    const Dimensions& getDimensions() const override;
+    std::size_t getNumberOfElements() const override;
+    void getStringElement(std::size_t index, const char16_t*& text, std::size_t& length) const override;
+    bool isEmpty() const override;
+    std::uint64_t getArrayID() const override;
+    void unshare() override;
+    /// A missing element equals nothing, as it does when elements are compared.
+    bool isEqual(const ArrayImpl* other) const override;
+    Element* getElementAddress(std::size_t index, const std::string& fieldName, bool forWrite) override;
+    void setStringElement(std::size_t index, const std::string& fieldName, Element value) override;
+    const Element* getTypedDataPtr() const override;
+
+private:
+    static constexpr std::size_t inPlaceUnits = 6;
+
+    struct Slot {
+        std::uint32_t state = 0; ///< 0 for a missing text, otherwise its length + 1
+        char16_t units[inPlaceUnits] = {};
+
+        std::size_t length() const noexcept { return state - 1; }
+        bool isLong() const noexcept { return state > inPlaceUnits + 1; }
+    };
+
+    StringArray(const StringArray&);
+
+    static Slot slotFor(const Element& value, std::size_t start);
+    static std::size_t startOf(const Slot& slot) noexcept;
+    void closeGaps();
+
+    Dimensions dimensions_;
+    std::vector<Slot> slots_;
+    std::vector<char16_t> longTexts_;
+    std::size_t gaps_ = 0; // units of longTexts_ that no slot refers to
+    Identity identity_;
+};
+
+} // namespace vexa::client

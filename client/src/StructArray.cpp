@@ -1,0 +1,162 @@
+#include "StructArray.hpp"
+
+#include <vexa/client/Client.hpp>
+#include <vexa/data/detail/ForwardIteratorImpl.hpp>
+#include <vexa/data/detail/IteratorImpl.hpp>
+#include <vexa/data/impl/IdentifierImpl.hpp>
+
+#include <algorithm>
+#include <limits>
+#include <new>
+#include <utility>
+
+namespace vexa::client {
+
+namespace fv = foundation::vexadata;
+using data::detail::ForwardIteratorImpl;
+using data::detail::IteratorImpl;
+using data::detail::ReferenceImpl;
+using fv::detail::Access;
+
+namespace {
+
+class FieldNameIterator final : public ForwardIteratorImpl {
+public:
+    FieldNameIterator(std::shared_ptr<const FieldNames> names, std::size_t position)
+        : names_(std::move(names)), position_(position) {}
+
+    ForwardIteratorImpl* clone() const override { return new FieldNameIterator(names_, position_); }
+    data::detail::RefCounted* get() const override {
+        return new data::impl::VexaIdentifierImpl((*names_)[position_]);
+    }
+    bool equal(const ForwardIteratorImpl* other) const override {
+        return position_ == static_cast<const FieldNameIterator*>(other)->position_;
+    }
+    void increment() override { ++position_; }
+
+private:
+    std::shared_ptr<const FieldNames> names_;
+    std::size_t position_;
+};
+
+/// Walks the values of one record. The array is borrowed and must outlive the iterator.
+class FieldValueIterator final : public IteratorImpl {
+public:
+    FieldValueIterator(StructArray& array, std::size_t record, std::size_t field)
+        : array_(array), record_(record), field_(static_cast<std::int64_t>(field)) {}
+
+    IteratorImpl* clone() const override { return new FieldValueIterator(*this); }
+    void advance(std::int64_t count) override { field_ += count; }
+    bool isEqual(const IteratorImpl& other) const override { return distanceTo(other) == 0; }
+    std::int64_t distanceTo(const IteratorImpl& other) const override {
+        return static_cast<const FieldValueIterator&>(other).field_ - field_;
+    }
+    void decrement() override { --field_; }
+    void increment() override { ++field_; }
+    /// A chain to the field by its name, as `["name"]` gives.
+    ReferenceImpl* createReference() override {
+        auto chain = std::make_unique<data::detail::ArrayReferenceImpl>(&array_, record_);
+        chain->addIndex(array_.names()[static_cast<std::size_t>(field_)]);
+        return chain.release();
+    }
+    void saveReference(ReferenceImpl* chain) override { chain_ = Access::createSharedPtr(chain); }
+    void* getElementAddress() override { return nullptr; }
+
+private:
+    StructArray& array_;
+    std::size_t record_;
+    std::int64_t field_;
+    std::shared_ptr<ReferenceImpl> chain_;
+};
+
+std::size_t numberOfValues(std::size_t records, std::size_t fields) {
+    if (fields != 0 && records > std::numeric_limits<std::size_t>::max() / fields) {
+        throw std::bad_alloc();
+    }
+    return allocatable<Array>(records * fields);
+}
+
+} // namespace
+
+StructArray::StructArray(Dimensions dimensions, std::vector<std::string> fieldNames)
+    : dimensions_(std::move(dimensions)),
+      count_(elementCount(dimensions_)),
+      names_(std::make_shared<FieldNames>(std::move(fieldNames))),
+      values_(numberOfValues(count_, names_->size())) {}
+StructArray::StructArray(const StructArray&) = default;
+StructArray::~StructArray() = default;
+
+ArrayImpl* StructArray::sharedCopy() const { return new StructArray(*this); }
+ArrayType StructArray::getType() const { return ArrayType::STRUCT; }
+MemoryLayout StructArray::getMemoryLayout() const { return MemoryLayout::COLUMN_MAJOR; }
+ReferenceImpl* StructArray::createElementReference(std::size_t index, const std::string& fieldName,
+                                                   bool forWrite) {
+    return fieldName.empty() ? nullptr : referenceInto(values_[slotOf(index, fieldName)], forWrite);
+}
+const Dimensions& StructArray::getDimensions() const { return dimensions_; }
+std::size_t StructArray::getNumberOfElements() const { return count_; }
+void StructArray::assignElementArray(std::size_t index, const std::string& fieldName, ArrayImpl* array) {
+    if (fieldName.empty()) {
+        fv::detail::raise<fv::CantAssignArrayToThisArrayException>();
+    }
+    Array& slot = values_[slotOf(index, fieldName)];
+    slot = storable(*array, *this);
+}
+bool StructArray::isEmpty() const { return count_ == 0; }
+std::uint64_t StructArray::getArrayID() const { return identity_.get(); }
+void StructArray::unshare() {} // the slots are always this object's alone
+StructArray::Element* StructArray::getElementAddress(std::size_t, const std::string&, bool) {
+    return nullptr;
+}
+const StructArray::Element* StructArray::getTypedDataPtr() const { return nullptr; }
+
+void StructArray::setElementValue(std::size_t index, const std::string&, Element value) {
+    setFieldValues(index, std::vector<Array>(value.begin(), value.end()));
+}
+
+bool StructArray::isEqual(const ArrayImpl* other) const {
+    if (const auto* right = dynamic_cast<const StructArray*>(other)) {
+        return *names_ == *right->names_ && values_ == right->values_;
+    }
+    return equalByName(static_cast<const StructArrayImpl&>(*other));
+}
+
+/// With a struct of another back-end; one that lacks a field is different.
+bool StructArray::equalByName(const StructArrayImpl& other) const {
+    if (other.getNumFields() != names_->size()) {
+        return false;
+    }
+    try {
+        for (std::size_t k = 0; k < values_.size(); ++k) {
+            const std::string& name = (*names_)[k % names_->size()];
+            if (values_[k] != Array(other.getField(k / names_->size(), name))) {
+                return false;
+            }
+        }
+        return true;
+    } catch (...) {
+        return false;
+    }
+}
+
+ForwardIteratorImpl* StructArray::fieldNamesBegin() { return new FieldNameIterator(names_, 0); }
+ForwardIteratorImpl* StructArray::fieldNamesEnd() { return new FieldNameIterator(names_, names_->size()); }
+std::size_t StructArray::getNumFields() const { return names_->size(); }
+IteratorImpl* StructArray::createFieldValuesIterator(std::size_t index, bool atEnd) {
+    return new FieldValueIterator(*this, index, atEnd ? names_->size() : 0);
+}
+ArrayImpl* StructArray::getField(std::size_t index, const std::string& fieldName) const {
+    ArrayImpl* value = Access::impl(values_[slotOf(index, fieldName)]).get();
+    value->retain();
+    return value;
+}
+void StructArray::setFieldValues(std::size_t index, std::vector<Array> values) {
+    for (Array& value : values) {
+        value = storable(*Access::impl(value), *this);
+    }
+    std::move(values.begin(), values.end(),
+              values_.begin() + static_cast<std::ptrdiff_t>(index * names_->size()));
+}
+std::vector<Array>& StructArray::slots() { return values_; }
+
+} // namespace vexa::client

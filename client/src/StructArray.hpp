@@ -1,0 +1,75 @@
+// Struct arrays.
+#pragma once
+
+#include "ArrayHolder.hpp"
+#include "DenseArray.hpp"
+#include "FieldNames.hpp"
+#include "Identity.hpp"
+
+#include <foundation/vexadata/StructElement.hpp>
+#include <vexa/data/impl/StructArrayImpl.hpp>
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace vexa::client {
+
+/// Records one after another in column-major order, the values of each in the order of the fields. Copies share the values; a
+/// value that others share is copied before something inside it is written.
+class StructArray final : public data::impl::StructArrayImpl, public ArrayHolder {
+    using Element = foundation::vexadata::StructElement;
+
+public:
+    /// Every field holds an empty array.
+    /// @throws InvalidFieldNameException
+    StructArray(Dimensions dimensions, std::vector<std::string> fieldNames);
+    ~StructArray() override;
+
+    ArrayImpl* sharedCopy() const override;
+    ArrayType getType() const override;
+    MemoryLayout getMemoryLayout() const override;
+    /// Null without a field name: a record is no array.
+    data::detail::ReferenceImpl* createElementReference(std::size_t index, const std::string& fieldName,
+                                                        bool forWrite) override;
+    const Dimensions& getDimensions() const override;
+    std::size_t getNumberOfElements() const override;
+    void assignElementArray(std::size_t index, const std::string& fieldName, ArrayImpl* array) override;
+    bool isEmpty() const override;
+    std::uint64_t getArrayID() const override;
+    void unshare() override;
+    /// Fields in another order make another struct, unless it is one of another back-end.
+    bool isEqual(const ArrayImpl* other) const override;
+    Element* getElementAddress(std::size_t index, const std::string& fieldName, bool forWrite) override;
+    void setElementValue(std::size_t index, const std::string& fieldName, Element value) override;
+    const Element* getTypedDataPtr() const override;
+
+    data::detail::ForwardIteratorImpl* fieldNamesBegin() override;
+    data::detail::ForwardIteratorImpl* fieldNamesEnd() override;
+    std::size_t getNumFields() const override;
+    data::detail::IteratorImpl* createFieldValuesIterator(std::size_t index, bool atEnd) override;
+    /// @throws UnknownFieldException
+    ArrayImpl* getField(std::size_t index, const std::string& fieldName) const override;
+    void setFieldValues(std::size_t index, std::vector<Array> values) override;
+
+    std::vector<Array>& slots() override;
+    const FieldNames& names() const noexcept { return *names_; }
+
+private:
+    StructArray(const StructArray&);
+
+    bool equalByName(const StructArrayImpl& other) const;
+    /// Where the value of a field lies. @throws UnknownFieldException
+    std::size_t slotOf(std::size_t index, const std::string& fieldName) const {
+        return index * names_->size() + names_->positionOf(fieldName);
+    }
+
+    Dimensions dimensions_;
+    std::size_t count_;
+    std::shared_ptr<const FieldNames> names_; // shared by copies
+    std::vector<Array> values_;
+    Identity identity_;
+};
+
+} // namespace vexa::client

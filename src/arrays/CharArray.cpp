@@ -1,0 +1,55 @@
+#include <foundation/vexadata/CharArray.hpp>
+#include <foundation/vexadata/Text.hpp>
+
+namespace foundation::vexadata {
+
+namespace {
+
+using Characters = detail::TypedArrayImpl<char16_t>;
+
+std::u16string textOf(const vexa::data::impl::ArrayImpl& array) {
+    const std::size_t length = array.getNumberOfElements();
+    return detail::copied(static_cast<const Characters&>(array).getTypedDataPtr(), length);
+}
+
+const vexa::data::impl::ArrayImpl& held(const std::shared_ptr<detail::ReferenceImpl>& chain) {
+    return detail::elementArray<NotEnoughIndicesProvidedException>(chain);
+}
+
+} // namespace
+
+CharArray::~CharArray() = default;
+
+std::u16string CharArray::toUTF16() const { return textOf(*impl_); }
+
+std::string CharArray::toAscii() const {
+    const std::u16string text = toUTF16();
+    return detail::narrowed(text.data(), text.size());
+}
+
+std::u16string CharArrayExt::toUTF16() const { return textOf(held(chain_)); }
+
+std::string CharArrayExt::toAscii() const {
+    const auto& array = static_cast<const Characters&>(held(chain_));
+    const char16_t* text = array.getTypedDataPtr();
+    std::string narrow;
+    // The length is asked for at each step, as back-ends have come to see it.
+    for (std::size_t k = 0; k < array.getNumberOfElements(); ++k) {
+        narrow += detail::narrowed(text == nullptr ? nullptr : text + k, 1);
+    }
+    return narrow;
+}
+
+std::u16string toUTF16(const Array& array) {
+    try {
+        return CharArray(array).toUTF16();
+    } catch (const InvalidArrayTypeException&) {
+        const TypedArray<String> strings = array;
+        if (strings.getDimensions() == std::vector<std::size_t>{1, 1}) {
+            return strings[0];
+        }
+        throw; // strings that are no scalar count as the wrong type, deliberately
+    }
+}
+
+} // namespace foundation::vexadata

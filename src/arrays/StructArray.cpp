@@ -1,0 +1,148 @@
+#include <foundation/vexadata/StructArray.hpp>
+#include <vexa/data/impl/IdentifierImpl.hpp>
+#include <vexa/data/impl/StructArrayImpl.hpp>
+
+namespace foundation::vexadata {
+
+using vexa::data::impl::StructArrayImpl;
+using FieldNameIterator = ForwardIterator<const VexaFieldIdentifier>;
+using FieldNames = Range<ForwardIterator, const VexaFieldIdentifier>;
+
+namespace {
+
+StructArrayImpl& structOf(vexa::data::impl::ArrayImpl& array) { return static_cast<StructArrayImpl&>(array); }
+StructArrayImpl& structOf(const detail::ElementPosition& position) { return structOf(*position.array()); }
+
+FieldNames namesOf(StructArrayImpl& array) {
+    FieldNameIterator begin(array.fieldNamesBegin());
+    return {std::move(begin), FieldNameIterator(array.fieldNamesEnd())};
+}
+
+template <class Iterator>
+Iterator fieldValues(const detail::ElementPosition& position, bool atEnd) {
+    StructArrayImpl& array = structOf(position);
+    const std::size_t index = position.linearIndex();
+    return atEnd ? Iterator(array.endFieldValues(index))
+                 : Iterator(array.createFieldValuesIterator(index, false));
+}
+
+/// A chain of its own to a field of the record, which is known by its position.
+std::shared_ptr<detail::ReferenceImpl> fieldChain(const detail::ElementPosition& record,
+                                                  const std::string& fieldName) {
+    if (!record.fieldName().empty()) {
+        detail::raise<CanOnlyUseOneStringIndexException>();
+    }
+    vexa::data::impl::ArrayImpl* array = record.array();
+    auto chain = detail::Access::createSharedPtr<detail::ReferenceImpl>(
+        new vexa::data::detail::ArrayReferenceImpl(array, record.linearIndex()));
+    chain->addIndex(fieldName);
+    return chain;
+}
+
+void requireStruct(const detail::ElementPosition& position) {
+    if (position.array()->getType() != ArrayType::STRUCT) {
+        detail::raise<TypeMismatchException>();
+    }
+}
+
+} // namespace
+
+VexaFieldIdentifier::VexaFieldIdentifier(std::string name)
+    : impl_(detail::Access::createSharedPtr(new vexa::data::impl::VexaIdentifierImpl(std::move(name)))) {}
+VexaFieldIdentifier::VexaFieldIdentifier(vexa::data::detail::RefCounted* impl)
+    : impl_(detail::Access::createSharedPtr(static_cast<vexa::data::impl::VexaIdentifierImpl*>(impl))) {}
+bool VexaFieldIdentifier::operator==(const VexaFieldIdentifier& other) const noexcept {
+    return impl_ == other.impl_ ||
+           (impl_ != nullptr && other.impl_ != nullptr && impl_->name() == other.impl_->name());
+}
+std::string VexaFieldIdentifier::getString() const {
+    return impl_ == nullptr ? std::string() : impl_->name();
+}
+
+StructArray::~StructArray() = default;
+FieldNames StructArray::getFieldNames() const { return namesOf(structOf(*impl_)); }
+std::size_t StructArray::getNumberOfFields() const { return structOf(*impl_).getNumFields(); }
+
+FieldNames StructArrayExt::getFieldNames() const {
+    // Both ends are made by the begin operation, the second call for the begin, and each gets one reference more than
+    // anybody drops. Back-ends know this; it stays.
+    auto& array = structOf(detail::elementArray<NotEnoughIndicesProvidedException>(chain_));
+    const auto fresh = [&] {
+        auto* it = array.fieldNamesBegin();
+        it->retain();
+        return FieldNameIterator(it);
+    };
+    FieldNameIterator end = fresh();
+    return {fresh(), std::move(end)};
+}
+std::size_t StructArrayExt::getNumberOfFields() const {
+    return structOf(detail::elementArray<NotEnoughIndicesProvidedException>(chain_)).getNumFields();
+}
+
+FieldNames StructElement::getFieldNames() const { return namesOf(structOf(position_)); }
+std::size_t StructElement::getNumberOfFields() const { return structOf(position_).getNumFields(); }
+const Array StructElement::operator[](const std::string& fieldName) const {
+    const StructArrayImpl& array = structOf(position_);
+    return Array(array.getField(position_.linearIndex(), fieldName));
+}
+StructElement::const_iterator StructElement::cbegin() const {
+    return fieldValues<const_iterator>(position_, false);
+}
+StructElement::const_iterator StructElement::cend() const {
+    return fieldValues<const_iterator>(position_, true);
+}
+
+Reference<Array> StructRefExt::operator[](const std::string& fieldName) {
+    return Reference<Array>(fieldChain(position_, fieldName));
+}
+StructRefExt::iterator StructRefExt::begin() {
+    position_.prepareForWrite();
+    return fieldValues<iterator>(position_, false);
+}
+StructRefExt::iterator StructRefExt::end() {
+    position_.prepareForWrite();
+    return fieldValues<iterator>(position_, true);
+}
+
+const Array Reference<Array>::operator[](const std::string& fieldName) const {
+    return detail::fieldOf(detail::ElementPosition(chain_), fieldName, std::true_type());
+}
+
+namespace detail {
+
+const Array fieldOf(const ElementPosition& record, const std::string& fieldName, std::true_type) {
+    requireStruct(record);
+    return StructElement(record)[fieldName];
+}
+
+Reference<Array> fieldOf(const ElementPosition& record, const std::string& fieldName, std::false_type) {
+    requireStruct(record);
+    return Reference<Array>(fieldChain(record, fieldName));
+}
+
+void storeRecord(const ElementPosition& position, std::vector<Array> values) {
+    position.prepareForWrite();
+    StructArrayImpl& array = structOf(position);
+    if (array.getNumFields() != values.size()) {
+        raise<WrongVectorSizeForStructException>();
+    }
+    array.setFieldValues(position.linearIndex(), std::move(values));
+}
+
+void setElement(const std::shared_ptr<ReferenceImpl>& chain, std::vector<Array> values) {
+    storeRecord(ElementPosition(chain), std::move(values));
+}
+
+std::vector<Array> valuesOf(const ElementPosition& position) {
+    const StructElement record(position);
+    std::vector<Array> values;
+    values.reserve(record.getNumberOfFields());
+    for (const auto& value : record) {
+        values.emplace_back(value);
+    }
+    return values;
+}
+
+} // namespace detail
+
+} // namespace foundation::vexadata

@@ -1,0 +1,74 @@
+#include <foundation/vexadata/Exception.hpp>
+#include <foundation/vexadata/Text.hpp>
+
+#include <algorithm>
+#include <cstring>
+#include <stdexcept>
+
+namespace foundation::vexadata::detail {
+
+namespace {
+
+constexpr char16_t aboveAscii = 0xFF80;
+
+/// The text that standard libraries gave for a null pointer is part of the contract; not all give it today.
+template <class Unit>
+void requireText(const Unit* text) {
+    if (text == nullptr) {
+        throw std::logic_error("basic_string::_M_construct null not valid");
+    }
+}
+
+template <class Unit>
+std::basic_string<Unit> copyOf(const Unit* text, std::size_t length) {
+    if (length == 0) {
+        return {};
+    }
+    requireText(text);
+    return std::basic_string<Unit>(text, length);
+}
+
+} // namespace
+
+char16_t widened(char unit) {
+    if (static_cast<unsigned char>(unit) > 127) {
+        raise<NonAsciiCharInInputDataException>();
+    }
+    return static_cast<char16_t>(unit);
+}
+
+std::u16string widened(const char* text, std::size_t length) {
+    std::u16string wide(length, u'\0');
+    std::transform(text, text + length, wide.begin(), [](char unit) { return widened(unit); });
+    return wide;
+}
+
+std::u16string copied(const char16_t* text, std::size_t length) { return copyOf(text, length); }
+std::string copied(const char* text, std::size_t length) { return copyOf(text, length); }
+std::string copied(const char* text) {
+    requireText(text);
+    return copyOf(text, std::strlen(text));
+}
+
+std::size_t firstNonAscii(const char16_t* text, std::size_t length) noexcept {
+    std::size_t k = 0;
+    while (k + 4 <= length && ((text[k] | text[k + 1] | text[k + 2] | text[k + 3]) & aboveAscii) == 0) {
+        k += 4;
+    }
+    while (k < length && (text[k] & aboveAscii) == 0) {
+        ++k;
+    }
+    return k;
+}
+
+std::string narrowed(const char16_t* text, std::size_t length) {
+    if (firstNonAscii(text, length) != length) {
+        raise<NonAsciiCharInRequestedAsciiOutputException>();
+    }
+    std::string narrow(length, '\0');
+    std::transform(text, text + length, narrow.begin(),
+                   [](char16_t unit) { return static_cast<char>(unit); });
+    return narrow;
+}
+
+} // namespace foundation::vexadata::detail
