@@ -1,8 +1,9 @@
 // The peers that were found when the benchmarks were configured, behind one spelling of a checked element.
 #pragma once
 
+#include "Contest.hpp"
+
 #include <cstddef>
-#include <cstdlib>
 
 #ifdef VEXADATA_HAVE_EIGEN
 #    include <Eigen/Dense>
@@ -16,12 +17,6 @@
 #endif
 
 namespace bench {
-
-inline void require(bool inside) {
-    if (!inside) {
-        std::abort();
-    }
-}
 
 /// Column-major storage and nothing else.
 class RawMatrix {

@@ -386,26 +386,6 @@ void reportMemory() {
                 sizeof(ArrayElementTypedRef<double, false>));
 }
 
-void printSetting() {
-#ifdef __clang__
-    std::printf("clang++ %s", __clang_version__);
-#else
-    std::printf("g++ %s", __VERSION__);
-#endif
-#ifdef __OPTIMIZE__
-    std::printf(", optimised");
-#else
-    std::printf(", NOT OPTIMISED: the figures mean nothing");
-#endif
-#ifdef NDEBUG
-    std::printf(", NDEBUG\n");
-#else
-    std::printf(", DEBUG BUILD: the figures mean nothing\n");
-#endif
-    std::printf(
-        "raw: the checked loop over plain storage; aim: the most that the ratio should be; ! beside a miss\n\n");
-}
-
 } // namespace
 
 int main(int argc, char** argv) {
@@ -413,7 +393,7 @@ int main(int argc, char** argv) {
         reportMemory();
         return 0;
     }
-    printSetting();
+    bench::printSetting();
     bench::printHeading();
     const bool outcomes[] = {elementTasks(),
                              iterationTasks(),

@@ -1,60 +1,64 @@
 #include "ArrayHolder.hpp"
 
-#include <algorithm>
-
 namespace vexa::client {
 
 using data::detail::ReferenceImpl;
+using data::impl::ArrayImpl;
 using foundation::vexadata::ArrayType;
-using foundation::vexadata::detail::Access;
 
 namespace {
 
 class SlotReference final : public ReferenceImpl {
 public:
-    SlotReference(Array& slot, bool forWrite) : slot_(slot) {
+    SlotReference(ArrayHolder& holder, std::size_t slot, bool forWrite) : holder_(holder), slot_(slot) {
         if (forWrite) {
-            Access::unshare(slot_);
+            holder_.makePrivate(slot_);
         }
-        const data::impl::ArrayImpl& held = *Access::impl(slot_);
+        const ArrayImpl& held = holder_.heldIn(slot_);
         bind(held.getDimensions(), held.getMemoryLayout());
     }
 
-    data::impl::ArrayImpl* getArrayImpl() const override { return Access::impl(slot_).get(); }
+    ArrayImpl* getArrayImpl() const override { return &holder_.heldIn(slot_); }
     void prepareForWrite() override {
-        Access::unshare(slot_);
-        Access::impl(slot_)->unshare();
+        holder_.makePrivate(slot_);
+        holder_.heldIn(slot_).unshare();
     }
 
 private:
-    Array& slot_;
+    ArrayHolder& holder_;
+    std::size_t slot_;
 };
 
 /// Null for arrays that hold none, and for those of other back-ends.
-ArrayHolder* asHolder(data::impl::ArrayImpl& array) {
+ArrayHolder* asHolder(ArrayImpl& array) {
     const ArrayType type = array.getType();
     return type == ArrayType::CELL || type == ArrayType::STRUCT ? dynamic_cast<ArrayHolder*>(&array)
                                                                 : nullptr;
 }
 
 /// True when `target` is `array` or lies in it at any depth.
-bool reaches(data::impl::ArrayImpl& array, const data::impl::ArrayImpl& target) {
+bool reaches(ArrayImpl& array, const ArrayImpl& target) {
     if (&array == &target) {
         return true;
     }
-    ArrayHolder* holder = asHolder(array);
-    return holder != nullptr && std::any_of(holder->slots().begin(), holder->slots().end(), [&](Array& held) {
-               return reaches(*Access::impl(held), target);
-           });
+    const ArrayHolder* holder = asHolder(array);
+    const std::size_t slots = holder == nullptr ? 0 : holder->numberOfSlots();
+    for (std::size_t slot = 0; slot < slots; ++slot) {
+        if (reaches(holder->heldIn(slot), target)) {
+            return true;
+        }
+    }
+    return false;
 }
 
 /// A copy of `array` that shares no holder with it, at any depth.
-Array separateCopy(const data::impl::ArrayImpl& array) {
-    Array copy(array.sharedCopy());
-    if (ArrayHolder* holder = asHolder(*Access::impl(copy))) {
-        for (Array& held : holder->slots()) {
-            if (asHolder(*Access::impl(held)) != nullptr) {
-                held = separateCopy(*Access::impl(held));
+Held separateCopy(const ArrayImpl& array) {
+    Held copy(array.sharedCopy());
+    if (ArrayHolder* holder = asHolder(*copy)) {
+        for (std::size_t slot = 0; slot < holder->numberOfSlots(); ++slot) {
+            ArrayImpl& held = holder->heldIn(slot);
+            if (asHolder(held) != nullptr) {
+                holder->put(slot, separateCopy(held));
             }
         }
     }
@@ -63,14 +67,16 @@ Array separateCopy(const data::impl::ArrayImpl& array) {
 
 } // namespace
 
-ReferenceImpl* referenceInto(Array& slot, bool forWrite) { return new SlotReference(slot, forWrite); }
+ReferenceImpl* referenceInto(ArrayHolder& holder, std::size_t slot, bool forWrite) {
+    return new SlotReference(holder, slot, forWrite);
+}
 
-Array storable(data::impl::ArrayImpl& array, const data::impl::ArrayImpl& holder) {
-    if (reaches(array, holder)) {
+Held storable(ArrayImpl& array, const ArrayImpl& target) {
+    if (reaches(array, target)) {
         return separateCopy(array);
     }
     array.retain();
-    return Array(&array);
+    return Held(&array);
 }
 
 } // namespace vexa::client

@@ -1,6 +1,7 @@
 #include "CellArray.hpp"
 
-#include "DenseArray.hpp"
+#include "Dimensions.hpp"
+#include "Equality.hpp"
 
 #include <vexa/data/detail/NonPrimitiveIteratorImpl.hpp>
 
@@ -25,12 +26,12 @@ data::detail::IteratorImpl* CellArray::endIterator(void*, bool) {
 foundation::vexadata::ArrayType CellArray::getType() const { return foundation::vexadata::ArrayType::CELL; }
 data::MemoryLayout CellArray::getMemoryLayout() const { return data::MemoryLayout::COLUMN_MAJOR; }
 ReferenceImpl* CellArray::createElementReference(std::size_t index, const std::string&, bool forWrite) {
-    return referenceInto(elements_[index], forWrite);
+    return referenceInto(*this, index, forWrite);
 }
 const std::vector<std::size_t>& CellArray::getDimensions() const { return dimensions_; }
 std::size_t CellArray::getNumberOfElements() const { return elements_.size(); }
 void CellArray::assignElementArray(std::size_t index, const std::string&, data::impl::ArrayImpl* array) {
-    elements_[index] = storable(*array, *this);
+    put(index, storable(*array, *this));
 }
 bool CellArray::isEmpty() const { return elements_.empty(); }
 std::uint64_t CellArray::getArrayID() const { return identity_.get(); }
@@ -40,9 +41,14 @@ bool CellArray::isEqual(const data::impl::ArrayImpl* other) const {
 }
 Array* CellArray::getElementAddress(std::size_t index, const std::string&, bool) { return &elements_[index]; }
 void CellArray::setElementValue(std::size_t index, const std::string&, Array value) {
-    elements_[index] = storable(*Access::impl(value), *this);
+    put(index, storable(*Access::impl(value), *this));
 }
-std::vector<Array>& CellArray::slots() { return elements_; }
+std::size_t CellArray::numberOfSlots() const noexcept { return elements_.size(); }
+data::impl::ArrayImpl& CellArray::heldIn(std::size_t slot) const noexcept {
+    return *Access::impl(elements_[slot]);
+}
+void CellArray::makePrivate(std::size_t slot) { Access::unshare(elements_[slot]); }
+void CellArray::put(std::size_t slot, Held array) { elements_[slot] = Array(array.detach()); }
 const Array* CellArray::getTypedDataPtr() const { return elements_.data(); }
 
 } // namespace vexa::client

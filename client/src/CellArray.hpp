@@ -4,6 +4,7 @@
 #include "ArrayHolder.hpp"
 #include "Identity.hpp"
 
+#include <foundation/vexadata/Array.hpp>
 #include <vexa/data/impl/TypedArrayImpl.hpp>
 
 #include <cstddef>
@@ -11,6 +12,8 @@
 #include <vector>
 
 namespace vexa::client {
+
+using foundation::vexadata::Array;
 
 /// An array of arrays, in column-major order. Copies share their elements; an element that others share is copied before
 /// something inside it is written.
@@ -38,7 +41,11 @@ public:
     Array* getElementAddress(std::size_t index, const std::string& fieldName, bool forWrite) override;
     void setElementValue(std::size_t index, const std::string& fieldName, Array value) override;
     const Array* getTypedDataPtr() const override;
-    std::vector<Array>& slots() override;
+
+    std::size_t numberOfSlots() const noexcept override;
+    data::impl::ArrayImpl& heldIn(std::size_t slot) const noexcept override;
+    void makePrivate(std::size_t slot) override;
+    void put(std::size_t slot, Held array) override;
 
 private:
     CellArray(const CellArray&);

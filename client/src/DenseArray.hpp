@@ -2,6 +2,7 @@
 #pragma once
 
 #include "Allocation.hpp"
+#include "Dimensions.hpp"
 #include "Equality.hpp"
 #include "Identity.hpp"
 
@@ -21,39 +22,20 @@
 
 namespace vexa::client {
 
-using Dimensions = std::vector<std::size_t>;
 using data::impl::ArrayImpl;
 using data::impl::Buffer;
 using foundation::vexadata::ArrayType;
 
-inline std::size_t elementCount(const Dimensions& dimensions) noexcept {
-    std::size_t product = 1;
-    for (const std::size_t extent : dimensions) {
-        product *= extent;
-    }
-    return product;
-}
-
-/// `count`, when a vector of `T` can hold so many. More are out of memory like any others.
-/// @throws std::bad_alloc
-template <class T>
-std::size_t allocatable(std::size_t count) {
-    if (count > std::vector<T>().max_size()) {
-        throw std::bad_alloc();
-    }
-    return count;
-}
-
 /// Owns contiguous storage alone: two arrays never share it, since an iterator or a pointer that may write can outlive
-/// any bookkeeping about who looks at it. Sharing happens between handles of one array. Elements of small arrays follow
-/// the object in the same block; others lie in a buffer with a function that frees it.
+/// any bookkeeping about who looks at it. Sharing happens between handles of one array. Dimensions, and the elements of small
+/// arrays, follow the object in the same block; other elements lie in a buffer with a function that frees it.
 template <class T>
 class DenseArray final : public data::impl::TypedArrayImpl<T> {
 public:
     static DenseArray* zeros(Dimensions dimensions) {
         const std::size_t count = elementCount(dimensions);
         if (isSmall(count)) {
-            auto* array = new (TrailingBytes{count * sizeof(T)}) DenseArray(std::move(dimensions), count);
+            auto* array = small(std::move(dimensions), count);
             std::memset(static_cast<void*>(array->data_), 0, count * sizeof(T));
             return array;
         }
@@ -63,8 +45,8 @@ public:
 
     /// Over a buffer that holds as many elements as the dimensions say.
     static DenseArray* adopt(Dimensions dimensions, Buffer<void> storage, MemoryLayout layout) {
-        auto* array = new (TrailingBytes{0}) DenseArray(std::move(dimensions), 0);
-        array->count_ = elementCount(array->dimensions_);
+        auto* array = new (TrailingBytes{sizeof(Dimensions)}) DenseArray(std::move(dimensions));
+        array->count_ = elementCount(*array->dimensions_);
         array->layout_ = layout;
         if (storage != nullptr) {
             array->deleter_ = storage.get_deleter();
@@ -82,10 +64,17 @@ public:
         return array;
     }
 
-    ~DenseArray() override { freeStorage(); }
+    ~DenseArray() override {
+        if (deleter_ != nullptr) {
+            deleter_(data_);
+        }
+        if (ownsDimensions()) {
+            ownDimensions().~Dimensions();
+        }
+    }
 
     ArrayImpl* sharedCopy() const override {
-        DenseArray* copy = uninitialised(dimensions_);
+        DenseArray* copy = uninitialised(*dimensions_);
         copy->layout_ = layout_;
         copyBytes(copy->data_, data_, count_);
         return copy;
@@ -102,7 +91,7 @@ public:
     data::detail::ReferenceImpl* createElementReference(std::size_t, const std::string&, bool) override {
         return nullptr;
     }
-    const Dimensions& getDimensions() const override { return dimensions_; }
+    const Dimensions& getDimensions() const override { return *dimensions_; }
     std::size_t getNumberOfElements() const override { return count_; }
     bool isEmpty() const override { return count_ == 0; }
     std::uint64_t getArrayID() const override { return identity_.get(); }
@@ -117,14 +106,20 @@ public:
     }
     /// Leaves a 0-by-0 array of the same kind.
     void releaseBuffer(void*& data, void (*&deleter)(void*)) override {
-        dimensions_.reserve(2);
+        if (ownsDimensions()) {
+            ownDimensions().reserve(2);
+        }
         if (deleter_ == nullptr) {
             copyOutBuffer(data, deleter);
         } else {
             data = data_;
             deleter = deleter_;
         }
-        dimensions_.assign(2, 0);
+        if (ownsDimensions()) {
+            ownDimensions().assign(2, 0);
+        } else {
+            dimensions_ = &dimensionsOfNothing;
+        }
         count_ = 0;
         deleter_ = nullptr;
         data_ = trailing();
@@ -153,14 +148,26 @@ private:
     static constexpr std::size_t smallBytes = 1024;
     static bool isSmall(std::size_t count) noexcept { return count <= smallBytes / sizeof(T); }
 
-    /// `count` elements behind the object.
-    DenseArray(Dimensions dimensions, std::size_t count) noexcept
-        : dimensions_(std::move(dimensions)), data_(trailing()), count_(count) {}
+    /// A scalar; its one element follows.
+    DenseArray() noexcept : dimensions_(&dimensionsOfScalars), data_(trailing()), count_(1) {}
+    /// No elements yet; the dimensions follow the object, and the elements them.
+    explicit DenseArray(Dimensions dimensions) noexcept
+        : dimensions_(new (this + 1) Dimensions(std::move(dimensions))), data_(trailing()), count_(0) {}
+
+    static DenseArray* small(Dimensions dimensions, std::size_t count) {
+        if (dimensions == dimensionsOfScalars) {
+            return new (TrailingBytes{sizeof(T)}) DenseArray;
+        }
+        const TrailingBytes behind{sizeof(Dimensions) + count * sizeof(T)};
+        auto* array = new (behind) DenseArray(std::move(dimensions));
+        array->count_ = count;
+        return array;
+    }
 
     static DenseArray* uninitialised(Dimensions dimensions) {
         const std::size_t count = elementCount(dimensions);
         if (isSmall(count)) {
-            return new (TrailingBytes{count * sizeof(T)}) DenseArray(std::move(dimensions), count);
+            return small(std::move(dimensions), count);
         }
         Buffer<void> storage(allocateElements(count, sizeof(T)), &freeElements);
         return adopt(std::move(dimensions), std::move(storage), MemoryLayout::COLUMN_MAJOR);
@@ -171,14 +178,15 @@ private:
             std::memcpy(to, from, count * sizeof(T));
         }
     }
-    T* trailing() noexcept { return reinterpret_cast<T*>(this + 1); }
-    void freeStorage() noexcept {
-        if (deleter_ != nullptr) {
-            deleter_(data_);
-        }
+    bool ownsDimensions() const noexcept {
+        return dimensions_ != &dimensionsOfScalars && dimensions_ != &dimensionsOfNothing;
+    }
+    Dimensions& ownDimensions() noexcept { return *std::launder(reinterpret_cast<Dimensions*>(this + 1)); }
+    T* trailing() noexcept {
+        return ownsDimensions() ? reinterpret_cast<T*>(&ownDimensions() + 1) : reinterpret_cast<T*>(this + 1);
     }
 
-    Dimensions dimensions_;
+    const Dimensions* dimensions_; // shared by all scalars, which are many, otherwise behind the object
     T* data_;
     std::size_t count_;
     void (*deleter_)(void*) = nullptr; // null while the elements follow the object

@@ -1,5 +1,7 @@
 #include "EnumArray.hpp"
 
+#include "Allocation.hpp"
+
 #include <foundation/vexadata/Enumeration.hpp>
 #include <vexa/client/Client.hpp>
 

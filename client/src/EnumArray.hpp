@@ -1,7 +1,7 @@
 // Enumeration arrays.
 #pragma once
 
-#include "DenseArray.hpp"
+#include "Dimensions.hpp"
 #include "Identity.hpp"
 
 #include <vexa/data/impl/EnumArrayImpl.hpp>
@@ -14,6 +14,10 @@
 #include <vector>
 
 namespace vexa::client {
+
+using data::MemoryLayout;
+using data::impl::ArrayImpl;
+using foundation::vexadata::ArrayType;
 
 /// Members as codes in column-major order, and one table of their names. An array that was created with names knows these
 /// members and no others; one created without learns every name at its first use. The empty name stands for no member, which is

@@ -1,7 +1,7 @@
 // String arrays.
 #pragma once
 
-#include "DenseArray.hpp"
+#include "Dimensions.hpp"
 #include "Identity.hpp"
 
 #include <vexa/data/impl/StringArrayImpl.hpp>
@@ -12,6 +12,10 @@
 #include <vector>
 
 namespace vexa::client {
+
+using data::MemoryLayout;
+using data::impl::ArrayImpl;
+using foundation::vexadata::ArrayType;
 
 /// Texts in column-major order. Each element takes 16 bytes, which hold texts of up to six units; longer ones lie one after
 /// another in a block of the whole array. Overwritten ones leave gaps there, which are closed when they make up half of it.

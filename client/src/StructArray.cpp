@@ -73,8 +73,22 @@ std::size_t numberOfValues(std::size_t records, std::size_t fields) {
     if (fields != 0 && records > std::numeric_limits<std::size_t>::max() / fields) {
         throw std::bad_alloc();
     }
-    return allocatable<Array>(records * fields);
+    return allocatable<Held>(records * fields);
 }
+
+/// The one that default-constructed handles share.
+Held emptyArray() {
+    const fv::Array handle;
+    ArrayImpl& empty = *Access::impl(handle);
+    empty.retain();
+    return Held(&empty);
+}
+
+/// A handle that owns nothing and costs no allocation.
+fv::Array borrowed(const Held& held) {
+    return fv::Array(std::shared_ptr<ArrayImpl>(std::shared_ptr<void>(), &*held));
+}
+bool equalArrays(const Held& a, const Held& b) { return borrowed(a) == borrowed(b); }
 
 } // namespace
 
@@ -82,7 +96,7 @@ StructArray::StructArray(Dimensions dimensions, std::vector<std::string> fieldNa
     : dimensions_(std::move(dimensions)),
       count_(elementCount(dimensions_)),
       names_(std::make_shared<FieldNames>(std::move(fieldNames))),
-      values_(numberOfValues(count_, names_->size())) {}
+      values_(numberOfValues(count_, names_->size()), emptyArray()) {}
 StructArray::StructArray(const StructArray&) = default;
 StructArray::~StructArray() = default;
 
@@ -91,7 +105,7 @@ ArrayType StructArray::getType() const { return ArrayType::STRUCT; }
 MemoryLayout StructArray::getMemoryLayout() const { return MemoryLayout::COLUMN_MAJOR; }
 ReferenceImpl* StructArray::createElementReference(std::size_t index, const std::string& fieldName,
                                                    bool forWrite) {
-    return fieldName.empty() ? nullptr : referenceInto(values_[slotOf(index, fieldName)], forWrite);
+    return fieldName.empty() ? nullptr : referenceInto(*this, slotOf(index, fieldName), forWrite);
 }
 const Dimensions& StructArray::getDimensions() const { return dimensions_; }
 std::size_t StructArray::getNumberOfElements() const { return count_; }
@@ -99,8 +113,7 @@ void StructArray::assignElementArray(std::size_t index, const std::string& field
     if (fieldName.empty()) {
         fv::detail::raise<fv::CantAssignArrayToThisArrayException>();
     }
-    Array& slot = values_[slotOf(index, fieldName)];
-    slot = storable(*array, *this);
+    values_[slotOf(index, fieldName)] = storable(*array, *this);
 }
 bool StructArray::isEmpty() const { return count_ == 0; }
 std::uint64_t StructArray::getArrayID() const { return identity_.get(); }
@@ -111,12 +124,13 @@ StructArray::Element* StructArray::getElementAddress(std::size_t, const std::str
 const StructArray::Element* StructArray::getTypedDataPtr() const { return nullptr; }
 
 void StructArray::setElementValue(std::size_t index, const std::string&, Element value) {
-    setFieldValues(index, std::vector<Array>(value.begin(), value.end()));
+    setFieldValues(index, std::vector<fv::Array>(value.begin(), value.end()));
 }
 
 bool StructArray::isEqual(const ArrayImpl* other) const {
     if (const auto* right = dynamic_cast<const StructArray*>(other)) {
-        return *names_ == *right->names_ && values_ == right->values_;
+        return *names_ == *right->names_ &&
+               std::equal(values_.begin(), values_.end(), right->values_.begin(), equalArrays);
     }
     return equalByName(static_cast<const StructArrayImpl&>(*other));
 }
@@ -129,7 +143,7 @@ bool StructArray::equalByName(const StructArrayImpl& other) const {
     try {
         for (std::size_t k = 0; k < values_.size(); ++k) {
             const std::string& name = (*names_)[k % names_->size()];
-            if (values_[k] != Array(other.getField(k / names_->size(), name))) {
+            if (!equalArrays(values_[k], Held(other.getField(k / names_->size(), name)))) {
                 return false;
             }
         }
@@ -146,17 +160,28 @@ IteratorImpl* StructArray::createFieldValuesIterator(std::size_t index, bool atE
     return new FieldValueIterator(*this, index, atEnd ? names_->size() : 0);
 }
 ArrayImpl* StructArray::getField(std::size_t index, const std::string& fieldName) const {
-    ArrayImpl* value = Access::impl(values_[slotOf(index, fieldName)]).get();
-    value->retain();
-    return value;
+    ArrayImpl& value = *values_[slotOf(index, fieldName)];
+    value.retain();
+    return &value;
 }
-void StructArray::setFieldValues(std::size_t index, std::vector<Array> values) {
-    for (Array& value : values) {
-        value = storable(*Access::impl(value), *this);
+void StructArray::setFieldValues(std::size_t index, std::vector<fv::Array> values) {
+    std::vector<Held> stored;
+    stored.reserve(values.size());
+    for (const fv::Array& value : values) {
+        stored.push_back(storable(*Access::impl(value), *this));
     }
-    std::move(values.begin(), values.end(),
+    std::move(stored.begin(), stored.end(),
               values_.begin() + static_cast<std::ptrdiff_t>(index * names_->size()));
 }
-std::vector<Array>& StructArray::slots() { return values_; }
+
+std::size_t StructArray::numberOfSlots() const noexcept { return values_.size(); }
+ArrayImpl& StructArray::heldIn(std::size_t slot) const noexcept { return *values_[slot]; }
+/// Every handle and holder of the array counts once.
+void StructArray::makePrivate(std::size_t slot) {
+    if (values_[slot]->referenceCount() > 1) {
+        values_[slot] = Held(values_[slot]->sharedCopy());
+    }
+}
+void StructArray::put(std::size_t slot, Held array) { values_[slot] = std::move(array); }
 
 } // namespace vexa::client

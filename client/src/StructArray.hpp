@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ArrayHolder.hpp"
-#include "DenseArray.hpp"
+#include "Dimensions.hpp"
 #include "FieldNames.hpp"
 #include "Identity.hpp"
 
@@ -15,6 +15,10 @@
 #include <vector>
 
 namespace vexa::client {
+
+using data::MemoryLayout;
+using data::impl::ArrayImpl;
+using foundation::vexadata::ArrayType;
 
 /// Records one after another in column-major order, the values of each in the order of the fields. Copies share the values; a
 /// value that others share is copied before something inside it is written.
@@ -51,9 +55,12 @@ public:
     data::detail::IteratorImpl* createFieldValuesIterator(std::size_t index, bool atEnd) override;
     /// @throws UnknownFieldException
     ArrayImpl* getField(std::size_t index, const std::string& fieldName) const override;
-    void setFieldValues(std::size_t index, std::vector<Array> values) override;
+    void setFieldValues(std::size_t index, std::vector<foundation::vexadata::Array> values) override;
 
-    std::vector<Array>& slots() override;
+    std::size_t numberOfSlots() const noexcept override;
+    ArrayImpl& heldIn(std::size_t slot) const noexcept override;
+    void makePrivate(std::size_t slot) override;
+    void put(std::size_t slot, Held array) override;
     const FieldNames& names() const noexcept { return *names_; }
 
 private:
@@ -68,7 +75,7 @@ private:
     Dimensions dimensions_;
     std::size_t count_;
     std::shared_ptr<const FieldNames> names_; // shared by copies
-    std::vector<Array> values_;
+    std::vector<Held> values_;
     Identity identity_;
 };
 

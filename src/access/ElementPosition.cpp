@@ -89,9 +89,18 @@ ElementPosition elementInCell(const ElementPosition& position, bool forWrite) {
         raise<TypeMismatchException>();
     }
     const std::array<std::uint64_t, 2> indices = position.twoIndicesIntoVector();
-    std::shared_ptr<ReferenceImpl> cell = ElementPosition::first(position.array(), indices[0]).chain();
-    return ElementPosition(forWrite ? createReferenceWithIndex<false>(cell, indices[1])
-                                    : createConstReferenceWithIndex(cell, indices[1]));
+    const ElementPosition cell = ElementPosition::first(position.array(), indices[0]);
+    if (forWrite) {
+        cell.prepareForWrite();
+    }
+    ReferenceImpl* inner =
+        position.array()->createElementReference(cell.linearIndex(), noFieldName, forWrite);
+    if (inner == nullptr) {
+        raise<NotEnoughIndicesProvidedException>();
+    }
+    ElementPosition element = ElementPosition::adopt(inner);
+    element.append(indices[1]);
+    return element;
 }
 
 std::array<std::uint64_t, 2> ElementPosition::twoIndicesIntoVector() const {

@@ -37,6 +37,9 @@ public:
         return ElementPosition(array, linearIndex);
     }
 
+    /// Adopts the one reference that `chain` carries.
+    static ElementPosition adopt(ReferenceImpl* chain) noexcept { return ElementPosition(chain); }
+
     explicit ElementPosition(const std::shared_ptr<ReferenceImpl>& chain) noexcept : chain_(chain.get()) {
         retainChain();
     }
@@ -126,6 +129,8 @@ private:
         : array_(array), dimensions_(&dimensions), layout_(layout), count_(1), indices_{index, 0, 0} {}
     [[gnu::always_inline]] ElementPosition(ArrayImpl* array, std::uint64_t linearIndex) noexcept
         : array_(array), count_(known), indices_{linearIndex, 0, 0} {}
+
+    explicit ElementPosition(ReferenceImpl* chain) noexcept : chain_(chain) {}
 
     void retainChain() const noexcept {
         if (chain_ != nullptr) {

@@ -6,7 +6,21 @@
 #include <atomic>
 #include <cstdint>
 
+#if __has_include(<sys/single_threaded.h>)
+#    include <sys/single_threaded.h>
+#endif
+
 namespace vexa::data::detail {
+
+/// True while the process has never had a second thread, or has none any more: counts then need no locked instruction,
+/// which would cost several times what the rest of a handle's copy does.
+inline bool processIsSingleThreaded() noexcept {
+#if __has_include(<sys/single_threaded.h>)
+    return __libc_single_threaded != 0;
+#else
+    return false;
+#endif
+}
 
 /// An object that counts its own references. It is created with a count of 1, which belongs to whoever receives
 /// the raw pointer. Counting is safe from any thread.
@@ -16,11 +30,17 @@ public:
     virtual ~RefCounted();
 
     /// Adds one reference.
-    void retain() const noexcept { count_.fetch_add(1, std::memory_order_relaxed); }
+    void retain() const noexcept {
+        if (processIsSingleThreaded()) {
+            count_.store(count_.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
+        } else {
+            count_.fetch_add(1, std::memory_order_relaxed);
+        }
+    }
 
     /// Drops one reference; the thread that drops the last one destroys the object.
     void release() const noexcept {
-        if (count_.fetch_sub(1, std::memory_order_seq_cst) == 1) {
+        if (drop() == 1) {
             delete this;
         }
     }
@@ -35,6 +55,16 @@ protected:
     RefCounted& operator=(const RefCounted&) noexcept { return *this; }
 
 private:
+    /// The count before.
+    std::uint64_t drop() const noexcept {
+        if (!processIsSingleThreaded()) {
+            return count_.fetch_sub(1, std::memory_order_seq_cst);
+        }
+        const std::uint64_t before = count_.load(std::memory_order_relaxed);
+        count_.store(before - 1, std::memory_order_relaxed);
+        return before;
+    }
+
     mutable std::atomic<std::uint64_t> count_{1};
 };
 
