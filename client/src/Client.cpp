@@ -3,7 +3,6 @@
 #include <vexa/client/Client.hpp>
 
 #include <stdexcept>
-#include <utility>
 
 namespace vexa::client {
 
@@ -28,31 +27,5 @@ const bool registeredOnLoad = [] {
 } // namespace
 
 bool registerBackEnd() { return data::impl::ArrayFactoryImpl::registerClientFactoryFunction(&sharedFactory); }
-
-const char* InvalidBufferException::what() const noexcept {
-    return "The buffer cannot be the storage of this Array";
-}
-InvalidBufferException::~InvalidBufferException() = default;
-
-NamedException::NamedException(std::string message)
-    : message_(std::make_shared<const std::string>(std::move(message))) {}
-const char* NamedException::what() const noexcept { return message_->c_str(); }
-NamedException::~NamedException() = default;
-
-UnknownFieldException::UnknownFieldException(const std::string& name)
-    : NamedException("Unknown field '" + name + "'") {}
-UnknownFieldException::~UnknownFieldException() = default;
-
-InvalidFieldNameException::InvalidFieldNameException(const std::string& name, const std::string& reason)
-    : NamedException("The field name '" + name + "' " + reason) {}
-InvalidFieldNameException::~InvalidFieldNameException() = default;
-
-UnknownMemberException::UnknownMemberException(const std::string& name, const std::string& className)
-    : NamedException("Unknown member '" + name + "' of the enumeration '" + className + "'") {}
-UnknownMemberException::~UnknownMemberException() = default;
-
-WrongNumberOfNamesException::WrongNumberOfNamesException(std::size_t names, std::size_t elements)
-    : NamedException(std::to_string(names) + " member names for " + std::to_string(elements) + " elements") {}
-WrongNumberOfNamesException::~WrongNumberOfNamesException() = default;
 
 } // namespace vexa::client

@@ -3,7 +3,7 @@
 #include "Allocation.hpp"
 
 #include <foundation/vexadata/Enumeration.hpp>
-#include <vexa/client/Client.hpp>
+#include <vexa/client/Exception.hpp>
 
 #include <algorithm>
 #include <cstring>

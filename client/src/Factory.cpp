@@ -1,12 +1,13 @@
 #include "Factory.hpp"
 
 #include "CellArray.hpp"
+#include "CompressedColumns.hpp"
 #include "DenseArray.hpp"
 #include "EnumArray.hpp"
 #include "StringArray.hpp"
 #include "StructArray.hpp"
 
-#include <vexa/client/Client.hpp>
+#include <vexa/client/Exception.hpp>
 
 #include <complex>
 #include <utility>
@@ -51,6 +52,12 @@ ArrayImpl* Factory::createArrayImpl(fv::ArrayType type, Dimensions dimensions) {
         return new StructArray(std::move(dimensions), {});
     case fv::ArrayType::ENUM:
         return new EnumArray(std::move(dimensions), {}, {});
+    case fv::ArrayType::SPARSE_LOGICAL:
+        return CompressedColumns<bool>::zeros(std::move(dimensions));
+    case fv::ArrayType::SPARSE_DOUBLE:
+        return CompressedColumns<double>::zeros(std::move(dimensions));
+    case fv::ArrayType::SPARSE_COMPLEX_DOUBLE:
+        return CompressedColumns<std::complex<double>>::zeros(std::move(dimensions));
     default:
         return forPrimitive<fv::InvalidArrayTypeException>(type, [&](auto tag) -> ArrayImpl* {
             return DenseArray<typename decltype(tag)::type>::zeros(std::move(dimensions));
@@ -64,6 +71,42 @@ ArrayImpl* Factory::createStructArrayImpl(Dimensions dimensions, Names fieldName
 
 ArrayImpl* Factory::createEnumArrayImpl(Dimensions dimensions, std::string className, Names members) {
     return new EnumArray(std::move(dimensions), className, members);
+}
+
+ArrayImpl* Factory::createSparseLogicalImpl(Dimensions dimensions, std::size_t count, Buffer<bool[]> values,
+                                            Buffer<std::size_t[]> rows, Buffer<std::size_t[]> columns) {
+    return CompressedColumns<bool>::fromTriplets(std::move(dimensions), count, std::move(values),
+                                                 std::move(rows), std::move(columns));
+}
+ArrayImpl* Factory::createSparseDoubleImpl(Dimensions dimensions, std::size_t count, Buffer<double[]> values,
+                                           Buffer<std::size_t[]> rows, Buffer<std::size_t[]> columns) {
+    return CompressedColumns<double>::fromTriplets(std::move(dimensions), count, std::move(values),
+                                                   std::move(rows), std::move(columns));
+}
+ArrayImpl* Factory::createSparseComplexDoubleImpl(Dimensions dimensions, std::size_t count,
+                                                  Buffer<std::complex<double>[]> values,
+                                                  Buffer<std::size_t[]> rows, Buffer<std::size_t[]> columns) {
+    return CompressedColumns<std::complex<double>>::fromTriplets(
+        std::move(dimensions), count, std::move(values), std::move(rows), std::move(columns));
+}
+ArrayImpl* Factory::createVexaSparseLogicalImpl(Dimensions dimensions, std::size_t count,
+                                                Buffer<bool[]> values, Buffer<std::size_t[]> rows,
+                                                Buffer<std::size_t[]> starts) {
+    return CompressedColumns<bool>::fromCompressed(std::move(dimensions), count, std::move(values),
+                                                   std::move(rows), std::move(starts));
+}
+ArrayImpl* Factory::createVexaSparseDoubleImpl(Dimensions dimensions, std::size_t count,
+                                               Buffer<double[]> values, Buffer<std::size_t[]> rows,
+                                               Buffer<std::size_t[]> starts) {
+    return CompressedColumns<double>::fromCompressed(std::move(dimensions), count, std::move(values),
+                                                     std::move(rows), std::move(starts));
+}
+ArrayImpl* Factory::createVexaSparseComplexDoubleImpl(Dimensions dimensions, std::size_t count,
+                                                      Buffer<std::complex<double>[]> values,
+                                                      Buffer<std::size_t[]> rows,
+                                                      Buffer<std::size_t[]> starts) {
+    return CompressedColumns<std::complex<double>>::fromCompressed(
+        std::move(dimensions), count, std::move(values), std::move(rows), std::move(starts));
 }
 
 ArrayImpl* Factory::createArrayWithDataImpl(fv::ArrayType type, Dimensions dimensions, const void* data,

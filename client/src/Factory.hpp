@@ -3,9 +3,13 @@
 
 #include <vexa/data/impl/ArrayFactoryImpl.hpp>
 
+#include <complex>
+#include <cstddef>
+
 namespace vexa::client {
 
-/// Makes dense arrays of every primitive kind, strings, cells, structs and enumerations. Other kinds throw
+/// Makes arrays of every primitive kind, strings, cells, structs, enumerations and sparse matrices. Other kinds throw
+/// InvalidArrayTypeException.
 /// InvalidArrayTypeException.
 class Factory final : public data::impl::ArrayFactoryImpl {
 public:
@@ -13,6 +17,29 @@ public:
 
     data::impl::ArrayImpl* createArrayImpl(foundation::vexadata::ArrayType type,
                                            Dimensions dimensions) override;
+    data::impl::ArrayImpl* createSparseLogicalImpl(Dimensions dimensions, std::size_t count,
+                                                   data::impl::Buffer<bool[]> values,
+                                                   data::impl::Buffer<std::size_t[]> rows,
+                                                   data::impl::Buffer<std::size_t[]> columns) override;
+    data::impl::ArrayImpl* createSparseDoubleImpl(Dimensions dimensions, std::size_t count,
+                                                  data::impl::Buffer<double[]> values,
+                                                  data::impl::Buffer<std::size_t[]> rows,
+                                                  data::impl::Buffer<std::size_t[]> columns) override;
+    data::impl::ArrayImpl* createSparseComplexDoubleImpl(Dimensions dimensions, std::size_t count,
+                                                         data::impl::Buffer<std::complex<double>[]> values,
+                                                         data::impl::Buffer<std::size_t[]> rows,
+                                                         data::impl::Buffer<std::size_t[]> columns) override;
+    data::impl::ArrayImpl* createVexaSparseLogicalImpl(Dimensions dimensions, std::size_t count,
+                                                       data::impl::Buffer<bool[]> values,
+                                                       data::impl::Buffer<std::size_t[]> rows,
+                                                       data::impl::Buffer<std::size_t[]> starts) override;
+    data::impl::ArrayImpl* createVexaSparseDoubleImpl(Dimensions dimensions, std::size_t count,
+                                                      data::impl::Buffer<double[]> values,
+                                                      data::impl::Buffer<std::size_t[]> rows,
+                                                      data::impl::Buffer<std::size_t[]> starts) override;
+    data::impl::ArrayImpl* createVexaSparseComplexDoubleImpl(
+        Dimensions dimensions, std::size_t count, data::impl::Buffer<std::complex<double>[]> values,
+        data::impl::Buffer<std::size_t[]> rows, data::impl::Buffer<std::size_t[]> starts) override;
     data::impl::ArrayImpl* createArrayWithDataImpl(foundation::vexadata::ArrayType type,
                                                    Dimensions dimensions, const void* data,
                                                    std::size_t count) override;

@@ -1,6 +1,6 @@
 #include "FieldNames.hpp"
 
-#include <vexa/client/Client.hpp>
+#include <vexa/client/Exception.hpp>
 
 #include <algorithm>
 #include <utility>

@@ -1,6 +1,6 @@
 #include "StructArray.hpp"
 
-#include <vexa/client/Client.hpp>
+#include <vexa/client/Exception.hpp>
 #include <vexa/data/detail/ForwardIteratorImpl.hpp>
 #include <vexa/data/detail/IteratorImpl.hpp>
 #include <vexa/data/impl/IdentifierImpl.hpp>

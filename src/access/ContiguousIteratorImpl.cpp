@@ -4,9 +4,6 @@
 namespace vexa::data::detail {
 
 template <class T>
-ContiguousIteratorImpl<T>::~ContiguousIteratorImpl() = default;
-
-template <class T>
 IteratorImpl* ContiguousIteratorImpl<T>::clone() const {
     return new ContiguousIteratorImpl(*this);
 }

@@ -2,7 +2,6 @@
 
 namespace vexa::data::detail {
 
-IteratorImpl::~IteratorImpl() = default;
 void IteratorImpl::reservedOp9() {}
 void IteratorImpl::reservedOp12() {}
 

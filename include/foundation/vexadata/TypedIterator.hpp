@@ -164,7 +164,7 @@ public:
     }
     reference operator[](std::ptrdiff_t offset) const {
         if constexpr (primitive) {
-            return movesAlone() ? current_[offset] : *(*this + offset).current_;
+            return movesAlone() ? current_[offset] : *stepAside(offset);
         } else {
             return (*this + offset).getRef();
         }
@@ -225,11 +225,13 @@ private:
         : impl_(std::move(parts.impl)), current_(parts.current) {}
 
     [[gnu::noinline]] static Parts adopt(Impl* impl) {
-        std::unique_ptr<Impl> owner(impl);
-        if (!movesWithoutImpl(*impl)) {
-            return take(std::shared_ptr<Impl>(std::move(owner)));
+        if (isOurs(*impl) &&
+            !static_cast<Ours*>(impl)->holdsReference()) { // not needed once its position is known
+            const Cursor current = cursorOf(static_cast<const Ours&>(*impl));
+            delete static_cast<Ours*>(impl); // of a final class: no virtual call
+            return {nullptr, current};
         }
-        return {nullptr, cursorOf(impl)};
+        return take(std::shared_ptr<Impl>(impl));
     }
     [[gnu::noinline]] static Parts take(std::shared_ptr<Impl> owner) {
         const Cursor current = cursorOf(owner.get());
@@ -242,20 +244,22 @@ private:
         std::conditional_t<primitive, vexa::data::detail::ContiguousIteratorImpl<Element>,
                            vexa::data::detail::NonPrimitiveIteratorImpl<vexa::data::impl::MatchingDataOrder>>;
     static bool isOurs(const Impl& impl) { return typeid(impl) == typeid(Ours); }
-    /// One that keeps no chain alive is not needed any more once its position is known.
-    static bool movesWithoutImpl(const Impl& impl) {
-        return isOurs(impl) && !static_cast<const Ours&>(impl).holdsReference();
-    }
-
     static std::shared_ptr<Impl> copyImpl(const std::shared_ptr<Impl>& impl) {
         return impl.get() == nullptr ? impl : std::shared_ptr<Impl>(impl->clone());
     }
+    static Cursor cursorOf(const Ours& impl) {
+        if constexpr (primitive) {
+            return impl.current();
+        } else {
+            return {impl.array(), impl.position()};
+        }
+    }
     static Cursor cursorOf(Impl* impl) {
+        if (isOurs(*impl)) {
+            return cursorOf(static_cast<const Ours&>(*impl));
+        }
         if constexpr (primitive) {
             return static_cast<T*>(impl->getElementAddress());
-        } else if (isOurs(*impl)) {
-            const auto& ours = static_cast<const Ours&>(*impl);
-            return {ours.array(), ours.position()};
         } else {
             return {};
         }
@@ -284,6 +288,9 @@ private:
             detail::rethrowHeldError();
         }
         return outcome.value;
+    }
+    [[gnu::noinline, gnu::cold]] T* stepAside(std::ptrdiff_t offset) const {
+        return (*this + offset).current_;
     }
     static Cursor moved(Impl* impl, void (Impl::*move)()) {
         (impl->*move)();

@@ -1,11 +1,7 @@
 // The embedded back-end: arrays in ordinary memory of this process.
 #pragma once
 
-#include <foundation/vexadata/Exception.hpp>
-
-#include <cstddef>
-#include <memory>
-#include <string>
+#include <vexa/client/Exception.hpp>
 
 namespace vexa::client {
 
@@ -14,59 +10,5 @@ namespace vexa::client {
 /// @return true
 /// @throws std::logic_error when another back-end is registered for stand-alone clients
 VEXADATA_API bool registerBackEnd();
-
-/// A buffer was handed over that cannot be the storage of an array: there is none although the array has elements, or its
-/// memory layout is neither column- nor row-major.
-class VEXADATA_API InvalidBufferException final : public foundation::vexadata::Exception {
-public:
-    const char* what() const noexcept override;
-    ~InvalidBufferException() override;
-    InvalidBufferException() = default;
-    InvalidBufferException(const InvalidBufferException&) = default;
-    InvalidBufferException& operator=(const InvalidBufferException&) = default;
-};
-
-/// Base of errors whose message tells what was wrong. Copies share the text, which lives as long as any of them.
-class VEXADATA_API NamedException : public foundation::vexadata::Exception {
-public:
-    const char* what() const noexcept override;
-    ~NamedException() override;
-    NamedException(const NamedException&) = default;
-    NamedException& operator=(const NamedException&) = default;
-
-protected:
-    explicit NamedException(std::string message);
-
-private:
-    std::shared_ptr<const std::string> message_;
-};
-
-/// A struct array has no field of this name.
-class VEXADATA_API UnknownFieldException final : public NamedException {
-public:
-    explicit UnknownFieldException(const std::string& name);
-    ~UnknownFieldException() override;
-};
-
-/// A list of field names holds one twice, or one that is not a letter followed by letters, digits and underscores.
-class VEXADATA_API InvalidFieldNameException final : public NamedException {
-public:
-    InvalidFieldNameException(const std::string& name, const std::string& reason);
-    ~InvalidFieldNameException() override;
-};
-
-/// An enumeration array does not know a member of this name.
-class VEXADATA_API UnknownMemberException final : public NamedException {
-public:
-    UnknownMemberException(const std::string& name, const std::string& className);
-    ~UnknownMemberException() override;
-};
-
-/// An enumeration array was asked for with member names, but not with one for each element.
-class VEXADATA_API WrongNumberOfNamesException final : public NamedException {
-public:
-    WrongNumberOfNamesException(std::size_t names, std::size_t elements);
-    ~WrongNumberOfNamesException() override;
-};
 
 } // namespace vexa::client

@@ -15,7 +15,7 @@ template <class T>
 class VEXADATA_API ContiguousIteratorImpl final : public IteratorImpl {
 public:
     explicit ContiguousIteratorImpl(T* current) noexcept : current_(current) {}
-    ~ContiguousIteratorImpl() override;
+    ~ContiguousIteratorImpl() override = default; // inline: the vtable comes from the explicit instantiation
 
     IteratorImpl* clone() const override;
     void advance(std::int64_t count) override;
@@ -27,6 +27,7 @@ public:
     void saveReference(ReferenceImpl* chain) override;
     void* getElementAddress() override;
 
+    T* current() const noexcept { return current_; }
     /// True when the iterator keeps a chain alive.
     bool holdsReference() const noexcept { return chain_ != nullptr; }
 

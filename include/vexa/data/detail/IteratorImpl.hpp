@@ -13,7 +13,7 @@ namespace vexa::data::detail {
 /// inherits stays at 1. Errors of any operation reach the caller unchanged.
 class VEXADATA_API IteratorImpl : public RefCounted {
 public:
-    ~IteratorImpl() override;
+    ~IteratorImpl() override = default; // inline: `reservedOp9` keeps the one vtable in the library
 
     /// Operation 3. An independent copy at the same position; the caller owns it.
     virtual IteratorImpl* clone() const = 0;

@@ -1,0 +1,76 @@
+// Errors of the embedded back-end, where the library has none that says as much.
+#pragma once
+
+#include <foundation/vexadata/Exception.hpp>
+
+#include <cstddef>
+#include <memory>
+#include <string>
+
+namespace vexa::client {
+
+/// A buffer was handed over that cannot be the storage of an array: there is none although the array has elements, or its
+/// memory layout is neither column- nor row-major.
+class VEXADATA_API InvalidBufferException final : public foundation::vexadata::Exception {
+public:
+    const char* what() const noexcept override;
+    ~InvalidBufferException() override;
+    InvalidBufferException() = default;
+    InvalidBufferException(const InvalidBufferException&) = default;
+    InvalidBufferException& operator=(const InvalidBufferException&) = default;
+};
+
+/// The column starts of a sparse matrix in compressed columns do not rise from 0 to the number of its values.
+class VEXADATA_API InvalidColumnStartsException final : public foundation::vexadata::Exception {
+public:
+    const char* what() const noexcept override;
+    ~InvalidColumnStartsException() override;
+    InvalidColumnStartsException() = default;
+    InvalidColumnStartsException(const InvalidColumnStartsException&) = default;
+    InvalidColumnStartsException& operator=(const InvalidColumnStartsException&) = default;
+};
+
+/// Base of errors whose message tells what was wrong. Copies share the text, which lives as long as any of them.
+class VEXADATA_API NamedException : public foundation::vexadata::Exception {
+public:
+    const char* what() const noexcept override;
+    ~NamedException() override;
+    NamedException(const NamedException&) = default;
+    NamedException& operator=(const NamedException&) = default;
+
+protected:
+    explicit NamedException(std::string message);
+
+private:
+    std::shared_ptr<const std::string> message_;
+};
+
+/// A struct array has no field of this name.
+class VEXADATA_API UnknownFieldException final : public NamedException {
+public:
+    explicit UnknownFieldException(const std::string& name);
+    ~UnknownFieldException() override;
+};
+
+/// A list of field names holds one twice, or one that is not a letter followed by letters, digits and underscores.
+class VEXADATA_API InvalidFieldNameException final : public NamedException {
+public:
+    InvalidFieldNameException(const std::string& name, const std::string& reason);
+    ~InvalidFieldNameException() override;
+};
+
+/// An enumeration array does not know a member of this name.
+class VEXADATA_API UnknownMemberException final : public NamedException {
+public:
+    UnknownMemberException(const std::string& name, const std::string& className);
+    ~UnknownMemberException() override;
+};
+
+/// An enumeration array was asked for with member names, but not with one for each element.
+class VEXADATA_API WrongNumberOfNamesException final : public NamedException {
+public:
+    WrongNumberOfNamesException(std::size_t names, std::size_t elements);
+    ~WrongNumberOfNamesException() override;
+};
+
+} // namespace vexa::client

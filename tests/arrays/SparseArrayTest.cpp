@@ -1,0 +1,285 @@
+// Sparse matrices through the handle and the factory, over the embedded back-end.
+#include "support/AllocationCountdown.hpp"
+#include "support/Throws.hpp"
+
+#include <foundation/vexadata/VexaData.hpp>
+#include <vexa/client/Exception.hpp>
+
+#include <gtest/gtest.h>
+
+#include <complex>
+#include <cstdlib>
+#include <map>
+#include <new>
+#include <random>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using namespace foundation::vexadata;
+using support::throwsExactly;
+using Index = std::size_t;
+
+int freed = 0;
+template <class T>
+buffer_ptr<T> bufferOf(const std::vector<T>& values) {
+    auto* data = static_cast<T*>(std::malloc(values.size() * sizeof(T) + 1));
+    if (data == nullptr) {
+        throw std::bad_alloc();
+    }
+    std::copy(values.begin(), values.end(), data);
+    return buffer_ptr<T>(data, [](void* block) {
+        ++freed;
+        std::free(block);
+    });
+}
+
+template <class T>
+struct Triplets {
+    std::vector<T> values;
+    std::vector<Index> rows;
+    std::vector<Index> columns;
+
+    void add(Index row, Index column, T value) {
+        rows.push_back(row);
+        columns.push_back(column);
+        values.push_back(value);
+    }
+};
+
+class Sparse : public testing::Test {
+protected:
+    template <class T>
+    SparseArray<T> make(std::vector<Index> dims, const Triplets<T>& from) {
+        std::vector<T> values = from.values;
+        return factory.createSparseArray<T>(std::move(dims), from.rows.size(), bufferOf(values),
+                                            bufferOf(from.rows), bufferOf(from.columns));
+    }
+    SparseArray<double> sample() {
+        Triplets<double> triplets;
+        triplets.add(0, 1, 7.0);
+        triplets.add(2, 0, 5.0);
+        return make<double>({3, 3}, triplets);
+    }
+    ArrayFactory factory;
+};
+
+/// Position to value, in the order of the storage.
+template <class T>
+using Entries = std::vector<std::tuple<Index, Index, T>>; // column, row, value
+
+template <class T>
+Entries<T> entriesOf(const SparseArray<T>& matrix) {
+    Entries<T> entries;
+    for (auto it = matrix.begin(); it != matrix.end(); ++it) {
+        const auto [row, column] = matrix.getIndex(it);
+        entries.emplace_back(column, row, *it);
+    }
+    return entries;
+}
+
+/// The same from the pieces in which the matrix is kept.
+template <class T>
+Entries<T> entriesOfPieces(const SparseArray<T>& matrix) {
+    Entries<T> entries;
+    for (Index column = 0; column < matrix.getCols(); ++column) {
+        for (Index k = matrix.getJc()[column]; k < matrix.getJc()[column + 1]; ++k) {
+            entries.emplace_back(column, matrix.getIr()[k], matrix.begin()[static_cast<std::ptrdiff_t>(k)]);
+        }
+    }
+    return entries;
+}
+
+TEST_F(Sparse, IteratesInColumnOrderAndTellsPositions) {
+    const SparseArray<double> matrix = sample();
+    EXPECT_TRUE(isSparse(matrix));
+    EXPECT_EQ(matrix.getType(), ArrayType::SPARSE_DOUBLE);
+    EXPECT_EQ(matrix.getDimensions(), (std::vector<Index>{3, 3}));
+    EXPECT_EQ(matrix.getNumberOfElements(), 9U);
+    EXPECT_EQ(matrix.getNumberOfNonZeroElements(), 2U);
+    EXPECT_EQ(entriesOf(matrix), (Entries<double>{{0, 2, 5.0}, {1, 0, 7.0}}));
+    EXPECT_EQ(entriesOfPieces(matrix), entriesOf(matrix));
+    const SparseArray<double> nothing = make<double>({4, 0}, {});
+    EXPECT_EQ(nothing.begin(), nothing.end());
+    EXPECT_TRUE(nothing.isEmpty());
+    const Array zeros = factory.createArray(ArrayType::SPARSE_LOGICAL, {5});
+    EXPECT_EQ(zeros.getDimensions(), (std::vector<Index>{5, 1}));
+    EXPECT_EQ(SparseArray<bool>(zeros).getNumberOfNonZeroElements(), 0U);
+}
+
+TEST_F(Sparse, IsMadePrivateByWritableIterators) {
+    SparseArray<double> matrix = sample();
+    const SparseArray<double> other = matrix;
+    const auto readOnly = std::as_const(matrix).begin();
+    EXPECT_EQ(std::as_const(matrix).getIndex(readOnly), (std::pair<Index, Index>{2, 0}));
+    EXPECT_EQ(matrix.getArrayID(), other.getArrayID()) << "reading unshares";
+    for (double& value : matrix) {
+        value *= 2;
+    }
+    EXPECT_EQ(entriesOf(matrix), (Entries<double>{{0, 2, 10.0}, {1, 0, 14.0}}));
+    EXPECT_EQ(entriesOf(other), (Entries<double>{{0, 2, 5.0}, {1, 0, 7.0}}));
+    EXPECT_EQ(matrix.getIndex(matrix.begin() + 1), (std::pair<Index, Index>{0, 1}));
+    SparseArray<double> third = matrix;
+    third.end();
+    EXPECT_NE(third.getArrayID(), matrix.getArrayID());
+}
+
+TEST_F(Sparse, TakesItsOwnKindOnly) {
+    const Array any = sample();
+    const Array dense = factory.createArray<double>({3, 3});
+    const auto wrong = "Invalid Array type";
+    EXPECT_TRUE(throwsExactly<InvalidArrayTypeException>([&] { SparseArray<bool> no(any); }, wrong));
+    EXPECT_TRUE(
+        throwsExactly<InvalidArrayTypeException>([&] { SparseArray<std::complex<double>> no(any); }, wrong));
+    EXPECT_TRUE(throwsExactly<InvalidArrayTypeException>([&] { SparseArray<double> no(dense); }, wrong));
+    EXPECT_FALSE(isSparse(dense));
+    SparseArray<double> matrix = sample();
+    EXPECT_TRUE(throwsExactly<InvalidArrayTypeException>([&] { matrix = dense; }, wrong));
+    EXPECT_EQ(matrix, any);
+    auto cells = factory.createArray<Array>({1, 1}, {matrix});
+    SparseArray<double> held = cells[0];
+    EXPECT_EQ(entriesOf(held), entriesOf(matrix));
+    EXPECT_TRUE(
+        throwsExactly<TypeMismatchException>([&] { SparseArray<bool> no = cells[0]; }, "Data type mismatch"));
+    Array moved = dense;
+    EXPECT_THROW(SparseArray<double>(std::move(moved)), InvalidArrayTypeException);
+}
+
+template <class T>
+T valueOf(unsigned number) {
+    if constexpr (std::is_same_v<T, bool>) {
+        return number % 4 != 0;
+    } else {
+        return static_cast<T>(static_cast<double>(number % 5) - 2); // zeros and sums that cancel
+    }
+}
+
+template <class T>
+void compareWithMap(unsigned seed) {
+    std::mt19937 random(seed);
+    const Index rows = random() % 3 == 0 ? Index{1} << 40 : 1 + random() % 300;
+    const Index columns = 1 + random() % 40;
+    const Index count = random() % 500;
+    Triplets<T> triplets;
+    std::map<std::pair<Index, Index>, T> sums;
+    for (Index k = 0; k < count; ++k) {
+        const Index row = random() % 7 * (rows / 7) + random() % (rows / 7 + 1);
+        const Index column = random() % columns;
+        if (row >= rows) {
+            continue;
+        }
+        const T value = valueOf<T>(static_cast<unsigned>(random()));
+        triplets.add(row, column, value);
+        T& sum = sums[{column, row}];
+        sum = static_cast<T>(sum + value);
+    }
+    Entries<T> expected;
+    for (const auto& [position, value] : sums) {
+        if (value != T()) {
+            expected.emplace_back(position.first, position.second, value);
+        }
+    }
+    ArrayFactory factory;
+    freed = 0;
+    {
+        const auto matrix =
+            factory.createSparseArray<T>({rows, columns}, triplets.rows.size(), bufferOf<T>(triplets.values),
+                                         bufferOf(triplets.rows), bufferOf(triplets.columns));
+        ASSERT_EQ(entriesOf(matrix), expected);
+        ASSERT_EQ(entriesOfPieces(matrix), expected);
+        ASSERT_EQ(matrix.getNumberOfNonZeroElements(), expected.size());
+
+        // The pieces make an equal matrix again; so do columns whose rows are in no order.
+        std::vector<Index> starts(matrix.getJc(), matrix.getJc() + columns + 1);
+        std::vector<Index> ir(matrix.getIr(), matrix.getIr() + expected.size());
+        std::vector<T> values(matrix.begin(), matrix.end());
+        for (Index column = 0; column < columns; ++column) {
+            for (Index k = starts[column]; k + 1 < starts[column + 1]; k += 2) {
+                std::swap(ir[k], ir[k + 1]);
+                const T kept = values[k];
+                values[k] = values[k + 1];
+                values[k + 1] = kept;
+            }
+        }
+        const auto again = factory.createVEXASparseArray<T>({rows, columns}, ir.size(), bufferOf<T>(values),
+                                                            bufferOf(ir), bufferOf(starts));
+        ASSERT_EQ(again, matrix);
+        ASSERT_EQ(entriesOf(again), expected);
+    }
+    ASSERT_EQ(freed, 6) << "each buffer is freed once";
+}
+
+TEST_F(Sparse, SumsAndSortsWhateverComes) {
+    for (unsigned seed = 0; seed < 60; ++seed) {
+        SCOPED_TRACE(seed);
+        compareWithMap<double>(seed);
+        compareWithMap<bool>(seed);
+        compareWithMap<std::complex<double>>(seed);
+    }
+}
+
+TEST_F(Sparse, RefusesWhatDoesNotFit) {
+    freed = 0;
+    Triplets<double> outside;
+    outside.add(0, 0, 1.0);
+    outside.add(3, 0, 1.0);
+    const auto out = "Array index is out of range";
+    EXPECT_TRUE(throwsExactly<EArrayIndexOutOfRange>([&] { make<double>({3, 3}, outside); }, out));
+    outside.rows[1] = 0;
+    outside.columns[1] = 3;
+    EXPECT_TRUE(throwsExactly<EArrayIndexOutOfRange>([&] { make<double>({3, 3}, outside); }, out));
+    EXPECT_TRUE(throwsExactly<EInvalidDimensionsInSparseArray>(
+        [&] {
+            make<double>({3, 3, 1}, {});
+        },
+        "Sparse Array can only have two dimensions."));
+    EXPECT_TRUE(throwsExactly<NumberOfElementsExceedsMaximumException>(
+        [&] {
+            make<double>({Index{1} << 32, Index{1} << 32}, {});
+        },
+        "Could not create the Array because the number of elements exceeds the maximum."));
+    EXPECT_THROW(make<double>({1, Index{1} << 62}, {}), std::bad_alloc);
+    const auto compressed = [&](const std::vector<Index>& starts, const std::vector<Index>& rows) {
+        return factory.createVEXASparseArray<double>({3, 2}, 2, bufferOf<double>({1.0, 2.0}), bufferOf(rows),
+                                                     bufferOf(starts));
+    };
+    for (const std::vector<Index>& starts : {std::vector<Index>{1, 1, 2}, {0, 3, 2}, {0, 1, 1}, {0, 1, 3}}) {
+        EXPECT_THROW(compressed(starts, {0, 0}), vexa::client::InvalidColumnStartsException);
+    }
+    EXPECT_THROW(compressed({0, 1, 2}, {0, 3}), EArrayIndexOutOfRange);
+    EXPECT_EQ(freed, 10 * 3 + 0) << "each buffer is freed once";
+    EXPECT_THROW(factory.createSparseArray<double>({3, 3}, 1, {nullptr, std::free}, bufferOf<Index>({0}),
+                                                   bufferOf<Index>({0})),
+                 vexa::client::InvalidBufferException);
+}
+
+TEST_F(Sparse, ZerosWrittenLaterCompareAsAbsent) {
+    SparseArray<double> matrix = sample();
+    *matrix.begin() = 0;
+    Triplets<double> one;
+    one.add(0, 1, 7.0);
+    EXPECT_EQ(matrix, make<double>({3, 3}, one));
+    EXPECT_EQ(make<double>({3, 3}, one), matrix);
+    EXPECT_NE(matrix, sample());
+    EXPECT_EQ(matrix.getNumberOfNonZeroElements(), 2U) << "a zero stays stored";
+}
+
+TEST_F(Sparse, LosesNothingWhenMemoryRunsOut) {
+    const auto triplets = [] {
+        Triplets<double> shuffled;
+        for (Index k = 0; k < 100; ++k) {
+            shuffled.add(k * 37 % 100, k * 61 % 100, double(k % 3));
+        }
+        return shuffled;
+    };
+    support::sweep(
+        triplets,
+        [&](const Triplets<double>& shuffled) {
+            make<double>({100, 100}, shuffled);
+        },
+        [](const Triplets<double>&) {});
+}
+
+} // namespace
