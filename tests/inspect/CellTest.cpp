@@ -1,6 +1,8 @@
 #include "Cell.hpp"
 
 #include "Column.hpp"
+#include "Table.hpp"
+#include "Words.hpp"
 
 #include <gtest/gtest.h>
 
@@ -53,7 +55,7 @@ TEST(Cell, missingAndLogical) {
 
 Column::Kind kindOf(std::initializer_list<const char*> cells, bool decimalComma = false) {
     MemoryBudget budget(1'000'000);
-    Column column("x", decimalComma, budget);
+    Column column("x", decimalComma, Column::Texts::whenNeeded, budget);
     for (const char* cell : cells)
         column.add(cell);
     return column.kind();
@@ -71,7 +73,7 @@ TEST(Column, kindFollowsFromAllCells) {
 
 TEST(Column, lateWordFreesTheNumbers) {
     MemoryBudget budget(8'000'000);
-    Column first("first", false, budget);
+    Column first("first", false, Column::Texts::whenNeeded, budget);
     for (int k = 0; k < 500'000; ++k)
         first.add(k == 7 ? "" : "1.5");
     EXPECT_EQ(first.values().size(), 500'000U);
@@ -79,11 +81,57 @@ TEST(Column, lateWordFreesTheNumbers) {
     first.add("NA");
     EXPECT_EQ(first.kind(), Column::Kind::text);
     EXPECT_EQ(first.missing(), 2U);
+    EXPECT_TRUE(first.hasLostTexts());
 
-    Column second("second", false, budget);
+    Column second("second", false, Column::Texts::whenNeeded, budget);
     for (int k = 0; k < 500'000; ++k)
         second.add("2");
     EXPECT_EQ(second.values().data()[499'999], 2);
+}
+
+TEST(Column, keepsTextsAsTheyStand) {
+    MemoryBudget budget(100'000);
+    for (const auto texts : {Column::Texts::whenNeeded, Column::Texts::fromTheStart}) {
+        Column column("x", false, texts, budget);
+        if (texts == Column::Texts::fromTheStart) column.add("007");
+        for (const char* cell : {"", "NA", "day", "1.50"})
+            column.add(cell);
+        const std::size_t first = column.texts().size() - 4;
+        EXPECT_FALSE(column.hasLostTexts());
+        EXPECT_EQ(column.texts()[0].value_or("missing"), first == 0 ? "missing" : "007");
+        EXPECT_EQ(column.texts()[first + 1], std::nullopt);
+        EXPECT_EQ(column.texts()[first + 2], "day");
+        EXPECT_EQ(column.texts()[first + 3], "1.50");
+    }
+}
+
+bool categories(std::initializer_list<const char*> words, int times) {
+    MemoryBudget budget(100'000);
+    TextBuffer texts(budget);
+    for (int k = 0; k < times; ++k)
+        for (const char* word : words)
+            texts.push(word);
+    texts.pushMissing();
+    return areCategories(texts);
+}
+
+TEST(Words, areCategoriesWhenFewRepeatOften) {
+    EXPECT_TRUE(categories({"red", "blue"}, 3));
+    EXPECT_FALSE(categories({"red", "blue"}, 2));
+    EXPECT_FALSE(categories({"grün"}, 9)) << "members are named in ASCII";
+    EXPECT_FALSE(categories({}, 3));
+    EXPECT_TRUE(categories(
+        {"a", "b", "c", "d", "e", "f", "g", "h", "i", "j", "k", "l", "m", "n", "o", "p", "q", "r", "s", "t"},
+        3));
+    EXPECT_FALSE(categories({"a", "b", "c", "d", "e", "f", "g", "h", "i", "j", "k",
+                             "l", "m", "n", "o", "p", "q", "r", "s", "t", "u"},
+                            3));
+}
+
+TEST(Names, ofFieldsAreIdentifiersAndDifferent) {
+    const std::vector<std::string> expected{"size",   "gr____e",  "x2x", "x",
+                                            "size_2", "size_2_2", "a_b", "a_b_2"};
+    EXPECT_EQ(fieldNames({"size", "größe", "2x", "", "size", "size_2", "a b", "a_b"}), expected);
 }
 
 } // namespace

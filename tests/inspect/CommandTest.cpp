@@ -78,21 +78,29 @@ TEST_F(Command, describesEveryKindOfColumn) {
               "wet         logical         3x1        0        0       1  0.666667        1  ▄█\n"
               "maybe       double          3x1        1        0     0.5       0.5        1  ██\n"
               "none        double          3x1        3        -       -         -        -\n"
-              "day         text            3x1        1        -       -         -        -\n"
-              "(column 7)  text            3x1        0        -       -         -        -\n"
+              "day         string          3x1        1        -       -         -        -\n"
+              "(column 7)  string          3x1        0        -       -         -        -\n"
               "size        double          3x1        0        1       1         1        1  █\n");
 }
 
 TEST_F(Command, sampleDataAgreesWithASpreadsheet) {
     const Outcome outcome = run("'" VEXADATA_SAMPLE_DATA "/seattle-weather.csv'");
-    EXPECT_EQ(outcome.out,
-              "name           type    dimensions  missing  minimum  median     mean  maximum  distribution\n"
-              "date           text        1461x1        0        -       -        -        -\n"
-              "precipitation  double      1461x1        0        0       0  3.02943     55.9  █▁▁▁▁▁▁▁▁▁▁▁\n"
-              "temp_max       double      1461x1        0     -1.6    15.6  16.4391     35.6  ▁▂▄███▇▆▆▄▂▁\n"
-              "temp_min       double      1461x1        0     -7.1     8.3  8.23477     18.3  ▁▁▂▄▆▆████▆▂\n"
-              "wind           double      1461x1        0      0.4       3  3.24114      9.5  ▂▅██▅▄▃▂▁▁▁▁\n"
-              "weather        text        1461x1        0        -       -        -        -\n");
+    EXPECT_EQ(
+        outcome.out,
+        "name           type         dimensions  missing  minimum  median     mean  maximum  distribution\n"
+        "date           string           1461x1        0        -       -        -        -\n"
+        "precipitation  double           1461x1        0        0       0  3.02943     55.9  █▁▁▁▁▁▁▁▁▁▁▁\n"
+        "temp_max       double           1461x1        0     -1.6    15.6  16.4391     35.6  ▁▂▄███▇▆▆▄▂▁\n"
+        "temp_min       double           1461x1        0     -7.1     8.3  8.23477     18.3  ▁▁▂▄▆▆████▆▂\n"
+        "wind           double           1461x1        0      0.4       3  3.24114      9.5  ▂▅██▅▄▃▂▁▁▁▁\n"
+        "weather        enumeration      1461x1        0        -       -        -        -\n"
+        "\n"
+        "weather\n"
+        "  rain     641  ██████████████████████████████\n"
+        "  sun      640  ██████████████████████████████\n"
+        "  fog      101  ████▊\n"
+        "  drizzle   53  ██▌\n"
+        "  snow      26  █▎\n");
 }
 
 TEST_F(Command, delimitersAndStandardInput) {
@@ -106,7 +114,45 @@ TEST_F(Command, delimitersAndStandardInput) {
     EXPECT_NE(run("-d comma -- semicolon.csv").err.find("semicolon.csv:2: expected 1 cell"),
               std::string::npos);
     write("tab.csv", "a\tb\n1,5\tx\n");
-    EXPECT_NE(run("tab.csv").out.find("a     text         1x1"), std::string::npos);
+    EXPECT_NE(run("tab.csv").out.find("a     string         1x1"), std::string::npos);
+}
+
+TEST_F(Command, columnOfNumbersThatTurnsOutToBeTextKeepsItsTexts) {
+    std::string text = "a\n";
+    for (int k = 0; k < 30; ++k)
+        text += "007\n";
+    write("late.csv", text + "x\n");
+    const std::string words = "\na\n  007  30  ██████████████████████████████\n  x     1  █\n";
+    const Outcome file = run("late.csv");
+    EXPECT_NE(file.out.find("a     enumeration        31x1"), std::string::npos) << file.out;
+    EXPECT_NE(file.out.find(words), std::string::npos) << file.out;
+    EXPECT_EQ(run("-", "cat late.csv |").out, file.out) << "from a pipe, which is read only once";
+    EXPECT_EQ(run("- <late.csv").out, file.out);
+}
+
+TEST_F(Command, matrixMarketFilesAreDescribedWithAPicture) {
+    write("m.txt", "%%MatrixMarket matrix coordinate complex hermitian\n3 3 2\n1 1 3 0\n3 1 3 4\n");
+    const Outcome one = run("m.txt");
+    EXPECT_EQ(
+        one.out,
+        "type                   symmetry   dimensions  non-zeros    density  minimum  median     mean  maximum\n"
+        "sparse complex double  hermitian  3x3                 3  33.3333 %        3       5  4.33333        5\n"
+        "\n"
+        "┌──────┐\n"
+        "│██  ██│\n"
+        "│      │\n"
+        "│██    │\n"
+        "└──────┘\n");
+    write("good.csv", "a\n1\n3\n");
+    write("bad.mtx", "%%MatrixMarket matrix coordinate real general\n3 3 1\n1 4 1\n");
+    const Outcome several = run("good.csv m.txt bad.mtx");
+    EXPECT_EQ(several.status, 2);
+    EXPECT_EQ(several.out,
+              "good.csv: 2 rows, 1 variable\n"s + pairTable + "\nm.txt: 3x3, 3 non-zeros\n" + one.out);
+    EXPECT_EQ(several.err, "vexa-inspect: bad.mtx:3: column 4 is not between 1 and 3\n");
+    write("nothing.mtx", "%%MatrixMarket matrix coordinate pattern general\n0 4 0\n");
+    EXPECT_NE(run("nothing.mtx").out.find("sparse logical  general   0x4                 0        -"),
+              std::string::npos);
 }
 
 TEST_F(Command, badFileIsNamedAndTheOthersAreDescribed) {
@@ -144,11 +190,11 @@ TEST_F(Command, fileOverMemory) {
     for (int k = 0; k < 10'000; ++k)
         text += "1,x\n";
     write("large.csv", text);
-    EXPECT_EQ(run("--max-memory 200kB large.csv").status, 0);
-    const Outcome outcome = run("--max-memory 100kB large.csv");
+    EXPECT_EQ(run("--max-memory 600kB large.csv").status, 0);
+    const Outcome outcome = run("--max-memory 300kB large.csv");
     EXPECT_EQ(outcome.status, 2);
     EXPECT_EQ(outcome.out, "");
-    EXPECT_NE(outcome.err.find(": the columns need more than 100 kB of memory (see --max-memory)\n"),
+    EXPECT_NE(outcome.err.find(": the contents need more than 300 kB of memory (see --max-memory)\n"),
               std::string::npos);
     EXPECT_EQ(outcome.err.find("vexa-inspect: large.csv:"), 0U);
 }

@@ -5,7 +5,6 @@
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
-#include <optional>
 #include <string>
 #include <system_error>
 
@@ -35,14 +34,6 @@ bool sameWord(std::string_view text, std::string_view word) {
 /// from_chars does not tell overflow from underflow; strtod does.
 double beyondRange(std::string_view text) { return std::strtod(std::string(text).c_str(), nullptr); }
 
-std::optional<double> parseNumber(std::string_view text) {
-    if (text.size() > 1 && text[0] == '+' && text[1] != '-') text.remove_prefix(1);
-    double value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (end != text.data() + text.size() || error == std::errc::invalid_argument) return std::nullopt;
-    return error == std::errc::result_out_of_range ? beyondRange(text) : value;
-}
-
 Cell number(double value, DecimalMark mark) {
     return std::isnan(value) ? Cell{CellKind::missing} : Cell{CellKind::number, value, mark};
 }
@@ -59,6 +50,14 @@ Cell parseWithComma(std::string_view text) {
 }
 
 } // namespace
+
+std::optional<double> parseNumber(std::string_view text) {
+    if (text.size() > 1 && text[0] == '+' && text[1] != '-') text.remove_prefix(1);
+    double value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (end != text.data() + text.size() || error == std::errc::invalid_argument) return std::nullopt;
+    return error == std::errc::result_out_of_range ? beyondRange(text) : value;
+}
 
 bool isMissing(std::string_view text) {
     text = trim(text);

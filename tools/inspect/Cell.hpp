@@ -1,6 +1,7 @@
 // What the text of one cell means.
 #pragma once
 
+#include <optional>
 #include <string_view>
 
 namespace vexa::inspect {
@@ -24,6 +25,10 @@ struct Cell {
 ///
 /// Blanks around the text count for nothing.
 Cell parseCell(std::string_view text, bool decimalComma);
+
+/// The number that the whole text is: decimal, with an optional sign and exponent, or inf, infinity, nan. Too large
+/// becomes infinity, too small 0.
+std::optional<double> parseNumber(std::string_view text);
 
 /// Whether parseCell would answer missing; cheaper.
 bool isMissing(std::string_view text);

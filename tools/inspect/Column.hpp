@@ -2,7 +2,8 @@
 #pragma once
 
 #include "Cell.hpp"
-#include "NumberBuffer.hpp"
+#include "GrowingBuffer.hpp"
+#include "TextBuffer.hpp"
 
 #include <cstddef>
 #include <string>
@@ -15,14 +16,17 @@ namespace vexa::inspect {
 /// - true and false, with or without missing cells: `logical`;
 /// - numbers, with or without missing cells: `number`; decimal points beside decimal commas contradict each
 ///   other;
-/// - everything else, from the first cell that contradicts: `text`. Its cells are counted, not kept.
+/// - everything else, from the first cell that contradicts: `text`.
+///
+/// The texts of cells are kept from the first cell of the kind `text` on, unless they are kept from the start.
 class Column {
 public:
     enum class Kind { undecided, logical, number, text };
+    enum class Texts { whenNeeded, fromTheStart };
 
-    Column(std::string name, bool decimalComma, MemoryBudget& budget);
+    Column(std::string name, bool decimalComma, Texts texts, MemoryBudget& budget);
 
-    /// Throws what NumberBuffer::push throws.
+    /// Throws what GrowingBuffer::push throws.
     void add(std::string_view cell);
 
     const std::string& name() const noexcept { return name_; }
@@ -30,18 +34,26 @@ public:
     std::size_t missing() const noexcept { return missing_; }
 
     /// One value a cell, NaN where it is missing, 1 and 0 for true and false; empty when the kind is `text`.
-    NumberBuffer& values() noexcept { return values_; }
+    GrowingBuffer<double>& values() noexcept { return values_; }
+    /// One text a cell when the kind is `text`, unless `hasLostTexts`.
+    TextBuffer& texts() noexcept { return texts_; }
+    /// A cell of kind `text` came after others whose texts were not kept: the file has to be read again.
+    bool hasLostTexts() const noexcept { return lostTexts_; }
 
 private:
     bool agrees(const Cell& cell) const noexcept;
-    void becomeText() noexcept;
+    void becomeText();
+    void keepText(std::string_view text);
 
     std::string name_;
-    NumberBuffer values_;
+    GrowingBuffer<double> values_;
+    TextBuffer texts_;
     std::size_t missing_ = 0;
     Kind kind_ = Kind::undecided;
     DecimalMark mark_ = DecimalMark::none;
     bool decimalComma_;
+    bool keepsTexts_;
+    bool lostTexts_ = false;
 };
 
 } // namespace vexa::inspect

@@ -1,33 +1,33 @@
-// The whole way of one file: bytes, cells, arrays, lines for people.
+// The whole way of one file: bytes, arrays, lines for people.
 #pragma once
 
+#include "Matrix.hpp"
 #include "Progress.hpp"
 #include "Source.hpp"
-#include "Variable.hpp"
+#include "Table.hpp"
 
-#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <vector>
+#include <variant>
 
 namespace vexa::inspect {
 
 struct Options {
     std::optional<char> delimiter; ///< detected when empty
-    std::uint64_t maxMemory;       ///< bytes for the columns of one file
+    std::uint64_t maxMemory;       ///< bytes for the contents of one file
 };
 
-/// What a file holds.
-struct Dataset {
-    std::size_t rows = 0;
-    std::vector<Variable> variables; ///< in the order of the columns
-};
+using Dataset = std::variant<Table, Matrix>;
 
-/// Reads the source to its end and puts its columns into arrays. Throws InputError.
+/// Reads the source to its end: Matrix Market files, told by their first line, as a matrix, all others as delimited
+/// text. Throws InputError.
 Dataset load(Source& source, const Options& options, Progress& progress);
 
-/// A line of titles and one line a variable.
+/// "1461 rows, 6 variables".
+std::string heading(const Dataset& data);
+
+/// Lines for people.
 std::string describe(const Dataset& data);
 
 } // namespace vexa::inspect

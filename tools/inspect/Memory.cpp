@@ -11,7 +11,7 @@ namespace vexa::inspect {
 
 void MemoryBudget::take(std::uint64_t bytes) {
     if (bytes > limit_ - taken_)
-        throw InputError("the columns need more than " + formatBytes(limit_) +
+        throw InputError("the contents need more than " + formatBytes(limit_) +
                          " of memory (see --max-memory)");
     taken_ += bytes;
 }

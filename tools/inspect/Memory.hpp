@@ -1,4 +1,4 @@
-// How much memory the columns of one file may take.
+// How much memory the contents of one file may take.
 #pragma once
 
 #include <cstdint>

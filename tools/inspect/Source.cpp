@@ -27,11 +27,16 @@ int openForReading(const std::string& path) {
 Source::Source(const std::string& path) : descriptor_(openForReading(path)) {
     struct stat status {};
     if (::fstat(descriptor_, &status) != 0) return; // reading reports what is wrong
+    if (S_ISREG(status.st_mode)) start_ = ::lseek(descriptor_, 0, SEEK_CUR);
     if (S_ISREG(status.st_mode)) size_ = static_cast<std::uint64_t>(status.st_size);
 }
 
 Source::~Source() {
     if (descriptor_ != STDIN_FILENO) ::close(descriptor_);
+}
+
+void Source::rewind() {
+    if (::lseek(descriptor_, start_, SEEK_SET) < 0) throw InputError("cannot read again: " + reason(errno));
 }
 
 std::size_t Source::read(char* out, std::size_t capacity) {

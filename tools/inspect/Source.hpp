@@ -20,11 +20,15 @@ public:
     /// Throws InputError when reading fails, as that of a directory does.
     std::size_t read(char* out, std::size_t capacity);
 
+    /// Reads from the start again; regular files only. Throws InputError.
+    void rewind();
+
     /// Length in bytes, known for regular files only.
     std::optional<std::uint64_t> size() const noexcept { return size_; }
 
 private:
     int descriptor_;
+    std::int64_t start_ = 0; // standard input may have been read before
     std::optional<std::uint64_t> size_;
 };
 

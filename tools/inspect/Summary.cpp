@@ -86,4 +86,20 @@ std::string barPicture(const std::vector<std::size_t>& bins) {
     return picture;
 }
 
+std::string horizontalBar(std::size_t count, std::size_t most, std::size_t width) {
+    constexpr std::array partial{"", "▏", "▎", "▍", "▌", "▋", "▊", "▉"};
+    const double share = static_cast<double>(count) / static_cast<double>(most);
+    const auto eighths = static_cast<std::size_t>(std::ceil(share * static_cast<double>(8 * width)));
+    std::string bar;
+    for (std::size_t k = 0; k < eighths / 8; ++k)
+        bar += "█";
+    return bar + partial[eighths % 8];
+}
+
+const char* shade(std::size_t count, std::size_t most) {
+    constexpr std::array shades{" ", "░", "▒", "▓", "█"};
+    const double share = static_cast<double>(count) / static_cast<double>(most);
+    return shades[static_cast<std::size_t>(std::ceil(share * (shades.size() - 1)))];
+}
+
 } // namespace vexa::inspect

@@ -26,4 +26,10 @@ std::vector<std::size_t> countBins(const std::vector<double>& values, std::size_
 /// One block character a bin, as high as its share of the fullest bin; a blank for an empty bin.
 std::string barPicture(const std::vector<std::size_t>& bins);
 
+/// A bar of at most `width` characters, as long as the share of `count` in `most`, in steps of an eighth.
+std::string horizontalBar(std::size_t count, std::size_t most, std::size_t width);
+
+/// One of five shades from blank to full, for `count` of `most`; what is not empty is not blank.
+const char* shade(std::size_t count, std::size_t most);
+
 } // namespace vexa::inspect

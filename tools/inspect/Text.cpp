@@ -69,8 +69,25 @@ std::string formatNumber(double value) {
     return error == std::errc() ? std::string(text, end) : std::string();
 }
 
-std::string counted(std::size_t count, const std::string& noun) {
-    return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
+std::string counted(std::size_t count, const std::string& noun, const std::string& plural) {
+    const std::string many = plural.empty() ? noun + "s" : plural;
+    return std::to_string(count) + " " + (count == 1 ? noun : many);
+}
+
+std::u16string toUtf16(std::string_view text) {
+    if (std::all_of(text.begin(), text.end(), [](char c) { return c >= 0; }))
+        return std::u16string(text.begin(), text.end());
+    std::u16string result;
+    forEachCharacter(text, [&](std::string_view, wchar_t character) {
+        const auto code = static_cast<char32_t>(character);
+        if (code < 0x10000) {
+            result += static_cast<char16_t>(code);
+        } else {
+            result += static_cast<char16_t>(0xD7C0 + (code >> 10));
+            result += static_cast<char16_t>(0xDC00 + (code & 0x3FF));
+        }
+    });
+    return result;
 }
 
 std::string printable(std::string_view text) {

@@ -1,7 +1,9 @@
 #include "Variable.hpp"
 
+#include "Text.hpp"
+#include "Words.hpp"
+
 #include <foundation/vexadata/BufferAccess.hpp>
-#include <foundation/vexadata/TypedArray.hpp>
 
 #include <cmath>
 #include <utility>
@@ -11,27 +13,47 @@ namespace vexa::inspect {
 using foundation::vexadata::Array;
 using foundation::vexadata::ArrayFactory;
 using foundation::vexadata::ArrayType;
+using foundation::vexadata::EnumArray;
+using foundation::vexadata::Enumeration;
+using foundation::vexadata::String;
 using foundation::vexadata::TypedArray;
-using vexa::data::MemoryLayout;
 
 namespace {
 
-Array makeLogical(NumberBuffer& values, ArrayFactory& factory) {
+Array makeLogical(GrowingBuffer<double>& values, ArrayFactory& factory) {
     const std::size_t rows = values.size();
     auto storage = factory.createBuffer<bool>(rows);
     for (std::size_t k = 0; k < rows; ++k)
-        storage[k] = values.data()[k] != 0;
+        storage[k] = values[k] != 0;
     values.clear();
-    return factory.createArrayFromBuffer<bool>({rows, 1}, std::move(storage), MemoryLayout::COLUMN_MAJOR);
+    return factory.createArrayFromBuffer<bool>({rows, 1}, std::move(storage));
 }
 
-Array makeArray(Column& column, ArrayFactory& factory) {
-    NumberBuffer& values = column.values();
+Array makeNumbers(GrowingBuffer<double>& values, ArrayFactory& factory) {
     const std::size_t rows = values.size();
-    if (column.kind() == Column::Kind::text) return {};
-    if (column.kind() == Column::Kind::logical && column.missing() == 0) return makeLogical(values, factory);
-    if (rows == 0) return factory.createArray<double>({0, 1});
-    return factory.createArrayFromBuffer<double>({rows, 1}, values.release(), MemoryLayout::COLUMN_MAJOR);
+    return factory.createArrayFromBuffer<double>({rows, 1}, values.release());
+}
+
+/// Calls `set(element, text)` for each element whose text is not missing.
+template <class Elements, class Set>
+void fill(Elements& elements, TextBuffer& texts, Set set) {
+    std::size_t k = 0;
+    for (auto element : elements) {
+        if (const auto text = texts[k++]) set(element, *text);
+    }
+    texts.clear();
+}
+
+Array makeEnumeration(TextBuffer& texts, const std::string& className, ArrayFactory& factory) {
+    EnumArray members = factory.createEnumArray({texts.size(), 1}, className);
+    fill(members, texts, [](auto& element, std::string_view text) { element = std::string(text); });
+    return members;
+}
+
+Array makeStrings(TextBuffer& texts, ArrayFactory& factory) {
+    auto strings = factory.createArray<String>({texts.size(), 1});
+    fill(strings, texts, [](auto& element, std::string_view text) { element = toUtf16(text); });
+    return strings;
 }
 
 std::vector<double> presentNumbers(const TypedArray<double>& array) {
@@ -46,16 +68,21 @@ std::vector<double> presentNumbers(const TypedArray<double>& array) {
 
 } // namespace
 
-Variable makeVariable(Column& column, std::size_t rows, ArrayFactory& factory) {
-    return {column.name(), rows, column.missing(), makeArray(column, factory)};
+Array makeArray(Column& column, const std::string& className, ArrayFactory& factory) {
+    if (column.kind() == Column::Kind::text)
+        return areCategories(column.texts()) ? makeEnumeration(column.texts(), className, factory)
+                                             : makeStrings(column.texts(), factory);
+    if (column.kind() == Column::Kind::logical && column.missing() == 0)
+        return makeLogical(column.values(), factory);
+    return makeNumbers(column.values(), factory);
 }
 
-std::vector<double> presentValues(const Variable& variable) {
-    switch (variable.array.getType()) {
+std::vector<double> presentValues(const Array& array) {
+    switch (array.getType()) {
     case ArrayType::DOUBLE:
-        return presentNumbers(variable.array);
+        return presentNumbers(array);
     case ArrayType::LOGICAL: {
-        const TypedArray<bool> truths = variable.array;
+        const TypedArray<bool> truths = array;
         return {truths.begin(), truths.end()};
     }
     default:
@@ -63,21 +90,41 @@ std::vector<double> presentValues(const Variable& variable) {
     }
 }
 
-std::string typeName(const Variable& variable) {
-    switch (variable.array.getType()) {
+std::vector<std::string> presentWords(const Array& array) {
+    std::vector<std::string> words;
+    if (array.getType() != ArrayType::ENUM) return words;
+    const EnumArray members = array;
+    for (const auto& element : members) {
+        std::string name = element.getName();
+        if (!name.empty()) words.push_back(std::move(name));
+    }
+    return words;
+}
+
+std::string typeName(const Array& array) {
+    switch (array.getType()) {
     case ArrayType::DOUBLE:
         return "double";
     case ArrayType::LOGICAL:
         return "logical";
+    case ArrayType::STRING:
+        return "string";
+    case ArrayType::ENUM:
+        return "enumeration";
+    case ArrayType::SPARSE_DOUBLE:
+        return "sparse double";
+    case ArrayType::SPARSE_LOGICAL:
+        return "sparse logical";
+    case ArrayType::SPARSE_COMPLEX_DOUBLE:
+        return "sparse complex double";
     default:
-        return "text";
+        return "array";
     }
 }
 
-std::string dimensionText(const Variable& variable) {
-    if (variable.array.getType() == ArrayType::UNKNOWN) return std::to_string(variable.rows) + "x1";
+std::string dimensionText(const Array& array) {
     std::string text;
-    for (const std::size_t extent : variable.array.getDimensions()) {
+    for (const std::size_t extent : array.getDimensions()) {
         if (!text.empty()) text += 'x';
         text += std::to_string(extent);
     }

@@ -1,8 +1,7 @@
-// A column of the file as an array of the library.
+// Columns of the file as arrays of the library, and the values of such arrays.
 #pragma once
 
 #include "Column.hpp"
-#include "Summary.hpp"
 
 #include <foundation/vexadata/ArrayFactory.hpp>
 
@@ -12,25 +11,21 @@
 
 namespace vexa::inspect {
 
-/// An n-by-1 array: `bool` for a column of true and false without missing cells, otherwise `double` with NaN
-/// for missing cells. A text column has no array.
-struct Variable {
-    std::string name;
-    std::size_t rows;
-    std::size_t missing;
-    foundation::vexadata::Array array; ///< default-constructed for text
-};
+/// The n-by-1 array of a column, which is of no further use: the array adopts its storage or copies it.
+/// `className` names the class of an enumeration.
+foundation::vexadata::Array makeArray(Column& column, const std::string& className,
+                                      foundation::vexadata::ArrayFactory& factory);
 
-/// The array adopts the storage of the column's values; the column is of no further use.
-Variable makeVariable(Column& column, std::size_t rows, foundation::vexadata::ArrayFactory& factory);
+/// The numbers of an array that are not missing; false and true are 0 and 1. Empty for other kinds of arrays.
+std::vector<double> presentValues(const foundation::vexadata::Array& array);
 
-/// The values of the array that are not missing; false and true are 0 and 1. Empty for text.
-std::vector<double> presentValues(const Variable& variable);
+/// The names of the members of an enumeration array, without the elements that have none.
+std::vector<std::string> presentWords(const foundation::vexadata::Array& array);
 
-/// "double", "logical" or "text".
-std::string typeName(const Variable& variable);
+/// "double", "logical", "string", "enumeration", "sparse double" ...
+std::string typeName(const foundation::vexadata::Array& array);
 
 /// "1461x1".
-std::string dimensionText(const Variable& variable);
+std::string dimensionText(const foundation::vexadata::Array& array);
 
 } // namespace vexa::inspect

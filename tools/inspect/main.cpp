@@ -29,23 +29,35 @@ constexpr int failure = 2;
 
 const std::map<std::string, char> delimiterNames{{"comma", ','}, {"semicolon", ';'}, {"tab", '\t'}};
 
-constexpr const char* description = R"(Describes the columns of delimited text files, a line each: name, type,
+constexpr const char* description =
+    R"(Describes data files. Of delimited text every column gets a line: name, type,
 dimensions, missing cells, minimum, median, mean, maximum and a picture of the
-distribution from minimum to maximum.)";
+distribution from minimum to maximum. Of a Matrix Market file: type, symmetry,
+dimensions, non-zeros, density and a picture of where they are.)";
 
 constexpr const char* notes =
-    R"(A file is UTF-8 text: a line of column names, then rows with as many cells. The
-delimiter is the one of comma, semicolon and tab that the first lines agree on.
-Cells may be quoted ("a ""word"", a comma") and then hold line ends too. Blank
-lines are skipped; in a file of one column, those between rows are missing.
+    R"(Delimited text is UTF-8: a line of column names, then rows with as many cells.
+The delimiter is the one of comma, semicolon and tab that the first lines agree
+on. Cells may be quoted ("a ""word"", a comma") and then hold line ends too.
+Blank lines are skipped; in a file of one column, those between rows are missing.
 
-  double   numbers and missing cells. Missing: nothing, NA, N/A, #N/A, NaN or
-           null, in any case. inf is a number, and left out of the picture.
-           With semicolons, 1,5 is a number too, unless the column also has
-           decimal points.
-  logical  true and false, in any case, none missing. With missing cells the
-           column is double, 1 and 0.
-  text     any other column; also dates, hexadecimal and grouped digits.
+  double       numbers and missing cells. Missing: nothing, NA, N/A, #N/A, NaN
+               or null, in any case. inf is a number, and left out of the
+               picture. With semicolons, 1,5 is a number too, unless the column
+               also has decimal points.
+  logical      true and false, in any case, none missing. With missing cells the
+               column is double, 1 and 0.
+  enumeration  few distinct words of printable ASCII: at most 20, each three
+               times on the average. Their counts follow the table.
+  string       any other column; also dates, hexadecimal and grouped digits.
+
+A file that is read from a pipe takes more memory, because every cell is kept as
+text until the column's type is known; other files are read a second time when a
+column of numbers turns out to be text.
+
+A Matrix Market file is told by its first line, %%MatrixMarket. It is read in
+coordinate form: real, integer, complex or pattern; general, symmetric,
+skew-symmetric or hermitian.
 
 A file that cannot be read gets one line on standard error and none on standard
 output; the other files are still described. Exit status: 0, or 2 if anything
@@ -76,7 +88,7 @@ CommandLine parseCommandLine(CLI::App& app, int argc, char** argv) {
         ->check(CLI::IsMember(delimiterNames).description(""))
         ->type_name("NAME");
     app.add_option("--max-memory", commandLine.options.maxMemory,
-                   "Most memory for the columns of a file, as in 2GB [free memory]")
+                   "Most memory for the contents of a file, as in 2GB [free memory]")
         ->transform(CLI::AsSizeValue(true).description(""))
         ->type_name("SIZE")
         ->default_str("");
@@ -90,14 +102,12 @@ CommandLine parseCommandLine(CLI::App& app, int argc, char** argv) {
 
 std::string inspectFile(const std::string& file, const Options& options, bool withHeading) {
     Source source(file);
-    Dataset data;
-    {
+    const Dataset data = [&] {
         Progress progress(::isatty(STDERR_FILENO) == 1 ? &std::cerr : nullptr, source.size());
-        data = load(source, options, progress);
-    }
+        return load(source, options, progress);
+    }();
     if (!withHeading) return describe(data);
-    return printable(displayName(file)) + ": " + counted(data.rows, "row") + ", " +
-           counted(data.variables.size(), "variable") + "\n" + describe(data);
+    return printable(displayName(file)) + ": " + heading(data) + "\n" + describe(data);
 }
 
 bool write(const std::string& text) {

@@ -1,0 +1,196 @@
+#include "Matrix.hpp"
+
+#include "MatrixMarketReader.hpp"
+#include "Summary.hpp"
+#include "Text.hpp"
+#include "TextTable.hpp"
+#include "Variable.hpp"
+
+#include <foundation/vexadata/ArrayFactory.hpp>
+
+#include <algorithm>
+#include <cctype>
+#include <cmath>
+#include <complex>
+#include <utility>
+#include <vector>
+
+namespace vexa::inspect {
+
+using foundation::vexadata::Array;
+using foundation::vexadata::ArrayFactory;
+using foundation::vexadata::ArrayType;
+using foundation::vexadata::SparseArray;
+
+namespace {
+
+constexpr std::string_view banner = "%%matrixmarket";
+constexpr std::size_t pictureSide = 24;
+
+template <class T>
+Array makeSparse(MatrixMarketReader& reader, GrowingBuffer<T>& values) {
+    ArrayFactory factory;
+    const std::size_t count = values.size();
+    return factory.createSparseArray<T>({reader.rowCount(), reader.columnCount()}, count, values.release(),
+                                        reader.rows().release(), reader.columns().release());
+}
+
+Array makePattern(MatrixMarketReader& reader, MemoryBudget& budget) {
+    GrowingBuffer<bool> present(budget);
+    for (std::size_t k = 0; k < reader.rows().size(); ++k)
+        present.push(true);
+    return makeSparse(reader, present);
+}
+
+std::string nameOf(MatrixSymmetry symmetry) {
+    switch (symmetry) {
+    case MatrixSymmetry::symmetric:
+        return "symmetric";
+    case MatrixSymmetry::skewSymmetric:
+        return "skew-symmetric";
+    case MatrixSymmetry::hermitian:
+        return "hermitian";
+    default:
+        return "general";
+    }
+}
+
+/// Calls `visit` with the array as the sparse array that it is.
+template <class Visit>
+auto visitSparse(const Array& array, Visit visit) {
+    switch (array.getType()) {
+    case ArrayType::SPARSE_LOGICAL:
+        return visit(SparseArray<bool>(array));
+    case ArrayType::SPARSE_DOUBLE:
+        return visit(SparseArray<double>(array));
+    default:
+        return visit(SparseArray<std::complex<double>>(array));
+    }
+}
+
+/// The pieces of any sparse array, which live as long as it does.
+struct Pieces {
+    std::size_t rows, columns, count;
+    const std::size_t* starts;
+    const std::size_t* rowOf;
+};
+Pieces piecesOf(const Array& array) {
+    return visitSparse(array, [](const auto& sparse) {
+        return Pieces{sparse.getRows(), sparse.getCols(), sparse.getNumberOfNonZeroElements(), sparse.getJc(),
+                      sparse.getIr()};
+    });
+}
+
+/// Magnitudes of complex values, values of the others; what is not a number is left out.
+std::vector<double> presentMagnitudes(const Array& array) {
+    return visitSparse(array, [](const auto& sparse) {
+        std::vector<double> values;
+        for (const auto& value : sparse) {
+            double number = 0;
+            if constexpr (std::is_arithmetic_v<std::decay_t<decltype(value)>>)
+                number = static_cast<double>(value);
+            else
+                number = std::abs(value);
+            if (!std::isnan(number)) values.push_back(number);
+        }
+        return values;
+    });
+}
+
+/// The place of `index` out of `extent` among `cells` equal parts.
+std::size_t cellOf(std::size_t index, std::size_t extent, std::size_t cells) {
+    return static_cast<std::size_t>(static_cast<long double>(index) * static_cast<long double>(cells) /
+                                    static_cast<long double>(extent));
+}
+
+/// How many non-zeros lie in each cell of a grid over the matrix, row by row.
+std::vector<std::size_t> countCells(const Pieces& matrix, std::size_t height, std::size_t width) {
+    std::vector<std::size_t> counts(height * width);
+    std::size_t column = 0;
+    for (std::size_t k = 0; k < matrix.count; ++k) {
+        // Straight to the column of the k-th non-zero, over however many empty ones.
+        const auto* after = std::upper_bound(matrix.starts + column, matrix.starts + matrix.columns + 1, k);
+        column = static_cast<std::size_t>(after - matrix.starts) - 1;
+        const std::size_t line = cellOf(matrix.rowOf[k], matrix.rows, height);
+        ++counts[line * width + cellOf(column, matrix.columns, width)];
+    }
+    return counts;
+}
+
+std::string line(const char* left, const char* right, std::size_t width) {
+    std::string text = left;
+    for (std::size_t k = 0; k < 2 * width; ++k)
+        text += "─";
+    return text + right + "\n";
+}
+
+/// A frame with a square for each part of the matrix, the darker the more non-zeros lie in it.
+std::string spyPicture(const Pieces& matrix) {
+    const std::size_t height = std::min(matrix.rows, pictureSide);
+    const std::size_t width = std::min(matrix.columns, pictureSide);
+    const std::vector<std::size_t> counts = countCells(matrix, height, width);
+    const std::size_t most =
+        std::max<std::size_t>(1, counts.empty() ? 1 : *std::max_element(counts.begin(), counts.end()));
+    std::string picture = line("┌", "┐", width);
+    for (std::size_t y = 0; y < height; ++y) {
+        picture += "│";
+        for (std::size_t x = 0; x < width; ++x) {
+            const char* square = shade(counts[y * width + x], most);
+            picture += square;
+            picture += square;
+        }
+        picture += "│\n";
+    }
+    return picture + line("└", "┘", width);
+}
+
+std::string percentage(double share) { return formatNumber(100 * share) + " %"; }
+
+} // namespace
+
+bool isMatrixMarket(std::string_view head) {
+    return head.size() >= banner.size() &&
+           std::equal(banner.begin(), banner.end(), head.begin(),
+                      [](char a, char b) { return a == std::tolower(static_cast<unsigned char>(b)); });
+}
+
+Matrix readMatrix(Chunks& chunks, std::string_view head, std::uint64_t maxMemory) {
+    MemoryBudget budget(maxMemory);
+    MatrixMarketReader reader(budget);
+    for (std::string_view chunk = head; !chunk.empty(); chunk = chunks.next())
+        reader.feed(chunk);
+    reader.finish();
+    budget.take((reader.columnCount() + 1) * sizeof(std::size_t)); // the column starts
+    const std::string symmetry = nameOf(reader.symmetry());
+    switch (reader.field()) {
+    case MatrixField::pattern:
+        return {makePattern(reader, budget), symmetry};
+    case MatrixField::complex:
+        return {makeSparse(reader, reader.complexes()), symmetry};
+    default:
+        return {makeSparse(reader, reader.reals()), symmetry};
+    }
+}
+
+std::string heading(const Matrix& matrix) {
+    return dimensionText(matrix.array) + ", " + counted(piecesOf(matrix.array).count, "non-zero");
+}
+
+std::string describe(const Matrix& matrix) {
+    using enum TextTable::Align;
+    const Pieces pieces = piecesOf(matrix.array);
+    const double elements = static_cast<double>(pieces.rows) * static_cast<double>(pieces.columns);
+    std::vector<double> values = presentMagnitudes(matrix.array);
+    const Summary summary = summarise(values);
+    TextTable table({left, left, left, right, right, right, right, right, right});
+    table.addRow(
+        {"type", "symmetry", "dimensions", "non-zeros", "density", "minimum", "median", "mean", "maximum"});
+    table.addRow({typeName(matrix.array), matrix.symmetry, dimensionText(matrix.array),
+                  std::to_string(pieces.count),
+                  elements == 0 ? "-" : percentage(static_cast<double>(pieces.count) / elements),
+                  formatNumber(summary.minimum), formatNumber(summary.median), formatNumber(summary.mean),
+                  formatNumber(summary.maximum)});
+    return elements == 0 ? table.str() : table.str() + '\n' + spyPicture(pieces);
+}
+
+} // namespace vexa::inspect
