@@ -89,12 +89,12 @@ ElementPosition elementInCell(const ElementPosition& position, bool forWrite) {
         raise<TypeMismatchException>();
     }
     const std::array<std::uint64_t, 2> indices = position.twoIndicesIntoVector();
-    const ElementPosition cell = ElementPosition::first(position.array(), indices[0]);
     if (forWrite) {
-        cell.prepareForWrite();
+        position.prepareForWrite();
     }
-    ReferenceImpl* inner =
-        position.array()->createElementReference(cell.linearIndex(), noFieldName, forWrite);
+    ArrayImpl* cells = position.array();
+    const std::size_t cell = ElementPosition::first(cells, indices[0]).linearIndex();
+    ReferenceImpl* inner = cells->createElementReference(cell, noFieldName, forWrite);
     if (inner == nullptr) {
         raise<NotEnoughIndicesProvidedException>();
     }
@@ -104,12 +104,16 @@ ElementPosition elementInCell(const ElementPosition& position, bool forWrite) {
 }
 
 std::array<std::uint64_t, 2> ElementPosition::twoIndicesIntoVector() const {
-    const bool isVector = dimensions_ != nullptr && dimensions_->size() == 2 &&
-                          ((*dimensions_)[0] == 1 || (*dimensions_)[1] == 1);
-    if (chain_ != nullptr || count_ != 2 || !isVector) {
+    const std::uint64_t count = chain_ == nullptr ? count_ : chain_->indexCount();
+    if (count != 2 || !fieldName().empty()) {
         raise<TypeMismatchException>();
     }
-    return {indices_[0], indices_[1]};
+    const std::vector<std::size_t>& dimensions = chain_ == nullptr ? *dimensions_ : chain_->dimensions();
+    if (dimensions.size() != 2 || (dimensions[0] != 1 && dimensions[1] != 1)) {
+        raise<TypeMismatchException>();
+    }
+    const std::uint64_t* indices = chain_ == nullptr ? indices_ : chain_->indices();
+    return {indices[0], indices[1]};
 }
 
 } // namespace foundation::vexadata::detail

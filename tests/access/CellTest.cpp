@@ -155,6 +155,63 @@ TEST_F(Cells, WritesInsideThemLeaveCopiesUnchanged) {
     EXPECT_EQ(static_cast<double>(TypedArray<double>(copy[0])[1][1]), 4.0);
 }
 
+TEST_F(Cells, IndexedTwiceReachScalarsInside) {
+    const Cell copy = cell;
+    EXPECT_EQ(static_cast<std::int32_t>(cell[1][1]), 8);
+    EXPECT_EQ(static_cast<std::int32_t>(std::as_const(cell)[1][0]), 7);
+    cell[1][0] = std::int32_t{70};
+    EXPECT_EQ(static_cast<std::int32_t>(cell[1][0]), 70);
+    EXPECT_EQ(static_cast<std::int32_t>(copy[1][0]), 7);
+    EXPECT_TRUE(
+        throwsExactly<TypeMismatchException>([&] { static_cast<void>(double(cell[1][1])); }, mismatch));
+    EXPECT_TRUE(throwsExactly<EArrayIndexOutOfRange>([&] { static_cast<void>(std::int32_t(cell[3][0])); },
+                                                     "Array index is out of range"));
+    EXPECT_TRUE(throwsExactly<EArrayIndexOutOfRange>([&] { cell[1][2] = std::int32_t{1}; },
+                                                     "Array index is out of range"));
+    // An array is meant by row and column of the cells, as everywhere.
+    EXPECT_TRUE(throwsExactly<EArrayIndexOutOfRange>([&] { Array none = cell[1][1]; },
+                                                     "Array index is out of range"));
+    EXPECT_EQ(Array(cell[0][1]).getType(), ArrayType::INT32);
+
+    Cell outer = factory.createArray<Array>({1, 1}, {cell});
+    Reference<Array> untyped = outer[0];
+    Reference<TypedArray<Array>> typed = outer[0];
+    untyped[1][1] = std::int32_t{80};
+    EXPECT_EQ(static_cast<std::int32_t>(typed[1][1]), 80);
+    typed[1][1] = std::int32_t{81};
+    EXPECT_EQ(static_cast<std::int32_t>(untyped[1][1]), 81);
+    EXPECT_EQ(static_cast<std::int32_t>(cell[1][1]), 8);
+}
+
+TEST_F(Cells, ReferencesOfAKnownKindReadAndWrite) {
+    Cell copy = cell;
+    Reference<TypedArray<std::int32_t>> numbers = cell[1];
+    numbers[0] = 70;
+    for (std::int32_t& number : numbers) {
+        number += 1;
+    }
+    EXPECT_EQ(numbers[0], 71);
+    EXPECT_EQ(std::accumulate(std::as_const(numbers).begin(), std::as_const(numbers).end(), 0), 80);
+    EXPECT_EQ(static_cast<std::int32_t>(copy[1][0]), 7);
+    const TypedArray<std::int32_t> taken = numbers;
+    numbers = factory.createArray<std::int32_t>({1, 1}, {5});
+    EXPECT_EQ(taken.getNumberOfElements(), 2U);
+    EXPECT_EQ(numbers.getNumberOfElements(), 1U);
+    Reference<TypedArray<std::int32_t>> other = copy[1];
+    other = numbers; // writes, and goes on to refer to its own cell
+    EXPECT_EQ(static_cast<std::int32_t>(copy[1][0]), 5);
+    EXPECT_TRUE(
+        throwsExactly<TypeMismatchException>([&] { Reference<TypedArray<double>> no = cell[1]; }, mismatch));
+    using Typed = Reference<TypedArray<std::int32_t>>;
+    EXPECT_EQ((detail::castTo<Typed, true>(detail::chainOf(cell[1]))[0]), 5);
+    EXPECT_THROW((detail::castTo<Reference<CharArray>, false>(detail::chainOf(cell[1]))),
+                 TypeMismatchException);
+    EXPECT_NO_THROW((detail::castTo<Reference<Array>, false>(detail::chainOf(cell[2]))));
+    EXPECT_EQ(*getReadOnlyElements<std::int32_t>(cell[1]).begin(), 5);
+    *getWritableElements<std::int32_t>(cell[1]).begin() = 6;
+    EXPECT_EQ(numbers[0], 6);
+}
+
 TEST_F(Cells, IndexErrorsOfTheInnerArrayLeaveTheReferenceUsable) {
     Reference<Array> held = cell[0];
     const Reference<Array>& readOnly = held;

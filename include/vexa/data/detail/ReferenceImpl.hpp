@@ -75,6 +75,8 @@ public:
     const std::vector<std::size_t>& dimensions() const noexcept { return dimensions_; }
     const std::string& stringIndex() const noexcept { return stringIndex_; }
     std::uint64_t indexCount() const noexcept { return count_; }
+    /// As many as `indexCount` says; valid until the chain grows.
+    const std::uint64_t* indices() const noexcept { return indices_.data(); }
     MemoryLayout memoryLayout() const noexcept { return layout_; }
 
 protected:
