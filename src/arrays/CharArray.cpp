@@ -32,12 +32,15 @@ std::u16string CharArrayExt::toUTF16() const { return textOf(held(chain_)); }
 std::string CharArrayExt::toAscii() const {
     const auto& array = static_cast<const Characters&>(held(chain_));
     const char16_t* text = array.getTypedDataPtr();
-    std::string narrow;
-    // The length is asked for at each step, as back-ends have come to see it.
-    for (std::size_t k = 0; k < array.getNumberOfElements(); ++k) {
-        narrow += detail::narrowed(text == nullptr ? nullptr : text + k, 1);
+    std::size_t checked = 0;
+    while (checked < array.getNumberOfElements()) { // asked at each step, as back-ends have come to see it
+        detail::requireText(text);
+        if (detail::firstNonAscii(text + checked, 1) == 0) {
+            detail::raise<NonAsciiCharInRequestedAsciiOutputException>();
+        }
+        ++checked;
     }
-    return narrow;
+    return detail::narrowed(text, checked);
 }
 
 std::u16string toUTF16(const Array& array) {

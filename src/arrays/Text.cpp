@@ -11,14 +11,6 @@ namespace {
 
 constexpr char16_t aboveAscii = 0xFF80;
 
-/// The text that standard libraries gave for a null pointer is part of the contract; not all give it today.
-template <class Unit>
-void requireText(const Unit* text) {
-    if (text == nullptr) {
-        throw std::logic_error("basic_string::_M_construct null not valid");
-    }
-}
-
 template <class Unit>
 std::basic_string<Unit> copyOf(const Unit* text, std::size_t length) {
     if (length == 0) {
@@ -29,6 +21,13 @@ std::basic_string<Unit> copyOf(const Unit* text, std::size_t length) {
 }
 
 } // namespace
+
+// The message that standard libraries gave for a null pointer is part of the contract; not all give it today.
+void requireText(const void* text) {
+    if (text == nullptr) {
+        throw std::logic_error("basic_string::_M_construct null not valid");
+    }
+}
 
 char16_t widened(char unit) {
     if (static_cast<unsigned char>(unit) > 127) {

@@ -137,8 +137,9 @@ public:
     EnumArray createEnumArray(std::vector<std::size_t> dims, std::string className,
                               std::vector<std::string> members = {});
 
-    /// A sparse matrix from `count` values at `rows[k]`, `columns[k]`, counted from 0, in any order. What happens to values
-    /// at one place, to zeros and to places outside is the back-end's choice.
+    /// A sparse matrix from `count` values at `rows[k]`, `columns[k]`, counted from 0, in any order. The
+    /// buffers are the back-end's, which may change what is in them. What happens to values at one place, to zeros and to
+    /// places outside is its choice.
     /// @throws EInvalidDimensionsInSparseArray for more than two dimensions
     template <class T>
     SparseArray<T> createSparseArray(std::vector<std::size_t> dims, std::size_t count, buffer_ptr<T> values,

@@ -18,6 +18,9 @@ VEXADATA_API char16_t widened(char unit);
 /// @throws NonAsciiCharInRequestedAsciiOutputException for a unit above 127
 VEXADATA_API std::string narrowed(const char16_t* text, std::size_t length);
 
+/// @throws std::logic_error for a null pointer, which a back-end lent in place of a text
+VEXADATA_API void requireText(const void* text);
+
 /// A copy of a text that a back-end lends.
 /// @throws std::logic_error for a null pointer with a length
 VEXADATA_API std::u16string copied(const char16_t* text, std::size_t length);
