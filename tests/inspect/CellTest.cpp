@@ -45,10 +45,14 @@ TEST(Cell, textThatLooksLikeNumbers) {
 }
 
 TEST(Cell, missingAndLogical) {
-    for (const char* text : {"", "  ", "NA", "n/a", "#N/A", "NaN", "-nan", "NULL"})
+    for (const char* text : {"", "  ", "NA", "n/a", "#N/A", "NaN", "-nan", "NULL"}) {
         EXPECT_EQ(parseCell(text, false).kind, CellKind::missing) << text;
-    for (const char* text : {"nah", "nil", "N", "none"})
+        EXPECT_TRUE(isMissing(text)) << text;
+    }
+    for (const char* text : {"nah", "nil", "N", "none", "nan(1)"}) {
+        EXPECT_EQ(parseCell(text, false).kind, CellKind::text) << text;
         EXPECT_FALSE(isMissing(text)) << text;
+    }
     EXPECT_EQ(parseCell("TRUE", false).value, 1);
     EXPECT_EQ(parseCell("False", false).kind, CellKind::logical);
 }

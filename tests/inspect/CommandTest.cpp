@@ -131,7 +131,8 @@ TEST_F(Command, columnOfNumbersThatTurnsOutToBeTextKeepsItsTexts) {
 }
 
 TEST_F(Command, matrixMarketFilesAreDescribedWithAPicture) {
-    write("m.txt", "%%MatrixMarket matrix coordinate complex hermitian\n3 3 2\n1 1 3 0\n3 1 3 4\n");
+    write("m.txt",
+          "\xEF\xBB\xBF%%MatrixMarket matrix coordinate complex hermitian\n3 3 2\n1 1 3 0\n3 1 3 4\n");
     const Outcome one = run("m.txt");
     EXPECT_EQ(
         one.out,

@@ -12,7 +12,7 @@ namespace vexa::inspect {
 
 namespace {
 
-constexpr std::array<std::string_view, 5> missingWords{"na", "nan", "n/a", "#n/a", "null"};
+constexpr std::array<std::string_view, 7> missingWords{"na", "nan", "-nan", "+nan", "n/a", "#n/a", "null"};
 
 std::string_view trim(std::string_view text) {
     constexpr std::string_view blanks = " \t";
@@ -34,9 +34,7 @@ bool sameWord(std::string_view text, std::string_view word) {
 /// from_chars does not tell overflow from underflow; strtod does.
 double beyondRange(std::string_view text) { return std::strtod(std::string(text).c_str(), nullptr); }
 
-Cell number(double value, DecimalMark mark) {
-    return std::isnan(value) ? Cell{CellKind::missing} : Cell{CellKind::number, value, mark};
-}
+Cell number(double value, DecimalMark mark) { return {CellKind::number, value, mark}; }
 
 /// A number where the decimal mark may be a comma, but not both.
 Cell parseWithComma(std::string_view text) {
@@ -68,7 +66,8 @@ bool isMissing(std::string_view text) {
 
 Cell parseCell(std::string_view text, bool decimalComma) {
     text = trim(text);
-    if (const auto value = parseNumber(text)) {
+    const auto value = parseNumber(text);
+    if (value && !std::isnan(*value)) {
         const bool point = decimalComma && text.find('.') != std::string_view::npos;
         return number(*value, point ? DecimalMark::point : DecimalMark::none);
     }

@@ -22,9 +22,12 @@ public:
         return {buffer_.data(), length};
     }
 
+    /// The first bytes, without a UTF-8 byte order mark. Throws InputError when there are none, or when they are UTF-16.
+    std::string_view first();
+
     /// Whether `rewind` works.
     bool canRewind() const noexcept { return source_.size().has_value(); }
-    /// Begins again at the start.
+    /// Begins again at the start, with `first`.
     void rewind() { source_.rewind(); }
 
 private:

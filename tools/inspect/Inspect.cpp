@@ -14,7 +14,7 @@ std::string heading(const Table& table) {
 
 Dataset load(Source& source, const Options& options, Progress& progress) {
     Chunks chunks(source, progress);
-    const std::string_view head = chunks.next();
+    const std::string_view head = chunks.first();
     if (isMatrixMarket(head)) return readMatrix(chunks, head, options.maxMemory);
     return readTable(chunks, head, options.delimiter, options.maxMemory);
 }

@@ -141,7 +141,11 @@ std::string spyPicture(const Pieces& matrix) {
         }
         picture += "│\n";
     }
-    return picture + line("└", "┘", width);
+    picture += line("└", "┘", width);
+    if (matrix.rows > height || matrix.columns > width)
+        picture += "a square: up to " + counted((matrix.rows + height - 1) / height, "row") + " by " +
+                   counted((matrix.columns + width - 1) / width, "column") + '\n';
+    return picture;
 }
 
 std::string percentage(double share) { return formatNumber(100 * share) + " %"; }
@@ -160,7 +164,6 @@ Matrix readMatrix(Chunks& chunks, std::string_view head, std::uint64_t maxMemory
     for (std::string_view chunk = head; !chunk.empty(); chunk = chunks.next())
         reader.feed(chunk);
     reader.finish();
-    budget.take((reader.columnCount() + 1) * sizeof(std::size_t)); // the column starts
     const std::string symmetry = nameOf(reader.symmetry());
     switch (reader.field()) {
     case MatrixField::pattern:

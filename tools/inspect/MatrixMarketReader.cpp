@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstdint>
 #include <map>
 #include <system_error>
 #include <vector>
@@ -110,6 +111,14 @@ void MatrixMarketReader::finish() {
 
 void MatrixMarketReader::takeLine(std::string_view line) {
     ++line_;
+    try {
+        dispatchLine(line);
+    } catch (const InputError& error) { // the budget does not know the line
+        throw InputError(error.what(), line_);
+    }
+}
+
+void MatrixMarketReader::dispatchLine(std::string_view line) {
     if (expects_ == Expects::banner) {
         takeBanner(line);
         return;
@@ -152,6 +161,12 @@ void MatrixMarketReader::takeSize(std::string_view line) {
     if (symmetry_ != MatrixSymmetry::general && rowCount_ != columnCount_)
         fail("a symmetric matrix has to be square, not " + std::to_string(rowCount_) + " by " +
              std::to_string(columnCount_));
+    std::size_t elements = 0;
+    if (__builtin_mul_overflow(rowCount_, columnCount_, &elements))
+        fail("a matrix of " + std::to_string(rowCount_) + " by " + std::to_string(columnCount_) +
+             " has more than 2^64 - 1 elements");
+    budget_.take(std::uint64_t{sizeof(std::size_t)} * std::min(columnCount_, SIZE_MAX / 8 - 1) +
+                 8); // column starts
     expects_ = Expects::entries;
 }
 

@@ -19,7 +19,7 @@ enum class MatrixSymmetry { general, symmetric, skewSymmetric, hermitian };
 class MatrixMarketReader {
 public:
     explicit MatrixMarketReader(MemoryBudget& budget)
-        : rows_(budget), columns_(budget), reals_(budget), complexes_(budget) {}
+        : budget_(budget), rows_(budget), columns_(budget), reals_(budget), complexes_(budget) {}
 
     /// The next bytes of the text; lines may be cut anywhere.
     void feed(std::string_view chunk);
@@ -41,6 +41,7 @@ private:
     enum class Expects { banner, size, entries };
 
     void takeLine(std::string_view line);
+    void dispatchLine(std::string_view line);
     void takeBanner(std::string_view line);
     void takeSize(std::string_view line);
     void takeEntry(std::string_view line);
@@ -48,6 +49,7 @@ private:
     void requirePlace(std::size_t row, std::size_t column) const;
     [[noreturn]] void fail(const std::string& message) const;
 
+    MemoryBudget& budget_;
     Expects expects_ = Expects::banner;
     MatrixField field_ = MatrixField::real;
     MatrixSymmetry symmetry_ = MatrixSymmetry::general;

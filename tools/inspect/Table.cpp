@@ -82,10 +82,10 @@ private:
         });
         if (numeric) budget_.take(rows_ * sizeof(double));
     }
-    /// An array of strings takes 16 bytes an element, and two for each unit of longer texts.
+    /// An array of strings takes 16 bytes an element, and two for each unit of longer texts, twice that while it grows.
     void takeForTexts(Column& column) {
         if (column.kind() == Column::Kind::text)
-            budget_.take(16 * column.texts().size() + 2 * column.texts().bytes());
+            budget_.take(16 * column.texts().size() + 4 * column.texts().bytes());
     }
 
     bool decimalComma_;
@@ -96,17 +96,9 @@ private:
     std::size_t rows_ = 0;
 };
 
-/// The text after a UTF-8 byte order mark.
-std::string_view skipByteOrderMark(std::string_view head) {
-    if (head.starts_with("\xFF\xFE") || head.starts_with("\xFE\xFF"))
-        throw InputError("the text is UTF-16; expected UTF-8", 1);
-    if (head.starts_with("\xEF\xBB\xBF")) head.remove_prefix(3);
-    return head;
-}
-
 void readAll(Chunks& chunks, std::string_view head, char delimiter, ColumnCollector& columns) {
     DelimitedReader reader(columns, delimiter);
-    for (std::string_view chunk = skipByteOrderMark(head); !chunk.empty(); chunk = chunks.next())
+    for (std::string_view chunk = head; !chunk.empty(); chunk = chunks.next())
         reader.feed(chunk);
     reader.finish();
 }
@@ -145,8 +137,7 @@ std::string describeWords(const Variable& variable, const Array& array) {
 
 Table readTable(Chunks& chunks, std::string_view head, std::optional<char> delimiter,
                 std::uint64_t maxMemory) {
-    if (head.empty()) throw InputError("the file is empty; expected a header line", 1);
-    const char separator = delimiter.value_or(detectDelimiter(skipByteOrderMark(head)));
+    const char separator = delimiter.value_or(detectDelimiter(head));
     TextColumns textColumns;
     while (true) {
         MemoryBudget budget(maxMemory);
@@ -157,7 +148,7 @@ Table readTable(Chunks& chunks, std::string_view head, std::optional<char> delim
         if (!textColumns.empty()) throw InputError("the file changed while it was read");
         textColumns = lost;
         chunks.rewind();
-        head = chunks.next();
+        head = chunks.first();
     }
 }
 
