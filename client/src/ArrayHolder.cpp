@@ -1,10 +1,11 @@
 #include "ArrayHolder.hpp"
 
+#include "ObjectArray.hpp"
+
 namespace vexa::client {
 
+namespace fv = foundation::vexadata;
 using data::detail::ReferenceImpl;
-using data::impl::ArrayImpl;
-using foundation::vexadata::ArrayType;
 
 namespace {
 
@@ -35,30 +36,67 @@ ArrayHolder* asHolder(ArrayImpl& array) {
     return type == ArrayType::CELL || type == ArrayType::STRUCT ? dynamic_cast<ArrayHolder*>(&array)
                                                                 : nullptr;
 }
+ObjectArray* asObjects(ArrayImpl& array) {
+    return fv::detail::acceptsType<fv::ValueObject>(array.getType()) ? dynamic_cast<ObjectArray*>(&array)
+                                                                     : nullptr;
+}
 
-/// True when `target` is `array` or lies in it at any depth.
-bool reaches(ArrayImpl& array, const ArrayImpl& target) {
-    if (&array == &target) {
-        return true;
-    }
-    const ArrayHolder* holder = asHolder(array);
-    const std::size_t slots = holder == nullptr ? 0 : holder->numberOfSlots();
-    for (std::size_t slot = 0; slot < slots; ++slot) {
-        if (reaches(holder->heldIn(slot), target)) {
+bool reaches(ArrayImpl& array, const void* target);
+
+bool anyReaches(const ArrayHolder& holder, const void* target) {
+    for (std::size_t slot = 0; slot < holder.numberOfSlots(); ++slot) {
+        if (reaches(holder.heldIn(slot), target)) {
             return true;
         }
     }
     return false;
 }
 
+bool objectsReach(ObjectArray& objects, const void* target) {
+    for (std::size_t k = 0; k < objects.getNumberOfElements(); ++k) {
+        Instance* object = objects.objectIn(k);
+        if (object != nullptr && (static_cast<data::impl::ObjectImpl*>(object) == target ||
+                                  anyReaches(object->properties(), target))) {
+            return true;
+        }
+    }
+    return anyReaches(objects.properties(), target);
+}
+
+/// True when `target` is `array` or lies in it at any depth.
+bool reaches(ArrayImpl& array, const void* target) {
+    if (&array == target) {
+        return true;
+    }
+    if (const ArrayHolder* holder = asHolder(array)) {
+        return anyReaches(*holder, target);
+    }
+    ObjectArray* objects = asObjects(array);
+    return objects != nullptr && objectsReach(*objects, target);
+}
+
+Held separateCopy(const ArrayImpl& array);
+
+void separateSlots(ArrayHolder& holder) {
+    for (std::size_t slot = 0; slot < holder.numberOfSlots(); ++slot) {
+        ArrayImpl& held = holder.heldIn(slot);
+        if (asHolder(held) != nullptr || asObjects(held) != nullptr) {
+            holder.put(slot, separateCopy(held));
+        }
+    }
+}
+
 /// A copy of `array` that shares no holder with it, at any depth.
 Held separateCopy(const ArrayImpl& array) {
     Held copy(array.sharedCopy());
     if (ArrayHolder* holder = asHolder(*copy)) {
-        for (std::size_t slot = 0; slot < holder->numberOfSlots(); ++slot) {
-            ArrayImpl& held = holder->heldIn(slot);
-            if (asHolder(held) != nullptr) {
-                holder->put(slot, separateCopy(held));
+        separateSlots(*holder);
+    } else if (ObjectArray* objects = asObjects(*copy)) {
+        separateSlots(objects->properties());
+        for (std::size_t k = 0; k < objects->getNumberOfElements(); ++k) {
+            if (objects->objectIn(k) != nullptr) {
+                objects->separate(k);
+                separateSlots(objects->objectIn(k)->properties());
             }
         }
     }
@@ -71,7 +109,7 @@ ReferenceImpl* referenceInto(ArrayHolder& holder, std::size_t slot, bool forWrit
     return new SlotReference(holder, slot, forWrite);
 }
 
-Held storable(ArrayImpl& array, const ArrayImpl& target) {
+Held storable(ArrayImpl& array, const void* target) {
     if (reaches(array, target)) {
         return separateCopy(array);
     }

@@ -53,8 +53,8 @@ protected:
 /// even when the chain was made for reading: then it moves to the copy.
 data::detail::ReferenceImpl* referenceInto(ArrayHolder& holder, std::size_t slot, bool forWrite);
 
-/// `array` for a slot of `target`. When `target` lies in `array`, at any depth, a copy that shares no holder with it: `target`
-/// would own itself otherwise.
-Held storable(data::impl::ArrayImpl& array, const data::impl::ArrayImpl& target);
+/// `array` for a slot of the array or object `target`. When `target` lies in `array`, at any depth, a copy that shares no
+/// holder with it: `target` would own itself otherwise.
+Held storable(data::impl::ArrayImpl& array, const void* target);
 
 } // namespace vexa::client

@@ -31,7 +31,7 @@ ReferenceImpl* CellArray::createElementReference(std::size_t index, const std::s
 const std::vector<std::size_t>& CellArray::getDimensions() const { return dimensions_; }
 std::size_t CellArray::getNumberOfElements() const { return elements_.size(); }
 void CellArray::assignElementArray(std::size_t index, const std::string&, data::impl::ArrayImpl* array) {
-    put(index, storable(*array, *this));
+    put(index, storable(*array, static_cast<const ArrayImpl*>(this)));
 }
 bool CellArray::isEmpty() const { return elements_.empty(); }
 std::uint64_t CellArray::getArrayID() const { return identity_.get(); }
@@ -41,7 +41,7 @@ bool CellArray::isEqual(const data::impl::ArrayImpl* other) const {
 }
 Array* CellArray::getElementAddress(std::size_t index, const std::string&, bool) { return &elements_[index]; }
 void CellArray::setElementValue(std::size_t index, const std::string&, Array value) {
-    put(index, storable(*Access::impl(value), *this));
+    put(index, storable(*Access::impl(value), static_cast<const ArrayImpl*>(this)));
 }
 std::size_t CellArray::numberOfSlots() const noexcept { return elements_.size(); }
 data::impl::ArrayImpl& CellArray::heldIn(std::size_t slot) const noexcept {

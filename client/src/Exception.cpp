@@ -35,4 +35,29 @@ WrongNumberOfNamesException::WrongNumberOfNamesException(std::size_t names, std:
     : NamedException(std::to_string(names) + " member names for " + std::to_string(elements) + " elements") {}
 WrongNumberOfNamesException::~WrongNumberOfNamesException() = default;
 
+UnknownPropertyException::UnknownPropertyException(const std::string& name, const std::string& className)
+    : NamedException("Unknown property '" + name + "' of the class '" + className + "'") {}
+UnknownPropertyException::~UnknownPropertyException() = default;
+
+AmbiguousPropertyException::AmbiguousPropertyException(const std::string& name, const std::string& className)
+    : NamedException("The class '" + className + "' inherits several properties '" + name + "'") {}
+AmbiguousPropertyException::~AmbiguousPropertyException() = default;
+
+InvalidPropertyException::InvalidPropertyException(const std::string& name, const std::string& className,
+                                                   const std::string& reason)
+    : NamedException("The property '" + name + "' of the class '" + className + "' " + reason) {}
+InvalidPropertyException::~InvalidPropertyException() = default;
+
+InvalidSuperclassException::InvalidSuperclassException(const std::string& name, const std::string& className)
+    : NamedException("The superclass '" + name + "' is or has the class '" + className + "' itself") {}
+InvalidSuperclassException::~InvalidSuperclassException() = default;
+
+ForeignClassException::ForeignClassException(const std::string& name)
+    : NamedException("The class '" + name + "' comes from another back-end") {}
+ForeignClassException::~ForeignClassException() = default;
+
+WrongClassException::WrongClassException(const std::string& found, const std::string& expected)
+    : NamedException("An object of the class '" + found + "' cannot be in an array of '" + expected + "'") {}
+WrongClassException::~WrongClassException() = default;
+
 } // namespace vexa::client

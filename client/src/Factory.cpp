@@ -4,10 +4,12 @@
 #include "CompressedColumns.hpp"
 #include "DenseArray.hpp"
 #include "EnumArray.hpp"
+#include "ObjectArray.hpp"
 #include "StringArray.hpp"
 #include "StructArray.hpp"
 
 #include <vexa/client/Exception.hpp>
+#include <vexa/data/impl/IdentifierImpl.hpp>
 
 #include <complex>
 #include <utility>
@@ -58,6 +60,10 @@ ArrayImpl* Factory::createArrayImpl(fv::ArrayType type, Dimensions dimensions) {
         return CompressedColumns<double>::zeros(std::move(dimensions));
     case fv::ArrayType::SPARSE_COMPLEX_DOUBLE:
         return CompressedColumns<std::complex<double>>::zeros(std::move(dimensions));
+    case fv::ArrayType::OBJECT:
+    case fv::ArrayType::VALUE_OBJECT:
+    case fv::ArrayType::HANDLE_OBJECT_REF:
+        return new ObjectArray(type, std::move(dimensions));
     default:
         return forPrimitive<fv::InvalidArrayTypeException>(type, [&](auto tag) -> ArrayImpl* {
             return DenseArray<typename decltype(tag)::type>::zeros(std::move(dimensions));
@@ -71,6 +77,60 @@ ArrayImpl* Factory::createStructArrayImpl(Dimensions dimensions, Names fieldName
 
 ArrayImpl* Factory::createEnumArrayImpl(Dimensions dimensions, std::string className, Names members) {
     return new EnumArray(std::move(dimensions), className, members);
+}
+
+namespace {
+
+/// The description of a class of this back-end, shared.
+/// @throws ForeignClassException
+std::shared_ptr<const ClassDescription> descriptionOf(data::impl::ClassInfoImpl* classInfo) {
+    const auto* description = dynamic_cast<const ClassDescription*>(classInfo);
+    if (description == nullptr) {
+        throw ForeignClassException(classInfo == nullptr ? std::string()
+                                                         : classInfo->getClassIdentifier()->name());
+    }
+    description->retain();
+    return fv::detail::Access::createSharedPtr(description);
+}
+
+} // namespace
+
+data::impl::ClassInfoImpl* Factory::createClassInfoImpl(
+    const fv::VexaClassIdentifier& name, const std::vector<fv::VexaPropertyIdentifier>& properties,
+    const std::vector<fv::VexaPropertyIdentifier>& arrayProperties,
+    const std::vector<fv::ClassInfo>& superclasses) {
+    return new ClassDescription(name.getString(), properties, arrayProperties, superclasses);
+}
+
+data::impl::ObjectImpl* Factory::createValueObjectImpl(data::impl::ClassInfoImpl* classInfo) {
+    return new Instance(descriptionOf(classInfo));
+}
+
+ArrayImpl* Factory::createValueObjectScalarImpl(data::impl::ObjectImpl* object) {
+    if (const auto* instance = dynamic_cast<const Instance*>(object)) {
+        const ClassDescription& description = instance->description();
+        description.retain();
+        object->retain();
+        const fv::HandleObjectRef handle(object);
+        return new ObjectArray({1, 1}, fv::detail::Access::createSharedPtr(&description), handle);
+    }
+    return new ObjectArray(fv::ArrayType::VALUE_OBJECT, {1, 1}); // an empty handle, which no class describes
+}
+
+ArrayImpl* Factory::createValueObjectArrayImpl(Dimensions dimensions, data::impl::ClassInfoImpl* classInfo) {
+    const auto description = descriptionOf(classInfo);
+    const fv::HandleObjectRef object(
+        new Instance(description)); // one for all elements, until one of them changes
+    return new ObjectArray(std::move(dimensions), description, object);
+}
+
+data::impl::ObjectImpl* Factory::createHandleObjectRefImpl(data::impl::ZVMID engine, long id) {
+    return new HandleObject(engine, id);
+}
+
+data::impl::ObjectImpl* Factory::createEnumerationObjectImpl(const std::string& className,
+                                                             const std::string& member) {
+    return new Instance(plainDescription(className), member);
 }
 
 ArrayImpl* Factory::createSparseLogicalImpl(Dimensions dimensions, std::size_t count, Buffer<bool[]> values,

@@ -8,8 +8,7 @@
 
 namespace vexa::client {
 
-/// Makes arrays of every primitive kind, strings, cells, structs, enumerations and sparse matrices. Other kinds throw
-/// InvalidArrayTypeException.
+/// Makes every kind of array, classes and objects. An unknown kind throws InvalidArrayTypeException.
 /// InvalidArrayTypeException.
 class Factory final : public data::impl::ArrayFactoryImpl {
 public:
@@ -44,6 +43,18 @@ public:
                                                    Dimensions dimensions, const void* data,
                                                    std::size_t count) override;
     data::impl::ArrayImpl* createStructArrayImpl(Dimensions dimensions, Names fieldNames) override;
+    data::impl::ClassInfoImpl* createClassInfoImpl(
+        const foundation::vexadata::VexaClassIdentifier& name,
+        const std::vector<foundation::vexadata::VexaPropertyIdentifier>& properties,
+        const std::vector<foundation::vexadata::VexaPropertyIdentifier>& arrayProperties,
+        const std::vector<foundation::vexadata::ClassInfo>& superclasses) override;
+    data::impl::ObjectImpl* createValueObjectImpl(data::impl::ClassInfoImpl* classInfo) override;
+    data::impl::ArrayImpl* createValueObjectScalarImpl(data::impl::ObjectImpl* object) override;
+    data::impl::ArrayImpl* createValueObjectArrayImpl(Dimensions dimensions,
+                                                      data::impl::ClassInfoImpl* classInfo) override;
+    data::impl::ObjectImpl* createHandleObjectRefImpl(data::impl::ZVMID engine, long id) override;
+    data::impl::ObjectImpl* createEnumerationObjectImpl(const std::string& className,
+                                                        const std::string& member) override;
     data::impl::ArrayImpl* createEnumArrayImpl(Dimensions dimensions, std::string className,
                                                Names members) override;
     void createBufferImpl(void*& data, void (*&deleter)(void*), foundation::vexadata::ArrayType type,

@@ -113,7 +113,7 @@ void StructArray::assignElementArray(std::size_t index, const std::string& field
     if (fieldName.empty()) {
         fv::detail::raise<fv::CantAssignArrayToThisArrayException>();
     }
-    values_[slotOf(index, fieldName)] = storable(*array, *this);
+    values_[slotOf(index, fieldName)] = storable(*array, static_cast<const ArrayImpl*>(this));
 }
 bool StructArray::isEmpty() const { return count_ == 0; }
 std::uint64_t StructArray::getArrayID() const { return identity_.get(); }
@@ -168,7 +168,7 @@ void StructArray::setFieldValues(std::size_t index, std::vector<fv::Array> value
     std::vector<Held> stored;
     stored.reserve(values.size());
     for (const fv::Array& value : values) {
-        stored.push_back(storable(*Access::impl(value), *this));
+        stored.push_back(storable(*Access::impl(value), static_cast<const ArrayImpl*>(this)));
     }
     std::move(stored.begin(), stored.end(),
               values_.begin() + static_cast<std::ptrdiff_t>(index * names_->size()));

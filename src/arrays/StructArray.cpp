@@ -1,5 +1,4 @@
 #include <foundation/vexadata/StructArray.hpp>
-#include <vexa/data/impl/IdentifierImpl.hpp>
 #include <vexa/data/impl/StructArrayImpl.hpp>
 
 namespace foundation::vexadata {
@@ -46,18 +45,6 @@ void requireStruct(const detail::ElementPosition& position) {
 }
 
 } // namespace
-
-VexaFieldIdentifier::VexaFieldIdentifier(std::string name)
-    : impl_(detail::Access::createSharedPtr(new vexa::data::impl::VexaIdentifierImpl(std::move(name)))) {}
-VexaFieldIdentifier::VexaFieldIdentifier(vexa::data::detail::RefCounted* impl)
-    : impl_(detail::Access::createSharedPtr(static_cast<vexa::data::impl::VexaIdentifierImpl*>(impl))) {}
-bool VexaFieldIdentifier::operator==(const VexaFieldIdentifier& other) const noexcept {
-    return impl_ == other.impl_ ||
-           (impl_ != nullptr && other.impl_ != nullptr && impl_->name() == other.impl_->name());
-}
-std::string VexaFieldIdentifier::getString() const {
-    return impl_ == nullptr ? std::string() : impl_->name();
-}
 
 StructArray::~StructArray() = default;
 FieldNames StructArray::getFieldNames() const { return namesOf(structOf(*impl_)); }

@@ -1,4 +1,5 @@
 #include <foundation/vexadata/ArrayFactory.hpp>
+#include <vexa/data/impl/ClassInfoImpl.hpp>
 
 namespace foundation::vexadata {
 
@@ -109,6 +110,35 @@ ArrayImpl* ArrayFactory::compressed(Dims dims, std::size_t count, Values<std::co
                                     Places rows, Places starts) {
     return impl_->createVexaSparseComplexDoubleImpl(ofMatrix(std::move(dims)), count, std::move(values),
                                                     std::move(rows), std::move(starts));
+}
+
+ClassInfo ArrayFactory::createClassInfo(const VexaClassIdentifier& name,
+                                        const std::vector<VexaPropertyIdentifier>& properties,
+                                        const std::vector<VexaPropertyIdentifier>& arrayProperties,
+                                        const std::vector<ClassInfo>& superclasses) {
+    return ClassInfo(impl_->createClassInfoImpl(name, properties, arrayProperties, superclasses));
+}
+
+ValueObject ArrayFactory::createValueObject(const ClassInfo& classInfo) {
+    return ValueObject(impl_->createValueObjectImpl(detail::Access::impl(classInfo).get()));
+}
+
+ValueObjectArray ArrayFactory::createValueObjectScalar(const ValueObject& object) {
+    return ValueObjectArray(impl_->createValueObjectScalarImpl(detail::Access::impl(object).get()));
+}
+
+ValueObjectArray ArrayFactory::createValueObjectArray(std::vector<std::size_t> dims,
+                                                      const ClassInfo& classInfo) {
+    return ValueObjectArray(impl_->createValueObjectArrayImpl(normalised(std::move(dims)),
+                                                              detail::Access::impl(classInfo).get()));
+}
+
+HandleObjectRef ArrayFactory::createHandleObjectRef(const ZVMID& engine, long id) {
+    return HandleObjectRef(impl_->createHandleObjectRefImpl(engine, id));
+}
+
+ValueObject ArrayFactory::createEnumerationObject(const std::string& className, const std::string& member) {
+    return ValueObject(impl_->createEnumerationObjectImpl(className, member));
 }
 
 Array ArrayFactory::createArrayFromBuffer(std::vector<std::size_t> dims, ArrayType type, UntypedBuffer buffer,

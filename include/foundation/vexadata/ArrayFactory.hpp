@@ -6,6 +6,7 @@
 #include <foundation/vexadata/SparseArray.hpp>
 #include <foundation/vexadata/StructArray.hpp>
 #include <foundation/vexadata/TypedArray.hpp>
+#include <foundation/vexadata/ValueObjectArray.hpp>
 #include <vexa/data/impl/ArrayFactoryImpl.hpp>
 
 #include <algorithm>
@@ -161,6 +162,28 @@ public:
         return SparseArray<T>(
             compressed(std::move(dims), count, std::move(values), std::move(rows), std::move(starts)));
     }
+
+    /// Describes a class by its properties, those of its arrays and its superclasses. The back-end judges them.
+    ClassInfo createClassInfo(const VexaClassIdentifier& name,
+                              const std::vector<VexaPropertyIdentifier>& properties = {},
+                              const std::vector<VexaPropertyIdentifier>& arrayProperties = {},
+                              const std::vector<ClassInfo>& superclasses = {});
+    ClassInfo createClassInfo(const std::string& name,
+                              const std::vector<VexaPropertyIdentifier>& properties = {},
+                              const std::vector<VexaPropertyIdentifier>& arrayProperties = {},
+                              const std::vector<ClassInfo>& superclasses = {}) {
+        return createClassInfo(VexaClassIdentifier(name), properties, arrayProperties, superclasses);
+    }
+    /// An object of the class, all of whose properties hold empty arrays.
+    ValueObject createValueObject(const ClassInfo& classInfo);
+    /// A 1-by-1 array of the object, which is shared with it until one of them is written.
+    ValueObjectArray createValueObjectScalar(const ValueObject& object);
+    /// An array of objects of the class, fresh ones in every element.
+    ValueObjectArray createValueObjectArray(std::vector<std::size_t> dims, const ClassInfo& classInfo);
+    /// A reference to an object that lives in an engine instance.
+    HandleObjectRef createHandleObjectRef(const ZVMID& engine, long id);
+    /// A member of an enumeration class as an object.
+    ValueObject createEnumerationObject(const std::string& className, const std::string& member);
 
     /// A buffer for `count` elements, to be filled and handed to `createArrayFromBuffer`.
     /// @throws MustBePrimitiveTypeException

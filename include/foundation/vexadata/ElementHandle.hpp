@@ -4,6 +4,8 @@
 #include <foundation/vexadata/ElementPosition.hpp>
 
 #include <cstddef>
+#include <memory>
+#include <type_traits>
 #include <utility>
 
 namespace foundation::vexadata::detail {
@@ -24,6 +26,52 @@ public:
         Access::position(longer).append(index);
         return longer;
     }
+};
+
+/// A handle to an element that is read as a value of type `T`.
+template <class T>
+class ElementView {
+public:
+    explicit ElementView(ElementPosition position) noexcept : position_(std::move(position)) {}
+    explicit ElementView(const std::shared_ptr<ReferenceImpl>& chain) noexcept : position_(chain) {}
+
+    /// @throws index errors; errors of the back-end
+    operator T() const { return position_.template value<T>(); }
+
+protected:
+    friend struct Access;
+    ElementView(const ElementView&) = default;
+    ElementView(ElementView&&) noexcept = default;
+    ~ElementView() = default;
+
+    ElementPosition position_;
+};
+
+/// The writable handle `Ref` to an element that `View` reads as a `T`. The array is made private before the index is looked at.
+/// Assigning another element writes its value; it never makes the handle refer elsewhere.
+/// @throws index errors; errors of the back-end
+template <class Ref, class View, class T>
+class WritableElement : public View {
+public:
+    using View::View;
+    WritableElement(const WritableElement&) = default;
+    WritableElement(WritableElement&&) noexcept = default;
+
+    Ref& operator=(T value) {
+        this->position_.template setValue<T>(std::move(value));
+        return static_cast<Ref&>(*this);
+    }
+    WritableElement& operator=(const WritableElement& other) {
+        *this = static_cast<T>(other);
+        return *this;
+    }
+    template <class Other, std::enable_if_t<std::is_base_of_v<ElementView<T>, Other>, int> = 0>
+    Ref& operator=(const Other& other) {
+        return *this = static_cast<T>(other);
+    }
+
+protected:
+    ~WritableElement() = default;
 };
 
 /// The place of an element handle, all of whose indices are there and in range.

@@ -15,55 +15,28 @@ namespace foundation::vexadata {
 namespace detail {
 
 /// What every handle to an enumeration element can do.
-class VEXADATA_API EnumElement {
+class EnumElement : public ElementView<Enumeration> {
 public:
-    explicit EnumElement(ElementPosition position) noexcept : position_(std::move(position)) {}
-    explicit EnumElement(const std::shared_ptr<ReferenceImpl>& chain) noexcept : position_(chain) {}
+    using ElementView<Enumeration>::ElementView;
 
-    /// @throws index errors; errors of the back-end
-    operator Enumeration() const { return position_.value<Enumeration>(); }
     /// Name of the member.
+    /// @throws index errors; errors of the back-end
     std::string getName() const { return Enumeration(*this).getName(); }
-
-protected:
-    friend struct Access;
-    EnumElement(const EnumElement&) = default;
-    EnumElement(EnumElement&&) noexcept = default;
-    ~EnumElement() = default;
-
-    ElementPosition position_;
 };
 
 template <class Ref>
 using IfEnumRef = std::enable_if_t<std::is_base_of_v<EnumElement, Ref>, int>;
 
-/// Writing an enumeration element through the handle `Ref`. The array is made private before the index is looked at.
-/// @throws index errors; errors of the back-end, such as for a name that is no member
+/// Writing an enumeration element through the handle `Ref`; members by their names too.
 template <class Ref>
-class WritableEnum : public EnumElement {
-public:
-    using EnumElement::EnumElement;
-    WritableEnum(const WritableEnum&) = default;
-    WritableEnum(WritableEnum&&) noexcept = default;
+class WritableEnum : public WritableElement<Ref, EnumElement, Enumeration> {
+    using Writable = WritableElement<Ref, EnumElement, Enumeration>;
 
-    Ref& operator=(Enumeration member) {
-        position_.setValue<Enumeration>(std::move(member));
-        return static_cast<Ref&>(*this);
-    }
+public:
+    using Writable::Writable;
+    using Writable::operator=;
     Ref& operator=(std::string name) { return *this = Enumeration(std::move(name)); }
     Ref& operator=(const char* name) { return *this = Enumeration(name); }
-    /// Writes the other element's member; never makes this handle refer elsewhere.
-    WritableEnum& operator=(const WritableEnum& other) {
-        *this = static_cast<Enumeration>(other);
-        return *this;
-    }
-    template <class Other, IfEnumRef<Other> = 0>
-    Ref& operator=(const Other& other) {
-        return *this = static_cast<Enumeration>(other);
-    }
-
-protected:
-    ~WritableEnum() = default;
 };
 
 /// Whether the element's member has this name; a back-end that fails to tell ends the process.

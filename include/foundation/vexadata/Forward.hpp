@@ -73,6 +73,8 @@ class Enumeration;
 class Object;
 class ValueObject;
 class HandleObjectRef;
+class ValueObjectRef;
+class HandleRef;
 
 template <class T>
 class Reference;

@@ -140,6 +140,8 @@ template <>
 struct HandleType<StructArray> : TypedHandle<StructElement> {};
 template <>
 struct HandleType<EnumArray> : TypedHandle<Enumeration> {};
+template <>
+struct HandleType<ValueObjectArray> : TypedHandle<ValueObject> {};
 template <class T>
 struct HandleType<SparseArray<T>> {
     static bool accepts(ArrayType type) noexcept { return type == sparseTypeOf<T>; }

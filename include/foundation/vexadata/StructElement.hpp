@@ -3,8 +3,8 @@
 
 #include <foundation/vexadata/Array.hpp>
 #include <foundation/vexadata/ForwardIterator.hpp>
+#include <foundation/vexadata/Identifiers.hpp>
 #include <foundation/vexadata/TypedIterator.hpp>
-#include <foundation/vexadata/VexaFieldIdentifier.hpp>
 
 #include <cstddef>
 #include <memory>

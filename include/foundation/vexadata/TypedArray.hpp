@@ -3,6 +3,7 @@
 
 #include <foundation/vexadata/Array.hpp>
 #include <foundation/vexadata/EnumElement.hpp>
+#include <foundation/vexadata/ObjectElement.hpp>
 #include <foundation/vexadata/StringElement.hpp>
 #include <foundation/vexadata/StructElement.hpp>
 #include <foundation/vexadata/TypedIterator.hpp>

@@ -11,3 +11,4 @@
 #include <foundation/vexadata/SparseArray.hpp>
 #include <foundation/vexadata/StructArray.hpp>
 #include <foundation/vexadata/TypedArray.hpp>
+#include <foundation/vexadata/ValueObjectArray.hpp>

@@ -73,4 +73,47 @@ public:
     ~WrongNumberOfNamesException() override;
 };
 
+/// A class has no property of this name.
+class VEXADATA_API UnknownPropertyException final : public NamedException {
+public:
+    UnknownPropertyException(const std::string& name, const std::string& className);
+    ~UnknownPropertyException() override;
+};
+
+/// Several superclasses define a property of this name, and none was named with it.
+class VEXADATA_API AmbiguousPropertyException final : public NamedException {
+public:
+    AmbiguousPropertyException(const std::string& name, const std::string& className);
+    ~AmbiguousPropertyException() override;
+};
+
+/// A class cannot have this property of its own: the name is no identifier, comes twice, or is that of another class.
+class VEXADATA_API InvalidPropertyException final : public NamedException {
+public:
+    InvalidPropertyException(const std::string& name, const std::string& className,
+                             const std::string& reason);
+    ~InvalidPropertyException() override;
+};
+
+/// A class cannot have this superclass, which is the class itself or has it among its own.
+class VEXADATA_API InvalidSuperclassException final : public NamedException {
+public:
+    InvalidSuperclassException(const std::string& name, const std::string& className);
+    ~InvalidSuperclassException() override;
+};
+
+/// Classes of another back-end have no objects, arrays or subclasses here.
+class VEXADATA_API ForeignClassException final : public NamedException {
+public:
+    explicit ForeignClassException(const std::string& name);
+    ~ForeignClassException() override;
+};
+
+/// An object of another class was stored into an array of objects of one class.
+class VEXADATA_API WrongClassException final : public NamedException {
+public:
+    WrongClassException(const std::string& found, const std::string& expected);
+    ~WrongClassException() override;
+};
+
 } // namespace vexa::client

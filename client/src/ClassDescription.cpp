@@ -1,0 +1,224 @@
+#include "ClassDescription.hpp"
+
+#include <vexa/client/Exception.hpp>
+#include <vexa/data/detail/ForwardIteratorImpl.hpp>
+#include <vexa/data/impl/IdentifierImpl.hpp>
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace vexa::client {
+
+using data::detail::ForwardIteratorImpl;
+using data::detail::RefCounted;
+using data::impl::VexaClassIdentifierImpl;
+using foundation::vexadata::detail::Access;
+
+namespace {
+
+const std::string& propertyName(const VexaPropertyIdentifier& id) { return Access::impl(id)->propertyName(); }
+const std::string& qualifier(const VexaPropertyIdentifier& id) { return Access::impl(id)->className(); }
+
+std::vector<std::string> propertyNames(const std::vector<VexaPropertyIdentifier>& ids) {
+    std::vector<std::string> names;
+    std::transform(ids.begin(), ids.end(), std::back_inserter(names), propertyName);
+    return names;
+}
+
+/// Walks positions of a sequence that `owner` keeps; `element(position)` gives a borrowed object.
+template <class Element>
+class PositionIterator final : public ForwardIteratorImpl {
+public:
+    PositionIterator(std::shared_ptr<const RefCounted> owner, Element element, std::size_t position)
+        : owner_(std::move(owner)), element_(std::move(element)), position_(position) {}
+
+    ForwardIteratorImpl* clone() const override { return new PositionIterator(owner_, element_, position_); }
+    RefCounted* get() const override {
+        RefCounted* object = element_(position_);
+        object->retain();
+        return object;
+    }
+    bool equal(const ForwardIteratorImpl* other) const override {
+        return position_ == static_cast<const PositionIterator*>(other)->position_;
+    }
+    void increment() override { ++position_; }
+
+private:
+    std::shared_ptr<const RefCounted> owner_;
+    Element element_;
+    std::size_t position_;
+};
+
+std::shared_ptr<const ClassDescription> counted(const ClassDescription& description) {
+    description.retain();
+    return Access::createSharedPtr(&description);
+}
+
+ForwardIteratorImpl* identifiersAt(const ClassDescription& owner, const PropertyList& list,
+                                   std::size_t position) {
+    const auto element = [&list](std::size_t place) -> RefCounted* {
+        return Access::impl(list[place]).get();
+    };
+    return new PositionIterator<decltype(element)>(counted(owner), element, position);
+}
+
+/// The class's own properties, by plain names, whatever identifiers the caller uses further.
+std::vector<VexaPropertyIdentifier> ownProperties(const std::string& className,
+                                                  const std::vector<VexaPropertyIdentifier>& given) {
+    std::vector<VexaPropertyIdentifier> own;
+    for (const VexaPropertyIdentifier& id : given) {
+        const std::string& name = propertyName(id);
+        if (!isIdentifier(name)) {
+            throw InvalidPropertyException(name, className, "is no identifier");
+        }
+        if (!qualifier(id).empty() && qualifier(id) != className) {
+            throw InvalidPropertyException(name, className, "belongs to the class '" + qualifier(id) + "'");
+        }
+        const VexaPropertyIdentifier plain(std::string(), name);
+        if (std::find(own.begin(), own.end(), plain) != own.end()) {
+            throw InvalidPropertyException(name, className, "comes twice");
+        }
+        own.push_back(plain);
+    }
+    return own;
+}
+
+/// Adds what a superclass has, unless it came through another superclass before.
+void inherit(std::vector<VexaPropertyIdentifier>& ids, const PropertyList& inherited,
+             const std::string& superclass) {
+    for (std::size_t k = 0; k < inherited.size(); ++k) {
+        const std::string& defining = qualifier(inherited[k]).empty() ? superclass : qualifier(inherited[k]);
+        const VexaPropertyIdentifier qualified(defining, propertyName(inherited[k]));
+        if (std::find(ids.begin(), ids.end(), qualified) == ids.end()) {
+            ids.push_back(qualified);
+        }
+    }
+}
+
+} // namespace
+
+PropertyList::PropertyList(std::vector<VexaPropertyIdentifier> ids)
+    : ids_(std::move(ids)), names_(propertyNames(ids_)) {}
+
+std::size_t PropertyList::find(const VexaPropertyIdentifier& id, const std::string& className) const {
+    if (Access::impl(id) == nullptr) {
+        return NameTable::none;
+    }
+    const std::string& wanted = qualifier(id);
+    const std::size_t exact = names_.find(propertyName(id), [&](std::size_t place) {
+        const std::string& defining = qualifier(ids_[place]);
+        return defining == wanted || (defining.empty() && wanted == className);
+    });
+    if (exact != NameTable::none || !wanted.empty() || isAmbiguous(id)) {
+        return exact;
+    }
+    return names_.find(propertyName(id));
+}
+
+bool PropertyList::isAmbiguous(const VexaPropertyIdentifier& id) const {
+    std::size_t matches = 0;
+    names_.find(propertyName(id), [&](std::size_t) { return ++matches > 1; });
+    return matches > 1;
+}
+
+std::vector<std::string> PropertyList::externalNames() const {
+    std::vector<std::string> names;
+    for (const VexaPropertyIdentifier& id : ids_) {
+        names.push_back(id.getExternalPropertyName());
+    }
+    return names;
+}
+
+std::size_t placeOf(const PropertyList& list, const VexaPropertyIdentifier& id,
+                    const std::string& className) {
+    const std::size_t place = list.find(id, className);
+    if (place != NameTable::none) {
+        return place;
+    }
+    if (Access::impl(id) != nullptr && id.getClassName().empty() && list.isAmbiguous(id)) {
+        throw AmbiguousPropertyException(id.getPropertyName(), className);
+    }
+    throw UnknownPropertyException(id.getExternalPropertyName(), className);
+}
+
+ClassDescription::ClassDescription(std::string name, const std::vector<VexaPropertyIdentifier>& properties,
+                                   const std::vector<VexaPropertyIdentifier>& arrayProperties,
+                                   const std::vector<ClassInfo>& superclasses)
+    : name_(Access::createSharedPtr(new VexaClassIdentifierImpl(std::move(name)))) {
+    std::vector<VexaPropertyIdentifier> all = ownProperties(this->name(), properties);
+    std::vector<VexaPropertyIdentifier> allOfArrays = ownProperties(this->name(), arrayProperties);
+    for (const ClassInfo& superclass : superclasses) {
+        const auto* above = dynamic_cast<const ClassDescription*>(Access::impl(superclass).get());
+        if (above == nullptr) {
+            throw ForeignClassException(superclass.getClassIdentifier().getString());
+        }
+        if (above->isOrHas(this->name())) {
+            throw InvalidSuperclassException(above->name(), this->name());
+        }
+        inherit(all, above->properties(), above->name());
+        inherit(allOfArrays, above->arrayProperties(), above->name());
+        superclasses_.push_back(counted(*above));
+    }
+    properties_ = PropertyList(std::move(all));
+    arrayProperties_ = PropertyList(std::move(allOfArrays));
+}
+ClassDescription::~ClassDescription() = default;
+
+const std::string& ClassDescription::name() const noexcept { return name_->name(); }
+std::shared_ptr<VexaClassIdentifierImpl> ClassDescription::getClassIdentifier() const { return name_; }
+ForwardIteratorImpl* ClassDescription::beginProperties() const {
+    return identifiersAt(*this, properties_, 0);
+}
+ForwardIteratorImpl* ClassDescription::endProperties() const {
+    return identifiersAt(*this, properties_, properties_.size());
+}
+ForwardIteratorImpl* ClassDescription::beginArrayProperties() const {
+    return identifiersAt(*this, arrayProperties_, 0);
+}
+ForwardIteratorImpl* ClassDescription::endArrayProperties() const {
+    return identifiersAt(*this, arrayProperties_, arrayProperties_.size());
+}
+
+namespace {
+
+ForwardIteratorImpl* superclassesAt(const ClassDescription& owner,
+                                    const std::vector<std::shared_ptr<const ClassDescription>>& superclasses,
+                                    std::size_t position) {
+    const auto element = [&superclasses](std::size_t place) -> RefCounted* {
+        return const_cast<ClassDescription*>(superclasses[place].get());
+    };
+    return new PositionIterator<decltype(element)>(counted(owner), element, position);
+}
+
+} // namespace
+
+ForwardIteratorImpl* ClassDescription::beginSuperclasses() const {
+    return superclassesAt(*this, superclasses_, 0);
+}
+ForwardIteratorImpl* ClassDescription::endSuperclasses() const {
+    return superclassesAt(*this, superclasses_, superclasses_.size());
+}
+std::size_t ClassDescription::getNumberOfProperties() const { return properties_.size(); }
+std::size_t ClassDescription::getNumberOfArrayProperties() const { return arrayProperties_.size(); }
+
+void ClassDescription::updateVexaPropertyIdentifiersClassInfo(ClassInfo& classInfo) {
+    for (PropertyList* list : {&properties_, &arrayProperties_}) {
+        for (std::size_t k = 0; k < list->size(); ++k) {
+            (*list)[k].updateClassInfo(classInfo);
+        }
+    }
+}
+
+bool ClassDescription::isOrHas(const std::string& className) const {
+    return name() == className ||
+           std::any_of(superclasses_.begin(), superclasses_.end(),
+                       [&](const auto& superclass) { return superclass->isOrHas(className); });
+}
+
+bool ClassDescription::equals(const ClassDescription& other) const {
+    return this == &other || (name() == other.name() && properties_.equals(other.properties_) &&
+                              arrayProperties_.equals(other.arrayProperties_));
+}
+
+} // namespace vexa::client

@@ -1,0 +1,213 @@
+#include "ObjectArray.hpp"
+
+#include <vexa/client/Exception.hpp>
+#include <vexa/client/Objects.hpp>
+#include <vexa/data/detail/NonPrimitiveIteratorImpl.hpp>
+
+#include <algorithm>
+#include <utility>
+
+namespace vexa::client {
+
+namespace fv = foundation::vexadata;
+using data::detail::ForwardIteratorImpl;
+using fv::detail::Access;
+using Iterator = data::detail::NonPrimitiveIteratorImpl<data::impl::MatchingDataOrder>;
+
+ObjectArray::ObjectArray(ArrayType type, Dimensions dimensions)
+    : type_(type),
+      dimensions_(std::move(dimensions)),
+      elements_(allocatable<Element>(elementCount(dimensions_))),
+      classOfProperties_(plainDescription({})),
+      properties_(classOfProperties_->arrayProperties(), classOfProperties_->name(),
+                  static_cast<ArrayImpl*>(this)) {}
+ObjectArray::ObjectArray(Dimensions dimensions, std::shared_ptr<const ClassDescription> description,
+                         const Element& object)
+    : type_(ArrayType::VALUE_OBJECT),
+      dimensions_(std::move(dimensions)),
+      description_(std::move(description)),
+      elements_(allocatable<Element>(elementCount(dimensions_)), object),
+      classOfProperties_(description_),
+      properties_(classOfProperties_->arrayProperties(), classOfProperties_->name(),
+                  static_cast<ArrayImpl*>(this)) {}
+ObjectArray::ObjectArray(const ObjectArray& other)
+    : ObjectArrayImpl(other),
+      type_(other.type_),
+      dimensions_(other.dimensions_),
+      description_(other.description_),
+      elements_(other.elements_),
+      classOfProperties_(other.classOfProperties_),
+      properties_(other.properties_, static_cast<ArrayImpl*>(this)),
+      externalDimensions_(other.externalDimensions_) {}
+ObjectArray::~ObjectArray() = default;
+
+ArrayImpl* ObjectArray::sharedCopy() const { return new ObjectArray(*this); }
+data::detail::IteratorImpl* ObjectArray::beginIterator(void*, bool) { return new Iterator(this, 0); }
+data::detail::IteratorImpl* ObjectArray::endIterator(void*, bool) {
+    return new Iterator(this, elements_.size());
+}
+ArrayType ObjectArray::getType() const { return type_; }
+MemoryLayout ObjectArray::getMemoryLayout() const { return MemoryLayout::COLUMN_MAJOR; }
+data::detail::ReferenceImpl* ObjectArray::createElementReference(std::size_t, const std::string&, bool) {
+    return nullptr;
+}
+const Dimensions& ObjectArray::getDimensions() const { return dimensions_; }
+std::size_t ObjectArray::getNumberOfElements() const { return elements_.size(); }
+bool ObjectArray::isEmpty() const { return elements_.empty(); }
+std::uint64_t ObjectArray::getArrayID() const { return identity_.get(); }
+void ObjectArray::unshare() {} // the elements are always this array's alone, their objects are not
+
+namespace {
+
+bool equalObjects(const fv::ValueObject& a, const fv::ValueObject& b) {
+    const auto* left = fv::detail::handleObject(a);
+    const auto* right = fv::detail::handleObject(b);
+    return left != nullptr || right != nullptr ? fv::detail::sameHandleObject(left, right) : a == b;
+}
+
+} // namespace
+
+bool ObjectArray::isEqual(const ArrayImpl* other) const {
+    const auto& objects = static_cast<const ObjectArrayImpl&>(*other);
+    try {
+        for (std::size_t k = 0; k < elements_.size(); ++k) {
+            if (!equalObjects(fv::ValueObject(getElementObject(k)),
+                              fv::ValueObject(objects.getElementObject(k)))) {
+                return false;
+            }
+        }
+        return true;
+    } catch (...) {
+        return false;
+    }
+}
+
+ObjectArray::Element* ObjectArray::getElementAddress(std::size_t index, const std::string&, bool) {
+    return &elements_[index];
+}
+void ObjectArray::setElementValue(std::size_t index, const std::string&, Element value) {
+    requireClassOf(Access::impl(value).get());
+    elements_[index] = std::move(value);
+}
+const ObjectArray::Element* ObjectArray::getTypedDataPtr() const { return elements_.data(); }
+
+ClassInfo ObjectArray::getClassInfo() const {
+    if (description_ != nullptr) {
+        return classInfoOf(*description_);
+    }
+    const auto first = std::find_if(elements_.begin(), elements_.end(),
+                                    [](const Element& element) { return Access::impl(element) != nullptr; });
+    return first == elements_.end() ? classInfoOf(*classOfProperties_) : Access::impl(*first)->getClassInfo();
+}
+
+bool ObjectArray::isHeterogeneous() const {
+    if (description_ != nullptr) {
+        return false;
+    }
+    const Instance* first = nullptr;
+    for (std::size_t k = 0; k < elements_.size(); ++k) {
+        const Instance* object = objectIn(k);
+        if (object != nullptr && first != nullptr && !object->description().equals(first->description())) {
+            return true;
+        }
+        first = first == nullptr ? object : first;
+    }
+    return false;
+}
+
+fv::Array ObjectArray::getArrayProperty(VexaPropertyIdentifier id) const {
+    return properties_.value(properties_.placeOf(id));
+}
+data::detail::ReferenceImpl* ObjectArray::getArrayPropertyReference(VexaPropertyIdentifier id) {
+    return properties_.reference(properties_.placeOf(id));
+}
+ForwardIteratorImpl* ObjectArray::beginArrayProp() { return properties_.iteratorAt(0); }
+ForwardIteratorImpl* ObjectArray::endArrayProp() { return properties_.iteratorAt(numOfArrayProperties()); }
+ForwardIteratorImpl* ObjectArray::cbeginArrayProp() const {
+    return const_cast<ObjectArray*>(this)->beginArrayProp();
+}
+ForwardIteratorImpl* ObjectArray::cendArrayProp() const {
+    return const_cast<ObjectArray*>(this)->endArrayProp();
+}
+bool ObjectArray::hasArrayProperty(const VexaPropertyIdentifier& id) const { return properties_.has(id); }
+std::size_t ObjectArray::numOfArrayProperties() const { return properties_.numberOfSlots(); }
+std::vector<std::size_t> ObjectArray::getExternalDimensions() const {
+    return externalDimensions_.value_or(dimensions_);
+}
+bool ObjectArray::isExternalDimensionsSet() const { return externalDimensions_.has_value(); }
+std::vector<std::string> ObjectArray::getExternalRepresentationArrayPropertyNames() const {
+    return properties_.list().externalNames();
+}
+
+ObjectImpl& ObjectArray::existing(std::size_t index) const {
+    ObjectImpl* object = Access::impl(elements_[index]).get();
+    if (object == nullptr) {
+        throw UnknownPropertyException({}, "element without object");
+    }
+    return *object;
+}
+fv::Array ObjectArray::getElementProperty(std::size_t index, VexaPropertyIdentifier id) const {
+    return fv::Array(existing(index).getProperty(std::move(id)));
+}
+
+void ObjectArray::requireClassOf(const ObjectImpl* object) const {
+    if (description_ == nullptr || object == nullptr) {
+        return;
+    }
+    const auto* instance = dynamic_cast<const Instance*>(object);
+    if (instance == nullptr || !instance->description().equals(*description_)) {
+        throw WrongClassException(instance == nullptr ? std::string() : instance->description().name(),
+                                  description_->name());
+    }
+}
+
+void ObjectArray::setElementObject(std::size_t index, ObjectImpl* object) {
+    requireClassOf(object);
+    if (object != nullptr) {
+        object->retain();
+    }
+    elements_[index] = Element(object);
+}
+ObjectImpl* ObjectArray::getElementObject(std::size_t index) const {
+    ObjectImpl* object = Access::impl(elements_[index]).get();
+    if (object != nullptr) {
+        object->retain();
+    }
+    return object;
+}
+ForwardIteratorImpl* ObjectArray::beginElementProperties(std::size_t index) {
+    existing(index);
+    separate(index);
+    return existing(index).begin();
+}
+ForwardIteratorImpl* ObjectArray::endElementProperties(std::size_t index) {
+    existing(index);
+    separate(index);
+    return existing(index).end();
+}
+
+bool ObjectArray::isEqualArrayProperties(const ArrayImpl* other) const {
+    const auto* objects = dynamic_cast<const ObjectArray*>(other);
+    return objects != nullptr && properties_.equals(objects->properties_);
+}
+
+Instance* ObjectArray::objectIn(std::size_t index) const noexcept {
+    return dynamic_cast<Instance*>(Access::impl(elements_[index]).get());
+}
+/// What iterators write into must be the element's alone.
+void ObjectArray::separate(std::size_t index) {
+    if (Access::impl(elements_[index]) != nullptr) {
+        Access::unshare(elements_[index]);
+    }
+}
+
+void setExternalDimensions(fv::ValueObjectArray& array, std::vector<std::size_t> dimensions) {
+    Access::unshare(array);
+    auto* objects = dynamic_cast<ObjectArray*>(Access::impl(array).get());
+    if (objects == nullptr) {
+        fv::detail::raise<fv::InvalidArrayTypeException>();
+    }
+    objects->setExternalDimensions(std::move(dimensions));
+}
+
+} // namespace vexa::client

@@ -1,0 +1,104 @@
+// Object arrays.
+#pragma once
+
+#include "Dimensions.hpp"
+#include "Identity.hpp"
+#include "Instance.hpp"
+#include "PropertySet.hpp"
+
+#include <foundation/vexadata/Object.hpp>
+#include <vexa/data/impl/ObjectArrayImpl.hpp>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace vexa::client {
+
+using data::MemoryLayout;
+using data::impl::ArrayImpl;
+using data::impl::ObjectImpl;
+using foundation::vexadata::ArrayType;
+
+/// Objects in column-major order. With a class, all objects are of this class and the array has its array properties; without,
+/// objects of any class may stand side by side. Copies share objects; an object that others share is copied before it changes.
+class ObjectArray final : public data::impl::ObjectArrayImpl {
+    using Element = foundation::vexadata::HandleObjectRef;
+
+public:
+    /// Of any classes, without objects.
+    ObjectArray(ArrayType type, Dimensions dimensions);
+    /// Of one class, `object` in every element.
+    ObjectArray(Dimensions dimensions, std::shared_ptr<const ClassDescription> description,
+                const Element& object);
+    ~ObjectArray() override;
+
+    ArrayImpl* sharedCopy() const override;
+    data::detail::IteratorImpl* beginIterator(void* unused, bool writable) override;
+    data::detail::IteratorImpl* endIterator(void* unused, bool writable) override;
+    ArrayType getType() const override;
+    MemoryLayout getMemoryLayout() const override;
+    data::detail::ReferenceImpl* createElementReference(std::size_t index, const std::string& fieldName,
+                                                        bool forWrite) override;
+    const Dimensions& getDimensions() const override;
+    std::size_t getNumberOfElements() const override;
+    bool isEmpty() const override;
+    std::uint64_t getArrayID() const override;
+    void unshare() override;
+    /// Value objects are compared by their properties, handle objects by identity.
+    bool isEqual(const ArrayImpl* other) const override;
+    Element* getElementAddress(std::size_t index, const std::string& fieldName, bool forWrite) override;
+    /// @throws WrongClassException
+    void setElementValue(std::size_t index, const std::string& fieldName, Element value) override;
+    const Element* getTypedDataPtr() const override;
+
+    /// That of the array, or of its first object, or one without name.
+    ClassInfo getClassInfo() const override;
+    bool isHeterogeneous() const override;
+    foundation::vexadata::Array getArrayProperty(VexaPropertyIdentifier id) const override;
+    data::detail::ReferenceImpl* getArrayPropertyReference(VexaPropertyIdentifier id) override;
+    data::detail::ForwardIteratorImpl* beginArrayProp() override;
+    data::detail::ForwardIteratorImpl* endArrayProp() override;
+    data::detail::ForwardIteratorImpl* cbeginArrayProp() const override;
+    data::detail::ForwardIteratorImpl* cendArrayProp() const override;
+    bool hasArrayProperty(const VexaPropertyIdentifier& id) const override;
+    std::size_t numOfArrayProperties() const override;
+    std::vector<std::size_t> getExternalDimensions() const override;
+    bool isExternalDimensionsSet() const override;
+    std::vector<std::string> getExternalRepresentationArrayPropertyNames() const override;
+    foundation::vexadata::Array getElementProperty(std::size_t index,
+                                                   VexaPropertyIdentifier id) const override;
+    /// @throws WrongClassException
+    void setElementObject(std::size_t index, ObjectImpl* object) override;
+    ObjectImpl* getElementObject(std::size_t index) const override;
+    data::detail::ForwardIteratorImpl* beginElementProperties(std::size_t index) override;
+    data::detail::ForwardIteratorImpl* endElementProperties(std::size_t index) override;
+    bool isEqualArrayProperties(const ArrayImpl* other) const override;
+
+    void setExternalDimensions(std::vector<std::size_t> dimensions) {
+        externalDimensions_ = std::move(dimensions);
+    }
+    PropertySet& properties() noexcept { return properties_; }
+    /// The object in an element; null when there is none, or one of another back-end.
+    Instance* objectIn(std::size_t index) const noexcept;
+    void separate(std::size_t index);
+
+private:
+    ObjectArray(const ObjectArray& other);
+
+    void requireClassOf(const ObjectImpl* object) const;
+    /// @throws UnknownPropertyException for an element without object
+    ObjectImpl& existing(std::size_t index) const;
+
+    ArrayType type_;
+    Dimensions dimensions_;
+    std::shared_ptr<const ClassDescription> description_; // null for objects of any class
+    std::vector<Element> elements_;
+    std::shared_ptr<const ClassDescription> classOfProperties_; // without properties for objects of any class
+    PropertySet properties_;
+    std::optional<std::vector<std::size_t>> externalDimensions_;
+    Identity identity_;
+};
+
+} // namespace vexa::client

@@ -1,0 +1,71 @@
+// Arrays of objects.
+#pragma once
+
+#include <foundation/vexadata/ArrayReference.hpp>
+#include <foundation/vexadata/TypedArray.hpp>
+
+#include <cstddef>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace foundation::vexadata {
+
+/// An array of value objects, which besides its elements has properties of its own. Writable ways in make the array private
+/// first, also when they are used for reading. Errors of the back-end pass through.
+class VEXADATA_API ValueObjectArray : public TypedArray<ValueObject> {
+public:
+    using TypedArray<ValueObject>::TypedArray;
+    using TypedArray<ValueObject>::operator=;
+    using TypedArray<ValueObject>::operator[];
+    /// @throws InvalidArrayTypeException when the array is none of objects; a moved argument is emptied even then
+    ValueObjectArray(const Array& array) : TypedArray<ValueObject>(array) {}
+    ValueObjectArray(Array&& array) : TypedArray<ValueObject>(std::move(array)) {}
+    ValueObjectArray(const ValueObjectArray&) noexcept = default;
+    ValueObjectArray(ValueObjectArray&&) noexcept = default;
+    ValueObjectArray& operator=(const ValueObjectArray&) noexcept = default;
+    ValueObjectArray& operator=(ValueObjectArray&&) noexcept = default;
+    ~ValueObjectArray() override;
+
+    /// Description of the class of the elements, or of what they have in common.
+    ClassInfo getClassInfo() const;
+    /// Whether elements may be of different classes.
+    bool isHeterogeneous() const;
+
+    /// A property of the array, shared with it until one of them is written.
+    Array operator[](const VexaPropertyIdentifier& id) const;
+    Array operator[](const std::string& id) const { return (*this)[VexaPropertyIdentifier(id)]; }
+    template <std::size_t length>
+    Array operator[](const char (&id)[length]) const {
+        return (*this)[VexaPropertyIdentifier(id)];
+    }
+    /// A property of the array, to be written or looked into.
+    Reference<Array> operator[](const VexaPropertyIdentifier& id);
+    Reference<Array> operator[](const std::string& id) { return (*this)[VexaPropertyIdentifier(id)]; }
+    template <std::size_t length>
+    Reference<Array> operator[](const char (&id)[length]) {
+        return (*this)[VexaPropertyIdentifier(id)];
+    }
+
+    /// The properties of the array.
+    ForwardIterator<Property> beginArrayProp();
+    ForwardIterator<Property> endArrayProp();
+    ForwardIterator<const Property> beginArrayProp() const { return cbeginArrayProp(); }
+    ForwardIterator<const Property> endArrayProp() const { return cendArrayProp(); }
+    ForwardIterator<const Property> cbeginArrayProp() const;
+    ForwardIterator<const Property> cendArrayProp() const;
+
+    bool hasArrayProperty(const VexaPropertyIdentifier& id) const;
+    std::size_t numOfArrayProperties() const;
+    bool hasArrayProperties() const { return numOfArrayProperties() != 0; }
+    /// The dimensions that the array shows to users, when they are not its own.
+    std::vector<std::size_t> getExternalDimensions() const;
+    bool isExternalDimensionsSet() const;
+    std::vector<std::string> getExternalRepresentationArrayPropertyNames() const;
+
+    /// Equal properties of the arrays, and equal elements. Ends the process when the back-end fails.
+    bool operator==(const ValueObjectArray& other) const noexcept;
+    bool operator!=(const ValueObjectArray& other) const noexcept { return !(*this == other); }
+};
+
+} // namespace foundation::vexadata

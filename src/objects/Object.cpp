@@ -1,0 +1,110 @@
+#include <foundation/vexadata/Exception.hpp>
+#include <foundation/vexadata/Object.hpp>
+#include <foundation/vexadata/Text.hpp>
+
+namespace foundation::vexadata {
+
+using detail::Access;
+using vexa::data::impl::HandleObjectRefImpl;
+
+Object::~Object() = default;
+
+ValueObject::~ValueObject() = default;
+
+ClassInfo ValueObject::getClassInfo() const { return impl_->getClassInfo(); }
+std::string ValueObject::getEnumerationName() const { return detail::copied(impl_->getEnumerationName()); }
+
+Array ValueObject::operator[](const VexaPropertyIdentifier& id) const {
+    return Array(impl_->getProperty(id));
+}
+Reference<Array> ValueObject::operator[](const VexaPropertyIdentifier& id) {
+    Access::unshare(*this);
+    return Reference<Array>(Access::createSharedPtr(impl_->getPropertyReference(id)));
+}
+
+ValueObject::iterator ValueObject::begin() {
+    Access::unshare(*this);
+    return iterator(impl_->begin());
+}
+ValueObject::iterator ValueObject::end() {
+    Access::unshare(*this);
+    return iterator(impl_->end());
+}
+ValueObject::const_iterator ValueObject::cbegin() const { return const_iterator(impl_->cbegin()); }
+ValueObject::const_iterator ValueObject::cend() const { return const_iterator(impl_->cend()); }
+
+bool ValueObject::hasProperty(const VexaPropertyIdentifier& id) const { return impl_->hasProperty(id); }
+std::size_t ValueObject::numOfProperties() const { return impl_->numOfProperties(); }
+std::vector<std::string> ValueObject::getExternalRepresentationPropertyNames() const {
+    return impl_->getExternalRepresentationPropertyNames();
+}
+
+namespace {
+
+using Properties = std::pair<ValueObject::iterator, ValueObject::iterator>;
+
+/// Through the operations of writable iteration, although nothing is written, and the end first: what back-ends have come
+/// to see.
+Properties propertiesOf(vexa::data::impl::ObjectImpl& object) {
+    ValueObject::iterator end(object.end());
+    return {ValueObject::iterator(object.begin()), std::move(end)};
+}
+
+} // namespace
+
+bool operator==(const ValueObject& a, const ValueObject& b) {
+    const auto& left = Access::impl(a);
+    const auto& right = Access::impl(b);
+    if (left == nullptr || right == nullptr) {
+        return left == right;
+    }
+    Properties mine = propertiesOf(*left);
+    Properties others = propertiesOf(*right);
+    std::size_t count = 0;
+    for (; mine.first != mine.second; ++mine.first, ++count) {
+        const Property property = *mine.first;
+        const Array other(right->getProperty(property.getIdentifier()));
+        if (property.castToArray() != other) {
+            return false;
+        }
+    }
+    std::size_t otherCount = 0;
+    for (; others.first != others.second; ++others.first) {
+        ++otherCount;
+    }
+    return count == otherCount;
+}
+
+HandleObjectRef::~HandleObjectRef() = default;
+
+void HandleObjectRef::addReference() const {
+    dynamic_cast<const HandleObjectRefImpl*>(impl_.get())->addReference(); // not tested, deliberately
+}
+
+namespace {
+
+const HandleObjectRefImpl& existing(const Object& handle) {
+    const HandleObjectRefImpl* object = detail::handleObject(handle);
+    if (object == nullptr) {
+        throw EArrayInvalidHandleRef();
+    }
+    return *object;
+}
+
+} // namespace
+
+ZVMID HandleObjectRef::getZVMID() const { return existing(*this).getZVMID(); }
+long HandleObjectRef::getId() const { return existing(*this).getId(); }
+
+const HandleObjectRefImpl* detail::handleObject(const Object& handle) noexcept {
+    return dynamic_cast<const HandleObjectRefImpl*>(Access::impl(handle).get());
+}
+
+bool detail::sameHandleObject(const HandleObjectRefImpl* a, const HandleObjectRefImpl* b) {
+    if (a == nullptr || b == nullptr) {
+        return a == b;
+    }
+    return a->getZVMID() == b->getZVMID() && a->getId() == b->getId();
+}
+
+} // namespace foundation::vexadata

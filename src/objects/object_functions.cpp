@@ -1,0 +1,183 @@
+#include <foundation/vexadata/Exception.hpp>
+#include <foundation/vexadata/ObjectElement.hpp>
+#include <vexa/data/impl/ObjectArrayImpl.hpp>
+#include <vexa/data/object_functions.h>
+
+#include <utility>
+
+namespace fv = foundation::vexadata;
+using fv::HandleObjectRef;
+using fv::ValueObject;
+using fv::detail::Access;
+using vexa::data::impl::ObjectArrayImpl;
+
+namespace {
+
+ObjectArrayImpl& objects(vexa_array* array) { return static_cast<ObjectArrayImpl&>(*array); }
+
+/// The array of a reference and the position of its element.
+struct Place {
+    ObjectArrayImpl& array;
+    std::size_t index;
+};
+Place resolved(vexa_reference* reference) {
+    ObjectArrayImpl& array = objects(reference->getArrayImpl());
+    return {array, reference->getLinearIndex()};
+}
+
+/// The object of an element, empty when there is none.
+ValueObject valueAt(vexa_reference* reference) {
+    const Place place = resolved(reference);
+    return ValueObject(place.array.getElementObject(place.index));
+}
+
+/// The handle in an element. It lives as long as the element.
+HandleObjectRef& handleAt(vexa_reference* reference) {
+    const Place place = resolved(reference);
+    return *place.array.getElementAddress(place.index, fv::detail::noFieldName, false);
+}
+const vexa_handle_object* handleObjectAt(vexa_reference* reference) {
+    return fv::detail::handleObject(handleAt(reference));
+}
+const vexa_handle_object& existingHandleAt(vexa_reference* reference) {
+    const vexa_handle_object* object = handleObjectAt(reference);
+    if (object == nullptr) {
+        throw fv::EArrayInvalidHandleRef();
+    }
+    return *object;
+}
+
+/// An object with a reference for the caller.
+vexa_object* shared(const fv::Object& handle) {
+    vexa_object* object = Access::impl(handle).get();
+    if (object != nullptr) {
+        object->retain();
+    }
+    return object;
+}
+
+/// Absent when anything goes wrong.
+ValueObject valueOrNothing(vexa_reference* reference) noexcept {
+    try {
+        return valueAt(reference);
+    } catch (...) {
+        return ValueObject();
+    }
+}
+
+} // namespace
+
+void object_destroy_impl_x(vexa_counted* object) { delete object; }
+
+// The temporary handles go at once; the class information stays with its object.
+vexa_class_info* object_get_class_info_x(vexa_object* object) {
+    const fv::ClassInfo classInfo = object->getClassInfo();
+    return Access::impl(classInfo).get();
+}
+
+vexa_class_info* object_array_get_class_info_x(vexa_array* array) {
+    const fv::ClassInfo classInfo = objects(array).getClassInfo();
+    return Access::impl(classInfo).get();
+}
+
+bool object_array_is_heterogeneous_x(vexa_array* array) { return objects(array).isHeterogeneous(); }
+
+vexa_iterator* object_reference_begin_x(vexa_reference* reference) {
+    const Place place = resolved(reference);
+    return place.array.beginElementProperties(place.index);
+}
+
+vexa_iterator* object_reference_end_x(vexa_reference* reference) {
+    const Place place = resolved(reference);
+    return place.array.endElementProperties(place.index);
+}
+
+vexa_class_info* object_reference_get_class_info_x(vexa_reference* reference) {
+    const ValueObject object = valueAt(reference);
+    return object_get_class_info_x(Access::impl(object).get());
+}
+
+const char* object_reference_get_enumeration_name_x(vexa_reference* reference) {
+    const ValueObject object = valueAt(reference);
+    return Access::impl(object)->getEnumerationName();
+}
+
+int object_reference_shared_copy_x(vexa_reference* reference, vexa_object** object) {
+    *object = shared(valueAt(reference));
+    return 1;
+}
+
+void object_set_value_x(vexa_reference* reference, vexa_object* value) {
+    reference->prepareForWrite();
+    const Place place = resolved(reference);
+    place.array.setElementObject(place.index, value);
+}
+
+bool object_reference_is_equal(vexa_reference* a, vexa_reference* b) {
+    const ValueObject left = valueOrNothing(a);
+    const ValueObject right = valueOrNothing(b);
+    try {
+        return left == right;
+    } catch (...) {
+        return false;
+    }
+}
+
+bool handle_object_ref_is_equal_x(vexa_handle_object* a, vexa_handle_object* b) {
+    return fv::detail::sameHandleObject(a, b);
+}
+
+bool handle_ref_is_equal_x(vexa_reference* a, vexa_reference* b) {
+    const vexa_handle_object* left = handleObjectAt(a);
+    return fv::detail::sameHandleObject(left, handleObjectAt(b));
+}
+
+bool handle_ref_is_equal_to_object_x(vexa_reference* reference, vexa_handle_object* object) {
+    return fv::detail::sameHandleObject(handleObjectAt(reference), object);
+}
+
+int handle_object_ref_get_id_x(vexa_handle_object* object, long* id) {
+    if (object == nullptr) {
+        return 0;
+    }
+    *id = object->getId();
+    return 1;
+}
+
+int handle_object_ref_get_zvm_id_x(vexa_handle_object* object, vexa_zvm_id* engine) {
+    if (object == nullptr) {
+        return 0;
+    }
+    *engine = object->getZVMID();
+    return 1;
+}
+
+int handle_ref_get_id_x(vexa_reference* reference, long* id) {
+    if (reference == nullptr) {
+        return 0;
+    }
+    *id = existingHandleAt(reference).getId();
+    return 1;
+}
+
+int handle_ref_get_zvm_id_x(vexa_reference* reference, vexa_zvm_id* engine) {
+    if (reference == nullptr) {
+        return 0;
+    }
+    *engine = existingHandleAt(reference).getZVMID();
+    return 1;
+}
+
+int handle_object_ref_reference_shared_copy_x(vexa_reference* reference, vexa_object** object) {
+    *object = shared(handleAt(reference));
+    return 1;
+}
+
+void handle_ref_set_value_x(vexa_reference* reference, vexa_handle_object* value) {
+    auto* object = dynamic_cast<vexa_object*>(value);
+    object->retain();
+    HandleObjectRef handle(object);
+    reference->prepareForWrite();
+    const Place place = resolved(reference);
+    place.array.setElementValue(place.index, fv::detail::noFieldName, std::move(handle));
+}

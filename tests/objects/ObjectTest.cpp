@@ -1,0 +1,265 @@
+// Value objects, arrays of them, and handle objects.
+#include "support/AllocationCountdown.hpp"
+#include "support/Throws.hpp"
+
+#include <foundation/vexadata/VexaData.hpp>
+#include <vexa/client/Exception.hpp>
+#include <vexa/client/Objects.hpp>
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using namespace foundation::vexadata;
+using support::throwsExactly;
+
+class Objects : public testing::Test {
+protected:
+    ArrayFactory factory;
+    ClassInfo named = factory.createClassInfo("Named", {"name", "x"});
+    ClassInfo pointClass = factory.createClassInfo("Point", {"x", "y"}, {"unit"}, {named});
+
+    ValueObject point(double x, double y) {
+        ValueObject made = factory.createValueObject(pointClass);
+        made["x"] = factory.createScalar(x);
+        made["y"] = factory.createScalar(y);
+        return made;
+    }
+    static double number(const Array& scalar) { return TypedArray<double>(scalar)[0]; }
+    static double number(const ValueObject& object, const char* id) {
+        return number(object[std::string(id)]);
+    }
+};
+
+TEST_F(Objects, AreCopiedWhenTheyAreWritten) {
+    ValueObject a = point(1, 2);
+    ValueObject b = a;
+    b["x"] = factory.createScalar(5.0);
+    EXPECT_EQ(number(a, "x"), 1);
+    EXPECT_EQ(number(b, "x"), 5);
+    b["y"][0] = 6.0;
+    EXPECT_EQ(number(a, "y"), 2);
+    EXPECT_EQ(number(b, "y"), 6);
+    const Array out = std::as_const(b)["y"];
+    b["y"][0] = 7.0;
+    EXPECT_EQ(number(out), 6);
+    ValueObject c = b;
+    const auto* before = detail::Access::impl(c).get();
+    static_cast<void>(c["x"].getType());
+    EXPECT_NE(detail::Access::impl(c).get(), before) << "the writable way in unshares";
+    EXPECT_EQ(support::countAllocations([&] { const ValueObject copy = a; }), 0U);
+}
+
+TEST_F(Objects, AreEqualByTheirPropertiesAlone) {
+    ValueObject a = point(1, 2);
+    ValueObject b = a;
+    EXPECT_EQ(a, b);
+    b["x"] = factory.createScalar(1.0);
+    EXPECT_EQ(a, b);
+    b["x"] = factory.createScalar(3.0);
+    EXPECT_NE(a, b);
+    EXPECT_EQ(ValueObject(), ValueObject());
+    EXPECT_NE(a, ValueObject());
+    EXPECT_NE(ValueObject(), a);
+    // Another class, the properties in another order.
+    ValueObject one = factory.createValueObject(factory.createClassInfo("One", {"u", "v"}));
+    ValueObject two = factory.createValueObject(factory.createClassInfo("Two", {"v", "u"}));
+    EXPECT_EQ(one, two);
+    ValueObject less = factory.createValueObject(factory.createClassInfo("Less", {"u"}));
+    EXPECT_NE(less, one);
+    EXPECT_THROW(static_cast<void>(one == less), vexa::client::UnknownPropertyException)
+        << "the back-end's error";
+}
+
+TEST_F(Objects, FindPropertiesByPlainAndQualifiedNames) {
+    ValueObject a = point(1, 2);
+    a["Named.x"] = factory.createScalar(10.0);
+    a["name"] = factory.createCharArray("a");
+    EXPECT_EQ(number(a, "x"), 1);
+    EXPECT_EQ(number(a, "Point.x"), 1);
+    EXPECT_EQ(number(a, "Named.x"), 10);
+    EXPECT_TRUE(a.hasProperty("name") && a.hasProperty("Named.name") && !a.hasProperty("Point.name"));
+    EXPECT_EQ(a.getExternalRepresentationPropertyNames(),
+              (std::vector<std::string>{"x", "y", "Named.name", "Named.x"}));
+    EXPECT_TRUE(throwsExactly<vexa::client::UnknownPropertyException>(
+        [&] { std::as_const(a)["z"]; }, "Unknown property 'z' of the class 'Point'"));
+    EXPECT_THROW(a["z"] = Array(), vexa::client::UnknownPropertyException);
+    const ClassInfo other = factory.createClassInfo("Other", {"name"});
+    const ValueObject both =
+        factory.createValueObject(factory.createClassInfo("Both", {}, {}, {named, other}));
+    EXPECT_TRUE(throwsExactly<vexa::client::AmbiguousPropertyException>(
+        [&] { both["name"]; }, "The class 'Both' inherits several properties 'name'"));
+    EXPECT_NO_THROW(both["Other.name"]);
+    EXPECT_FALSE(factory.createValueObject(factory.createClassInfo("None")).hasProperties());
+}
+
+TEST_F(Objects, AreWalkedWithAtMostOneBlockAProperty) {
+    ValueObject a = point(1, 2);
+    const ValueObject copy = a;
+    for (Property property : a) {
+        property = factory.createScalar(4.0);
+    }
+    EXPECT_EQ(number(a, "y"), 4);
+    EXPECT_EQ(number(copy, "y"), 2);
+    std::vector<std::string> names;
+    std::vector<Property> kept;
+    for (const Property& property : copy) {
+        names.push_back(property.getClassName() + "." + property.getPropertyName());
+        kept.push_back(property);
+    }
+    EXPECT_EQ(names, (std::vector<std::string>{"Point.x", "Point.y", "Named.name", "Named.x"}));
+    EXPECT_EQ(number(kept[0].castToArray()), 1) << "a property that is kept stays what it was";
+    EXPECT_EQ(number(kept[1].castToArray()), 2);
+    std::size_t visited = 0;
+    const std::size_t blocks = support::countAllocations([&] {
+        for (const Property& property : copy) {
+            visited += property.castToArray().getNumberOfElements();
+        }
+    });
+    EXPECT_LE(blocks, 4U + 8U) << "one a property, and those of the range";
+    EXPECT_EQ(visited, 2U);
+}
+
+TEST_F(Objects, AreMembersOfEnumerations) {
+    const ValueObject red = factory.createEnumerationObject("Color", "Red");
+    EXPECT_EQ(red.getEnumerationName(), "Red");
+    EXPECT_EQ(red.getClassInfo().getClassIdentifier().getString(), "Color");
+    EXPECT_TRUE(throwsExactly<std::logic_error>([&] { point(1, 2).getEnumerationName(); },
+                                                "basic_string::_M_construct null not valid"));
+}
+
+TEST_F(Objects, InArraysAreValuesToo) {
+    ValueObjectArray array = factory.createValueObjectArray({1, 3}, pointClass);
+    const ValueObjectArray copy = array;
+    array[0] = point(1, 2);
+    ValueObject out = array[0];
+    out["x"] = factory.createScalar(9.0);
+    EXPECT_EQ(number(array[0]["x"]), 1);
+    EXPECT_TRUE(Array(copy[0]["x"]).isEmpty());
+    array[1] = out;
+    array[2] = array[0];
+    Reference<ValueObject> named0 = array[0];
+    named0 = std::as_const(array)[1];
+    EXPECT_EQ(number(array[0]["x"]), 9);
+    EXPECT_EQ(number(array[2]["x"]), 1);
+    EXPECT_EQ(number(ValueObjectRef(named0).getProp("y", true)), 2);
+    EXPECT_EQ(ValueObjectRef(named0).getExternalRepresentationPropertyNames().size(), 4U);
+    double sum = 0;
+    for (const auto& each : std::as_const(array)) {
+        sum += number(each["x"]);
+    }
+    EXPECT_EQ(sum, 19);
+    EXPECT_TRUE(throwsExactly<vexa::client::WrongClassException>(
+        [&] { array[0] = factory.createValueObject(named); },
+        "An object of the class 'Named' cannot be in an array of 'Point'"));
+    EXPECT_EQ(number(array[0]["x"]), 9);
+    EXPECT_FALSE(array.isHeterogeneous());
+    EXPECT_THROW(static_cast<void>(ValueObject{array[3]}), EArrayIndexOutOfRange);
+
+    TypedArray<ValueObject> mixed = factory.createArray<ValueObject>({1, 2});
+    EXPECT_EQ(ValueObject(mixed[0]), ValueObject());
+    mixed[0] = point(1, 2);
+    EXPECT_FALSE(ValueObjectArray(mixed).isHeterogeneous());
+    mixed[1] = factory.createValueObject(named);
+    EXPECT_TRUE(ValueObjectArray(mixed).isHeterogeneous());
+    EXPECT_EQ(ValueObject(factory.createValueObjectScalar(out)[0]), out);
+}
+
+TEST_F(Objects, ArraysHavePropertiesAndExternalDimensions) {
+    ValueObjectArray a = factory.createValueObjectArray({1, 2}, pointClass);
+    ValueObjectArray b = a;
+    EXPECT_TRUE(a == b);
+    a["unit"] = factory.createCharArray("m");
+    EXPECT_TRUE(a != b);
+    EXPECT_TRUE(Array(a) == Array(b)) << "which compares elements only";
+    EXPECT_EQ(CharArray(std::as_const(a)["unit"]).toAscii(), "m");
+    b["unit"] = a["unit"];
+    EXPECT_TRUE(a == b);
+    b[0] = point(1, 1);
+    EXPECT_TRUE(a != b);
+    EXPECT_TRUE(a.hasArrayProperty("unit") && !a.hasArrayProperty("x") && a.hasArrayProperties());
+    auto it = a.beginArrayProp();
+    EXPECT_EQ((*it).getPropertyName(), "unit");
+    EXPECT_EQ(++it, a.endArrayProp());
+    EXPECT_EQ(std::as_const(a).cbeginArrayProp() == std::as_const(a).cendArrayProp(), false);
+    EXPECT_FALSE(a.isExternalDimensionsSet());
+    const ValueObjectArray before = a;
+    vexa::client::setExternalDimensions(a, {2, 1});
+    EXPECT_EQ(a.getExternalDimensions(), (std::vector<std::size_t>{2, 1}));
+    EXPECT_EQ(a.getDimensions(), (std::vector<std::size_t>{1, 2}));
+    EXPECT_FALSE(before.isExternalDimensionsSet());
+    EXPECT_EQ(a.getExternalRepresentationArrayPropertyNames(), std::vector<std::string>{"unit"});
+    EXPECT_EQ(a.getClassInfo().getClassIdentifier().getString(), "Point");
+}
+
+TEST_F(Objects, DoNotOwnThemselves) {
+    ValueObject a = point(1, 2);
+    Reference<Array> x = a["x"]; // made while nobody shares the object
+    const ValueObjectArray array = factory.createValueObjectScalar(a);
+    x = array;
+    const ValueObjectArray inside = std::as_const(a)["x"];
+    EXPECT_EQ(number(inside[0]["x"]), 1) << "a copy of what the object was";
+    x = factory.createArray<Array>({1, 1}, {array});
+    EXPECT_EQ(number(inside[0]["y"]), 2);
+}
+
+constexpr ZVMID engine(unsigned char mark) { return {{mark}}; }
+
+TEST_F(Objects, WithHandlesAreTheSameOneByEngineAndNumber) {
+    const HandleObjectRef a = factory.createHandleObjectRef(engine(1), 7);
+    EXPECT_TRUE(a == factory.createHandleObjectRef(engine(1), 7));
+    EXPECT_TRUE(a != factory.createHandleObjectRef(engine(2), 7));
+    EXPECT_TRUE(a != factory.createHandleObjectRef(engine(1), 8));
+    EXPECT_TRUE(a != HandleObjectRef() && HandleObjectRef() == HandleObjectRef());
+    EXPECT_EQ(a.getId(), 7);
+    EXPECT_EQ(a.getZVMID(), engine(1));
+    EXPECT_THROW(HandleObjectRef().getId(), EArrayInvalidHandleRef);
+
+    TypedArray<HandleObjectRef> array = factory.createArray<HandleObjectRef>({2, 2});
+    array[1][0] = a;
+    const HandleObjectRef out = array[1][0];
+    EXPECT_TRUE(out == a);
+    EXPECT_TRUE(HandleObjectRef(array[0][0]) == HandleObjectRef());
+    const std::size_t before = vexa::client::countOfReferences(engine(1), 7);
+    out.addReference();
+    HandleRef(Reference<HandleObjectRef>(array[1][0])).addReference();
+    EXPECT_EQ(vexa::client::countOfReferences(engine(1), 7), before + 2);
+    using vexa::data::detail::ArrayReferenceImpl;
+    auto* incomplete = new ArrayReferenceImpl(detail::Access::impl(array).get());
+    incomplete->addIndex(std::uint64_t{1});
+    EXPECT_THROW(HandleRef(incomplete).addReference(), NotEnoughIndicesProvidedException);
+}
+
+TEST_F(Objects, LoseNothingWhenMemoryRunsOut) {
+    const auto setup = [this] { return point(1, 2); };
+    const auto unchanged = [](ValueObject& object) { EXPECT_EQ(number(object, "x"), 1); };
+    support::sweep(
+        setup,
+        [this](ValueObject& object) {
+            const ValueObject shared = object;
+            object["x"] = factory.createScalar(3.0);
+        },
+        unchanged);
+    support::sweep(
+        setup,
+        [](ValueObject& object) {
+            for (const Property& each : std::as_const(object)) {
+                each.getIdentifier();
+            }
+        },
+        unchanged);
+    support::sweep(
+        setup,
+        [this](ValueObject& object) {
+            ValueObjectArray array = factory.createValueObjectArray({1, 2}, pointClass);
+            array[1] = object;
+        },
+        unchanged);
+}
+
+} // namespace
