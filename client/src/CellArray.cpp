@@ -14,7 +14,7 @@ using foundation::vexadata::detail::Access;
 using Iterator = data::detail::NonPrimitiveIteratorImpl<data::impl::MatchingDataOrder>;
 
 CellArray::CellArray(std::vector<std::size_t> dimensions)
-    : dimensions_(std::move(dimensions)), elements_(allocatable<Array>(elementCount(dimensions_))) {}
+    : ColumnMajorArray(std::move(dimensions)), elements_(allocatable<Array>(getNumberOfElements())) {}
 CellArray::CellArray(const CellArray&) = default;
 CellArray::~CellArray() = default;
 
@@ -24,18 +24,12 @@ data::detail::IteratorImpl* CellArray::endIterator(void*, bool) {
     return new Iterator(this, elements_.size());
 }
 foundation::vexadata::ArrayType CellArray::getType() const { return foundation::vexadata::ArrayType::CELL; }
-data::MemoryLayout CellArray::getMemoryLayout() const { return data::MemoryLayout::COLUMN_MAJOR; }
 ReferenceImpl* CellArray::createElementReference(std::size_t index, const std::string&, bool forWrite) {
     return referenceInto(*this, index, forWrite);
 }
-const std::vector<std::size_t>& CellArray::getDimensions() const { return dimensions_; }
-std::size_t CellArray::getNumberOfElements() const { return elements_.size(); }
 void CellArray::assignElementArray(std::size_t index, const std::string&, data::impl::ArrayImpl* array) {
     put(index, storable(*array, static_cast<const ArrayImpl*>(this)));
 }
-bool CellArray::isEmpty() const { return elements_.empty(); }
-std::uint64_t CellArray::getArrayID() const { return identity_.get(); }
-void CellArray::unshare() {} // the slots are always this object's alone
 bool CellArray::isEqual(const data::impl::ArrayImpl* other) const {
     return equalElements<Array>(*this, static_cast<const TypedArrayImpl<Array>&>(*other));
 }

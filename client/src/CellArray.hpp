@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ArrayHolder.hpp"
-#include "Identity.hpp"
+#include "ColumnMajorArray.hpp"
 
 #include <foundation/vexadata/Array.hpp>
 #include <vexa/data/impl/TypedArrayImpl.hpp>
@@ -17,7 +17,7 @@ using foundation::vexadata::Array;
 
 /// An array of arrays, in column-major order. Copies share their elements; an element that others share is copied before
 /// something inside it is written.
-class CellArray final : public data::impl::TypedArrayImpl<Array>, public ArrayHolder {
+class CellArray final : public ColumnMajorArray<data::impl::TypedArrayImpl<Array>>, public ArrayHolder {
 public:
     /// Every element is an empty array.
     explicit CellArray(std::vector<std::size_t> dimensions);
@@ -27,16 +27,10 @@ public:
     data::detail::IteratorImpl* beginIterator(void* unused, bool writable) override;
     data::detail::IteratorImpl* endIterator(void* unused, bool writable) override;
     foundation::vexadata::ArrayType getType() const override;
-    data::MemoryLayout getMemoryLayout() const override;
     data::detail::ReferenceImpl* createElementReference(std::size_t index, const std::string& fieldName,
                                                         bool forWrite) override;
-    const std::vector<std::size_t>& getDimensions() const override;
-    std::size_t getNumberOfElements() const override;
     void assignElementArray(std::size_t index, const std::string& fieldName,
                             data::impl::ArrayImpl* array) override;
-    bool isEmpty() const override;
-    std::uint64_t getArrayID() const override;
-    void unshare() override;
     bool isEqual(const data::impl::ArrayImpl* other) const override;
     Array* getElementAddress(std::size_t index, const std::string& fieldName, bool forWrite) override;
     void setElementValue(std::size_t index, const std::string& fieldName, Array value) override;
@@ -50,9 +44,7 @@ public:
 private:
     CellArray(const CellArray&);
 
-    std::vector<std::size_t> dimensions_;
     std::vector<Array> elements_;
-    Identity identity_;
 };
 
 } // namespace vexa::client

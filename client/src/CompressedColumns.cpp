@@ -201,7 +201,7 @@ void tidy(std::size_t columns, std::size_t* starts, std::size_t* rows, T* values
 template <class T>
 CompressedColumns<T>::CompressedColumns(Dimensions dimensions, Indices starts, Indices rows,
                                         Buffer<T> values) noexcept
-    : dimensions_(std::move(dimensions)),
+    : ColumnMajorArray<data::impl::ArrayImpl>(std::move(dimensions)),
       starts_(std::move(starts)),
       rows_(std::move(rows)),
       values_(std::move(values)) {}
@@ -293,7 +293,7 @@ CompressedColumns<T>* CompressedColumns<T>::fromCompressed(Dimensions dimensions
 template <class T>
 data::impl::ArrayImpl* CompressedColumns<T>::sharedCopy() const {
     const std::size_t count = getNumberOfNonZeroElements();
-    return new CompressedColumns(dimensions_, copyOf(starts_, getCols() + 1), copyOf(rows_, count),
+    return new CompressedColumns(this->getDimensions(), copyOf(starts_, getCols() + 1), copyOf(rows_, count),
                                  copyOf(values_, count));
 }
 
@@ -310,24 +310,6 @@ fv::ArrayType CompressedColumns<T>::getType() const {
     return fv::detail::sparseTypeOf<T>;
 }
 template <class T>
-data::MemoryLayout CompressedColumns<T>::getMemoryLayout() const {
-    return data::MemoryLayout::COLUMN_MAJOR;
-}
-/// Elements are plain values and hold no arrays.
-template <class T>
-data::detail::ReferenceImpl* CompressedColumns<T>::createElementReference(std::size_t, const std::string&,
-                                                                          bool) {
-    return nullptr;
-}
-template <class T>
-const std::vector<std::size_t>& CompressedColumns<T>::getDimensions() const {
-    return dimensions_;
-}
-template <class T>
-std::size_t CompressedColumns<T>::getNumberOfElements() const {
-    return getRows() * getCols();
-}
-template <class T>
 const std::size_t* CompressedColumns<T>::getJc() const {
     return starts_.get();
 }
@@ -337,27 +319,16 @@ const std::size_t* CompressedColumns<T>::getIr() const {
 }
 template <class T>
 std::size_t CompressedColumns<T>::getRows() const {
-    return dimensions_[0];
+    return this->getDimensions()[0];
 }
 template <class T>
 std::size_t CompressedColumns<T>::getCols() const {
-    return dimensions_[1];
+    return this->getDimensions()[1];
 }
 template <class T>
 std::size_t CompressedColumns<T>::getNumberOfNonZeroElements() const {
     return starts_[getCols()];
 }
-template <class T>
-bool CompressedColumns<T>::isEmpty() const {
-    return getNumberOfElements() == 0;
-}
-template <class T>
-std::uint64_t CompressedColumns<T>::getArrayID() const {
-    return identity_.get();
-}
-/// The storage is always this object's alone.
-template <class T>
-void CompressedColumns<T>::unshare() {}
 
 template <class T>
 std::pair<std::size_t, std::size_t> CompressedColumns<T>::getIndex(std::size_t k) const {

@@ -1,8 +1,7 @@
 // Sparse matrices.
 #pragma once
 
-#include "Dimensions.hpp"
-#include "Identity.hpp"
+#include "ColumnMajorArray.hpp"
 
 #include <foundation/vexadata/ArrayType.hpp>
 #include <vexa/data/impl/ArrayFactoryImpl.hpp>
@@ -24,7 +23,7 @@ namespace vexa::client {
 /// Buffers that are handed over belong to the call: it sorts them in place and the matrix keeps them, or else they are
 /// freed, also when it throws.
 template <class T>
-class CompressedColumns final : public data::impl::ArrayImpl {
+class CompressedColumns final : public ColumnMajorArray<data::impl::ArrayImpl> {
 public:
     template <class E>
     using Buffer = data::impl::Buffer<E[]>;
@@ -55,11 +54,6 @@ public:
     data::detail::IteratorImpl* beginIterator(void* unused, bool writable) override;
     data::detail::IteratorImpl* endIterator(void* unused, bool writable) override;
     foundation::vexadata::ArrayType getType() const override;
-    data::MemoryLayout getMemoryLayout() const override;
-    data::detail::ReferenceImpl* createElementReference(std::size_t index, const std::string& fieldName,
-                                                        bool forWrite) override;
-    const Dimensions& getDimensions() const override;
-    std::size_t getNumberOfElements() const override;
     const std::size_t* getJc() const override;
     const std::size_t* getIr() const override;
     std::size_t getRows() const override;
@@ -67,9 +61,6 @@ public:
     std::size_t getNumberOfNonZeroElements() const override;
     /// @throws EArrayIndexOutOfRange when there is no k-th non-zero
     std::pair<std::size_t, std::size_t> getIndex(std::size_t k) const override;
-    bool isEmpty() const override;
-    std::uint64_t getArrayID() const override;
-    void unshare() override;
     bool isEqual(const ArrayImpl* other) const override;
 
 private:
@@ -80,12 +71,10 @@ private:
     static const T* valuesOf(const ArrayImpl& array);
     std::size_t columnOf(std::size_t k) const noexcept;
 
-    Dimensions dimensions_;
     Indices starts_; // columns + 1, the last one is the number of non-zeros
     Indices rows_;
     Buffer<T> values_;
     mutable std::atomic<std::size_t> lastColumn_{0}; // where the last search ended: walks search next to it
-    Identity identity_;
 };
 
 extern template class CompressedColumns<bool>;

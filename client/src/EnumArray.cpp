@@ -30,8 +30,8 @@ std::unique_ptr<char[], void (*)(void*)> paddedName(const char* name, std::size_
 
 EnumArray::EnumArray(Dimensions dimensions, const std::string& className,
                      const std::vector<std::string>& members)
-    : dimensions_(std::move(dimensions)),
-      codes_(allocatable<Code>(elementCount(dimensions_))),
+    : ColumnMajorArray(std::move(dimensions)),
+      codes_(allocatable<Code>(getNumberOfElements())),
       names_(1),
       learns_(true),
       className_(paddedName(className.data(), className.size(), codes_.size())) {
@@ -43,8 +43,7 @@ EnumArray::EnumArray(Dimensions dimensions, const std::string& className,
     learns_ = members.empty();
 }
 EnumArray::EnumArray(const EnumArray& other)
-    : EnumArrayImpl(other),
-      dimensions_(other.dimensions_),
+    : ColumnMajorArray(other),
       codes_(other.codes_),
       names_(other.names_),
       codesByName_(other.codesByName_),
@@ -54,15 +53,6 @@ EnumArray::~EnumArray() = default;
 
 ArrayImpl* EnumArray::sharedCopy() const { return new EnumArray(*this); }
 ArrayType EnumArray::getType() const { return ArrayType::ENUM; }
-MemoryLayout EnumArray::getMemoryLayout() const { return MemoryLayout::COLUMN_MAJOR; }
-data::detail::ReferenceImpl* EnumArray::createElementReference(std::size_t, const std::string&, bool) {
-    return nullptr;
-}
-const Dimensions& EnumArray::getDimensions() const { return dimensions_; }
-std::size_t EnumArray::getNumberOfElements() const { return codes_.size(); }
-bool EnumArray::isEmpty() const { return codes_.empty(); }
-std::uint64_t EnumArray::getArrayID() const { return identity_.get(); }
-void EnumArray::unshare() {} // the storage is always this object's alone
 EnumArray::Element* EnumArray::getElementAddress(std::size_t, const std::string&, bool) { return nullptr; }
 const EnumArray::Element* EnumArray::getTypedDataPtr() const { return nullptr; }
 const char* EnumArray::getClassName() const { return className_.get(); }

@@ -1,8 +1,7 @@
 // Enumeration arrays.
 #pragma once
 
-#include "Dimensions.hpp"
-#include "Identity.hpp"
+#include "ColumnMajorArray.hpp"
 
 #include <vexa/data/impl/EnumArrayImpl.hpp>
 
@@ -15,14 +14,10 @@
 
 namespace vexa::client {
 
-using data::MemoryLayout;
-using data::impl::ArrayImpl;
-using foundation::vexadata::ArrayType;
-
 /// Members as codes in column-major order, and one table of their names. An array that was created with names knows these
 /// members and no others; one created without learns every name at its first use. The empty name stands for no member, which is
 /// what elements hold that nobody has set.
-class EnumArray final : public data::impl::EnumArrayImpl {
+class EnumArray final : public ColumnMajorArray<data::impl::EnumArrayImpl> {
     using Element = foundation::vexadata::Enumeration;
 
 public:
@@ -33,16 +28,8 @@ public:
 
     ArrayImpl* sharedCopy() const override;
     ArrayType getType() const override;
-    MemoryLayout getMemoryLayout() const override;
-    data::detail::ReferenceImpl* createElementReference(std::size_t index, const std::string& fieldName,
-                                                        bool forWrite) override;
-    const Dimensions& getDimensions() const override;
-    std::size_t getNumberOfElements() const override;
     std::string castToString(std::size_t index, const std::string& fieldName) const override;
     void setString(std::size_t index, const std::string& fieldName, std::string value) override;
-    bool isEmpty() const override;
-    std::uint64_t getArrayID() const override;
-    void unshare() override;
     bool isEqual(const ArrayImpl* other) const override;
     Element* getElementAddress(std::size_t index, const std::string& fieldName, bool forWrite) override;
     void setElementValue(std::size_t index, const std::string& fieldName, Element value) override;
@@ -57,13 +44,11 @@ private:
 
     Code codeOf(const std::string& name);
 
-    Dimensions dimensions_;
     std::vector<Code> codes_;
     std::vector<std::string> names_; // the first, empty, is that of elements without member
     std::unordered_map<std::string, Code> codesByName_;
     bool learns_;
     std::unique_ptr<char[], void (*)(void*)> className_; // as many bytes as elements at least
-    Identity identity_;
 };
 
 } // namespace vexa::client

@@ -15,25 +15,24 @@ using fv::detail::Access;
 using Iterator = data::detail::NonPrimitiveIteratorImpl<data::impl::MatchingDataOrder>;
 
 ObjectArray::ObjectArray(ArrayType type, Dimensions dimensions)
-    : type_(type),
-      dimensions_(std::move(dimensions)),
-      elements_(allocatable<Element>(elementCount(dimensions_))),
+    : ColumnMajorArray(std::move(dimensions)),
+      type_(type),
+      elements_(allocatable<Element>(getNumberOfElements())),
       classOfProperties_(plainDescription({})),
       properties_(classOfProperties_->arrayProperties(), classOfProperties_->name(),
                   static_cast<ArrayImpl*>(this)) {}
 ObjectArray::ObjectArray(Dimensions dimensions, std::shared_ptr<const ClassDescription> description,
                          const Element& object)
-    : type_(ArrayType::VALUE_OBJECT),
-      dimensions_(std::move(dimensions)),
+    : ColumnMajorArray(std::move(dimensions)),
+      type_(ArrayType::VALUE_OBJECT),
       description_(std::move(description)),
-      elements_(allocatable<Element>(elementCount(dimensions_)), object),
+      elements_(allocatable<Element>(getNumberOfElements()), object),
       classOfProperties_(description_),
       properties_(classOfProperties_->arrayProperties(), classOfProperties_->name(),
                   static_cast<ArrayImpl*>(this)) {}
 ObjectArray::ObjectArray(const ObjectArray& other)
-    : ObjectArrayImpl(other),
+    : ColumnMajorArray(other),
       type_(other.type_),
-      dimensions_(other.dimensions_),
       description_(other.description_),
       elements_(other.elements_),
       classOfProperties_(other.classOfProperties_),
@@ -47,15 +46,6 @@ data::detail::IteratorImpl* ObjectArray::endIterator(void*, bool) {
     return new Iterator(this, elements_.size());
 }
 ArrayType ObjectArray::getType() const { return type_; }
-MemoryLayout ObjectArray::getMemoryLayout() const { return MemoryLayout::COLUMN_MAJOR; }
-data::detail::ReferenceImpl* ObjectArray::createElementReference(std::size_t, const std::string&, bool) {
-    return nullptr;
-}
-const Dimensions& ObjectArray::getDimensions() const { return dimensions_; }
-std::size_t ObjectArray::getNumberOfElements() const { return elements_.size(); }
-bool ObjectArray::isEmpty() const { return elements_.empty(); }
-std::uint64_t ObjectArray::getArrayID() const { return identity_.get(); }
-void ObjectArray::unshare() {} // the elements are always this array's alone, their objects are not
 
 namespace {
 
@@ -132,7 +122,7 @@ ForwardIteratorImpl* ObjectArray::cendArrayProp() const {
 bool ObjectArray::hasArrayProperty(const VexaPropertyIdentifier& id) const { return properties_.has(id); }
 std::size_t ObjectArray::numOfArrayProperties() const { return properties_.numberOfSlots(); }
 std::vector<std::size_t> ObjectArray::getExternalDimensions() const {
-    return externalDimensions_.value_or(dimensions_);
+    return externalDimensions_.value_or(getDimensions());
 }
 bool ObjectArray::isExternalDimensionsSet() const { return externalDimensions_.has_value(); }
 std::vector<std::string> ObjectArray::getExternalRepresentationArrayPropertyNames() const {

@@ -1,8 +1,7 @@
 // Object arrays.
 #pragma once
 
-#include "Dimensions.hpp"
-#include "Identity.hpp"
+#include "ColumnMajorArray.hpp"
 #include "Instance.hpp"
 #include "PropertySet.hpp"
 
@@ -16,14 +15,11 @@
 
 namespace vexa::client {
 
-using data::MemoryLayout;
-using data::impl::ArrayImpl;
 using data::impl::ObjectImpl;
-using foundation::vexadata::ArrayType;
 
 /// Objects in column-major order. With a class, all objects are of this class and the array has its array properties; without,
 /// objects of any class may stand side by side. Copies share objects; an object that others share is copied before it changes.
-class ObjectArray final : public data::impl::ObjectArrayImpl {
+class ObjectArray final : public ColumnMajorArray<data::impl::ObjectArrayImpl> {
     using Element = foundation::vexadata::HandleObjectRef;
 
 public:
@@ -38,14 +34,6 @@ public:
     data::detail::IteratorImpl* beginIterator(void* unused, bool writable) override;
     data::detail::IteratorImpl* endIterator(void* unused, bool writable) override;
     ArrayType getType() const override;
-    MemoryLayout getMemoryLayout() const override;
-    data::detail::ReferenceImpl* createElementReference(std::size_t index, const std::string& fieldName,
-                                                        bool forWrite) override;
-    const Dimensions& getDimensions() const override;
-    std::size_t getNumberOfElements() const override;
-    bool isEmpty() const override;
-    std::uint64_t getArrayID() const override;
-    void unshare() override;
     /// Value objects are compared by their properties, handle objects by identity.
     bool isEqual(const ArrayImpl* other) const override;
     Element* getElementAddress(std::size_t index, const std::string& fieldName, bool forWrite) override;
@@ -92,13 +80,11 @@ private:
     ObjectImpl& existing(std::size_t index) const;
 
     ArrayType type_;
-    Dimensions dimensions_;
     std::shared_ptr<const ClassDescription> description_; // null for objects of any class
     std::vector<Element> elements_;
     std::shared_ptr<const ClassDescription> classOfProperties_; // without properties for objects of any class
     PropertySet properties_;
     std::optional<std::vector<std::size_t>> externalDimensions_;
-    Identity identity_;
 };
 
 } // namespace vexa::client

@@ -10,21 +10,12 @@
 namespace vexa::client {
 
 StringArray::StringArray(Dimensions dimensions)
-    : dimensions_(std::move(dimensions)), slots_(allocatable<Slot>(elementCount(dimensions_))) {}
+    : ColumnMajorArray(std::move(dimensions)), slots_(allocatable<Slot>(getNumberOfElements())) {}
 StringArray::StringArray(const StringArray&) = default;
 StringArray::~StringArray() = default;
 
 ArrayImpl* StringArray::sharedCopy() const { return new StringArray(*this); }
 ArrayType StringArray::getType() const { return ArrayType::STRING; }
-MemoryLayout StringArray::getMemoryLayout() const { return MemoryLayout::COLUMN_MAJOR; }
-data::detail::ReferenceImpl* StringArray::createElementReference(std::size_t, const std::string&, bool) {
-    return nullptr;
-}
-const Dimensions& StringArray::getDimensions() const { return dimensions_; }
-std::size_t StringArray::getNumberOfElements() const { return slots_.size(); }
-bool StringArray::isEmpty() const { return slots_.empty(); }
-std::uint64_t StringArray::getArrayID() const { return identity_.get(); }
-void StringArray::unshare() {} // the storage is always this object's alone
 StringArray::Element* StringArray::getElementAddress(std::size_t, const std::string&, bool) {
     return nullptr;
 }

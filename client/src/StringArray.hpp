@@ -1,8 +1,7 @@
 // String arrays.
 #pragma once
 
-#include "Dimensions.hpp"
-#include "Identity.hpp"
+#include "ColumnMajorArray.hpp"
 
 #include <vexa/data/impl/StringArrayImpl.hpp>
 
@@ -13,13 +12,9 @@
 
 namespace vexa::client {
 
-using data::MemoryLayout;
-using data::impl::ArrayImpl;
-using foundation::vexadata::ArrayType;
-
 /// Texts in column-major order. Each element takes 16 bytes, which hold texts of up to six units; longer ones lie one after
 /// another in a block of the whole array. Overwritten ones leave gaps there, which are closed when they make up half of it.
-class StringArray final : public data::impl::StringArrayImpl {
+class StringArray final : public ColumnMajorArray<data::impl::StringArrayImpl> {
 public:
     /// Every element is missing.
     explicit StringArray(Dimensions dimensions);
@@ -27,15 +22,7 @@ public:
 
     ArrayImpl* sharedCopy() const override;
     ArrayType getType() const override;
-    MemoryLayout getMemoryLayout() const override;
-    data::detail::ReferenceImpl* createElementReference(std::size_t index, const std::string& fieldName,
-                                                        bool forWrite) override;
-    const Dimensions& getDimensions() const override;
-    std::size_t getNumberOfElements() const override;
     void getStringElement(std::size_t index, const char16_t*& text, std::size_t& length) const override;
-    bool isEmpty() const override;
-    std::uint64_t getArrayID() const override;
-    void unshare() override;
     /// A missing element equals nothing, as it does when elements are compared.
     bool isEqual(const ArrayImpl* other) const override;
     Element* getElementAddress(std::size_t index, const std::string& fieldName, bool forWrite) override;
@@ -59,11 +46,9 @@ private:
     static std::size_t startOf(const Slot& slot) noexcept;
     void closeGaps();
 
-    Dimensions dimensions_;
     std::vector<Slot> slots_;
     std::vector<char16_t> longTexts_;
     std::size_t gaps_ = 0; // units of longTexts_ that no slot refers to
-    Identity identity_;
 };
 
 } // namespace vexa::client

@@ -93,31 +93,24 @@ bool equalArrays(const Held& a, const Held& b) { return borrowed(a) == borrowed(
 } // namespace
 
 StructArray::StructArray(Dimensions dimensions, std::vector<std::string> fieldNames)
-    : dimensions_(std::move(dimensions)),
-      count_(elementCount(dimensions_)),
+    : ColumnMajorArray(std::move(dimensions)),
       names_(std::make_shared<FieldNames>(std::move(fieldNames))),
-      values_(numberOfValues(count_, names_->size()), emptyArray()) {}
+      values_(numberOfValues(getNumberOfElements(), names_->size()), emptyArray()) {}
 StructArray::StructArray(const StructArray&) = default;
 StructArray::~StructArray() = default;
 
 ArrayImpl* StructArray::sharedCopy() const { return new StructArray(*this); }
 ArrayType StructArray::getType() const { return ArrayType::STRUCT; }
-MemoryLayout StructArray::getMemoryLayout() const { return MemoryLayout::COLUMN_MAJOR; }
 ReferenceImpl* StructArray::createElementReference(std::size_t index, const std::string& fieldName,
                                                    bool forWrite) {
     return fieldName.empty() ? nullptr : referenceInto(*this, slotOf(index, fieldName), forWrite);
 }
-const Dimensions& StructArray::getDimensions() const { return dimensions_; }
-std::size_t StructArray::getNumberOfElements() const { return count_; }
 void StructArray::assignElementArray(std::size_t index, const std::string& fieldName, ArrayImpl* array) {
     if (fieldName.empty()) {
         fv::detail::raise<fv::CantAssignArrayToThisArrayException>();
     }
     values_[slotOf(index, fieldName)] = storable(*array, static_cast<const ArrayImpl*>(this));
 }
-bool StructArray::isEmpty() const { return count_ == 0; }
-std::uint64_t StructArray::getArrayID() const { return identity_.get(); }
-void StructArray::unshare() {} // the slots are always this object's alone
 StructArray::Element* StructArray::getElementAddress(std::size_t, const std::string&, bool) {
     return nullptr;
 }

@@ -2,9 +2,8 @@
 #pragma once
 
 #include "ArrayHolder.hpp"
-#include "Dimensions.hpp"
+#include "ColumnMajorArray.hpp"
 #include "FieldNames.hpp"
-#include "Identity.hpp"
 
 #include <foundation/vexadata/StructElement.hpp>
 #include <vexa/data/impl/StructArrayImpl.hpp>
@@ -16,13 +15,9 @@
 
 namespace vexa::client {
 
-using data::MemoryLayout;
-using data::impl::ArrayImpl;
-using foundation::vexadata::ArrayType;
-
 /// Records one after another in column-major order, the values of each in the order of the fields. Copies share the values; a
 /// value that others share is copied before something inside it is written.
-class StructArray final : public data::impl::StructArrayImpl, public ArrayHolder {
+class StructArray final : public ColumnMajorArray<data::impl::StructArrayImpl>, public ArrayHolder {
     using Element = foundation::vexadata::StructElement;
 
 public:
@@ -33,16 +28,10 @@ public:
 
     ArrayImpl* sharedCopy() const override;
     ArrayType getType() const override;
-    MemoryLayout getMemoryLayout() const override;
     /// Null without a field name: a record is no array.
     data::detail::ReferenceImpl* createElementReference(std::size_t index, const std::string& fieldName,
                                                         bool forWrite) override;
-    const Dimensions& getDimensions() const override;
-    std::size_t getNumberOfElements() const override;
     void assignElementArray(std::size_t index, const std::string& fieldName, ArrayImpl* array) override;
-    bool isEmpty() const override;
-    std::uint64_t getArrayID() const override;
-    void unshare() override;
     /// Fields in another order make another struct, unless it is one of another back-end.
     bool isEqual(const ArrayImpl* other) const override;
     Element* getElementAddress(std::size_t index, const std::string& fieldName, bool forWrite) override;
@@ -72,11 +61,8 @@ private:
         return index * names_->size() + names_->positionOf(fieldName);
     }
 
-    Dimensions dimensions_;
-    std::size_t count_;
     std::shared_ptr<const FieldNames> names_; // shared by copies
     std::vector<Held> values_;
-    Identity identity_;
 };
 
 } // namespace vexa::client

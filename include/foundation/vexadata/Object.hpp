@@ -32,9 +32,33 @@ protected:
     std::shared_ptr<vexa::data::impl::ObjectImpl> impl_;
 };
 
+namespace detail {
+
+/// `handle["id"]` for a handle whose `[]` takes property identifiers.
+template <class Handle>
+class PropertiesByText {
+public:
+    Array operator[](const std::string& id) const {
+        return static_cast<const Handle&>(*this)[VexaPropertyIdentifier(id)];
+    }
+    template <std::size_t length>
+    Array operator[](const char (&id)[length]) const {
+        return static_cast<const Handle&>(*this)[VexaPropertyIdentifier(id)];
+    }
+    Reference<Array> operator[](const std::string& id) {
+        return static_cast<Handle&>(*this)[VexaPropertyIdentifier(id)];
+    }
+    template <std::size_t length>
+    Reference<Array> operator[](const char (&id)[length]) {
+        return static_cast<Handle&>(*this)[VexaPropertyIdentifier(id)];
+    }
+};
+
+} // namespace detail
+
 /// An object with value semantics: the first write through a handle that shares its object gives it a copy of its own, also
 /// when a writable way in is used for reading. Errors of the back-end, such as for an unknown property, pass through.
-class VEXADATA_API ValueObject : public Object {
+class VEXADATA_API ValueObject : public Object, public detail::PropertiesByText<ValueObject> {
 public:
     using iterator = ForwardIterator<Property>;
     using const_iterator = ForwardIterator<const Property>;
@@ -54,19 +78,10 @@ public:
 
     /// The value of a property, shared with the object until one of them is written.
     Array operator[](const VexaPropertyIdentifier& id) const;
-    Array operator[](const std::string& id) const { return (*this)[VexaPropertyIdentifier(id)]; }
-    template <std::size_t length>
-    Array operator[](const char (&id)[length]) const {
-        return (*this)[VexaPropertyIdentifier(id)];
-    }
     /// The property, to be written or looked into.
     /// @throws std::bad_alloc, the handle unchanged
     Reference<Array> operator[](const VexaPropertyIdentifier& id);
-    Reference<Array> operator[](const std::string& id) { return (*this)[VexaPropertyIdentifier(id)]; }
-    template <std::size_t length>
-    Reference<Array> operator[](const char (&id)[length]) {
-        return (*this)[VexaPropertyIdentifier(id)];
-    }
+    using detail::PropertiesByText<ValueObject>::operator[];
 
     /// The properties; the writable form makes the object private first.
     iterator begin();

@@ -13,7 +13,8 @@ namespace foundation::vexadata {
 
 /// An array of value objects, which besides its elements has properties of its own. Writable ways in make the array private
 /// first, also when they are used for reading. Errors of the back-end pass through.
-class VEXADATA_API ValueObjectArray : public TypedArray<ValueObject> {
+class VEXADATA_API ValueObjectArray : public TypedArray<ValueObject>,
+                                      public detail::PropertiesByText<ValueObjectArray> {
 public:
     using TypedArray<ValueObject>::TypedArray;
     using TypedArray<ValueObject>::operator=;
@@ -34,18 +35,9 @@ public:
 
     /// A property of the array, shared with it until one of them is written.
     Array operator[](const VexaPropertyIdentifier& id) const;
-    Array operator[](const std::string& id) const { return (*this)[VexaPropertyIdentifier(id)]; }
-    template <std::size_t length>
-    Array operator[](const char (&id)[length]) const {
-        return (*this)[VexaPropertyIdentifier(id)];
-    }
     /// A property of the array, to be written or looked into.
     Reference<Array> operator[](const VexaPropertyIdentifier& id);
-    Reference<Array> operator[](const std::string& id) { return (*this)[VexaPropertyIdentifier(id)]; }
-    template <std::size_t length>
-    Reference<Array> operator[](const char (&id)[length]) {
-        return (*this)[VexaPropertyIdentifier(id)];
-    }
+    using detail::PropertiesByText<ValueObjectArray>::operator[];
 
     /// The properties of the array.
     ForwardIterator<Property> beginArrayProp();
