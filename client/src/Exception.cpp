@@ -60,4 +60,8 @@ WrongClassException::WrongClassException(const std::string& found, const std::st
     : NamedException("An object of the class '" + found + "' cannot be in an array of '" + expected + "'") {}
 WrongClassException::~WrongClassException() = default;
 
+InvalidVariableNameException::InvalidVariableNameException(const std::string& name)
+    : NamedException("A variable cannot be called '" + name + "'") {}
+InvalidVariableNameException::~InvalidVariableNameException() = default;
+
 } // namespace vexa::client

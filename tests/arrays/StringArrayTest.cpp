@@ -103,7 +103,7 @@ TEST(StringElements, NeverThrowWhenCompared) {
     EXPECT_FALSE(equals(strings[0], u""));
     EXPECT_FALSE(equals(strings[0], strings[0][0]));
     EXPECT_THROW(strings[2][0].has_value(), EArrayIndexOutOfRange);
-    EXPECT_THROW(static_cast<std::u16string>(strings[0]), NotEnoughIndicesProvidedException);
+    EXPECT_THROW(static_cast<void>(std::u16string(strings[0])), NotEnoughIndicesProvidedException);
     EXPECT_THROW(static_cast<void>(Reference<String>{strings[0]}), NotEnoughIndicesProvidedException);
 }
 

@@ -8,6 +8,7 @@
 #include <foundation/vexadata/CharArray.hpp>
 #include <foundation/vexadata/EnumArray.hpp>
 #include <foundation/vexadata/Exception.hpp>
+#include <foundation/vexadata/InProcessCustomWorkspace.hpp>
 #include <foundation/vexadata/SparseArray.hpp>
 #include <foundation/vexadata/StructArray.hpp>
 #include <foundation/vexadata/TypedArray.hpp>

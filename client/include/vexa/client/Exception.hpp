@@ -116,4 +116,11 @@ public:
     ~WrongClassException() override;
 };
 
+/// A variable cannot have this name: it is not a letter followed by letters, digits and underscores.
+class VEXADATA_API InvalidVariableNameException final : public NamedException {
+public:
+    explicit InvalidVariableNameException(const std::string& name);
+    ~InvalidVariableNameException() override;
+};
+
 } // namespace vexa::client

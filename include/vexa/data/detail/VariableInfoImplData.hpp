@@ -16,20 +16,23 @@ class VEXADATA_API VariableInfoImplData : public RefCounted {
 public:
     using VariableStatus = foundation::vexadata::IVariableInfo::VariableStatus;
 
+    /// For these names, which must outlive the record. Every status is NOT_SET; values that are not given are empty.
+    explicit VariableInfoImplData(std::vector<const char*>& names,
+                                  std::vector<foundation::vexadata::Array> values = {});
     ~VariableInfoImplData() override;
 
     /// Operation 1. Name of variable `index`; lives as long as the caller's list of names.
-    virtual const char* getName(std::size_t index) const = 0;
+    virtual const char* getName(std::size_t index) const;
     /// Operation 2.
-    virtual void setStatus(std::size_t index, VariableStatus status) = 0;
+    virtual void setStatus(std::size_t index, VariableStatus status);
     /// Operation 3. Adopts one reference to `value` and sets the status to SET_BY_ENGINE.
-    virtual void setValue(std::size_t index, impl::ArrayImpl* value) = 0;
+    virtual void setValue(std::size_t index, impl::ArrayImpl* value);
     /// Operation 4.
-    virtual VariableStatus getStatus(std::size_t index) const = 0;
+    virtual VariableStatus getStatus(std::size_t index) const;
     /// Operation 5. The value's array with one reference added for the caller.
-    virtual impl::ArrayImpl* getValue(std::size_t index) const = 0;
+    virtual impl::ArrayImpl* getValue(std::size_t index) const;
 
-protected:
+private:
     std::vector<VariableStatus> statuses_;
     std::vector<foundation::vexadata::Array> values_;
     std::vector<const char*>* names_ = nullptr; // the caller's, never copied

@@ -1,0 +1,150 @@
+#include "NameTable.hpp"
+
+#include <foundation/vexadata/Array.hpp>
+#include <vexa/client/Exception.hpp>
+#include <vexa/client/Workspace.hpp>
+#include <vexa/data/detail/ForwardIteratorImpl.hpp>
+#include <vexa/data/detail/VariableInfoImplData.hpp>
+
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace vexa::client {
+
+namespace fv = foundation::vexadata;
+using data::detail::ForwardIteratorImpl;
+using data::detail::VariableInfoImplData;
+using data::impl::ArrayImpl;
+using fv::detail::Access;
+using Context = fv::InProcessCustomWorkspace::Context;
+
+/// The variables of a workspace, by their names.
+class Variables {
+public:
+    /// Null when there is no such variable.
+    const fv::Array* find(const char* name) const {
+        const auto found = values_.find(valid(name));
+        return found == values_.end() ? nullptr : &found->second;
+    }
+    void erase(const char* name) { values_.erase(valid(name)); }
+    std::vector<std::string> names() const {
+        std::vector<std::string> sorted;
+        sorted.reserve(values_.size());
+        for (const auto& [name, value] : values_) {
+            sorted.push_back(name);
+        }
+        std::sort(sorted.begin(), sorted.end());
+        return sorted;
+    }
+
+    /// Everything that can fail happens before the first variable changes.
+    using Values = std::unordered_map<std::string, fv::Array>;
+    static void stage(Values& staged, const char* name, fv::Array value) {
+        staged.insert_or_assign(valid(name), std::move(value));
+    }
+    void take(Values staged) {
+        values_.reserve(values_.size() + staged.size());
+        while (!staged.empty()) {
+            auto node = staged.extract(staged.begin());
+            const auto found = values_.find(node.key());
+            if (found != values_.end()) {
+                found->second.swap(node.mapped());
+            } else {
+                values_.insert(std::move(node));
+            }
+        }
+    }
+
+private:
+    static std::string valid(const char* name) {
+        std::string text = name == nullptr ? std::string() : name;
+        if (!isIdentifier(text)) {
+            throw InvalidVariableNameException(text);
+        }
+        return text;
+    }
+
+    Values values_;
+};
+
+namespace {
+
+Variables& variablesOf(Context context) { return *reinterpret_cast<Variables*>(context); }
+
+/// Calls `visit(record, k)` for every variable of an exchange.
+template <class Visit>
+void forEachVariable(const ForwardIteratorImpl* begin, const ForwardIteratorImpl* end, Visit visit) {
+    const auto it = Access::createSharedPtr(begin->clone());
+    for (std::size_t k = 0; !it->equal(end); ++k, it->increment()) {
+        visit(static_cast<VariableInfoImplData&>(*it->get()), k); // borrowed
+    }
+}
+
+/// The array of a variable with a reference for the caller; null for none.
+ArrayImpl* shared(const fv::Array* variable) {
+    if (variable == nullptr) {
+        return nullptr;
+    }
+    ArrayImpl* array = Access::impl(*variable).get();
+    array->retain();
+    return array;
+}
+
+ArrayImpl* getVariable(Context context, const char* name) { return shared(variablesOf(context).find(name)); }
+
+void getVariables(Context context, ForwardIteratorImpl* begin, ForwardIteratorImpl* end) {
+    const Variables& variables = variablesOf(context);
+    forEachVariable(begin, end, [&](VariableInfoImplData& record, std::size_t k) {
+        if (ArrayImpl* array = shared(variables.find(record.getName(k)))) {
+            record.setValue(k, array);
+        } else {
+            record.setStatus(k, fv::IVariableInfo::NOT_SET);
+        }
+    });
+}
+
+void setVariables(Context context, ForwardIteratorImpl* begin, ForwardIteratorImpl* end) {
+    Variables::Values staged;
+    forEachVariable(begin, end, [&](VariableInfoImplData& record, std::size_t k) {
+        Variables::stage(staged, record.getName(k), fv::Array(record.getValue(k)));
+    });
+    variablesOf(context).take(std::move(staged));
+}
+
+void deleteVariable(Context context, const char* name) { variablesOf(context).erase(name); }
+
+struct NameList {
+    std::vector<std::string> names;
+    std::vector<const char*> pointers;
+};
+
+const char* const* listNames(Context context, std::size_t& count, void*& token) {
+    auto list = std::make_unique<NameList>();
+    list->names = variablesOf(context).names();
+    for (const std::string& name : list->names) {
+        list->pointers.push_back(name.c_str());
+    }
+    count = list->names.size();
+    token = list.get();
+    return list.release()->pointers.data();
+}
+
+void freeNames(void* token) { delete static_cast<NameList*>(token); }
+
+} // namespace
+
+WorkspaceEngine::WorkspaceEngine() : variables_(std::make_unique<Variables>()) {}
+WorkspaceEngine::~WorkspaceEngine() = default;
+
+fv::InProcessCustomWorkspace WorkspaceEngine::workspace() noexcept {
+    return fv::InProcessCustomWorkspace(reinterpret_cast<Context>(variables_.get()), &getVariable,
+                                        &getVariables, &setVariables, &deleteVariable, &listNames,
+                                        &freeNames);
+}
+
+} // namespace vexa::client
