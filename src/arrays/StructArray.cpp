@@ -92,6 +92,9 @@ StructRefExt::iterator StructRefExt::end() {
 }
 
 const Array Reference<Array>::operator[](const std::string& fieldName) const {
+    if (!chain_->stringIndex().empty()) { // a field, not a record
+        detail::raise<CanOnlyUseOneStringIndexException>();
+    }
     return detail::fieldOf(detail::ElementPosition(chain_), fieldName, std::true_type());
 }
 

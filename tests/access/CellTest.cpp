@@ -183,6 +183,16 @@ TEST_F(Cells, IndexedTwiceReachScalarsInside) {
     EXPECT_EQ(static_cast<std::int32_t>(cell[1][1]), 8);
 }
 
+TEST_F(Cells, WalkedForReadingAreIndexedInto) {
+    auto element = std::as_const(cell).begin();
+    EXPECT_EQ(static_cast<double>((*element)[1][0]), 2.0);
+    const auto named = *++element;
+    EXPECT_EQ(static_cast<std::int32_t>(named[1]), 8);
+    EXPECT_EQ(static_cast<std::int32_t>(named[0]), 7) << "a named one stays as it is";
+    EXPECT_TRUE(throwsExactly<EArrayIndexOutOfRange>([&] { static_cast<void>(std::int32_t(named[2])); },
+                                                     "Array index is out of range"));
+}
+
 TEST_F(Cells, ReferencesOfAKnownKindReadAndWrite) {
     Cell copy = cell;
     Reference<TypedArray<std::int32_t>> numbers = cell[1];

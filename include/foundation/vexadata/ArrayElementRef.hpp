@@ -59,7 +59,17 @@ public:
     ArrayElementRef(ArrayElementRef&&) noexcept = default;
     ~ArrayElementRef() = default;
 
-    using detail::Indexing<ArrayElementRef>::operator[];
+    /// Appends an index. On an element that an iterator gave, which needs none, the index goes into the array that it holds.
+    /// @throws StringIndexMustBeLastException, CantIndexIntoEmptyArrayException, TooManyIndicesProvidedException; index errors
+    /// of the array held
+    [[gnu::always_inline]] ArrayElementRef operator[](std::size_t index) && {
+        return position_.isFixed() ? inside(index)
+                                   : static_cast<detail::Indexing<ArrayElementRef>&&>(*this)[index];
+    }
+    ArrayElementRef operator[](std::size_t index) const& {
+        return position_.isFixed() ? inside(index)
+                                   : static_cast<const detail::Indexing<ArrayElementRef>&>(*this)[index];
+    }
 
     /// The field of the record that the element is: a reference to it, or the array itself when this handle is read-only.
     /// @throws TypeMismatchException when the array is no struct array; index errors; errors of the back-end, such as for
@@ -128,6 +138,10 @@ private:
         static_assert(!isConst, "this reference is read-only: its array is const");
         detail::copyElement(from, position_);
         return *this;
+    }
+    ArrayElementRef inside(std::size_t index) const {
+        std::shared_ptr<detail::ReferenceImpl> chain = position_.chain();
+        return ArrayElementRef(detail::createReferenceWithIndex<isConst>(chain, index));
     }
     template <class T>
     static bool holdsElements(const detail::ElementPosition& position) {

@@ -112,6 +112,9 @@ public:
         writeElement<T>(*array, linearIndex(), fieldName(), std::move(value));
     }
 
+    /// Whether the element was known without indices: an iterator stands on it, or it is a field.
+    bool isFixed() const noexcept { return chain_ == nullptr ? count_ == known : chain_->indexCount() == 0; }
+
     /// The indices of a row or column vector that was indexed twice.
     /// @throws TypeMismatchException for any other position
     VEXADATA_API std::array<std::uint64_t, 2> twoIndicesIntoVector() const;
