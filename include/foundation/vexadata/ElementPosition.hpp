@@ -107,8 +107,8 @@ public:
     /// Writes the element, which must be one of an array of `T`.
     template <class T>
     [[gnu::always_inline]] void setValue(T value) const {
-        ArrayImpl* array = this->array();
         prepareForWrite();
+        ArrayImpl* array = this->array(); // a slot may have moved to a copy of its own
         writeElement<T>(*array, linearIndex(), fieldName(), std::move(value));
     }
 

@@ -103,8 +103,8 @@ T getValue(std::shared_ptr<ReferenceImpl> chain) {
 /// @throws index errors; errors of the back-end
 template <class T>
 void setTypedElement(std::shared_ptr<ReferenceImpl> chain, T value) {
-    ArrayImpl* array = chain->getArrayImpl();
     chain->prepareForWrite();
+    ArrayImpl* array = chain->getArrayImpl(); // a slot may have moved to a copy of its own
     writeElement<T>(*array, chain->getLinearIndex(), chain->stringIndex(), std::move(value));
 }
 
