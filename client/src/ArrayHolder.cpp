@@ -2,6 +2,8 @@
 
 #include "ObjectArray.hpp"
 
+#include <unordered_set>
+
 namespace vexa::client {
 
 namespace fv = foundation::vexadata;
@@ -41,39 +43,45 @@ ObjectArray* asObjects(ArrayImpl& array) {
                                                                      : nullptr;
 }
 
-bool reaches(ArrayImpl& array, const void* target);
+/// Looks for `target` in arrays at any depth. What many paths lead to is looked into once.
+class Search {
+public:
+    explicit Search(const void* target) : target_(target) {}
 
-bool anyReaches(const ArrayHolder& holder, const void* target) {
-    for (std::size_t slot = 0; slot < holder.numberOfSlots(); ++slot) {
-        if (reaches(holder.heldIn(slot), target)) {
+    bool reaches(ArrayImpl& array) {
+        if (&array == target_) {
             return true;
         }
-    }
-    return false;
-}
-
-bool objectsReach(ObjectArray& objects, const void* target) {
-    for (std::size_t k = 0; k < objects.getNumberOfElements(); ++k) {
-        Instance* object = objects.objectIn(k);
-        if (object != nullptr && (static_cast<data::impl::ObjectImpl*>(object) == target ||
-                                  anyReaches(object->properties(), target))) {
-            return true;
+        if (const ArrayHolder* holder = asHolder(array)) {
+            return visited_.insert(&array).second && anyReaches(*holder);
         }
+        ObjectArray* objects = asObjects(array);
+        return objects != nullptr && visited_.insert(&array).second && objectsReach(*objects);
     }
-    return anyReaches(objects.properties(), target);
-}
 
-/// True when `target` is `array` or lies in it at any depth.
-bool reaches(ArrayImpl& array, const void* target) {
-    if (&array == target) {
-        return true;
+private:
+    bool anyReaches(const ArrayHolder& holder) {
+        for (std::size_t slot = 0; slot < holder.numberOfSlots(); ++slot) {
+            if (reaches(holder.heldIn(slot))) {
+                return true;
+            }
+        }
+        return false;
     }
-    if (const ArrayHolder* holder = asHolder(array)) {
-        return anyReaches(*holder, target);
+    bool objectsReach(ObjectArray& objects) {
+        for (std::size_t k = 0; k < objects.getNumberOfElements(); ++k) {
+            Instance* object = objects.objectIn(k);
+            if (object != nullptr && (static_cast<data::impl::ObjectImpl*>(object) == target_ ||
+                                      anyReaches(object->properties()))) {
+                return true;
+            }
+        }
+        return anyReaches(objects.properties());
     }
-    ObjectArray* objects = asObjects(array);
-    return objects != nullptr && objectsReach(*objects, target);
-}
+
+    const void* target_;
+    std::unordered_set<const ArrayImpl*> visited_;
+};
 
 Held separateCopy(const ArrayImpl& array);
 
@@ -110,7 +118,7 @@ ReferenceImpl* referenceInto(ArrayHolder& holder, std::size_t slot, bool forWrit
 }
 
 Held storable(ArrayImpl& array, const void* target) {
-    if (reaches(array, target)) {
+    if (Search(target).reaches(array)) {
         return separateCopy(array);
     }
     array.retain();

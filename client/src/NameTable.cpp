@@ -7,12 +7,15 @@ namespace vexa::client {
 namespace {
 
 bool isLetter(char c) noexcept { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
+bool isDigit(char c) noexcept { return c >= '0' && c <= '9'; }
 
 } // namespace
 
-bool isIdentifier(const std::string& name) noexcept {
-    return !name.empty() && isLetter(name.front()) && std::all_of(name.begin(), name.end(), [](char c) {
-        return isLetter(c) || (c >= '0' && c <= '9') || c == '_';
+bool isIdentifier(const std::string& name) noexcept { return isVariableName(name) && name.front() != '_'; }
+
+bool isVariableName(const std::string& name) noexcept {
+    return !name.empty() && !isDigit(name.front()) && std::all_of(name.begin(), name.end(), [](char c) {
+        return isLetter(c) || isDigit(c) || c == '_';
     });
 }
 

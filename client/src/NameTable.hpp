@@ -78,5 +78,7 @@ private:
 
 /// A letter followed by letters, digits and underscores.
 bool isIdentifier(const std::string& name) noexcept;
+/// Letters, digits and underscores, not a digit first.
+bool isVariableName(const std::string& name) noexcept;
 
 } // namespace vexa::client

@@ -63,7 +63,7 @@ public:
 private:
     static std::string valid(const char* name) {
         std::string text = name == nullptr ? std::string() : name;
-        if (!isIdentifier(text)) {
+        if (!isVariableName(text)) {
             throw InvalidVariableNameException(text);
         }
         return text;

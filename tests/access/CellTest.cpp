@@ -263,6 +263,17 @@ TEST_F(Cells, StoredIntoWhatTheyHoldDoNotBecomeEndless) {
     EXPECT_LT(depth, 10U);
 }
 
+TEST_F(Cells, ThatShareTheirPartsManyTimesOverAreStoredInNoTime) {
+    TypedArray<Array> doubled = factory.createArray<Array>({1, 2});
+    for (int level = 0; level < 100; ++level) { // 2 to the 100 paths lead to the innermost
+        TypedArray<Array> next = factory.createArray<Array>({1, 2});
+        next[0] = doubled;
+        next[1] = doubled;
+        doubled = next;
+    }
+    EXPECT_EQ(Array(doubled[0][1]).getType(), ArrayType::CELL);
+}
+
 TEST_F(Cells, RangesOverTheirArraysCheckTheType) {
     Reference<Array> doubles = cell[0];
     EXPECT_TRUE(

@@ -1,5 +1,6 @@
 // Enumeration arrays.
 #include "support/AllocationCountdown.hpp"
+#include "support/BareArray.hpp"
 #include "support/Throws.hpp"
 
 #include <foundation/vexadata/VexaData.hpp>
@@ -101,34 +102,16 @@ TEST(Enumerations, TellTheirClass) {
 }
 
 /// One element whose name the back-end does not know.
-class Nameless final : public vexa::data::impl::EnumArrayImpl {
+class Nameless final : public support::BareArray<vexa::data::impl::EnumArrayImpl, ArrayType::ENUM, 1> {
 public:
-    ArrayImpl* sharedCopy() const override { return new Nameless; }
-    ArrayType getType() const override { return ArrayType::ENUM; }
-    vexa::data::MemoryLayout getMemoryLayout() const override {
-        return vexa::data::MemoryLayout::COLUMN_MAJOR;
-    }
-    vexa::data::detail::ReferenceImpl* createElementReference(std::size_t, const std::string&,
-                                                              bool) override {
-        return nullptr;
-    }
-    const std::vector<std::size_t>& getDimensions() const override { return dimensions_; }
-    std::size_t getNumberOfElements() const override { return 1; }
     std::string castToString(std::size_t index, const std::string&) const override {
         return getEnumName(index);
     }
-    bool isEmpty() const override { return false; }
-    std::uint64_t getArrayID() const override { return 1; }
-    void unshare() override {}
-    bool isEqual(const ArrayImpl*) const override { return false; }
     Enumeration* getElementAddress(std::size_t, const std::string&, bool) override { return nullptr; }
     void setElementValue(std::size_t, const std::string&, Enumeration) override {}
     const Enumeration* getTypedDataPtr() const override { return nullptr; }
     const char* getClassName() const override { return nullptr; }
     const char* getEnumNameAt(std::size_t) const override { return nullptr; }
-
-private:
-    std::vector<std::size_t> dimensions_{1, 1};
 };
 
 TEST(Enumerations, EndTheProcessWhenTheBackEndCannotTellNames) {

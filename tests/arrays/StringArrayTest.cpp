@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 #include <stdexcept>
 #include <string>
@@ -220,6 +221,21 @@ TEST(StringArrays, HoldWhatIsWrittenInAnyOrder) {
             olderExpected = expected;
         }
     }
+    // Overwritten texts were cleared away: what is left lies in a block of not much more than its own size.
+    const char16_t* first = nullptr;
+    const char16_t* last = nullptr;
+    std::size_t units = 0;
+    for (std::size_t k = 0; k < expected.size(); ++k) {
+        const char16_t* text = nullptr;
+        std::size_t length = 0;
+        detail::Access::impl(strings)->getStringElement(k, text, length);
+        if (length > 6) {
+            first = first == nullptr ? text : std::min(first, text);
+            last = std::max(last, text + length);
+            units += length;
+        }
+    }
+    EXPECT_LE(static_cast<std::size_t>(last - first), 2 * units + 16);
 }
 
 TEST(StringArrays, AreEqualWhenAllTextsAreThereAndEqual) {

@@ -1,4 +1,5 @@
 // Character arrays as text, and what may pass between narrow and UTF-16 text.
+#include "support/BareArray.hpp"
 #include "support/Throws.hpp"
 
 #include <foundation/vexadata/VexaData.hpp>
@@ -106,31 +107,12 @@ TEST(CharArrays, AreCharacterArraysOnly) {
 }
 
 /// A back-end that has characters but lends none.
-class NullText final : public vexa::data::impl::TypedArrayImpl<char16_t> {
+class NullText final
+    : public support::BareArray<vexa::data::impl::TypedArrayImpl<char16_t>, ArrayType::CHAR, 2> {
 public:
-    vexa::data::impl::ArrayImpl* sharedCopy() const override { return new NullText; }
-    vexa::data::detail::IteratorImpl* beginIterator(void*, bool) override { return nullptr; }
-    vexa::data::detail::IteratorImpl* endIterator(void*, bool) override { return nullptr; }
-    ArrayType getType() const override { return ArrayType::CHAR; }
-    vexa::data::MemoryLayout getMemoryLayout() const override {
-        return vexa::data::MemoryLayout::COLUMN_MAJOR;
-    }
-    vexa::data::detail::ReferenceImpl* createElementReference(std::size_t, const std::string&,
-                                                              bool) override {
-        return nullptr;
-    }
-    const std::vector<std::size_t>& getDimensions() const override { return dimensions_; }
-    std::size_t getNumberOfElements() const override { return 2; }
-    bool isEmpty() const override { return false; }
-    std::uint64_t getArrayID() const override { return 1; }
-    void unshare() override {}
-    bool isEqual(const ArrayImpl*) const override { return false; }
     char16_t* getElementAddress(std::size_t, const std::string&, bool) override { return nullptr; }
     void setElementValue(std::size_t, const std::string&, char16_t) override {}
     const char16_t* getTypedDataPtr() const override { return nullptr; }
-
-private:
-    std::vector<std::size_t> dimensions_{1, 2};
 };
 
 TEST(CharArrays, TellWhenTheBackEndLendsNoText) {

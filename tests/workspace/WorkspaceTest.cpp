@@ -188,10 +188,12 @@ TEST_F(Engine, ChangesNothingWhenASetFails) {
         message));
     EXPECT_EQ(number(workspace.getVariable("a")), 1);
     EXPECT_EQ(workspace.getVariableNames(), std::vector<std::string>{"a"});
-    for (const char* bad : {"", "_a", "a b", "a-b", "\xC3\xA9"}) {
+    for (const char* bad : {"", "1a", "a b", "a-b", "\xC3\xA9"}) {
         EXPECT_THROW(workspace.getVariable(bad), vexa::client::InvalidVariableNameException) << bad;
         EXPECT_THROW(workspace.clearVariable(bad), vexa::client::InvalidVariableNameException) << bad;
     }
+    workspace.setVariables({"_1"}, {factory.createScalar(1.5)});
+    EXPECT_EQ(number(workspace.getVariable("_1")), 1.5);
     const auto setup = [this] {
         auto fresh = std::make_unique<vexa::client::WorkspaceEngine>();
         fresh->workspace().setVariables({"a"}, {factory.createScalar(1.0)});
