@@ -13,7 +13,7 @@ bool isDigit(char c) noexcept { return c >= '0' && c <= '9'; }
 
 bool isIdentifier(const std::string& name) noexcept { return isVariableName(name) && name.front() != '_'; }
 
-bool isVariableName(const std::string& name) noexcept {
+bool isVariableName(std::string_view name) noexcept {
     return !name.empty() && !isDigit(name.front()) && std::all_of(name.begin(), name.end(), [](char c) {
         return isLetter(c) || isDigit(c) || c == '_';
     });

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstring>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -79,6 +80,6 @@ private:
 /// A letter followed by letters, digits and underscores.
 bool isIdentifier(const std::string& name) noexcept;
 /// Letters, digits and underscores, not a digit first.
-bool isVariableName(const std::string& name) noexcept;
+bool isVariableName(std::string_view name) noexcept;
 
 } // namespace vexa::client

@@ -7,6 +7,7 @@
 #include <vexa/data/detail/VariableInfoImplData.hpp>
 
 #include <algorithm>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -23,15 +24,29 @@ using data::impl::ArrayImpl;
 using fv::detail::Access;
 using Context = fv::InProcessCustomWorkspace::Context;
 
+/// Finds a name without making a `std::string` of it. Not `noexcept`: then the standard library keeps each hash in the table
+/// instead of computing it again at every step along a bucket.
+struct NameHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view name) const { return std::hash<std::string_view>()(name); }
+};
+
 /// The variables of a workspace, by their names.
 class Variables {
 public:
     /// Null when there is no such variable.
     const fv::Array* find(const char* name) const {
-        const auto found = values_.find(valid(name));
-        return found == values_.end() ? nullptr : &found->second;
+        const auto found = values_.find(textOf(name));
+        if (found == values_.end()) {
+            requireValid(name); // what is found is valid
+            return nullptr;
+        }
+        return &found->second;
     }
-    void erase(const char* name) { values_.erase(valid(name)); }
+    void erase(const char* name) {
+        requireValid(name);
+        values_.erase(std::string(name));
+    }
     std::vector<std::string> names() const {
         std::vector<std::string> sorted;
         sorted.reserve(values_.size());
@@ -43,9 +58,10 @@ public:
     }
 
     /// Everything that can fail happens before the first variable changes.
-    using Values = std::unordered_map<std::string, fv::Array>;
+    using Values = std::unordered_map<std::string, fv::Array, NameHash, std::equal_to<>>;
     static void stage(Values& staged, const char* name, fv::Array value) {
-        staged.insert_or_assign(valid(name), std::move(value));
+        requireValid(name);
+        staged.insert_or_assign(name, std::move(value));
     }
     void take(Values staged) {
         values_.reserve(values_.size() + staged.size());
@@ -61,12 +77,11 @@ public:
     }
 
 private:
-    static std::string valid(const char* name) {
-        std::string text = name == nullptr ? std::string() : name;
-        if (!isVariableName(text)) {
-            throw InvalidVariableNameException(text);
+    static std::string_view textOf(const char* name) noexcept { return name == nullptr ? "" : name; }
+    static void requireValid(const char* name) {
+        if (!isVariableName(textOf(name))) {
+            throw InvalidVariableNameException(std::string(textOf(name)));
         }
-        return text;
     }
 
     Values values_;
@@ -80,8 +95,9 @@ Variables& variablesOf(Context context) { return *reinterpret_cast<Variables*>(c
 template <class Visit>
 void forEachVariable(const ForwardIteratorImpl* begin, const ForwardIteratorImpl* end, Visit visit) {
     const auto it = Access::createSharedPtr(begin->clone());
+    auto& record = static_cast<VariableInfoImplData&>(*it->get()); // borrowed, one for all variables
     for (std::size_t k = 0; !it->equal(end); ++k, it->increment()) {
-        visit(static_cast<VariableInfoImplData&>(*it->get()), k); // borrowed
+        visit(record, k);
     }
 }
 

@@ -156,6 +156,53 @@ TEST_F(Command, matrixMarketFilesAreDescribedWithAPicture) {
               std::string::npos);
 }
 
+TEST_F(Command, filesBecomeVariablesThatAreListedAndShown) {
+    write("2 b.csv", "size,day,wet,kind\n1,x,true,p\n2.25,,false,p\n4,long,true,p\n");
+    write("a.mtx", "%%MatrixMarket matrix coordinate real general\n4 3 1\n2 3 1.5\n");
+    write("ragged.csv", "a,b\n1\n");
+    const Outcome list = run("'2 b.csv' ragged.csv a.mtx a.mtx --list");
+    EXPECT_EQ(list.status, 2);
+    EXPECT_EQ(list.err, "vexa-inspect: ragged.csv:2: expected 2 cells as in the header, found 1\n");
+    EXPECT_EQ(list.out, "name       class          dimensions  bytes\n"
+                        "a          sparse double         4x3     48\n"
+                        "a_2        sparse double         4x3     48\n"
+                        "x2_b       struct                1x1     49\n"
+                        "x2_b.size  double                3x1     24\n"
+                        "x2_b.day   string                3x1     10\n"
+                        "x2_b.wet   logical               3x1      3\n"
+                        "x2_b.kind  enumeration           3x1     12\n");
+    const Outcome show = run("-s x2_b '2 b.csv' -s a --precision 2 a.mtx");
+    EXPECT_EQ(show.status, 0);
+    EXPECT_EQ(show.out, "x2_b: 1x1 struct\n"
+                        "  size: 3x1 double\n"
+                        "    1\n"
+                        "    2.2\n"
+                        "    4\n"
+                        "  day: 3x1 string\n"
+                        "    \"x\"\n"
+                        "    <missing>\n"
+                        "    \"long\"\n"
+                        "  wet: 3x1 logical\n"
+                        "    1\n"
+                        "    0\n"
+                        "    1\n"
+                        "  kind: 3x1 enumeration kind\n"
+                        "    p\n"
+                        "    p\n"
+                        "    p\n"
+                        "\n"
+                        "a: 4x3 sparse double, 1 non-zero\n"
+                        "  [1][2]  1.5\n");
+    const Outcome both = run("'2 b.csv' -l -s x2_b.size --threshold 2");
+    EXPECT_NE(both.out.find("12\n\nx2_b.size: 3x1 double\n"), std::string::npos) << both.out;
+    expectComplaint("a.mtx --show b", "b: there is no variable \"b\"; --list shows all");
+    expectComplaint("a.mtx --show a.b", "a.b: the variable \"a\" has no columns");
+    expectComplaint("'2 b.csv' --show x2_b.Day",
+                    "x2_b.Day: the variable \"x2_b\" has no column \"Day\"; --list shows all");
+    const Outcome none = run("--list none.csv");
+    EXPECT_EQ(none.status, 2);
+}
+
 TEST_F(Command, badFileIsNamedAndTheOthersAreDescribed) {
     write("good.csv", "a\n1\n3\n");
     write("ragged.csv", "a,b\n1\n");

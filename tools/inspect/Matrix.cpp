@@ -7,6 +7,7 @@
 #include "Variable.hpp"
 
 #include <foundation/vexadata/ArrayFactory.hpp>
+#include <foundation/vexadata/Print.hpp>
 
 #include <algorithm>
 #include <cctype>
@@ -188,7 +189,7 @@ std::string describe(const Matrix& matrix) {
     TextTable table({left, left, left, right, right, right, right, right, right});
     table.addRow(
         {"type", "symmetry", "dimensions", "non-zeros", "density", "minimum", "median", "mean", "maximum"});
-    table.addRow({typeName(matrix.array), matrix.symmetry, dimensionText(matrix.array),
+    table.addRow({kindName(matrix.array.getType()), matrix.symmetry, dimensionText(matrix.array),
                   std::to_string(pieces.count),
                   elements == 0 ? "-" : percentage(static_cast<double>(pieces.count) / elements),
                   formatNumber(summary.minimum), formatNumber(summary.median), formatNumber(summary.mean),

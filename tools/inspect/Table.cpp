@@ -10,6 +10,8 @@
 #include "Variable.hpp"
 #include "Words.hpp"
 
+#include <foundation/vexadata/Print.hpp>
+
 #include <algorithm>
 #include <set>
 #include <utility>
@@ -111,7 +113,7 @@ std::vector<std::string> describeVariable(const Variable& variable, const Array&
     const std::string picture = barPicture(countBins(values, pictureWidth));
     const Summary summary = summarise(values);
     return {name,
-            typeName(array),
+            kindName(array.getType()),
             dimensionText(array),
             std::to_string(variable.missing),
             formatNumber(summary.minimum),

@@ -6,6 +6,8 @@
 #include <foundation/vexadata/BufferAccess.hpp>
 
 #include <cmath>
+#include <complex>
+#include <cstdint>
 #include <utility>
 
 namespace vexa::inspect {
@@ -15,7 +17,9 @@ using foundation::vexadata::ArrayFactory;
 using foundation::vexadata::ArrayType;
 using foundation::vexadata::EnumArray;
 using foundation::vexadata::Enumeration;
+using foundation::vexadata::SparseArray;
 using foundation::vexadata::String;
+using foundation::vexadata::StructArray;
 using foundation::vexadata::TypedArray;
 
 namespace {
@@ -54,6 +58,32 @@ Array makeStrings(TextBuffer& texts, ArrayFactory& factory) {
     auto strings = factory.createArray<String>({texts.size(), 1});
     fill(strings, texts, [](auto& element, std::string_view text) { element = toUtf16(text); });
     return strings;
+}
+
+std::size_t bytesOfTexts(const TypedArray<String>& strings) {
+    std::size_t units = 0;
+    for (const auto& element : strings)
+        if (element.has_value()) units += std::u16string(element).size();
+    return units * sizeof(char16_t);
+}
+
+template <class Iterator>
+std::size_t bytesOfAll(Iterator first, Iterator last) {
+    std::size_t bytes = 0;
+    for (; first != last; ++first)
+        bytes += bytesOf(*first);
+    return bytes;
+}
+
+template <class T>
+std::size_t bytesOfSparse(const SparseArray<T>& matrix) {
+    return matrix.getNumberOfNonZeroElements() * (sizeof(T) + sizeof(std::size_t)) +
+           (matrix.getCols() + 1) * sizeof(std::size_t);
+}
+
+/// Of the kinds that files are read into.
+std::size_t sizeOfNumber(ArrayType type) {
+    return type == ArrayType::DOUBLE ? sizeof(double) : type == ArrayType::LOGICAL ? sizeof(bool) : 0;
 }
 
 std::vector<double> presentNumbers(const TypedArray<double>& array) {
@@ -101,34 +131,32 @@ std::vector<std::string> presentWords(const Array& array) {
     return words;
 }
 
-std::string typeName(const Array& array) {
+std::size_t bytesOf(const Array& array) {
+    const std::size_t count = array.getNumberOfElements();
     switch (array.getType()) {
-    case ArrayType::DOUBLE:
-        return "double";
-    case ArrayType::LOGICAL:
-        return "logical";
     case ArrayType::STRING:
-        return "string";
+        return bytesOfTexts(array);
     case ArrayType::ENUM:
-        return "enumeration";
-    case ArrayType::SPARSE_DOUBLE:
-        return "sparse double";
+        return count * sizeof(std::uint32_t);
+    case ArrayType::CELL: {
+        const TypedArray<Array> cells = array;
+        return bytesOfAll(cells.begin(), cells.end());
+    }
+    case ArrayType::STRUCT: {
+        std::size_t bytes = 0;
+        for (const auto& record : StructArray(array))
+            bytes += bytesOfAll(record.begin(), record.end());
+        return bytes;
+    }
     case ArrayType::SPARSE_LOGICAL:
-        return "sparse logical";
+        return bytesOfSparse<bool>(array);
+    case ArrayType::SPARSE_DOUBLE:
+        return bytesOfSparse<double>(array);
     case ArrayType::SPARSE_COMPLEX_DOUBLE:
-        return "sparse complex double";
+        return bytesOfSparse<std::complex<double>>(array);
     default:
-        return "array";
+        return count * sizeOfNumber(array.getType());
     }
-}
-
-std::string dimensionText(const Array& array) {
-    std::string text;
-    for (const std::size_t extent : array.getDimensions()) {
-        if (!text.empty()) text += 'x';
-        text += std::to_string(extent);
-    }
-    return text;
 }
 
 } // namespace vexa::inspect

@@ -22,10 +22,8 @@ std::vector<double> presentValues(const foundation::vexadata::Array& array);
 /// The names of the members of an enumeration array, without the elements that have none.
 std::vector<std::string> presentWords(const foundation::vexadata::Array& array);
 
-/// "double", "logical", "string", "enumeration", "sparse double" ...
-std::string typeName(const foundation::vexadata::Array& array);
-
-/// "1461x1".
-std::string dimensionText(const foundation::vexadata::Array& array);
+/// Bytes that the elements of an array take: text as UTF-16, a member of an enumeration as four bytes, a sparse matrix with its
+/// indices, cells and fields with all that is in them.
+std::size_t bytesOf(const foundation::vexadata::Array& array);
 
 } // namespace vexa::inspect

@@ -1,5 +1,6 @@
 // The command vexa-inspect.
 
+#include "Catalogue.hpp"
 #include "InputError.hpp"
 #include "Inspect.hpp"
 #include "Memory.hpp"
@@ -33,7 +34,10 @@ constexpr const char* description =
     R"(Describes data files. Of delimited text every column gets a line: name, type,
 dimensions, missing cells, minimum, median, mean, maximum and a picture of the
 distribution from minimum to maximum. Of a Matrix Market file: type, symmetry,
-dimensions, non-zeros, density and a picture of where they are.)";
+dimensions, non-zeros, density and a picture of where they are.
+
+With --list or --show, the files become variables of a workspace instead, each
+named after its file.)";
 
 constexpr const char* notes =
     R"(Delimited text is UTF-8: a line of column names, then rows with as many cells.
@@ -59,6 +63,10 @@ A Matrix Market file is told by its first line, %%MatrixMarket. It is read in
 coordinate form: real, integer, complex or pattern; general, symmetric,
 skew-symmetric or hermitian.
 
+A variable is called like its file without the ending; what cannot stand in a
+name becomes an underscore, and a second file of the same name gets _2. The bytes
+that --list tells are those of the elements, text as UTF-16.
+
 A file that cannot be read gets one line on standard error and none on standard
 output; the other files are still described. Exit status: 0, or 2 if anything
 was wrong.)";
@@ -66,6 +74,9 @@ was wrong.)";
 struct CommandLine {
     std::vector<std::string> files;
     Options options;
+    bool list = false;
+    std::vector<std::string> show;
+    foundation::vexadata::PrintOptions print;
 };
 
 void complain(const std::string& message) {
@@ -81,7 +92,8 @@ std::string located(const std::string& file, const InputError& error) {
 
 /// Throws CLI::ParseError, which is also how help and version end the parsing.
 CommandLine parseCommandLine(CLI::App& app, int argc, char** argv) {
-    CommandLine commandLine{{}, {std::nullopt, availableMemory()}};
+    CommandLine commandLine;
+    commandLine.options.maxMemory = availableMemory();
     std::string delimiter;
     app.add_option("FILE", commandLine.files, "Files to describe; - is standard input")->type_name("");
     app.add_option("-d,--delimiter", delimiter, "comma, semicolon or tab, instead of detecting it")
@@ -92,6 +104,19 @@ CommandLine parseCommandLine(CLI::App& app, int argc, char** argv) {
         ->transform(CLI::AsSizeValue(true).description(""))
         ->type_name("SIZE")
         ->default_str("");
+    app.add_flag("-l,--list", commandLine.list, "Print name, class, dimensions and bytes of every variable");
+    app.add_option("-s,--show", commandLine.show,
+                   "Print the values of the variable NAME, or of a column of it: NAME.COLUMN")
+        ->type_name("NAME")
+        ->allow_extra_args(false);
+    app.add_option("--precision", commandLine.print.precision, "Significant digits of the values")
+        ->check(CLI::Range(1, 17).description(""))
+        ->type_name("DIGITS")
+        ->capture_default_str();
+    app.add_option("--threshold", commandLine.print.threshold,
+                   "Most values of a variable of which none is left out")
+        ->type_name("COUNT")
+        ->capture_default_str();
     app.set_version_flag("--version", "vexa-inspect " VEXADATA_VERSION, "Print the version and exit");
     app.parse(argc, argv);
     // Not CLI11's own requirement: that one hides a mistyped option.
@@ -100,14 +125,10 @@ CommandLine parseCommandLine(CLI::App& app, int argc, char** argv) {
     return commandLine;
 }
 
-std::string inspectFile(const std::string& file, const Options& options, bool withHeading) {
+Dataset loadFile(const std::string& file, const Options& options) {
     Source source(file);
-    const Dataset data = [&] {
-        Progress progress(::isatty(STDERR_FILENO) == 1 ? &std::cerr : nullptr, source.size());
-        return load(source, options, progress);
-    }();
-    if (!withHeading) return describe(data);
-    return printable(displayName(file)) + ": " + heading(data) + "\n" + describe(data);
+    Progress progress(::isatty(STDERR_FILENO) == 1 ? &std::cerr : nullptr, source.size());
+    return load(source, options, progress);
 }
 
 bool write(const std::string& text) {
@@ -118,29 +139,37 @@ bool write(const std::string& text) {
     return false;
 }
 
-/// The description of a file, or nothing after a complaint.
-std::string inspectOrComplain(const std::string& file, const Options& options, bool withHeading) {
+/// Does `task`, which is about `name`; false after a complaint.
+template <class Task>
+bool doOrComplain(const std::string& name, Task task) {
     try {
-        return inspectFile(file, options, withHeading);
+        task();
+        return true;
     } catch (const InputError& error) {
-        complain(located(file, error));
+        complain(located(name, error));
     } catch (const std::bad_alloc&) {
-        complain(displayName(file) + ": not enough memory");
+        complain(displayName(name) + ": not enough memory");
     } catch (const std::exception& error) {
-        complain(displayName(file) + ": " + error.what());
+        complain(displayName(name) + ": " + error.what());
     } catch (const foundation::vexadata::Exception& error) {
-        complain(displayName(file) + ": " + error.what());
+        complain(displayName(name) + ": " + error.what());
     }
-    return {};
+    return false;
 }
 
-int run(const CommandLine& commandLine) {
+/// Describes one file after the other, so that the contents of one alone are in memory.
+int describeFiles(const CommandLine& commandLine) {
     int status = success;
     const bool several = commandLine.files.size() > 1;
     bool first = true;
     for (const std::string& file : commandLine.files) {
-        const std::string text = inspectOrComplain(file, commandLine.options, several);
-        if (text.empty()) {
+        std::string text;
+        const bool done = doOrComplain(file, [&] {
+            const Dataset data = loadFile(file, commandLine.options);
+            if (several) text = printable(displayName(file)) + ": " + heading(data) + "\n";
+            text += describe(data);
+        });
+        if (!done) {
             status = failure;
             continue;
         }
@@ -148,6 +177,34 @@ int run(const CommandLine& commandLine) {
         first = false;
     }
     return status;
+}
+
+/// Loads all files as variables, then lists them and shows those that are asked for.
+int showVariables(const CommandLine& commandLine) {
+    int status = success;
+    std::vector<Catalogue::Entry> entries;
+    for (const std::string& file : commandLine.files)
+        if (!doOrComplain(file, [&] { entries.push_back({file, loadFile(file, commandLine.options)}); }))
+            status = failure;
+
+    const Catalogue catalogue(std::move(entries));
+    if (commandLine.list && !write(catalogue.list())) return failure;
+    bool first = !commandLine.list;
+    for (const std::string& name : commandLine.show) {
+        std::string text;
+        if (!doOrComplain(name, [&] { text = catalogue.show(name, commandLine.print); })) {
+            status = failure;
+            continue;
+        }
+        if (!write(first ? text : "\n" + text)) return failure;
+        first = false;
+    }
+    return status;
+}
+
+int run(const CommandLine& commandLine) {
+    const bool asVariables = commandLine.list || !commandLine.show.empty();
+    return asVariables ? showVariables(commandLine) : describeFiles(commandLine);
 }
 
 } // namespace

@@ -9,6 +9,7 @@
 #include <foundation/vexadata/EnumArray.hpp>
 #include <foundation/vexadata/Exception.hpp>
 #include <foundation/vexadata/InProcessCustomWorkspace.hpp>
+#include <foundation/vexadata/Print.hpp>
 #include <foundation/vexadata/SparseArray.hpp>
 #include <foundation/vexadata/StructArray.hpp>
 #include <foundation/vexadata/TypedArray.hpp>

@@ -1,0 +1,122 @@
+#include "Elements.hpp"
+
+#include "Numbers.hpp"
+#include "Text.hpp"
+
+#include <foundation/vexadata/SparseArray.hpp>
+#include <foundation/vexadata/StringElement.hpp>
+
+#include <cstdint>
+#include <ostream>
+
+namespace foundation::vexadata::print {
+
+namespace {
+
+/// Calls `visit(T())` with the element type of a primitive kind.
+template <class... T>
+struct Types {
+    template <class Visit>
+    static void visit(ArrayType type, Visit visit) {
+        (void)((detail::arrayTypeOf<T> == type && (visit(T()), true)) || ...);
+    }
+};
+using Primitives =
+    Types<bool, char16_t, double, float, std::int8_t, std::uint8_t, std::int16_t, std::uint16_t, std::int32_t,
+          std::uint32_t, std::int64_t, std::uint64_t, std::complex<double>, std::complex<float>,
+          std::complex<std::int8_t>, std::complex<std::uint8_t>, std::complex<std::int16_t>,
+          std::complex<std::uint16_t>, std::complex<std::int32_t>, std::complex<std::uint32_t>,
+          std::complex<std::int64_t>, std::complex<std::uint64_t>>;
+
+std::string valueText(char16_t unit, const PrintOptions&) { return quoted({&unit, 1}, '\'', 1); }
+template <class T>
+std::string valueText(const T& value, const PrintOptions& options) {
+    return numberText(value, options.precision);
+}
+
+template <class T>
+std::string storedTextOf(const Array& sparse, std::size_t index, const PrintOptions& options) {
+    const SparseArray<T> matrix = sparse;
+    return valueText(*(matrix.begin() + static_cast<std::ptrdiff_t>(index)), options);
+}
+
+std::string nameOrNone(std::string name) { return name.empty() ? "<none>" : name; }
+
+} // namespace
+
+Alignment alignmentOf(ArrayType type) noexcept {
+    switch (type) {
+    case ArrayType::CHAR:
+    case ArrayType::STRING:
+    case ArrayType::ENUM:
+        return Alignment::left;
+    default:
+        return type >= ArrayType::COMPLEX_DOUBLE ? Alignment::right : Alignment::number;
+    }
+}
+
+bool isScalarKind(ArrayType type) noexcept {
+    return detail::isPrimitive(type) || type == ArrayType::STRING || type == ArrayType::ENUM;
+}
+
+std::string elementText(ArrayImpl& array, std::size_t index, const PrintOptions& options) {
+    const ArrayType type = array.getType();
+    if (type == ArrayType::STRING) {
+        const String text = detail::stringOf(array, index);
+        return text ? quoted(*text, '"', options.width) : "<missing>";
+    }
+    if (type == ArrayType::ENUM) {
+        return nameOrNone(array.castToString(index, detail::noFieldName));
+    }
+    std::string text;
+    Primitives::visit(type, [&](auto zero) {
+        text = valueText(detail::readElement<decltype(zero)>(array, index, detail::noFieldName), options);
+    });
+    return text;
+}
+
+std::string storedText(const Array& sparse, std::size_t index, const PrintOptions& options) {
+    switch (sparse.getType()) {
+    case ArrayType::SPARSE_LOGICAL:
+        return storedTextOf<bool>(sparse, index, options);
+    case ArrayType::SPARSE_DOUBLE:
+        return storedTextOf<double>(sparse, index, options);
+    default:
+        return storedTextOf<std::complex<double>>(sparse, index, options);
+    }
+}
+
+namespace {
+
+/// A number as the stream would write it.
+template <class T>
+void write(std::ostream& stream, const T& value) {
+    if constexpr (std::is_same_v<T, char16_t>) {
+        stream << toUtf8({&value, 1});
+    } else if constexpr (detail::isComplexElement<T>) {
+        stream << numberText(value, static_cast<int>(stream.precision()));
+    } else if constexpr (sizeof(T) == 1 && !std::is_same_v<T, bool>) {
+        stream << static_cast<int>(value);
+    } else {
+        stream << value;
+    }
+}
+
+} // namespace
+
+void writeScalar(std::ostream& stream, const detail::ElementPosition& element) {
+    ArrayImpl& array = *element.array();
+    const std::size_t index = element.linearIndex();
+    if (array.getType() == ArrayType::STRING) {
+        const String text = detail::stringOf(array, index);
+        stream << (text ? toUtf8(*text) : "<missing>");
+    } else if (array.getType() == ArrayType::ENUM) {
+        stream << nameOrNone(array.castToString(index, detail::noFieldName));
+    } else {
+        Primitives::visit(array.getType(), [&](auto zero) {
+            write(stream, detail::readElement<decltype(zero)>(array, index, detail::noFieldName));
+        });
+    }
+}
+
+} // namespace foundation::vexadata::print

@@ -1,0 +1,39 @@
+// The contents of files as the variables of a workspace.
+#pragma once
+
+#include "Inspect.hpp"
+
+#include <foundation/vexadata/Array.hpp>
+#include <foundation/vexadata/Print.hpp>
+#include <vexa/client/Workspace.hpp>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace vexa::inspect {
+
+class Catalogue {
+public:
+    /// Stores the contents of each file as a variable named after the file: a table as a struct of columns, a matrix as it is.
+    /// Files of the same name get numbers.
+    struct Entry {
+        std::string file;
+        Dataset data;
+    };
+    explicit Catalogue(std::vector<Entry> entries);
+
+    /// A line of titles and one for each variable: name, class, dimensions, bytes. The columns of a table follow it, by names that
+    /// `show` takes.
+    std::string list() const;
+
+    /// The values of a variable, or of a field of one: "weather" or "weather.wind". Throws InputError for an unknown name.
+    std::string show(const std::string& name, const foundation::vexadata::PrintOptions& options) const;
+
+private:
+    foundation::vexadata::Array find(const std::string& name) const;
+
+    mutable client::WorkspaceEngine engine_;
+};
+
+} // namespace vexa::inspect
