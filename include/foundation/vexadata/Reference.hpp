@@ -48,7 +48,8 @@ protected:
 };
 
 /// A writable element of a primitive array. Valid while the array handle that it came from lives, is not reassigned and is
-/// not made private by a later write.
+/// not made private by a later write; inside cells and fields also only while no array on the way to it is replaced or
+/// shared with another handle. The index is tested when the reference is formed, not again.
 template <class T>
 class Reference : public detail::ComplexComparison<Reference<T>, T, detail::isComplexElement<T>>,
                   public detail::CompoundAssignment<Reference<T>, T> {
