@@ -108,11 +108,11 @@ data::impl::ObjectImpl* Factory::createValueObjectImpl(data::impl::ClassInfoImpl
 
 ArrayImpl* Factory::createValueObjectScalarImpl(data::impl::ObjectImpl* object) {
     if (const auto* instance = dynamic_cast<const Instance*>(object)) {
-        const ClassDescription& description = instance->description();
-        description.retain();
+        instance->description().retain();
+        auto description = fv::detail::Access::createSharedPtr(&instance->description());
         object->retain();
         const fv::HandleObjectRef handle(object);
-        return new ObjectArray({1, 1}, fv::detail::Access::createSharedPtr(&description), handle);
+        return new ObjectArray({1, 1}, std::move(description), handle);
     }
     return new ObjectArray(fv::ArrayType::VALUE_OBJECT, {1, 1}); // an empty handle, which no class describes
 }

@@ -7,6 +7,7 @@
 #include <vexa/data/detail/VariableInfoImplData.hpp>
 
 #include <algorithm>
+#include <cstring>
 #include <functional>
 #include <memory>
 #include <string>
@@ -47,15 +48,18 @@ public:
         requireValid(name);
         values_.erase(std::string(name));
     }
-    std::vector<std::string> names() const {
-        std::vector<std::string> sorted;
-        sorted.reserve(values_.size());
+    /// The names in alphabetical order, until they are taken back. A caller that fails in between leaves them to the next.
+    const std::vector<const char*>& lend() {
+        lent_.clear();
+        lent_.reserve(values_.size());
         for (const auto& [name, value] : values_) {
-            sorted.push_back(name);
+            lent_.push_back(name.c_str());
         }
-        std::sort(sorted.begin(), sorted.end());
-        return sorted;
+        std::sort(lent_.begin(), lent_.end(),
+                  [](const char* a, const char* b) { return std::strcmp(a, b) < 0; });
+        return lent_;
     }
+    void takeBack() noexcept { lent_ = {}; }
 
     /// Everything that can fail happens before the first variable changes.
     using Values = std::unordered_map<std::string, fv::Array, NameHash, std::equal_to<>>;
@@ -85,6 +89,7 @@ private:
     }
 
     Values values_;
+    std::vector<const char*> lent_; // point into the keys
 };
 
 namespace {
@@ -134,23 +139,15 @@ void setVariables(Context context, ForwardIteratorImpl* begin, ForwardIteratorIm
 
 void deleteVariable(Context context, const char* name) { variablesOf(context).erase(name); }
 
-struct NameList {
-    std::vector<std::string> names;
-    std::vector<const char*> pointers;
-};
-
 const char* const* listNames(Context context, std::size_t& count, void*& token) {
-    auto list = std::make_unique<NameList>();
-    list->names = variablesOf(context).names();
-    for (const std::string& name : list->names) {
-        list->pointers.push_back(name.c_str());
-    }
-    count = list->names.size();
-    token = list.get();
-    return list.release()->pointers.data();
+    Variables& variables = variablesOf(context);
+    const std::vector<const char*>& names = variables.lend();
+    count = names.size();
+    token = &variables;
+    return names.data();
 }
 
-void freeNames(void* token) { delete static_cast<NameList*>(token); }
+void freeNames(void* token) { static_cast<Variables*>(token)->takeBack(); }
 
 } // namespace
 

@@ -3,8 +3,8 @@
 #include "Numbers.hpp"
 #include "Text.hpp"
 
-#include <foundation/vexadata/SparseArray.hpp>
 #include <foundation/vexadata/StringElement.hpp>
+#include <foundation/vexadata/TypedIterator.hpp>
 
 #include <cstdint>
 #include <ostream>
@@ -36,8 +36,9 @@ std::string valueText(const T& value, const PrintOptions& options) {
 
 template <class T>
 std::string storedTextOf(const Array& sparse, std::size_t index, const PrintOptions& options) {
-    const SparseArray<T> matrix = sparse;
-    return valueText(*(matrix.begin() + static_cast<std::ptrdiff_t>(index)), options);
+    // Not through `SparseArray`, whose iterators end the process where memory runs out.
+    TypedIterator<const T> stored(detail::Access::impl(sparse)->beginIterator(nullptr, false));
+    return valueText(*(stored + static_cast<std::ptrdiff_t>(index)), options);
 }
 
 std::string nameOrNone(std::string name) { return name.empty() ? "<none>" : name; }

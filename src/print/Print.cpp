@@ -72,7 +72,7 @@ const char* kindName(ArrayType type) noexcept {
 
 std::string dimensionText(const Array& array) {
     std::string text;
-    for (const std::size_t extent : array.getDimensions()) {
+    for (const std::size_t extent : detail::Access::impl(array)->getDimensions()) { // the handle copies them
         text += text.empty() ? "" : "x";
         text += std::to_string(extent);
     }

@@ -97,7 +97,7 @@ GridCell cellOf(std::string text, Alignment alignment) {
 }
 
 bool isRowOfCharacters(const Array& array) {
-    const Dimensions dimensions = array.getDimensions();
+    const Dimensions& dimensions = detail::Access::impl(array)->getDimensions();
     return array.getType() == ArrayType::CHAR && dimensions.size() == 2 && dimensions[0] == 1;
 }
 

@@ -18,7 +18,8 @@ struct Counters {
     bool counting = false;
     bool fired = false;
     std::size_t allocations = 0;
-    std::size_t failing = std::numeric_limits<std::size_t>::max();
+    std::size_t firstFailing = std::numeric_limits<std::size_t>::max();
+    std::size_t lastFailing = std::numeric_limits<std::size_t>::max();
     std::ptrdiff_t live = 0;
 };
 
@@ -30,7 +31,8 @@ bool admit() noexcept {
     if (!counters.counting) {
         return true;
     }
-    if (++counters.allocations == counters.failing) {
+    ++counters.allocations;
+    if (counters.allocations >= counters.firstFailing && counters.allocations <= counters.lastFailing) {
         counters.fired = true;
         return false;
     }
@@ -176,7 +178,12 @@ void AllocationCountdown::stop() noexcept { counters.counting = false; }
 void AllocationCountdown::failAt(std::size_t number) noexcept {
     counters.allocations = 0;
     counters.fired = false;
-    counters.failing = number;
+    counters.firstFailing = number;
+    counters.lastFailing = number;
+}
+void AllocationCountdown::failFrom(std::size_t number) noexcept {
+    failAt(number);
+    counters.lastFailing = std::numeric_limits<std::size_t>::max();
 }
 std::size_t AllocationCountdown::allocations() noexcept { return counters.allocations; }
 std::ptrdiff_t AllocationCountdown::liveBlocks() noexcept { return counters.live; }

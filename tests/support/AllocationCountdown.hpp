@@ -20,6 +20,8 @@ public:
     static void stop() noexcept;
     /// Lets allocation number `number` (1 is the next one) fail, once.
     static void failAt(std::size_t number) noexcept;
+    /// Lets allocation number `number` and all after it fail.
+    static void failFrom(std::size_t number) noexcept;
     static void disarm() noexcept { failAt(std::numeric_limits<std::size_t>::max()); }
 
     /// Allocations since `start` or the last `failAt`, the failed one included.
@@ -44,10 +46,9 @@ std::size_t countAllocations(Operation&& operation) {
 
 enum class Outcome { succeeded, badAlloc, otherError };
 
-/// Runs `operation` with its `number`-th allocation failing.
+/// Runs `operation` and tells how it ended.
 template <class Operation>
-Outcome attempt(std::size_t number, Operation&& operation) {
-    AllocationCountdown::failAt(number);
+Outcome outcomeOf(Operation&& operation) {
     Outcome outcome = Outcome::succeeded;
     try {
         operation();
@@ -76,7 +77,8 @@ void sweep(Setup&& setup, Operation&& operation, Check&& check) {
         bool fired = false;
         {
             auto state = setup();
-            outcome = attempt(number, [&] { operation(state); });
+            AllocationCountdown::failAt(number);
+            outcome = outcomeOf([&] { operation(state); });
             fired = AllocationCountdown::fired();
             AllocationCountdown::disarm();
             if (outcome != Outcome::succeeded) {
