@@ -1,5 +1,4 @@
 // Whole buffers: read access that keeps the array alive, and handing the elements over.
-#include "support/AllocationCountdown.hpp"
 #include "support/RecordingArray.hpp"
 #include "support/Throws.hpp"
 
@@ -144,26 +143,6 @@ TEST_F(Buffers, TravelThroughArraysWithoutACopy) {
 
     auto cells = factory.createArray<Array>({1, 1});
     EXPECT_TRUE(throwsExactly<InvalidArrayTypeException>([&] { cells.release(); }, "Invalid Array type"));
-}
-
-TEST_F(Buffers, LoseNothingWhenMemoryRunsOut) {
-    const auto setup = [] { return numbers(); };
-    const auto unchanged = [](TypedArray<double>& array) {
-        EXPECT_FALSE(array.isShared());
-        EXPECT_EQ(std::as_const(array)[2], 3.0);
-    };
-    support::sweep(
-        setup, [](TypedArray<double>& array) { getBufferPtr(array); }, unchanged);
-    support::sweep(
-        setup, [](TypedArray<double>& array) { getBufferPtr(static_cast<Array&>(array)); }, unchanged);
-    support::sweep(
-        setup, [](TypedArray<double>& array) { array.release(); }, unchanged);
-    struct Pair {
-        TypedArray<double> array = numbers();
-        TypedArray<double> other = array;
-    };
-    support::sweep([] { return Pair(); }, [](Pair& pair) { pair.array.release(); },
-                   [](Pair& pair) { EXPECT_EQ(std::as_const(pair.array)[2], 3.0); });
 }
 
 } // namespace

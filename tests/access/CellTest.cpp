@@ -1,5 +1,4 @@
 // Cells: arrays held by elements, reached through references, queried, written in place, walked and stored.
-#include "support/AllocationCountdown.hpp"
 #include "support/LiveObjects.hpp"
 #include "support/RecordingArray.hpp"
 #include "support/Throws.hpp"
@@ -375,40 +374,6 @@ TEST_F(Cells, AskTheBackEndInOrder) {
     EXPECT_EQ(made.log->take(), (std::vector<std::string>{"unshare()", "assignElementArray(1, \"\")"}));
     held = Array(out);
     EXPECT_EQ(made.log->take(), (std::vector<std::string>{"unshare()", "assignElementArray(0, \"\")"}));
-}
-
-TEST_F(Cells, LoseNothingWhenMemoryRunsOut) {
-    struct State {
-        Cell cell = threeCells();
-        Cell copy = cell;
-        TypedArray<double> held = cell[0];
-    };
-    const auto setup = [] { return std::make_unique<State>(); };
-    const auto copiesUnchanged = [](std::unique_ptr<State>& state) {
-        EXPECT_EQ(firstOf(state->copy, 0), 1.0);
-        EXPECT_EQ(firstOf(state->cell, 0), 1.0);
-        EXPECT_EQ(state->held[0][0], 1.0);
-    };
-    support::sweep(
-        setup,
-        [](std::unique_ptr<State>& state) {
-            Reference<Array> reference = state->cell[0];
-            reference[0][0] = 5.0;
-        },
-        copiesUnchanged);
-    support::sweep(
-        setup,
-        [](std::unique_ptr<State>& state) {
-            Reference<Array> reference = state->cell[0];
-            const auto range = getWritableElements<double>(reference);
-            *range.begin() = 5.0;
-        },
-        copiesUnchanged);
-    support::sweep(
-        setup, [](std::unique_ptr<State>& state) { state->cell[0] = state->cell; }, copiesUnchanged);
-    support::sweep(
-        setup, [](std::unique_ptr<State>& state) { TypedArray<double> out = state->cell[0]; },
-        copiesUnchanged);
 }
 
 } // namespace

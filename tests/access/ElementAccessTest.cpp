@@ -246,23 +246,4 @@ TEST(ElementHandles, AreSmallAndAllocateNothing) {
     EXPECT_GT(support::countAllocations([&] { Reference<double> named = matrix[1][1]; }), 0U);
 }
 
-TEST(ElementHandles, KeepTheirPromisesWhenMemoryRunsOut) {
-    const auto setup = [] { return ArrayFactory().createArray<double>({2, 2, 2, 2}); };
-    // The fourth index needs a shared chain, and naming one too.
-    support::sweep(
-        setup, [](TypedArray<double>& a) { a[1][1][1][1] = 5.0; },
-        [](TypedArray<double>& a) { EXPECT_EQ(std::as_const(a).begin()[15], 0.0); });
-    support::sweep(
-        setup,
-        [](TypedArray<double>& a) {
-            auto element = a[1][0];
-            Reference<double> named = element[0][1];
-            named = 7.0;
-        },
-        [](TypedArray<double>& a) {
-            EXPECT_FALSE(a.isShared());
-            EXPECT_EQ(std::as_const(a).begin()[9], 0.0);
-        });
-}
-
 } // namespace

@@ -1,5 +1,4 @@
 // Enumeration arrays.
-#include "support/AllocationCountdown.hpp"
 #include "support/BareArray.hpp"
 #include "support/Throws.hpp"
 
@@ -121,21 +120,6 @@ TEST(Enumerations, EndTheProcessWhenTheBackEndCannotTellNames) {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(static_cast<void>(array[0] == "x"), testing::KilledBySignal(SIGABRT), "");
     EXPECT_EXIT(static_cast<void>(array.getClassName()), testing::KilledBySignal(SIGABRT), "");
-}
-
-TEST(Enumerations, LoseNothingWhenMemoryRunsOut) {
-    support::sweep([] { return colors(); },
-                   [](EnumArray& array) {
-                       const EnumArray shared = array;
-                       array[0] = "Green";
-                   },
-                   [](EnumArray& array) { EXPECT_TRUE(array[0] == "Red" && array[1] == "Green"); });
-    support::sweep(
-        [] {
-            return ArrayFactory().createEnumArray({2, 1}, "Colors");
-        },
-        [](EnumArray& array) { array[1] = "a name that needs a block of its own"; },
-        [](EnumArray& array) { EXPECT_TRUE(array[1] == ""); });
 }
 
 } // namespace

@@ -256,19 +256,4 @@ TEST(StringArrays, AreEqualWhenAllTextsAreThereAndEqual) {
         "Array index is out of range"));
 }
 
-TEST(StringArrays, LoseNothingWhenMemoryRunsOut) {
-    const auto setup = [] { return std::pair<Strings, Strings>(samples(), samples()); };
-    support::sweep(
-        setup,
-        [](std::pair<Strings, Strings>& state) {
-            const Strings shared = state.first;
-            state.first[0] = u"another text that is long";
-            state.second[3] = u"yet another text that is long";
-        },
-        [](std::pair<Strings, Strings>& state) {
-            EXPECT_TRUE(state.first[0] == "x" || state.first[0] == "another text that is long");
-            EXPECT_TRUE(state.second[3] == "a text of more than six");
-        });
-}
-
 } // namespace

@@ -1,5 +1,4 @@
 // Struct arrays: fields, records, and what a write copies.
-#include "support/AllocationCountdown.hpp"
 #include "support/Throws.hpp"
 
 #include <foundation/vexadata/VexaData.hpp>
@@ -248,38 +247,6 @@ TEST_F(Structs, AreEqualByFieldsAndValues) {
     EXPECT_NE(factory.createStructArray({1, 1}, {"a", "b"}), factory.createStructArray({1, 1}, {"b", "a"}));
     EXPECT_THROW(StructArray(Array(factory.createScalar(1.0))), InvalidArrayTypeException);
     EXPECT_EQ(factory.createArray<StructElement>({2, 2}).getType(), ArrayType::STRUCT);
-}
-
-TEST_F(Structs, LoseNothingWhenMemoryRunsOut) {
-    const auto setup = [this] {
-        StructArray fresh = factory.createStructArray({1, 2}, {"a", "b"});
-        fresh[0]["a"] = factory.createArray<double>({1, 2}, {1.0, 2.0});
-        return std::pair<StructArray, StructArray>(fresh, fresh);
-    };
-    using State = std::pair<StructArray, StructArray>;
-    const auto unchanged = [](State& state) {
-        EXPECT_EQ(double(std::as_const(state.first)[0]["a"][1]), 2.0);
-        EXPECT_EQ(double(std::as_const(state.second)[0]["a"][1]), 2.0);
-    };
-    support::sweep(
-        setup, [](State& state) { state.first[0]["a"][1] = 5.0; }, unchanged);
-    support::sweep(
-        setup, [](State& state) { state.first[0] = state.second[1]; }, unchanged);
-    support::sweep(
-        setup, [](State& state) { state.first[0]["a"] = state.first; }, unchanged);
-    support::sweep(
-        setup,
-        [](State& state) {
-            for (auto value : state.first[0]) {
-                value = Array();
-            }
-        },
-        [](State&) {});
-    support::sweep([] { return 0; },
-                   [this](int) {
-                       factory.createStructArray({3, 3}, {"a", "b", "a_name_that_needs_a_block_of_its_own"});
-                   },
-                   [](int) {});
 }
 
 } // namespace

@@ -1,5 +1,4 @@
 // What the factory checks, what it passes to the back-end, and who frees buffers.
-#include "support/AllocationCountdown.hpp"
 #include "support/RecordingArray.hpp"
 #include "support/Throws.hpp"
 
@@ -185,45 +184,6 @@ TEST_F(Factory, RefusesWhatTheEmbeddedBackEndCannotHold) {
             plain.createArray<Array>({half, half / 2});
         },
         "std::bad_alloc")); // no std::length_error
-}
-
-TEST_F(Factory, LosesNothingWhenMemoryRunsOut) {
-    struct State {
-        ArrayFactory factory;
-        std::vector<TypedArray<double>> made;
-        TypedArray<double> before = factory.createArray<double>({20, 20});
-        Array share = before;
-        buffer_ptr<double> buffer{new double[2](), &countFree};
-    };
-    const auto setup = [] { return std::make_unique<State>(); };
-    const auto unchanged = [](const std::unique_ptr<State>& state) {
-        EXPECT_EQ(detail::Access::impl(state->before), detail::Access::impl(state->share));
-        EXPECT_EQ(state->before.getNumberOfElements(), 400U);
-    };
-    using Operation = void (*)(std::unique_ptr<State>&);
-    const Operation operations[] = {
-        [](std::unique_ptr<State>& s) {
-            s->factory.createArray<double>({2, 2});
-        },
-        [](std::unique_ptr<State>& s) {
-            s->factory.createArray<double>({200, 200});
-        },
-        [](std::unique_ptr<State>& s) {
-            s->factory.createArray<double>({2, 2}, {1, 2, 3, 4});
-        },
-        [](std::unique_ptr<State>& s) { s->factory.createScalar(1.0); },
-        [](std::unique_ptr<State>& s) {
-            s->factory.createArrayFromBuffer<double>({2}, std::move(s->buffer));
-        },
-        [](std::unique_ptr<State>& s) {
-            s->factory.createArray<Array>({3, 3});
-        },
-        [](std::unique_ptr<State>& s) { s->before.release(); },
-    };
-    for (std::size_t k = 0; k < std::size(operations); ++k) {
-        SCOPED_TRACE(k);
-        support::sweep(setup, operations[k], unchanged);
-    }
 }
 
 } // namespace

@@ -25,6 +25,10 @@ const Family factory{
          [](World& w) {
              use(w.factory.createArray<double>({2, 2}));
          }},
+        {"createArray<double> large",
+         [](World& w) {
+             use(w.factory.createArray<double>({200, 200}));
+         }},
         {"createArray<double> list",
          [](World& w) {
              use(w.factory.createArray<double>({1, 2}, {1, 2}));
@@ -187,6 +191,11 @@ const Family texts{
          }},
         {"read a member", [](World& w) { use(w.members[1].getName()); }},
         {"write a member", [](World& w) { w.members[1] = "sun"; }},
+        {"learn a member",
+         [](World& w) {
+             auto learning = w.factory.createEnumArray({1, 1}, "Sky");
+             learning[0] = "a name that needs a block of its own";
+         }},
         {"write a member's element", [](World& w) { w.members[1] = w.members[0]; }},
         {"walk members",
          [](World& w) {
@@ -428,19 +437,43 @@ const std::vector<Family>& families() {
     return all;
 }
 
-const std::vector<Operation>& endingOperations() {
+namespace {
+
+const Operation sparseBegin{"SparseArray::begin", [](World& w) { use(w.sparse.begin()); }};
+const Operation sparseEnd{"SparseArray::end", [](World& w) { use(w.sparse.end()); }};
+const Operation sparseCbegin{"SparseArray::cbegin", [](World& w) { use(w.sparse.cbegin()); }};
+const Operation sparseCend{"SparseArray::cend", [](World& w) { use(w.sparse.cend()); }};
+const Operation sparseIndex{"SparseArray::getIndex", [](World& w) {
+                                const SparseArray<double>& matrix = w.sparse;
+                                use(matrix.getIndex(matrix.begin()));
+                            }};
+const Operation className{"EnumArray::getClassName", [](World& w) { use(w.members.getClassName()); }};
+
+} // namespace
+
+const std::vector<Operation>& endingWithoutMemory() {
     static const std::vector<Operation> all{
+        sparseBegin,
+        sparseEnd,
+        sparseCbegin,
+        sparseCend,
+        sparseIndex,
+        className,
         {"Array::getDimensions", [](World& w) { use(w.numbers.getDimensions()); }},
-        {"EnumArray::getClassName", [](World& w) { use(w.members.getClassName()); }},
-        {"SparseArray::begin", [](World& w) { use(w.sparse.begin()); }},
-        {"SparseArray::end", [](World& w) { use(w.sparse.end()); }},
-        {"SparseArray::cbegin", [](World& w) { use(w.sparse.cbegin()); }},
-        {"SparseArray::cend", [](World& w) { use(w.sparse.cend()); }},
-        {"SparseArray::getIndex",
-         [](World& w) {
-             const SparseArray<double>& matrix = w.sparse;
-             use(matrix.getIndex(matrix.begin()));
-         }},
+    };
+    return all;
+}
+
+const std::vector<Operation>& endingWithTheBackEnd() {
+    static const std::vector<Operation> all{
+        sparseBegin,
+        sparseEnd,
+        sparseCbegin,
+        sparseCend,
+        sparseIndex,
+        className,
+        {"comparison of a member", [](World& w) { use(std::as_const(w.members)[0] == "sun"); }},
+        {"equality of object arrays", [](World& w) { use(w.objects == ValueObjectArray(w.objects)); }},
     };
     return all;
 }

@@ -52,7 +52,8 @@ struct Family {
 
 const std::vector<Family>& families();
 
-/// Operations that end the process when the back-end fails or memory runs out.
-const std::vector<Operation>& endingOperations();
+/// Operations that end the process when memory runs out, and those that do when the back-end fails.
+const std::vector<Operation>& endingWithoutMemory();
+const std::vector<Operation>& endingWithTheBackEnd();
 
 } // namespace failure

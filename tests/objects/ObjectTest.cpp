@@ -235,31 +235,4 @@ TEST_F(Objects, WithHandlesAreTheSameOneByEngineAndNumber) {
     EXPECT_THROW(HandleRef(incomplete).addReference(), NotEnoughIndicesProvidedException);
 }
 
-TEST_F(Objects, LoseNothingWhenMemoryRunsOut) {
-    const auto setup = [this] { return point(1, 2); };
-    const auto unchanged = [](ValueObject& object) { EXPECT_EQ(number(object, "x"), 1); };
-    support::sweep(
-        setup,
-        [this](ValueObject& object) {
-            const ValueObject shared = object;
-            object["x"] = factory.createScalar(3.0);
-        },
-        unchanged);
-    support::sweep(
-        setup,
-        [](ValueObject& object) {
-            for (const Property& each : std::as_const(object)) {
-                each.getIdentifier();
-            }
-        },
-        unchanged);
-    support::sweep(
-        setup,
-        [this](ValueObject& object) {
-            ValueObjectArray array = factory.createValueObjectArray({1, 2}, pointClass);
-            array[1] = object;
-        },
-        unchanged);
-}
-
 } // namespace

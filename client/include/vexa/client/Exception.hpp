@@ -116,7 +116,7 @@ public:
     ~WrongClassException() override;
 };
 
-/// A variable cannot have this name: it is not a letter followed by letters, digits and underscores.
+/// A variable cannot have this name: it is made of other characters than letters, digits and underscores, or begins with a digit.
 class VEXADATA_API InvalidVariableNameException final : public NamedException {
 public:
     explicit InvalidVariableNameException(const std::string& name);

@@ -90,7 +90,7 @@ INSTANTIATE_TEST_SUITE_P(Families, OutOfMemory,
 TEST(OutOfMemoryDeathTest, EndsTheProcessWhereNothingCanBeThrown) {
     const ArrayFactory factory;
     World world(factory);
-    for (const Operation& operation : failure::endingOperations()) {
+    for (const Operation& operation : failure::endingWithoutMemory()) {
         const auto run = [&] {
             AllocationCountdown::start();
             AllocationCountdown::failFrom(1);

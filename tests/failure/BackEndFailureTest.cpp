@@ -1,0 +1,132 @@
+// Every operation over a back-end whose operations fail one after the other: the error comes out as it is, nothing is
+// lost, nothing is changed.
+#include "ThrowingBackEnd.hpp"
+#include "World.hpp"
+#include "support/AllocationCountdown.hpp"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <cstdio>
+#include <optional>
+#include <stdexcept>
+
+namespace {
+
+using failure::Family;
+using failure::Operation;
+using failure::Thrown;
+using failure::World;
+using support::AllocationCountdown;
+
+using Parameters = std::tuple<std::size_t, Thrown>;
+
+class BackEndFails : public testing::TestWithParam<Parameters> {
+protected:
+    void SetUp() override {
+        // The first error that a thread's iterators hold back takes a block that the thread keeps.
+        EXPECT_THROW(holdAndRethrow(), int);
+    }
+    static void holdAndRethrow() {
+        try {
+            throw 1;
+        } catch (...) {
+            foundation::vexadata::detail::holdError();
+        }
+        foundation::vexadata::detail::rethrowHeldError();
+    }
+
+    enum class Outcome { succeeded, asThrown, otherError };
+
+    Outcome outcomeOf(const Operation& operation, World& world) const {
+        Thrown caught = thrown();
+        try {
+            operation.run(world);
+            return Outcome::succeeded;
+        } catch (const foundation::vexadata::TypeMismatchException&) {
+            caught = Thrown::libraryError;
+        } catch (const std::runtime_error&) {
+            caught = Thrown::standardError;
+        } catch (const failure::Foreign&) {
+            caught = Thrown::foreignType;
+        } catch (...) {
+            return Outcome::otherError;
+        }
+        return caught == thrown() ? Outcome::asThrown : Outcome::otherError;
+    }
+
+    /// Lets back-end operation `number` fail; false when the operation asks for fewer.
+    bool inject(const Operation& operation, std::size_t number, const std::string& expected) {
+        AllocationCountdown::start();
+        std::optional<World> world(std::in_place, factory_);
+        failure::throwAt(number, thrown());
+        const Outcome outcome = outcomeOf(operation, *world);
+        failure::throwNothing();
+        const bool fired = failure::hasThrown();
+        if (fired && outcome == Outcome::asThrown) {
+            EXPECT_EQ(world->text(), expected) << "a failed operation has changed something";
+        }
+        world.reset();
+        const std::ptrdiff_t left = AllocationCountdown::liveBlocks();
+        AllocationCountdown::stop();
+        EXPECT_EQ(left, 0) << "blocks are left, or were freed twice";
+        EXPECT_NE(outcome, Outcome::otherError) << "not what the back-end threw";
+        EXPECT_TRUE(!fired || operation.swallows || outcome == Outcome::asThrown)
+            << "the failure was swallowed";
+        return fired;
+    }
+    static Thrown thrown() { return std::get<1>(GetParam()); }
+
+    failure::ArrayFactory factory_ = failure::throwingFactory();
+};
+
+TEST_P(BackEndFails, AnErrorComesOutAndNothingIsLost) {
+    constexpr std::size_t limit = 500;
+    const Family& family = failure::families().at(std::get<0>(GetParam()));
+    const World warm(factory_);
+    const std::string expected = warm.text();
+    std::size_t injections = 0;
+    for (const Operation& operation : family.operations) {
+        SCOPED_TRACE(operation.name);
+        World again(factory_);
+        operation.run(again);
+        std::size_t number = 1;
+        while (number < limit && inject(operation, number, expected) && !HasFailure()) {
+            ++number;
+        }
+        ASSERT_LT(number, limit) << "still asking the back-end";
+        injections += number - 1;
+        if (HasFailure()) {
+            FAIL() << "at operation number " << number << " of the back-end";
+        }
+    }
+    std::printf("%s: %zu operations, %zu failing operations of the back-end\n", family.name,
+                family.operations.size(), injections);
+    EXPECT_GT(injections, 0U);
+}
+
+std::string nameOf(const testing::TestParamInfo<Parameters>& info) {
+    const char* const errors[] = {"LibraryError", "StandardError", "ForeignType"};
+    return failure::families().at(std::get<0>(info.param)).name +
+           std::string(errors[static_cast<int>(std::get<1>(info.param))]);
+}
+
+// All but the last: workspaces ask the back-end of their arrays nothing.
+INSTANTIATE_TEST_SUITE_P(Families, BackEndFails,
+                         testing::Combine(testing::Range<std::size_t>(0, failure::families().size() - 1),
+                                          testing::Values(Thrown::libraryError, Thrown::standardError,
+                                                          Thrown::foreignType)),
+                         nameOf);
+
+TEST(BackEndFailsDeathTest, EndsTheProcessWhereNothingCanBeThrown) {
+    World world(failure::throwingFactory());
+    for (const Operation& operation : failure::endingWithTheBackEnd()) {
+        const auto run = [&] {
+            failure::throwAt(1, Thrown::libraryError);
+            operation.run(world);
+        };
+        EXPECT_EXIT(run(), testing::KilledBySignal(SIGABRT), "") << operation.name;
+    }
+}
+
+} // namespace
