@@ -1,3 +1,5 @@
+#include "../core/ByType.hpp"
+
 #include <foundation/vexadata/Array.hpp>
 #include <foundation/vexadata/ElementPosition.hpp>
 #include <foundation/vexadata/StructElement.hpp>
@@ -45,35 +47,26 @@ void ElementPosition::appendToChain(std::size_t index) {
 
 namespace {
 
-template <class T>
+/// Copies an element of an array of `type`, both with values and no arrays; false for other kinds.
 bool copyValue(ArrayType type, const ElementPosition& from, const ElementPosition& to) {
-    if (type != arrayTypeOf<T>) {
-        return false;
+    const auto copy = [&](auto zero) { to.setValue<decltype(zero)>(from.value<decltype(zero)>()); };
+    if (type == ArrayType::STRING) {
+        copy(String());
+        return true;
     }
-    to.setValue<T>(from.value<T>());
-    return true;
+    if (type == ArrayType::ENUM) {
+        copy(Enumeration());
+        return true;
+    }
+    return withPrimitive(type, copy);
 }
-
-template <class... T>
-struct ValueTypes {
-    static bool copy(ArrayType type, const ElementPosition& from, const ElementPosition& to) {
-        return (copyValue<T>(type, from, to) || ...);
-    }
-};
-
-using AllValues =
-    ValueTypes<String, Enumeration, bool, char16_t, double, float, std::int8_t, std::uint8_t, std::int16_t,
-               std::uint16_t, std::int32_t, std::uint32_t, std::int64_t, std::uint64_t, std::complex<double>,
-               std::complex<float>, std::complex<std::int8_t>, std::complex<std::uint8_t>,
-               std::complex<std::int16_t>, std::complex<std::uint16_t>, std::complex<std::int32_t>,
-               std::complex<std::uint32_t>, std::complex<std::int64_t>, std::complex<std::uint64_t>>;
 
 } // namespace
 
 void copyElement(const ElementPosition& from, const ElementPosition& to) {
     const ArrayType type = from.array()->getType();
     if (to.array()->getType() == type && from.fieldName().empty() && to.fieldName().empty()) {
-        if (AllValues::copy(type, from, to)) {
+        if (copyValue(type, from, to)) {
             return;
         }
         if (type == ArrayType::STRUCT) {

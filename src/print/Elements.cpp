@@ -1,5 +1,6 @@
 #include "Elements.hpp"
 
+#include "../core/ByType.hpp"
 #include "Numbers.hpp"
 #include "Text.hpp"
 
@@ -12,21 +13,6 @@
 namespace foundation::vexadata::print {
 
 namespace {
-
-/// Calls `visit(T())` with the element type of a primitive kind.
-template <class... T>
-struct Types {
-    template <class Visit>
-    static void visit(ArrayType type, Visit visit) {
-        (void)((detail::arrayTypeOf<T> == type && (visit(T()), true)) || ...);
-    }
-};
-using Primitives =
-    Types<bool, char16_t, double, float, std::int8_t, std::uint8_t, std::int16_t, std::uint16_t, std::int32_t,
-          std::uint32_t, std::int64_t, std::uint64_t, std::complex<double>, std::complex<float>,
-          std::complex<std::int8_t>, std::complex<std::uint8_t>, std::complex<std::int16_t>,
-          std::complex<std::uint16_t>, std::complex<std::int32_t>, std::complex<std::uint32_t>,
-          std::complex<std::int64_t>, std::complex<std::uint64_t>>;
 
 std::string valueText(char16_t unit, const PrintOptions&) { return quoted({&unit, 1}, '\'', 1); }
 template <class T>
@@ -70,7 +56,7 @@ std::string elementText(ArrayImpl& array, std::size_t index, const PrintOptions&
         return nameOrNone(array.castToString(index, detail::noFieldName));
     }
     std::string text;
-    Primitives::visit(type, [&](auto zero) {
+    detail::withPrimitive(type, [&](auto zero) {
         text = valueText(detail::readElement<decltype(zero)>(array, index, detail::noFieldName), options);
     });
     return text;
@@ -114,7 +100,7 @@ void writeScalar(std::ostream& stream, const detail::ElementPosition& element) {
     } else if (array.getType() == ArrayType::ENUM) {
         stream << nameOrNone(array.castToString(index, detail::noFieldName));
     } else {
-        Primitives::visit(array.getType(), [&](auto zero) {
+        detail::withPrimitive(array.getType(), [&](auto zero) {
             write(stream, detail::readElement<decltype(zero)>(array, index, detail::noFieldName));
         });
     }

@@ -1,19 +1,17 @@
 // Every operation over a back-end whose operations fail one after the other: the error comes out as it is, nothing is
 // lost, nothing is changed.
+#include "Sweep.hpp"
 #include "ThrowingBackEnd.hpp"
-#include "World.hpp"
 #include "support/AllocationCountdown.hpp"
 
 #include <gtest/gtest.h>
 
 #include <csignal>
-#include <cstdio>
 #include <optional>
 #include <stdexcept>
 
 namespace {
 
-using failure::Family;
 using failure::Operation;
 using failure::Thrown;
 using failure::World;
@@ -81,27 +79,11 @@ protected:
 };
 
 TEST_P(BackEndFails, AnErrorComesOutAndNothingIsLost) {
-    constexpr std::size_t limit = 500;
-    const Family& family = failure::families().at(std::get<0>(GetParam()));
-    const World warm(factory_);
-    const std::string expected = warm.text();
-    std::size_t injections = 0;
-    for (const Operation& operation : family.operations) {
-        SCOPED_TRACE(operation.name);
-        World again(factory_);
-        operation.run(again);
-        std::size_t number = 1;
-        while (number < limit && inject(operation, number, expected) && !HasFailure()) {
-            ++number;
-        }
-        ASSERT_LT(number, limit) << "still asking the back-end";
-        injections += number - 1;
-        if (HasFailure()) {
-            FAIL() << "at operation number " << number << " of the back-end";
-        }
-    }
-    std::printf("%s: %zu operations, %zu failing operations of the back-end\n", family.name,
-                family.operations.size(), injections);
+    const std::size_t injections = failure::sweep(
+        failure::families().at(std::get<0>(GetParam())), factory_, "operations of the back-end",
+        [this](const Operation& operation, std::size_t number, const std::string& text) {
+            return inject(operation, number, text);
+        });
     EXPECT_GT(injections, 0U);
 }
 

@@ -1,17 +1,15 @@
 // Every operation under memory that runs out at each of its allocations: nothing is lost, nothing is changed.
-#include "World.hpp"
+#include "Sweep.hpp"
 #include "support/AllocationCountdown.hpp"
 
 #include <gtest/gtest.h>
 
 #include <csignal>
-#include <cstdio>
 #include <optional>
 
 namespace {
 
 using failure::ArrayFactory;
-using failure::Family;
 using failure::Operation;
 using failure::World;
 using support::AllocationCountdown;
@@ -53,27 +51,11 @@ protected:
 };
 
 TEST_P(OutOfMemory, LosesAndChangesNothing) {
-    constexpr std::size_t limit = 500;
-    const Family& family = failure::families().at(std::get<0>(GetParam()));
-    World warm(factory_); // what is made once a process is made here
-    const std::string expected = warm.text();
-    std::size_t injections = 0;
-    for (const Operation& operation : family.operations) {
-        SCOPED_TRACE(operation.name);
-        World again(factory_);
-        operation.run(again);
-        std::size_t number = 1;
-        while (number < limit && inject(operation, number, expected) && !HasFailure()) {
-            ++number;
-        }
-        ASSERT_LT(number, limit) << "still allocating";
-        injections += number - 1;
-        if (HasFailure()) {
-            FAIL() << "at allocation number " << number;
-        }
-    }
-    std::printf("%s: %zu operations, %zu failing allocations\n", family.name, family.operations.size(),
-                injections);
+    const std::size_t injections =
+        failure::sweep(failure::families().at(std::get<0>(GetParam())), factory_, "allocations",
+                       [this](const Operation& operation, std::size_t number, const std::string& text) {
+                           return inject(operation, number, text);
+                       });
     EXPECT_TRUE(injections > 0 || !AllocationCountdown::seesMalloc());
 }
 
