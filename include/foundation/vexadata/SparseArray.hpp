@@ -37,7 +37,7 @@ public:
     SparseArray(SparseArray&&) noexcept = default;
     SparseArray& operator=(const SparseArray&) noexcept = default;
     SparseArray& operator=(SparseArray&&) noexcept = default;
-    ~SparseArray() override = default; // inline: the vtable comes from the explicit instantiation
+    ~SparseArray() override {} // as in TypedArray
 
     /// @throws InvalidArrayTypeException when the array is not sparse with elements `T`; neither side has changed then
     SparseArray& operator=(const Array& array) {
@@ -89,12 +89,12 @@ public:
     }
 
 private:
-    // Copies made by `begin` and by `end` are released through types of their own.
-    struct ReleaseForBegin : detail::ReleaseReference {};
-    struct ReleaseForEnd : detail::ReleaseReference {};
+    // Copies made by `begin` and by `end` are released through types of their own, which nobody else needs to see.
+    struct __attribute__((visibility("hidden"))) ReleaseForBegin : detail::ReleaseReference {};
+    struct __attribute__((visibility("hidden"))) ReleaseForEnd : detail::ReleaseReference {};
 
     template <class Release>
-    void unshare() noexcept {
+    [[gnu::visibility("hidden")]] void unshare() noexcept {
         if (!detail::Access::isPrivate(this->impl_)) {
             this->impl_ = std::shared_ptr<vexa::data::impl::ArrayImpl>(this->impl_->sharedCopy(), Release());
         }

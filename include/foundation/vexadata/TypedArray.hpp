@@ -51,7 +51,7 @@ public:
     TypedArray(TypedArray&&) noexcept = default;
     TypedArray& operator=(const TypedArray&) noexcept = default;
     TypedArray& operator=(TypedArray&&) noexcept = default;
-    ~TypedArray() override = default; // inline: the vtable comes from the explicit instantiation
+    ~TypedArray() override {} // not defaulted: such a one is not always part of the instantiation
 
     /// @throws InvalidArrayTypeException when the array is not one of elements `T`; neither side has changed then
     TypedArray& operator=(const Array& array) {

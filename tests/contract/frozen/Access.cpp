@@ -1,0 +1,93 @@
+// The interfaces of iterators and of index chains, and the members that both sides of the boundary see.
+#include "Table.hpp"
+
+#include <vexa/data/detail/ContiguousIteratorImpl.hpp>
+#include <vexa/data/detail/ForwardIteratorImpl.hpp>
+#include <vexa/data/detail/IndexList.hpp>
+#include <vexa/data/detail/IteratorImpl.hpp>
+#include <vexa/data/detail/NonPrimitiveIteratorImpl.hpp>
+#include <vexa/data/detail/RefCounted.hpp>
+#include <vexa/data/detail/ReferenceImpl.hpp>
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace contract {
+
+using namespace vexa::data;
+using namespace vexa::data::detail;
+using namespace vexa::data::impl;
+
+template struct Interface<RefCounted, 16, afterDestructor + 1>;
+template struct Member<8, std::atomic<std::uint64_t>, &RefCounted::count_>;
+
+template struct Interface<IteratorImpl, 16, countingDestructor + 14>;
+template struct Operation<countingDestructor + 3, IteratorImpl*() const, &IteratorImpl::clone>;
+template struct Operation<countingDestructor + 4, void(std::int64_t), &IteratorImpl::advance>;
+template struct Operation<countingDestructor + 5, bool(const IteratorImpl&) const, &IteratorImpl::isEqual>;
+template struct Operation<countingDestructor + 6, std::int64_t(const IteratorImpl&) const,
+                          &IteratorImpl::distanceTo>;
+template struct Operation<countingDestructor + 7, void(), &IteratorImpl::decrement>;
+template struct Operation<countingDestructor + 8, void(), &IteratorImpl::increment>;
+template struct Operation<countingDestructor + 9, void(), &IteratorImpl::reservedOp9>;
+template struct Operation<countingDestructor + 10, ReferenceImpl*(), &IteratorImpl::createReference>;
+template struct Operation<countingDestructor + 11, void(ReferenceImpl*), &IteratorImpl::saveReference>;
+template struct Operation<countingDestructor + 12, void(), &IteratorImpl::reservedOp12>;
+template struct Operation<countingDestructor + 13, void*(), &IteratorImpl::getElementAddress>;
+
+static_assert(sizeof(ContiguousIteratorImpl<double>) == 40);
+template struct Member<16, double*, &ContiguousIteratorImpl<double>::current_>;
+template struct Member<24, std::shared_ptr<ReferenceImpl>, &ContiguousIteratorImpl<double>::chain_>;
+
+using NonPrimitiveIterator = NonPrimitiveIteratorImpl<MatchingDataOrder>;
+static_assert(sizeof(NonPrimitiveIterator) == 48);
+template struct Member<16, ArrayImpl*, &NonPrimitiveIterator::array_>;
+template struct Member<24, std::uint64_t, &NonPrimitiveIterator::position_>;
+template struct Member<32, std::shared_ptr<ReferenceImpl>, &NonPrimitiveIterator::chain_>;
+
+template struct Interface<ForwardIteratorImpl, 16, countingDestructor + 7>;
+template struct Operation<countingDestructor + 3, ForwardIteratorImpl*() const, &ForwardIteratorImpl::clone>;
+template struct Operation<countingDestructor + 4, RefCounted*() const, &ForwardIteratorImpl::get>;
+template struct Operation<countingDestructor + 5, bool(const ForwardIteratorImpl*) const,
+                          &ForwardIteratorImpl::equal>;
+template struct Operation<countingDestructor + 6, void(), &ForwardIteratorImpl::increment>;
+
+static_assert(sizeof(IndexList) == 48 && IndexList::inlineCapacity == 3);
+template struct Member<0, std::uint64_t*, &IndexList::values_>;
+template struct Member<8, std::uint64_t, &IndexList::length_>;
+template struct Member<16, std::uint64_t, &IndexList::capacity_>;
+template struct Member<24, std::uint64_t[3], &IndexList::inline_>;
+
+template struct Interface<ReferenceImpl, 176, countingDestructor + 14>;
+template struct Operation<countingDestructor + 3, ArrayImpl*() const, &ReferenceImpl::getArrayImpl>;
+template struct Operation<countingDestructor + 4, ArrayImpl*(bool), &ReferenceImpl::getElementArray>;
+template struct Operation<countingDestructor + 5, std::shared_ptr<ReferenceImpl>(bool, bool),
+                          &ReferenceImpl::createReference>;
+template struct Operation<countingDestructor + 6, void(), &ReferenceImpl::prepareForWrite>;
+template struct Operation<countingDestructor + 7, ArrayImpl*(), &ReferenceImpl::getElementArrayForCopy>;
+template struct Operation<countingDestructor + 8, std::uint64_t(bool), &ReferenceImpl::getLinearIndex>;
+template struct Operation<countingDestructor + 9, void(ArrayImpl*), &ReferenceImpl::setArray>;
+template struct Operation<countingDestructor + 10, std::string(), &ReferenceImpl::getString>;
+template struct Operation<countingDestructor + 11, void(std::string), &ReferenceImpl::setString>;
+template struct Operation<countingDestructor + 12, void(std::uint64_t, std::uint64_t),
+                          &ReferenceImpl::setWords>;
+template struct Operation<countingDestructor + 13, std::uint64_t(), &ReferenceImpl::getElementArrayID>;
+template struct Member<16, std::uint64_t, &ReferenceImpl::count_>;
+template struct Member<24, std::vector<std::size_t>, &ReferenceImpl::dimensions_>;
+template struct Member<48, IndexList, &ReferenceImpl::indices_>;
+template struct Member<96, MemoryLayout, &ReferenceImpl::layout_>;
+template struct Member<104, std::string, &ReferenceImpl::stringIndex_>;
+template struct Member<136, std::uint64_t, &ReferenceImpl::linearIndex_>;
+template struct Member<144, bool, &ReferenceImpl::linearIndexKnown_>;
+template struct Member<152, std::shared_ptr<ReferenceImpl>, &ReferenceImpl::elementReference_>;
+template struct Member<168, ReferenceImpl*, &ReferenceImpl::copyReference_>;
+
+template struct Interface<ArrayReferenceImpl, 184, countingDestructor + 14>;
+template struct Member<176, ArrayImpl*, &ArrayReferenceImpl::array_>;
+template struct Interface<IteratorReference, 184, countingDestructor + 14>;
+template struct Member<176, ArrayImpl*, &IteratorReference::array_>;
+
+} // namespace contract

@@ -1,0 +1,115 @@
+// The interfaces of objects, classes and properties, what identifiers hold, and the functions with C linkage.
+#include "Table.hpp"
+
+#include <foundation/vexadata/ZVMID.hpp>
+#include <vexa/data/impl/ClassInfoImpl.hpp>
+#include <vexa/data/impl/IdentifierImpl.hpp>
+#include <vexa/data/impl/ObjectImpl.hpp>
+#include <vexa/data/object_functions.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace contract {
+
+using namespace foundation::vexadata;
+using namespace vexa::data::detail;
+using namespace vexa::data::impl;
+
+template struct Interface<ObjectImpl, 16, countingDestructor + 19>;
+template struct Operation<countingDestructor + 3, ObjectImpl*() const, &ObjectImpl::sharedCopy>;
+template struct Operation<countingDestructor + 4, const char*() const, &ObjectImpl::getEnumerationName>;
+template struct Operation<countingDestructor + 5, ClassInfo() const, &ObjectImpl::getClassInfo>;
+template struct Operation<countingDestructor + 6, std::shared_ptr<ArrayImpl>(VexaPropertyIdentifier) const,
+                          &ObjectImpl::getProperty>;
+template struct Operation<countingDestructor + 7, ReferenceImpl*(VexaPropertyIdentifier),
+                          &ObjectImpl::getPropertyReference>;
+template struct Operation<countingDestructor + 8, ForwardIteratorImpl*(), &ObjectImpl::begin>;
+template struct Operation<countingDestructor + 9, ForwardIteratorImpl*(), &ObjectImpl::end>;
+template struct Operation<countingDestructor + 10, ForwardIteratorImpl*() const, &ObjectImpl::cbegin>;
+template struct Operation<countingDestructor + 11, ForwardIteratorImpl*() const, &ObjectImpl::cend>;
+template struct Operation<countingDestructor + 12, void(), &ObjectImpl::reservedOp12>;
+template struct Operation<countingDestructor + 13, void(), &ObjectImpl::reservedOp13>;
+template struct Operation<countingDestructor + 14, void(), &ObjectImpl::reservedOp14>;
+template struct Operation<countingDestructor + 15, void(), &ObjectImpl::reservedOp15>;
+template struct Operation<countingDestructor + 16, bool(const VexaPropertyIdentifier&) const,
+                          &ObjectImpl::hasProperty>;
+template struct Operation<countingDestructor + 17, std::size_t() const, &ObjectImpl::numOfProperties>;
+template struct Operation<countingDestructor + 18, std::vector<std::string>() const,
+                          &ObjectImpl::getExternalRepresentationPropertyNames>;
+
+template struct Interface<HandleObjectRefImpl, 8, afterUnusedOne + 4>;
+template struct Operation<afterUnusedOne + 0, void(), &HandleObjectRefImpl::reservedOp0>;
+template struct Operation<afterUnusedOne + 1, ZVMID() const, &HandleObjectRefImpl::getZVMID>;
+template struct Operation<afterUnusedOne + 2, long() const, &HandleObjectRefImpl::getId>;
+template struct Operation<afterUnusedOne + 3, void() const, &HandleObjectRefImpl::addReference>;
+
+template struct Interface<PropertyImpl, 16, afterDestructor + 4>;
+template struct Operation<afterDestructor + 1, const VexaPropertyIdentifier*() const,
+                          &PropertyImpl::getIdentifier>;
+template struct Operation<afterDestructor + 2, std::shared_ptr<ArrayImpl>() const, &PropertyImpl::getValue>;
+template struct Operation<afterDestructor + 3, ReferenceImpl*(), &PropertyImpl::getReference>;
+
+template struct Interface<ClassInfoImpl, 16, countingDestructor + 15>;
+template struct Operation<countingDestructor + 3, void(), &ClassInfoImpl::reservedOp3>;
+template struct Operation<countingDestructor + 4, std::shared_ptr<VexaClassIdentifierImpl>() const,
+                          &ClassInfoImpl::getClassIdentifier>;
+template struct Operation<countingDestructor + 5, ForwardIteratorImpl*() const,
+                          &ClassInfoImpl::beginProperties>;
+template struct Operation<countingDestructor + 6, ForwardIteratorImpl*() const,
+                          &ClassInfoImpl::endProperties>;
+template struct Operation<countingDestructor + 7, ForwardIteratorImpl*() const,
+                          &ClassInfoImpl::beginArrayProperties>;
+template struct Operation<countingDestructor + 8, ForwardIteratorImpl*() const,
+                          &ClassInfoImpl::endArrayProperties>;
+template struct Operation<countingDestructor + 9, ForwardIteratorImpl*() const,
+                          &ClassInfoImpl::beginSuperclasses>;
+template struct Operation<countingDestructor + 10, ForwardIteratorImpl*() const,
+                          &ClassInfoImpl::endSuperclasses>;
+template struct Operation<countingDestructor + 11, std::size_t() const,
+                          &ClassInfoImpl::getNumberOfProperties>;
+template struct Operation<countingDestructor + 12, std::size_t() const,
+                          &ClassInfoImpl::getNumberOfArrayProperties>;
+template struct Operation<countingDestructor + 13, void(), &ClassInfoImpl::reservedOp13>;
+template struct Operation<countingDestructor + 14, void(ClassInfo&),
+                          &ClassInfoImpl::updateVexaPropertyIdentifiersClassInfo>;
+
+static_assert(sizeof(VexaClassIdentifierImpl) == 48);
+template struct Member<16, std::string, &VexaClassIdentifierImpl::name_>;
+static_assert(sizeof(VexaIdentifierImpl) == 48);
+template struct Member<16, std::string, &VexaIdentifierImpl::name_>;
+static_assert(sizeof(VexaPropertyIdentifierImpl) == 96);
+template struct Member<16, std::string, &VexaPropertyIdentifierImpl::propertyName_>;
+template struct Member<48, std::string, &VexaPropertyIdentifierImpl::className_>;
+template struct Member<80, std::weak_ptr<ClassInfoImpl>, &VexaPropertyIdentifierImpl::classLink_>;
+
+static_assert(sizeof(ZVMID) == 16 && alignof(ZVMID) == 1 && std::is_trivially_copyable_v<ZVMID>);
+template struct Member<0, unsigned char[16], &ZVMID::bytes>;
+
+// Functions with C linkage, whose names tell nothing of their types.
+static_assert(std::is_same_v<void(RefCounted*), decltype(object_destroy_impl_x)>);
+static_assert(std::is_same_v<ClassInfoImpl*(ObjectImpl*), decltype(object_get_class_info_x)>);
+static_assert(std::is_same_v<ClassInfoImpl*(ArrayImpl*), decltype(object_array_get_class_info_x)>);
+static_assert(std::is_same_v<bool(ArrayImpl*), decltype(object_array_is_heterogeneous_x)>);
+static_assert(std::is_same_v<ForwardIteratorImpl*(ReferenceImpl*), decltype(object_reference_begin_x)>);
+static_assert(std::is_same_v<ForwardIteratorImpl*(ReferenceImpl*), decltype(object_reference_end_x)>);
+static_assert(std::is_same_v<ClassInfoImpl*(ReferenceImpl*), decltype(object_reference_get_class_info_x)>);
+static_assert(std::is_same_v<const char*(ReferenceImpl*), decltype(object_reference_get_enumeration_name_x)>);
+static_assert(std::is_same_v<int(ReferenceImpl*, ObjectImpl**), decltype(object_reference_shared_copy_x)>);
+static_assert(std::is_same_v<void(ReferenceImpl*, ObjectImpl*), decltype(object_set_value_x)>);
+static_assert(std::is_same_v<bool(ReferenceImpl*, ReferenceImpl*), decltype(object_reference_is_equal)>);
+static_assert(
+    std::is_same_v<bool(HandleObjectRefImpl*, HandleObjectRefImpl*), decltype(handle_object_ref_is_equal_x)>);
+static_assert(std::is_same_v<bool(ReferenceImpl*, ReferenceImpl*), decltype(handle_ref_is_equal_x)>);
+static_assert(
+    std::is_same_v<bool(ReferenceImpl*, HandleObjectRefImpl*), decltype(handle_ref_is_equal_to_object_x)>);
+static_assert(std::is_same_v<int(HandleObjectRefImpl*, long*), decltype(handle_object_ref_get_id_x)>);
+static_assert(std::is_same_v<int(HandleObjectRefImpl*, ZVMID*), decltype(handle_object_ref_get_zvm_id_x)>);
+static_assert(std::is_same_v<int(ReferenceImpl*, long*), decltype(handle_ref_get_id_x)>);
+static_assert(std::is_same_v<int(ReferenceImpl*, ZVMID*), decltype(handle_ref_get_zvm_id_x)>);
+static_assert(
+    std::is_same_v<int(ReferenceImpl*, ObjectImpl**), decltype(handle_object_ref_reference_shared_copy_x)>);
+static_assert(std::is_same_v<void(ReferenceImpl*, HandleObjectRefImpl*), decltype(handle_ref_set_value_x)>);
+
+} // namespace contract

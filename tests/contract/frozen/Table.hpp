@@ -1,0 +1,78 @@
+// The rows of the frozen tables. Each row is an explicit instantiation, which may name private members; types are compared
+// when it is compiled, places when the program starts. Needs no library, so that anybody can build and run it.
+#pragma once
+
+#include <cstddef>
+#include <type_traits>
+#include <utility>
+
+namespace contract {
+
+/// Where the numbers of an interface begin: the difference between an operation's number and its slot, which counts from 0
+/// and gives two slots to a destructor.
+constexpr int afterDestructor = 1;     // number 1 follows the destructor
+constexpr int countingDestructor = -1; // numbers 1 and 2 are the destructor
+constexpr int afterUnusedOne = 2;      // one unused operation follows the destructor, then number 1
+constexpr int beforeDestructor = -1;   // number 1 comes first
+
+enum class Kind { operation, member, interface };
+
+struct Row {
+    Kind kind;
+    const char* name; // of the function that made the row, which tells what the row is about
+    std::ptrdiff_t expected;
+    const void* pointer; // the pointer to the member that the row is about
+};
+
+/// Keeps a row until the program starts.
+bool add(const Row& row);
+
+template <class>
+struct MemberType;
+template <class Type, class Class>
+struct MemberType<Type Class::*> {
+    using type = Type;
+};
+
+/// A virtual operation: its slot, its type and its name. An operation stands in the table of the class that declares it first.
+template <int slot, class Signature, auto operation>
+struct Operation {
+    static_assert(std::is_same_v<typename MemberType<decltype(operation)>::type, Signature>);
+    static constexpr auto pointer = operation;
+    static bool make() { return add({Kind::operation, __PRETTY_FUNCTION__, slot, &pointer}); }
+    static inline const bool made = make();
+};
+
+/// A data member: its offset, its type and its name.
+template <std::ptrdiff_t offset, class Type, auto member>
+struct Member {
+    static_assert(std::is_same_v<typename MemberType<decltype(member)>::type, Type>);
+    static constexpr auto pointer = member;
+    static bool make() { return add({Kind::member, __PRETTY_FUNCTION__, offset, &pointer}); }
+    static inline const bool made = make();
+};
+
+/// What a derived interface adds comes right behind the last operation.
+template <class I>
+struct Extended : I {
+    virtual void added();
+};
+
+/// An interface: its size, and the number of its slots, so that an operation more or less at its end shows.
+template <class I, std::size_t size, int slots>
+struct Interface {
+    static_assert(sizeof(I) == size && std::has_virtual_destructor_v<I>);
+    static constexpr auto pointer = &Extended<I>::added;
+    static bool make() { return add({Kind::interface, __PRETTY_FUNCTION__, slots, &pointer}); }
+    static inline const bool made = make();
+};
+
+/// A class that derives from `Base`, so that a pointer to one is a pointer to the other.
+template <class Class, class Base, std::size_t size,
+          class = decltype(static_cast<Class*>(std::declval<Base*>()))>
+struct Derived {
+    static_assert(sizeof(Class) == size && std::is_base_of_v<Base, Class> &&
+                  std::is_convertible_v<Class*, Base*>);
+};
+
+} // namespace contract
