@@ -162,13 +162,32 @@ public:
     ArrayImpl* createArrayFromBufferImpl(Dimensions dimensions, ArrayType type, Buffer<void> buffer,
                                          MemoryLayout layout) override {
         requireDouble(type);
-        if (layout != MemoryLayout::COLUMN_MAJOR) {
+        if (layout == MemoryLayout::ROW_MAJOR) {
+            buffer = byColumns(dimensions, static_cast<const double*>(buffer.get()));
+        } else if (layout != MemoryLayout::COLUMN_MAJOR) {
             throw InvalidArrayTypeException();
         }
         return new Doubles(std::move(dimensions), std::move(buffer));
     }
 
 private:
+    /// This back-end keeps column-major order only, so it copies what comes in rows; one that keeps both adopts the buffer and
+    /// says so in `getMemoryLayout`.
+    static Buffer<void> byColumns(const Dimensions& dimensions, const double* rows) {
+        const std::size_t count = countOf(dimensions);
+        Buffer<void> columns = zeros(count * sizeof(double));
+        for (std::size_t k = 0; k < count; ++k) {
+            std::size_t rest =
+                k; // the indices of element k in column-major order, the first one varying fastest
+            std::size_t position = 0;
+            for (const std::size_t extent : dimensions) {
+                position = position * extent + rest % extent;
+                rest /= extent;
+            }
+            static_cast<double*>(columns.get())[k] = rows[position];
+        }
+        return columns;
+    }
     static void requireDouble(ArrayType type) {
         if (type != ArrayType::DOUBLE) {
             throw InvalidArrayTypeException();
