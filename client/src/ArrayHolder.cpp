@@ -8,6 +8,7 @@ namespace vexa::client {
 
 namespace fv = foundation::vexadata;
 using data::detail::ReferenceImpl;
+using fv::detail::Access;
 
 namespace {
 
@@ -58,8 +59,6 @@ public:
         ObjectArray* objects = asObjects(array);
         return objects != nullptr && visited_.insert(&array).second && objectsReach(*objects);
     }
-
-private:
     bool anyReaches(const ArrayHolder& holder) {
         for (std::size_t slot = 0; slot < holder.numberOfSlots(); ++slot) {
             if (reaches(holder.heldIn(slot))) {
@@ -68,6 +67,8 @@ private:
         }
         return false;
     }
+
+private:
     bool objectsReach(ObjectArray& objects) {
         for (std::size_t k = 0; k < objects.getNumberOfElements(); ++k) {
             Instance* object = objects.objectIn(k);
@@ -123,6 +124,15 @@ Held storable(ArrayImpl& array, const void* target) {
     }
     array.retain();
     return Held(&array);
+}
+
+fv::HandleObjectRef storable(fv::HandleObjectRef object, const void* target) {
+    auto* instance = dynamic_cast<Instance*>(Access::impl(object).get());
+    if (instance != nullptr && Search(target).anyReaches(instance->properties())) {
+        object = fv::HandleObjectRef(instance->sharedCopy());
+        separateSlots(dynamic_cast<Instance&>(*Access::impl(object)).properties());
+    }
+    return object;
 }
 
 } // namespace vexa::client

@@ -1,6 +1,7 @@
 // Arrays that hold arrays: cells and structs.
 #pragma once
 
+#include <foundation/vexadata/Object.hpp>
 #include <vexa/data/detail/ReferenceImpl.hpp>
 #include <vexa/data/impl/ArrayImpl.hpp>
 
@@ -56,5 +57,8 @@ data::detail::ReferenceImpl* referenceInto(ArrayHolder& holder, std::size_t slot
 /// `array` for a slot of the array or object `target`. When `target` lies in `array`, at any depth, a copy that shares no
 /// holder with it: `target` would own itself otherwise.
 Held storable(data::impl::ArrayImpl& array, const void* target);
+/// The same for an object that becomes an element of the array `target`.
+foundation::vexadata::HandleObjectRef storable(foundation::vexadata::HandleObjectRef object,
+                                               const void* target);
 
 } // namespace vexa::client

@@ -1,5 +1,7 @@
 #include "ObjectArray.hpp"
 
+#include "ArrayHolder.hpp"
+
 #include <vexa/client/Exception.hpp>
 #include <vexa/client/Objects.hpp>
 #include <vexa/data/detail/NonPrimitiveIteratorImpl.hpp>
@@ -77,7 +79,7 @@ ObjectArray::Element* ObjectArray::getElementAddress(std::size_t index, const st
 }
 void ObjectArray::setElementValue(std::size_t index, const std::string&, Element value) {
     requireClassOf(Access::impl(value).get());
-    elements_[index] = std::move(value);
+    elements_[index] = storable(std::move(value), static_cast<const ArrayImpl*>(this));
 }
 const ObjectArray::Element* ObjectArray::getTypedDataPtr() const { return elements_.data(); }
 
@@ -156,7 +158,7 @@ void ObjectArray::setElementObject(std::size_t index, ObjectImpl* object) {
     if (object != nullptr) {
         object->retain();
     }
-    elements_[index] = Element(object);
+    elements_[index] = storable(Element(object), static_cast<const ArrayImpl*>(this));
 }
 ObjectImpl* ObjectArray::getElementObject(std::size_t index) const {
     ObjectImpl* object = Access::impl(elements_[index]).get();

@@ -210,6 +210,21 @@ TEST_F(Objects, DoNotOwnThemselves) {
 
 constexpr ZVMID engine(unsigned char mark) { return {{mark}}; }
 
+TEST_F(Objects, DoNotOwnTheArrayThatTheyAreStoredInto) {
+    TypedArray<Array> cells = factory.createArray<Array>({1, 1});
+    cells[0] = factory.createValueObjectArray({1, 1}, pointClass);
+    Reference<TypedArray<ValueObject>> points = cells[0];
+    auto element = points[0];
+    ValueObject owner = point(1, 2);
+    owner["x"] = cells; // shares the array that the element lies in
+    element = owner;    // which the sanitizers would find leaking
+    const ValueObject stored = ValueObjectArray(Array(std::as_const(cells)[0]))[0];
+    EXPECT_EQ(number(stored, "y"), 2);
+    const TypedArray<Array> inner = stored["x"];
+    const ValueObject innermost = ValueObjectArray(Array(inner[0]))[0];
+    EXPECT_TRUE(std::as_const(innermost)["x"].isEmpty()) << "a copy of what was there before";
+}
+
 TEST_F(Objects, WithHandlesAreTheSameOneByEngineAndNumber) {
     const HandleObjectRef a = factory.createHandleObjectRef(engine(1), 7);
     EXPECT_TRUE(a == factory.createHandleObjectRef(engine(1), 7));
