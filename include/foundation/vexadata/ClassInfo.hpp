@@ -15,7 +15,8 @@ namespace foundation::vexadata {
 /// Describes a class of objects. Copies share the description. Errors of the back-end pass through.
 ///
 /// Making one from a back-end object links all property identifiers of the class to the new handle; the links last as long as
-/// this handle and its copies do, and the next handle that is made takes them over.
+/// this handle and its copies do, and the next handle that is made takes them over. All objects of the class share these
+/// links, so that two threads must not make handles of one class at the same time.
 class VEXADATA_API ClassInfo {
 public:
     /// Adopts the one reference that `impl` carries and links the property identifiers.
