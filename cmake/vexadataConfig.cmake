@@ -1,14 +1,16 @@
-# find_package(vexadata [COMPONENTS core client])
+# find_package(vexadata [COMPONENTS core client tools])
 #
-#   core    vexadata::vexadata  the library
-#   client  vexadata::client    the embedded back-end; a program that links it can create arrays
+#   core    vexadata::vexadata       the library
+#   client  vexadata::client         the embedded back-end; a program that links it can create arrays
+#   tools   vexadata::backend_check  the command that runs a back-end through the contract, and the function
+#                                    vexadata_check_backend, which makes a test of it (see vexadataCheckBackend.cmake)
 #
-# Without COMPONENTS, core and, where it is installed, client.
+# Without COMPONENTS, core and, where they are installed, client and tools.
 
 foreach(component IN LISTS vexadata_FIND_COMPONENTS)
-  if(NOT component MATCHES "^(core|client)$")
+  if(NOT component MATCHES "^(core|client|tools)$")
     set(vexadata_FOUND FALSE)
-    set(vexadata_NOT_FOUND_MESSAGE "vexadata has no component '${component}'; its components are core and client")
+    set(vexadata_NOT_FOUND_MESSAGE "vexadata has no component '${component}'; its components are core, client and tools")
     return()
   endif()
 endforeach()
@@ -21,5 +23,14 @@ if(NOT vexadata_FIND_COMPONENTS OR "client" IN_LIST vexadata_FIND_COMPONENTS)
   if(NOT vexadata_client_FOUND AND vexadata_FIND_REQUIRED_client)
     set(vexadata_FOUND FALSE)
     set(vexadata_NOT_FOUND_MESSAGE "the component client of vexadata is not installed beside its core")
+  endif()
+endif()
+
+if(NOT vexadata_FIND_COMPONENTS OR "tools" IN_LIST vexadata_FIND_COMPONENTS)
+  include("${CMAKE_CURRENT_LIST_DIR}/vexadataToolsTargets.cmake" OPTIONAL RESULT_VARIABLE vexadata_tools_FOUND)
+  include("${CMAKE_CURRENT_LIST_DIR}/vexadataCheckBackend.cmake" OPTIONAL)
+  if(NOT vexadata_tools_FOUND AND vexadata_FIND_REQUIRED_tools)
+    set(vexadata_FOUND FALSE)
+    set(vexadata_NOT_FOUND_MESSAGE "the component tools of vexadata is not installed beside its core")
   endif()
 endif()

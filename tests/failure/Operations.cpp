@@ -8,8 +8,11 @@ namespace failure {
 
 namespace {
 
+/// Makes the compiler believe that the value is looked at, or it would leave allocations out.
 template <class T>
-void use(const T&) {}
+void use(const T& value) {
+    asm volatile("" : : "g"(&value) : "memory");
+}
 
 const std::u16string longText(30, u'y');
 

@@ -56,28 +56,6 @@ private:
     Inner<ReferenceImpl> inner_;
 };
 
-class Steps final : public IteratorImpl {
-public:
-    explicit Steps(Inner<IteratorImpl> inner) : inner_(std::move(inner)) {}
-    IteratorImpl* clone() const override { return wrapAs<Steps>(inner_->clone()); }
-    void advance(std::int64_t count) override { inner_->advance(count); }
-    bool isEqual(const IteratorImpl& other) const override { return inner_->isEqual(below(other)); }
-    std::int64_t distanceTo(const IteratorImpl& other) const override {
-        return inner_->distanceTo(below(other));
-    }
-    void decrement() override { inner_->decrement(); }
-    void increment() override { inner_->increment(); }
-    ReferenceImpl* createReference() override { return inner_->createReference(); }
-    void saveReference(ReferenceImpl* chain) override { (*inner_).saveReference(chain); }
-    void* getElementAddress() override { return inner_->getElementAddress(); }
-
-private:
-    static const IteratorImpl& below(const IteratorImpl& other) {
-        return *static_cast<const Steps&>(other).inner_;
-    }
-    Inner<IteratorImpl> inner_;
-};
-
 class Sequence final : public ForwardIteratorImpl {
 public:
     explicit Sequence(Inner<ForwardIteratorImpl> inner) : inner_(std::move(inner)) {}
@@ -98,10 +76,10 @@ class Wrapping : public Base {
 public:
     using Base::Base;
     IteratorImpl* beginIterator(void* unused, bool writable) override {
-        return wrapAs<Steps>(Base::beginIterator(unused, writable));
+        return wrapAs<support::ForwardingIterator>(Base::beginIterator(unused, writable));
     }
     IteratorImpl* endIterator(void* unused, bool writable) override {
-        return wrapAs<Steps>(Base::endIterator(unused, writable));
+        return wrapAs<support::ForwardingIterator>(Base::endIterator(unused, writable));
     }
     ReferenceImpl* createElementReference(std::size_t index, const std::string& name,
                                           bool forWrite) override {
@@ -118,7 +96,7 @@ public:
     ForwardIteratorImpl* fieldNamesBegin() override { return wrapAs<Sequence>(Wrapping::fieldNamesBegin()); }
     ForwardIteratorImpl* fieldNamesEnd() override { return wrapAs<Sequence>(Wrapping::fieldNamesEnd()); }
     IteratorImpl* createFieldValuesIterator(std::size_t index, bool atEnd) override {
-        return wrapAs<Steps>(Wrapping::createFieldValuesIterator(index, atEnd));
+        return wrapAs<support::ForwardingIterator>(Wrapping::createFieldValuesIterator(index, atEnd));
     }
 
 protected:

@@ -72,6 +72,39 @@ public:
     }
 };
 
+/// An iterator. Those that it is compared with must be of this class too.
+class ForwardingIterator : public IteratorImpl {
+public:
+    explicit ForwardingIterator(Inner<IteratorImpl> inner) : inner_(std::move(inner)) {}
+
+    IteratorImpl& wrapped() const noexcept { return *inner_; }
+
+    IteratorImpl* clone() const override { return wrapCopy(Inner<IteratorImpl>(inner_->clone())); }
+    void advance(std::int64_t count) override { inner_->advance(count); }
+    bool isEqual(const IteratorImpl& other) const override { return inner_->isEqual(below(other)); }
+    std::int64_t distanceTo(const IteratorImpl& other) const override {
+        return inner_->distanceTo(below(other));
+    }
+    void decrement() override { inner_->decrement(); }
+    void increment() override { inner_->increment(); }
+    void reservedOp9() override { inner_->reservedOp9(); }
+    ReferenceImpl* createReference() override { return inner_->createReference(); }
+    void saveReference(ReferenceImpl* chain) override { inner_->saveReference(chain); }
+    void reservedOp12() override { inner_->reservedOp12(); }
+    void* getElementAddress() override { return inner_->getElementAddress(); }
+
+protected:
+    static const IteratorImpl& below(const IteratorImpl& other) {
+        return *static_cast<const ForwardingIterator&>(other).inner_;
+    }
+    virtual IteratorImpl* wrapCopy(Inner<IteratorImpl> copy) const {
+        return new ForwardingIterator(std::move(copy));
+    }
+
+private:
+    Inner<IteratorImpl> inner_;
+};
+
 /// What all wrappers of arrays have beside their interface.
 class ArrayWrapper {
 public:

@@ -1,0 +1,25 @@
+// Every check runs in a process of its own, so that nothing that a back-end does can take the report away.
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace vexa::check {
+
+enum class Verdict { holds, fails, notOffered };
+
+struct Result {
+    Verdict verdict;
+    std::string reason; ///< or a remark
+};
+
+using Step = std::function<void(std::string_view)>;
+
+/// Runs `work`, which returns a remark or throws, in a child process. A child that crashes, hangs or leaves gives `fails`
+/// with what it was doing. With `quiet` it prints nothing.
+Result runInChild(const std::function<std::string(const Step&)>& work, std::chrono::seconds limit,
+                  bool quiet);
+
+} // namespace vexa::check

@@ -1,0 +1,168 @@
+#include "FailingAllocations.hpp"
+
+#include <cerrno>
+#include <cstdlib>
+#include <new>
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#    define VEXA_CHECK_SANITIZED 1
+#elif defined(__has_feature)
+#    if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer) || __has_feature(memory_sanitizer)
+#        define VEXA_CHECK_SANITIZED 1
+#    endif
+#endif
+
+namespace {
+
+struct Counters {
+    bool counting = false;
+    bool onwards = false;
+    bool fired = false;
+    std::size_t untilFailure = 0; // 0: none fails
+    std::ptrdiff_t live = 0;
+};
+
+// Constant-initialised, so that reaching it never allocates.
+constinit thread_local Counters counters;
+
+/// False when the allocation that is about to happen has to fail.
+bool admit() noexcept {
+    if (!counters.counting || counters.untilFailure == 0) return true;
+    if (--counters.untilFailure != 0) return true;
+    counters.fired = true;
+    counters.untilFailure = counters.onwards ? 1 : 0;
+    return false;
+}
+
+void* counted(void* block) noexcept {
+    if (counters.counting && block != nullptr) ++counters.live;
+    return block;
+}
+void forget(const void* block) noexcept {
+    if (counters.counting && block != nullptr) --counters.live;
+}
+
+} // namespace
+
+#ifdef VEXA_CHECK_SANITIZED
+
+namespace {
+
+void* rawAllocate(std::size_t size) noexcept { return std::malloc(size); }
+void* rawAllocate(std::size_t alignment, std::size_t size) noexcept {
+    return std::aligned_alloc(alignment, (size + alignment - 1) / alignment * alignment);
+}
+void rawFree(void* block) noexcept { std::free(block); }
+
+} // namespace
+
+#else
+
+// The C library's own functions, which the ones below stand in front of.
+extern "C" {
+void* __libc_malloc(std::size_t size);
+void* __libc_calloc(std::size_t number, std::size_t size);
+void* __libc_realloc(void* block, std::size_t size);
+void* __libc_memalign(std::size_t alignment, std::size_t size);
+void __libc_free(void* block);
+}
+
+namespace {
+
+void* rawAllocate(std::size_t size) noexcept { return __libc_malloc(size); }
+void* rawAllocate(std::size_t alignment, std::size_t size) noexcept {
+    return __libc_memalign(alignment, size);
+}
+void rawFree(void* block) noexcept { __libc_free(block); }
+
+void* outOfMemory() noexcept {
+    errno = ENOMEM;
+    return nullptr;
+}
+
+} // namespace
+
+extern "C" {
+void* malloc(std::size_t size) noexcept { return admit() ? counted(__libc_malloc(size)) : outOfMemory(); }
+void* calloc(std::size_t number, std::size_t size) noexcept {
+    return admit() ? counted(__libc_calloc(number, size)) : outOfMemory();
+}
+void* realloc(void* block, std::size_t size) noexcept {
+    if (!admit()) return outOfMemory();
+    void* moved = __libc_realloc(block, size);
+    if (moved != nullptr) forget(block);
+    return counted(moved);
+}
+void* aligned_alloc(std::size_t alignment, std::size_t size) noexcept {
+    return admit() ? counted(__libc_memalign(alignment, size)) : outOfMemory();
+}
+int posix_memalign(void** block, std::size_t alignment, std::size_t size) noexcept {
+    void* fresh = aligned_alloc(alignment, size);
+    if (fresh == nullptr) return ENOMEM;
+    *block = fresh;
+    return 0;
+}
+void free(void* block) noexcept {
+    forget(block);
+    __libc_free(block);
+}
+}
+
+#endif
+
+namespace {
+
+template <class... Arguments>
+void* orThrow(Arguments... arguments) {
+    void* block = admit() ? counted(rawAllocate(arguments...)) : nullptr;
+    if (block == nullptr) throw std::bad_alloc();
+    return block;
+}
+template <class... Arguments>
+void* orNull(Arguments... arguments) noexcept {
+    return admit() ? counted(rawAllocate(arguments...)) : nullptr;
+}
+void drop(void* block) noexcept {
+    forget(block);
+    rawFree(block);
+}
+
+constexpr std::size_t bytes(std::align_val_t alignment) noexcept {
+    return static_cast<std::size_t>(alignment);
+}
+
+} // namespace
+
+void* operator new(std::size_t size) { return orThrow(size); }
+void* operator new[](std::size_t size) { return orThrow(size); }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return orNull(size); }
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return orNull(size); }
+void* operator new(std::size_t size, std::align_val_t alignment) { return orThrow(bytes(alignment), size); }
+void* operator new[](std::size_t size, std::align_val_t alignment) { return orThrow(bytes(alignment), size); }
+void operator delete(void* block) noexcept { drop(block); }
+void operator delete[](void* block) noexcept { drop(block); }
+void operator delete(void* block, std::size_t) noexcept { drop(block); }
+void operator delete[](void* block, std::size_t) noexcept { drop(block); }
+void operator delete(void* block, const std::nothrow_t&) noexcept { drop(block); }
+void operator delete[](void* block, const std::nothrow_t&) noexcept { drop(block); }
+void operator delete(void* block, std::align_val_t) noexcept { drop(block); }
+void operator delete[](void* block, std::align_val_t) noexcept { drop(block); }
+void operator delete(void* block, std::size_t, std::align_val_t) noexcept { drop(block); }
+void operator delete[](void* block, std::size_t, std::align_val_t) noexcept { drop(block); }
+
+namespace vexa::check {
+
+void FailingAllocations::start() noexcept {
+    counters = Counters();
+    counters.counting = true;
+}
+void FailingAllocations::stop() noexcept { counters.counting = false; }
+void FailingAllocations::failAt(std::size_t number, bool onwards) noexcept {
+    counters.fired = false;
+    counters.untilFailure = number;
+    counters.onwards = onwards;
+}
+bool FailingAllocations::fired() noexcept { return counters.fired; }
+std::ptrdiff_t FailingAllocations::liveBlocks() noexcept { return counters.live; }
+
+} // namespace vexa::check

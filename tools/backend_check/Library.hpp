@@ -1,0 +1,14 @@
+// Loading the library of a back-end.
+#pragma once
+
+#include "Backend.hpp"
+
+#include <string>
+
+namespace vexa::check {
+
+/// Loads the library into this process, for good, and asks for the factory that it registered.
+/// @throws Failure which says why there is none
+Owned<ArrayFactoryImpl> loadBackend(const std::string& path);
+
+} // namespace vexa::check

@@ -1,0 +1,89 @@
+#include "Run.hpp"
+
+#include "Library.hpp"
+
+#include <algorithm>
+
+namespace vexa::check {
+
+namespace {
+
+bool contains(const std::vector<std::string>& list, const std::string& word) {
+    return std::find(list.begin(), list.end(), word) != list.end();
+}
+
+class Runner {
+public:
+    Runner(const std::string& library, const Options& options) : library_(library), options_(options) {}
+
+    Result run(const Check& check) {
+        Result result = isLeftOut(check) ? leftOut(check) : inChild(check);
+        if (!check.provides.empty() && result.verdict == Verdict::notOffered) {
+            missing_.insert(check.provides);
+            if (isRequired(check.provides)) {
+                result.verdict = Verdict::fails;
+                result.reason = "required and not offered: " + result.reason;
+            }
+        }
+        return result;
+    }
+
+private:
+    bool isRequired(const std::string& capability) const {
+        return contains(options_.required, "all") || contains(options_.required, capability);
+    }
+    bool isMissing(const std::string& capability) const { return missing_.count(capability) != 0; }
+    bool isLeftOut(const Check& check) const {
+        return std::any_of(check.needs.begin(), check.needs.end(),
+                           [this](const std::string& need) { return isMissing(need); });
+    }
+    Result leftOut(const Check& check) const {
+        std::string needs;
+        for (const std::string& need : check.needs)
+            if (isMissing(need)) needs.append(needs.empty() ? "needs " : ", ").append(need);
+        return {Verdict::notOffered, needs};
+    }
+    Result inChild(const Check& check) const {
+        return runInChild(
+            [&](const Step& step) {
+                step("loading the library");
+                const Owned<ArrayFactoryImpl> factory = loadBackend(library_);
+                step("");
+                Backend backend(*factory, missing_, step);
+                check.run(backend);
+                return backend.note();
+            },
+            options_.limit, !options_.verbose);
+    }
+
+    const std::string& library_;
+    const Options& options_;
+    Names missing_;
+};
+
+} // namespace
+
+Result tryLoading(const std::string& library, const Options& options) {
+    return runInChild(
+        [&](const Step& step) {
+            step("loading the library");
+            loadBackend(library);
+            return std::string();
+        },
+        options.limit, !options.verbose);
+}
+
+std::vector<Row> runChecks(const std::string& library, const Checks& checks, const Options& options) {
+    Runner runner(library, options);
+    std::vector<Row> rows;
+    for (const Check& check : checks) {
+        const bool asked = options.families.empty() || contains(options.families, check.family);
+        // What is offered has to be known in any case, and what is required is reported in any case.
+        if (!asked && check.provides.empty()) continue;
+        Result result = runner.run(check);
+        if (asked || result.verdict == Verdict::fails) rows.push_back({&check, std::move(result)});
+    }
+    return rows;
+}
+
+} // namespace vexa::check
