@@ -89,7 +89,8 @@ public:
     void increment() override { inner_->increment(); }
     void reservedOp9() override { inner_->reservedOp9(); }
     ReferenceImpl* createReference() override { return inner_->createReference(); }
-    void saveReference(ReferenceImpl* chain) override { inner_->saveReference(chain); }
+    /// Not failed before: whoever is asked owns the chain already.
+    void saveReference(ReferenceImpl* chain) override { (*inner_).saveReference(chain); }
     void reservedOp12() override { inner_->reservedOp12(); }
     void* getElementAddress() override { return inner_->getElementAddress(); }
 
