@@ -436,7 +436,8 @@ const Family workspaces{
 } // namespace
 
 const std::vector<Family>& families() {
-    static const std::vector<Family> all{factory, arrays, texts, cells, records, sparse, objects, workspaces};
+    static const std::vector<Family> all{factory, arrays,  texts,        cells,     records,
+                                         sparse,  objects, cFunctions(), workspaces};
     return all;
 }
 

@@ -24,14 +24,10 @@ protected:
     bool inject(const Operation& operation, std::size_t number, const std::string& expected) {
         AllocationCountdown::start();
         std::optional<World> world(std::in_place, factory_);
-        if (memory() == Memory::failsOnce) {
-            AllocationCountdown::failAt(number);
-        } else {
-            AllocationCountdown::failFrom(number);
-        }
+        AllocationCountdown::failAt(number, memory() == Memory::failsFromThenOn);
         const Outcome outcome = support::outcomeOf([&] { operation.run(*world); });
         const bool fired = AllocationCountdown::fired();
-        AllocationCountdown::disarm();
+        AllocationCountdown::failAt(0);
         if (outcome != Outcome::succeeded) {
             EXPECT_EQ(world->text(), expected) << "a failed operation has changed something";
         }
@@ -75,7 +71,7 @@ TEST(OutOfMemoryDeathTest, EndsTheProcessWhereNothingCanBeThrown) {
     for (const Operation& operation : failure::endingWithoutMemory()) {
         const auto run = [&] {
             AllocationCountdown::start();
-            AllocationCountdown::failFrom(1);
+            AllocationCountdown::failAt(1, true);
             operation.run(world);
         };
         EXPECT_EXIT(run(), testing::KilledBySignal(SIGABRT), "") << operation.name;

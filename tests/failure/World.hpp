@@ -51,6 +51,7 @@ struct Family {
 };
 
 const std::vector<Family>& families();
+Family cFunctions(); ///< one of them
 
 /// Operations that end the process when memory runs out, and those that do when the back-end fails.
 const std::vector<Operation>& endingWithoutMemory();

@@ -1,38 +1,18 @@
-// Makes the n-th allocation fail, and counts allocations and live blocks. A program that uses this gets its own global
-// allocation functions; they count on the calling thread only, and only while told to. `malloc` and its relatives are
-// among them unless a sanitizer has taken those.
+// Operations whose n-th allocation fails. The counting is that of vexadata-backend-check.
 #pragma once
+
+#include "backend_check/FailingAllocations.hpp"
 
 #include <gtest/gtest.h>
 
 #include <cstddef>
 #include <exception>
-#include <limits>
 #include <new>
 #include <string>
 
 namespace support {
 
-class AllocationCountdown {
-public:
-    /// From now on, counts allocations and blocks; forgets earlier counts.
-    static void start() noexcept;
-    static void stop() noexcept;
-    /// Lets allocation number `number` (1 is the next one) fail, once.
-    static void failAt(std::size_t number) noexcept;
-    /// Lets allocation number `number` and all after it fail.
-    static void failFrom(std::size_t number) noexcept;
-    static void disarm() noexcept { failAt(std::numeric_limits<std::size_t>::max()); }
-
-    /// Allocations since `start` or the last `failAt`, the failed one included.
-    static std::size_t allocations() noexcept;
-    /// Blocks allocated less blocks freed since `start`.
-    static std::ptrdiff_t liveBlocks() noexcept;
-    /// Whether the failure asked for has happened.
-    static bool fired() noexcept;
-    /// Whether `malloc` is counted too.
-    static bool seesMalloc() noexcept;
-};
+using AllocationCountdown = vexa::check::FailingAllocations;
 
 /// The number of allocations that `operation` makes.
 template <class Operation>
@@ -80,7 +60,7 @@ void sweep(Setup&& setup, Operation&& operation, Check&& check) {
             AllocationCountdown::failAt(number);
             outcome = outcomeOf([&] { operation(state); });
             fired = AllocationCountdown::fired();
-            AllocationCountdown::disarm();
+            AllocationCountdown::failAt(0);
             if (outcome != Outcome::succeeded) {
                 check(state);
             }

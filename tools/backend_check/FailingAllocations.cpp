@@ -17,6 +17,7 @@ namespace {
 struct Counters {
     bool counting = false;
     bool onwards = false;
+    std::size_t allocations = 0;
     bool fired = false;
     std::size_t untilFailure = 0; // 0: none fails
     std::ptrdiff_t live = 0;
@@ -27,8 +28,9 @@ constinit thread_local Counters counters;
 
 /// False when the allocation that is about to happen has to fail.
 bool admit() noexcept {
-    if (!counters.counting || counters.untilFailure == 0) return true;
-    if (--counters.untilFailure != 0) return true;
+    if (!counters.counting) return true;
+    ++counters.allocations;
+    if (counters.untilFailure == 0 || --counters.untilFailure != 0) return true;
     counters.fired = true;
     counters.untilFailure = counters.onwards ? 1 : 0;
     return false;
@@ -159,10 +161,19 @@ void FailingAllocations::start() noexcept {
 void FailingAllocations::stop() noexcept { counters.counting = false; }
 void FailingAllocations::failAt(std::size_t number, bool onwards) noexcept {
     counters.fired = false;
+    counters.allocations = 0;
     counters.untilFailure = number;
     counters.onwards = onwards;
 }
 bool FailingAllocations::fired() noexcept { return counters.fired; }
+std::size_t FailingAllocations::allocations() noexcept { return counters.allocations; }
 std::ptrdiff_t FailingAllocations::liveBlocks() noexcept { return counters.live; }
+bool FailingAllocations::seesMalloc() noexcept {
+#ifdef VEXA_CHECK_SANITIZED
+    return false;
+#else
+    return true;
+#endif
+}
 
 } // namespace vexa::check
