@@ -267,9 +267,9 @@ bool cellTasks() {
         {"vexadata",
          [] { return addNested([](std::size_t i) -> const TypedArray<double> { return cells[i]; }); }});
     kept.contenders.insert(kept.contenders.end(), peers.begin(), peers.end());
-    Task references{"the same, cells[i][j]", reads, 0, {raw}, 60};
+    Task references{"the same, cells[i].held()[j]", reads, 0, {raw}, 60};
     references.contenders.push_back(
-        {"vexadata", [] { return addNested([](std::size_t i) { return cells[i]; }); }});
+        {"vexadata", [] { return addNested([](std::size_t i) { return cells[i].held(); }); }});
     references.contenders.push_back(
         {"kept reference",
          [] { return addNested([](std::size_t i) -> const Reference<Array> { return nested.cells[i]; }); }});

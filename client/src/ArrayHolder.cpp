@@ -12,6 +12,8 @@ using fv::detail::Access;
 
 namespace {
 
+/// Stands for whatever lies in the slot. Once it has indices it means an element of the array that lay there when it was made:
+/// in an array of another kind or shape they mean nothing.
 class SlotReference final : public ReferenceImpl {
 public:
     SlotReference(ArrayHolder& holder, std::size_t slot, bool forWrite) : holder_(holder), slot_(slot) {
@@ -19,7 +21,17 @@ public:
             holder_.makePrivate(slot_);
         }
         const ArrayImpl& held = holder_.heldIn(slot_);
+        type_ = held.getType();
         bind(held.getDimensions(), held.getMemoryLayout());
+    }
+
+    std::uint64_t getLinearIndex(bool unshare) override {
+        const ArrayImpl& held = holder_.heldIn(slot_);
+        if (held.getType() != type_) {
+            fv::detail::raise<fv::TypeMismatchException>();
+        }
+        fv::detail::requireShape(*this, held);
+        return ReferenceImpl::getLinearIndex(unshare);
     }
 
     ArrayImpl* getArrayImpl() const override { return &holder_.heldIn(slot_); }
@@ -31,6 +43,7 @@ public:
 private:
     ArrayHolder& holder_;
     std::size_t slot_;
+    ArrayType type_;
 };
 
 /// Null for arrays that hold none, and for those of other back-ends.

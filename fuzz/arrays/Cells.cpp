@@ -138,7 +138,7 @@ private:
                        }));
     }
 
-    /// `cells[i][j] = 5.0` for cells in a row or column.
+    /// `cells[i].held()[j] = 5.0` for cells in a row or column.
     void writeScalarInside(World& world, Array& array) {
         operation = "cells: write a scalar in a cell";
         if (isEmpty() || dims_.size() != 2 || (dims_[0] != 1 && dims_[1] != 1)) {
@@ -149,7 +149,7 @@ private:
         const double value = world.input.value<double>();
         const Outcome wanted = elements_[cell]->writeScalar(element, value);
         as<Cell>(array, [&](Cell& cells) {
-            requireOutcome(wanted, outcomeOf([&] { cells[cell][element] = value; }));
+            requireOutcome(wanted, outcomeOf([&] { cells[cell].held()[element] = value; }));
         });
     }
 

@@ -7,17 +7,27 @@ namespace foundation::vexadata::detail {
 
 namespace {
 
-/// Stands where another chain stands and keeps it alive. What the other does before a write happens here too.
+/// Stands where another chain stands and keeps it alive. What the other does before a write happens here too, also that
+/// another array takes the place; a position in the old one means nothing in an array of another kind or shape.
 class DependentReference final : public ReferenceImpl {
 public:
     explicit DependentReference(std::shared_ptr<ReferenceImpl> base)
-        : ReferenceImpl(*base), base_(std::move(base)) {}
+        : ReferenceImpl(*base), base_(std::move(base)), type_(base_->getArrayImpl()->getType()) {}
 
     ArrayImpl* getArrayImpl() const override { return base_->getArrayImpl(); }
     void prepareForWrite() override { base_->prepareForWrite(); }
+    std::uint64_t getLinearIndex(bool unshare) override {
+        const ArrayImpl& array = *getArrayImpl();
+        if (array.getType() != type_) {
+            raise<TypeMismatchException>();
+        }
+        requireShape(*this, array);
+        return ReferenceImpl::getLinearIndex(unshare);
+    }
 
 private:
     std::shared_ptr<ReferenceImpl> base_;
+    ArrayType type_;
 };
 
 std::shared_ptr<ReferenceImpl> intoElement(ReferenceImpl& chain, std::size_t index, bool forWrite) {
@@ -59,6 +69,13 @@ std::shared_ptr<ReferenceImpl> createConstReferenceWithIndex(const std::shared_p
 
 std::shared_ptr<ReferenceImpl> copyChain(const std::shared_ptr<ReferenceImpl>& chain) {
     return Access::createSharedPtr<ReferenceImpl>(new DependentReference(chain));
+}
+
+void requireShape(const ReferenceImpl& chain, const ArrayImpl& array) {
+    // A chain to a known position may have been made without dimensions.
+    if (!chain.dimensions().empty() && array.getDimensions() != chain.dimensions()) {
+        raise<EArrayIndexOutOfRange>();
+    }
 }
 
 std::string castToString(std::shared_ptr<ReferenceImpl> chain) { return chain->getString(); }

@@ -13,7 +13,7 @@ std::u16string textOf(const vexa::data::impl::ArrayImpl& array) {
 }
 
 const vexa::data::impl::ArrayImpl& held(const std::shared_ptr<detail::ReferenceImpl>& chain) {
-    return detail::elementArray<NotEnoughIndicesProvidedException>(chain);
+    return detail::heldArray<CharArray, NotEnoughIndicesProvidedException>(chain);
 }
 
 } // namespace

@@ -13,8 +13,8 @@ std::string EnumArray::getClassName() const noexcept {
 }
 
 std::string EnumArrayExt::getClassName() const {
-    const auto& array =
-        static_cast<const EnumArrayImpl&>(detail::elementArray<NotEnoughIndicesProvidedException>(chain_));
+    const auto& array = static_cast<const EnumArrayImpl&>(
+        detail::heldArray<EnumArray, NotEnoughIndicesProvidedException>(chain_));
     const char* name = array.getClassName();
     return detail::copied(
         name, array.getNumberOfElements()); // the elements' number, not the name's length: kept so

@@ -10,7 +10,19 @@ using FieldNames = Range<ForwardIterator, const VexaFieldIdentifier>;
 namespace {
 
 StructArrayImpl& structOf(vexa::data::impl::ArrayImpl& array) { return static_cast<StructArrayImpl&>(array); }
-StructArrayImpl& structOf(const detail::ElementPosition& position) { return structOf(*position.array()); }
+void requireStruct(const vexa::data::impl::ArrayImpl& array) {
+    if (array.getType() != ArrayType::STRUCT) {
+        detail::raise<TypeMismatchException>();
+    }
+}
+/// At the end of a chain something else may lie by now.
+StructArrayImpl& structOf(const detail::ElementPosition& position) {
+    vexa::data::impl::ArrayImpl& array = *position.array();
+    if (position.hasChain()) {
+        requireStruct(array);
+    }
+    return structOf(array);
+}
 
 FieldNames namesOf(StructArrayImpl& array) {
     FieldNameIterator begin(array.fieldNamesBegin());
@@ -25,23 +37,23 @@ Iterator fieldValues(const detail::ElementPosition& position, bool atEnd) {
                  : Iterator(array.createFieldValuesIterator(index, false));
 }
 
-/// A chain of its own to a field of the record, which is known by its position.
+/// A chain of its own to a field of the record. It depends on the record's chain, if there is one: what happens before a write
+/// to the record, which may lie in a cell that others share, happens before one to its field.
 std::shared_ptr<detail::ReferenceImpl> fieldChain(const detail::ElementPosition& record,
                                                   const std::string& fieldName) {
     if (!record.fieldName().empty()) {
         detail::raise<CanOnlyUseOneStringIndexException>();
     }
-    vexa::data::impl::ArrayImpl* array = record.array();
-    auto chain = detail::Access::createSharedPtr<detail::ReferenceImpl>(
-        new vexa::data::detail::ArrayReferenceImpl(array, record.linearIndex()));
+    const std::size_t index = record.linearIndex();
+    auto chain = record.hasChain() ? detail::copyChain(record.chain())
+                                   : detail::Access::createSharedPtr<detail::ReferenceImpl>(
+                                         new vexa::data::detail::ArrayReferenceImpl(record.array(), index));
     chain->addIndex(fieldName);
     return chain;
 }
 
-void requireStruct(const detail::ElementPosition& position) {
-    if (position.array()->getType() != ArrayType::STRUCT) {
-        detail::raise<TypeMismatchException>();
-    }
+vexa::data::impl::ArrayImpl& heldStruct(const std::shared_ptr<detail::ReferenceImpl>& chain) {
+    return detail::heldArray<StructArray, NotEnoughIndicesProvidedException>(chain);
 }
 
 } // namespace
@@ -53,7 +65,7 @@ std::size_t StructArray::getNumberOfFields() const { return structOf(*impl_).get
 FieldNames StructArrayExt::getFieldNames() const {
     // Both ends are made by the begin operation, the second call for the begin, and each gets one reference more than
     // anybody drops. Back-ends know this; it stays.
-    auto& array = structOf(detail::elementArray<NotEnoughIndicesProvidedException>(chain_));
+    auto& array = structOf(heldStruct(chain_));
     const auto fresh = [&] {
         auto* it = array.fieldNamesBegin();
         it->retain();
@@ -62,9 +74,7 @@ FieldNames StructArrayExt::getFieldNames() const {
     FieldNameIterator end = fresh();
     return {fresh(), std::move(end)};
 }
-std::size_t StructArrayExt::getNumberOfFields() const {
-    return structOf(detail::elementArray<NotEnoughIndicesProvidedException>(chain_)).getNumFields();
-}
+std::size_t StructArrayExt::getNumberOfFields() const { return structOf(heldStruct(chain_)).getNumFields(); }
 
 FieldNames StructElement::getFieldNames() const { return namesOf(structOf(position_)); }
 std::size_t StructElement::getNumberOfFields() const { return structOf(position_).getNumFields(); }
@@ -101,22 +111,23 @@ const Array Reference<Array>::operator[](const std::string& fieldName) const {
 namespace detail {
 
 const Array fieldOf(const ElementPosition& record, const std::string& fieldName, std::true_type) {
-    requireStruct(record);
+    requireStruct(*record.array());
     return StructElement(record)[fieldName];
 }
 
 Reference<Array> fieldOf(const ElementPosition& record, const std::string& fieldName, std::false_type) {
-    requireStruct(record);
+    requireStruct(*record.array());
     return Reference<Array>(fieldChain(record, fieldName));
 }
 
 void storeRecord(const ElementPosition& position, std::vector<Array> values) {
-    position.prepareForWrite();
-    StructArrayImpl& array = structOf(position);
-    if (array.getNumFields() != values.size()) {
+    vexa::data::impl::ArrayImpl* array = position.arrayForWrite();
+    requireStruct(*array);
+    StructArrayImpl& records = structOf(*array);
+    if (records.getNumFields() != values.size()) {
         raise<WrongVectorSizeForStructException>();
     }
-    array.setFieldValues(position.linearIndex(), std::move(values));
+    records.setFieldValues(position.linearIndex(), std::move(values));
 }
 
 void setElement(const std::shared_ptr<ReferenceImpl>& chain, std::vector<Array> values) {

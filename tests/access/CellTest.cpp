@@ -1,4 +1,5 @@
 // Cells: arrays held by elements, reached through references, queried, written in place, walked and stored.
+#include "support/AllocationCountdown.hpp"
 #include "support/LiveObjects.hpp"
 #include "support/RecordingArray.hpp"
 #include "support/Throws.hpp"
@@ -154,32 +155,75 @@ TEST_F(Cells, WritesInsideThemLeaveCopiesUnchanged) {
     EXPECT_EQ(static_cast<double>(TypedArray<double>(copy[0])[1][1]), 4.0);
 }
 
-TEST_F(Cells, IndexedTwiceReachScalarsInside) {
-    const Cell copy = cell;
-    EXPECT_EQ(static_cast<std::int32_t>(cell[1][1]), 8);
-    EXPECT_EQ(static_cast<std::int32_t>(std::as_const(cell)[1][0]), 7);
-    cell[1][0] = std::int32_t{70};
-    EXPECT_EQ(static_cast<std::int32_t>(cell[1][0]), 70);
-    EXPECT_EQ(static_cast<std::int32_t>(copy[1][0]), 7);
+TEST_F(Cells, IndexedTwiceNameOneCell) {
+    EXPECT_EQ(Array(cell[0][1]).getType(), ArrayType::INT32);
+    // No cell is a scalar, whatever array lies in it.
     EXPECT_TRUE(
-        throwsExactly<TypeMismatchException>([&] { static_cast<void>(double(cell[1][1])); }, mismatch));
-    EXPECT_TRUE(throwsExactly<EArrayIndexOutOfRange>([&] { static_cast<void>(std::int32_t(cell[3][0])); },
-                                                     "Array index is out of range"));
-    EXPECT_TRUE(throwsExactly<EArrayIndexOutOfRange>([&] { cell[1][2] = std::int32_t{1}; },
-                                                     "Array index is out of range"));
-    // An array is meant by row and column of the cells, as everywhere.
+        throwsExactly<TypeMismatchException>([&] { static_cast<void>(std::int32_t(cell[0][1])); }, mismatch));
+    EXPECT_TRUE(throwsExactly<TypeMismatchException>([&] { cell[1][0] = std::int32_t{70}; }, mismatch));
     EXPECT_TRUE(throwsExactly<EArrayIndexOutOfRange>([&] { Array none = cell[1][1]; },
                                                      "Array index is out of range"));
-    EXPECT_EQ(Array(cell[0][1]).getType(), ArrayType::INT32);
+}
 
+TEST_F(Cells, LeadIntoTheArraysThatTheyHold) {
+    const Cell copy = cell;
+    EXPECT_EQ(cell[1].held()[1], 8);
+    EXPECT_EQ(std::as_const(cell)[0][1].held()[0], 7);
+    cell[1].held()[0] = std::int32_t{70};
+    cell[0][0].held()[1][1] += 1;
+    EXPECT_EQ(cell[1].held()[0], 70);
+    EXPECT_EQ(cell[0].held()[1][1], 5.0);
+    EXPECT_EQ(copy[1].held()[0], 7) << "the array in the cell was shared";
+    EXPECT_EQ(copy[0].held()[1][1], 4.0);
+
+    EXPECT_TRUE(throwsExactly<TypeMismatchException>(
+        [&] { static_cast<void>(static_cast<double>(cell[1].held()[1])); }, mismatch));
+    EXPECT_TRUE(throwsExactly<EArrayIndexOutOfRange>([&] { cell[1].held()[2] = std::int32_t{1}; },
+                                                     "Array index is out of range"));
+    EXPECT_TRUE(
+        throwsExactly<EArrayIndexOutOfRange>([&] { cell[3].held()[0]; }, "Array index is out of range"));
+    EXPECT_TRUE(throwsExactly<CantIndexIntoEmptyArrayException>([&] { cell[2].held()[0]; },
+                                                                "Can't index into an empty array"));
+    EXPECT_TRUE(throwsExactly<TooManyIndicesProvidedException>([&] { cell[1].held()[0][0][1]; },
+                                                               "Too many indices provided"));
+    Array numbers = factory.createArray<double>({1, 1});
+    EXPECT_TRUE(throwsExactly<NotEnoughIndicesProvidedException>([&] { numbers[0].held()[0]; }, notEnough));
+
+    // A handle that is kept looks the array up again.
+    const auto kept = cell[0].held()[0];
+    cell[0] = factory.createArray<double>({2, 2}, {9.0, 9.0, 9.0, 9.0});
+    EXPECT_EQ(kept[1], 9.0);
+    cell[0] = factory.createArray<double>({1, 1});
+    EXPECT_TRUE(throwsExactly<EArrayIndexOutOfRange>([&] { static_cast<void>(kept[1] == 9.0); },
+                                                     "Array index is out of range"));
+
+    // Deeper, with more indices than are kept in place, and as other handles.
     Cell outer = factory.createArray<Array>({1, 1}, {cell});
-    Reference<Array> untyped = outer[0];
-    Reference<TypedArray<Array>> typed = outer[0];
-    untyped[1][1] = std::int32_t{80};
-    EXPECT_EQ(static_cast<std::int32_t>(typed[1][1]), 80);
-    typed[1][1] = std::int32_t{81};
-    EXPECT_EQ(static_cast<std::int32_t>(untyped[1][1]), 81);
-    EXPECT_EQ(static_cast<std::int32_t>(cell[1][1]), 8);
+    outer[0].held()[1].held()[1] = std::int32_t{80};
+    EXPECT_EQ(outer[0].held()[1].held()[1], 80);
+    EXPECT_EQ(cell[1].held()[1], 8);
+    outer[0] = factory.createArray<double>({1, 1, 1, 2}, {1.0, 2.0});
+    outer[0].held()[0][0][0][1] = 3.0;
+    EXPECT_EQ(outer[0].held()[0][0][0][1], 3.0);
+    Reference<double> element = outer[0].held()[0][0][0][0];
+    element = 4.0;
+    EXPECT_EQ(outer[0].held()[0][0][0][0], 4.0);
+    outer[0] = cell;
+    const TypedArray<std::int32_t> inner = outer[0].held()[1];
+    EXPECT_EQ(inner[0], 70);
+}
+
+TEST_F(Cells, LeadIntoTheirArraysWithoutAllocating) {
+    cell[0].held()[1][1] = 4.0; // private from now on
+    double sum = 0;
+    const std::size_t allocations = support::countAllocations([&] {
+        for (std::size_t j = 0; j < 2; ++j) {
+            cell[0].held()[1][j] = cell[0].held()[0][j] + 1.0;
+            sum += std::as_const(cell)[0][0].held()[1][j];
+        }
+    });
+    EXPECT_EQ(allocations, 0U);
+    EXPECT_EQ(sum, 6.0); // 1 + 1 and 3 + 1
 }
 
 TEST_F(Cells, WalkedForReadingAreIndexedInto) {
@@ -201,14 +245,14 @@ TEST_F(Cells, ReferencesOfAKnownKindReadAndWrite) {
     }
     EXPECT_EQ(numbers[0], 71);
     EXPECT_EQ(std::accumulate(std::as_const(numbers).begin(), std::as_const(numbers).end(), 0), 80);
-    EXPECT_EQ(static_cast<std::int32_t>(copy[1][0]), 7);
+    EXPECT_EQ(static_cast<std::int32_t>(copy[1].held()[0]), 7);
     const TypedArray<std::int32_t> taken = numbers;
     numbers = factory.createArray<std::int32_t>({1, 1}, {5});
     EXPECT_EQ(taken.getNumberOfElements(), 2U);
     EXPECT_EQ(numbers.getNumberOfElements(), 1U);
     Reference<TypedArray<std::int32_t>> other = copy[1];
     other = numbers; // writes, and goes on to refer to its own cell
-    EXPECT_EQ(static_cast<std::int32_t>(copy[1][0]), 5);
+    EXPECT_EQ(static_cast<std::int32_t>(copy[1].held()[0]), 5);
     EXPECT_TRUE(
         throwsExactly<TypeMismatchException>([&] { Reference<TypedArray<double>> no = cell[1]; }, mismatch));
     using Typed = Reference<TypedArray<std::int32_t>>;

@@ -4,6 +4,7 @@
 #include <foundation/vexadata/Access.hpp>
 #include <foundation/vexadata/ArrayElementRef.hpp>
 #include <foundation/vexadata/ArrayType.hpp>
+#include <foundation/vexadata/HeldElementRef.hpp>
 #include <foundation/vexadata/Reference.hpp>
 #include <vexa/data/impl/ArrayImpl.hpp>
 

@@ -1,76 +1,137 @@
-// References to arrays that cells and fields hold, when the kind of the array is known.
+// References to arrays that cells and fields hold, when the kind of the array is known: `Reference<TypedArray<T>>` and, with
+// the headers of their kinds, `Reference<CharArray>`, `Reference<StructArray>` and so on. `Reference<const ...>` of each
+// only reads. For an array of any kind see `Reference<Array>` (Reference.hpp), for a single element of a primitive array
+// `Reference<T>`.
 #pragma once
 
 #include <foundation/vexadata/BufferAccess.hpp>
 
 #include <cstddef>
 #include <memory>
+#include <type_traits>
 #include <utility>
 
 namespace foundation::vexadata {
 
 namespace detail {
 
-/// What all references to an array of handle type `A` share; `Ext` adds what the kind of array has of its own. The kind is
-/// tested when the reference is formed, not afterwards.
-template <class Ref, class A, class Ext>
-class HeldArray : public Ext {
+/// What a reference to an array of handle type `A` can do to be read; `Ext` adds what the kind of array has of its own.
+/// What lies in the cell or field may be replaced while the reference is kept: its kind is tested at every use.
+///
+/// @throws TypeMismatchException from every function when no array of this kind lies there; index errors
+template <class A, class Ext>
+class HeldView : public Ext {
+protected:
     using Element = typename A::value_type;
 
 public:
-    using iterator = TypedIterator<Element>;
     using const_iterator = TypedIterator<const Element>;
 
-    explicit HeldArray(std::shared_ptr<ReferenceImpl> chain) noexcept : Ext(std::move(chain)) {}
-    /// @throws TypeMismatchException when the element holds no array of this kind; index errors
-    HeldArray(const ArrayElementRef<false>& element) : Ext(checked(chainOf(element))) {}
-    HeldArray(const Reference<Array>& element) : Ext(checked(element.chain())) {}
-    HeldArray(const HeldArray&) = default;
-    HeldArray(HeldArray&&) noexcept = default;
+    /// Takes a chain over; the kind of the array is not tested before the first use.
+    explicit HeldView(std::shared_ptr<ReferenceImpl> chain) noexcept : Ext(std::move(chain)) {}
+
+    /// An element of the array held.
+    ElementRefOf<Element, true> operator[](std::size_t index) const {
+        std::shared_ptr<ReferenceImpl> element = createConstReferenceWithIndex(requireKind(), index);
+        return ElementRefOf<Element, true>(element);
+    }
+
+    /// The elements of the array held; the iterators keep the chain alive.
+    const_iterator begin() const { return constPosition(false); }
+    const_iterator end() const { return constPosition(true); }
+    const_iterator cbegin() const { return begin(); }
+    const_iterator cend() const { return end(); }
+
+protected:
+    HeldView(const HeldView&) = default;
+    HeldView(HeldView&&) noexcept = default;
+    ~HeldView() = default;
+
+    static std::shared_ptr<ReferenceImpl> checked(std::shared_ptr<ReferenceImpl> chain) {
+        heldArray<A>(chain);
+        return chain;
+    }
+    const std::shared_ptr<ReferenceImpl>& requireKind() const {
+        heldArray<A>(this->chain_);
+        return this->chain_;
+    }
+
+private:
+    const_iterator constPosition(bool atEnd) const {
+        ArrayImpl& array = heldArray<A, NotEnoughIndicesProvidedException>(this->chain_);
+        return typedIterator<const Element>(array, atEnd, false, this->chain_);
+    }
+};
+
+/// Storing arrays of handle type `A` through the reference `Ref`.
+template <class Ref, class A, class Base>
+class HeldAssignment : public Base {
+public:
+    using Base::Base;
+    HeldAssignment(const HeldAssignment&) = default;
+    HeldAssignment(HeldAssignment&&) noexcept = default;
 
     /// Stores an array, shared with the handle until one of them is written.
     Ref& operator=(const A& array) {
         storeArray(this->chain_, array);
         return static_cast<Ref&>(*this);
     }
-    /// Stores the array that the other element holds; never makes this reference refer elsewhere.
-    HeldArray& operator=(const HeldArray& other) {
-        storeArray(this->chain_, castTo<Array, true>(other.chain_));
+    /// Stores the array that another element holds; never makes this reference refer elsewhere.
+    /// @throws TypeMismatchException when it is none of this kind; index errors
+    HeldAssignment& operator=(const HeldAssignment& other) {
+        storeArray(this->chain_, castTo<A, true>(other.chain_));
         return *this;
     }
+    template <class Other, std::enable_if_t<isArrayReference<Other>, int> = 0>
+    Ref& operator=(const Other& other) {
+        storeArray(this->chain_, castTo<A, true>(chainOf(other)));
+        return static_cast<Ref&>(*this);
+    }
 
-    /// An element of the array held. The writable form makes everything on the way private.
-    /// @throws index errors of either level
+protected:
+    ~HeldAssignment() = default;
+};
+
+/// What a writable reference to an array of handle type `A` can do; see HeldView.
+template <class Ref, class A, class Ext>
+class HeldArray : public HeldAssignment<Ref, A, HeldView<A, Ext>> {
+    using Assignment = HeldAssignment<Ref, A, HeldView<A, Ext>>;
+    using View = HeldView<A, Ext>;
+    using typename View::Element;
+
+public:
+    using ReadOnly = View;
+    using iterator = TypedIterator<Element>;
+
+    explicit HeldArray(std::shared_ptr<ReferenceImpl> chain) noexcept : Assignment(std::move(chain)) {}
+    HeldArray(const ArrayElementRef<false>& element) : Assignment(View::checked(chainOf(element))) {}
+    HeldArray(const Reference<Array>& element) : Assignment(View::checked(element.chain())) {}
+    HeldArray(const HeldArray&) = default;
+    HeldArray(HeldArray&&) noexcept = default;
+    HeldArray& operator=(const HeldArray&) = default; // stores
+    using Assignment::operator=;
+
+    /// An element of the array held. Everything on the way is made private.
     ElementRefOf<Element, false> operator[](std::size_t index) {
+        View::requireKind();
         return ElementRefOf<Element, false>(createReferenceWithIndex<false>(this->chain_, index));
     }
-    ElementRefOf<Element, true> operator[](std::size_t index) const {
-        return ElementRefOf<Element, true>(createConstReferenceWithIndex(this->chain_, index));
-    }
+    using View::operator[];
 
-    /// The elements of the array held; the iterators keep the chain alive. Writing makes everything on the way private.
-    const_iterator begin() const { return constPosition(false); }
-    const_iterator end() const { return constPosition(true); }
-    const_iterator cbegin() const { return begin(); }
-    const_iterator cend() const { return end(); }
+    /// The elements of the array held, for writing; the iterators keep the chain alive. Everything on the way is made private.
     iterator begin() { return position(false); }
     iterator end() { return position(true); }
+    using View::begin;
+    using View::end;
 
 protected:
     ~HeldArray() = default;
 
 private:
-    static std::shared_ptr<ReferenceImpl> checked(std::shared_ptr<ReferenceImpl> chain) {
-        requireHeld<A>(chain);
-        return chain;
-    }
-    const_iterator constPosition(bool atEnd) const {
-        ArrayImpl& array = elementArray<NotEnoughIndicesProvidedException>(this->chain_);
-        return typedIterator<const Element>(array, atEnd, false, this->chain_);
-    }
     iterator position(bool atEnd) {
+        View::requireKind();
         this->chain_->prepareForWrite();
-        ArrayImpl& array = elementArray<NotEnoughIndicesProvidedException>(this->chain_, true);
+        ArrayImpl& array = heldArray<A, NotEnoughIndicesProvidedException>(this->chain_, true);
         return typedIterator<Element>(array, atEnd, true, this->chain_);
     }
 };
@@ -86,6 +147,57 @@ class Reference<TypedArray<T>>
 public:
     using Held::Held;
     using Held::operator=;
+};
+
+/// A cell or field that holds a sparse array. The stored values are walked and changed through `SparseArray<T>`, which it
+/// converts to.
+template <class T>
+class Reference<SparseArray<T>>
+    : public detail::HeldAssignment<Reference<SparseArray<T>>, SparseArray<T>, ArrayReferenceExt> {
+    using Held = detail::HeldAssignment<Reference<SparseArray<T>>, SparseArray<T>, ArrayReferenceExt>;
+
+public:
+    using ReadOnly = ArrayReferenceExt;
+    using Held::Held;
+    using Held::operator=;
+    /// @throws TypeMismatchException when the element holds no such array; index errors
+    Reference(const ArrayElementRef<false>& element) : Reference(detail::chainOf(element)) {
+        detail::heldArray<SparseArray<T>>(this->chain_);
+    }
+    Reference(const Reference<Array>& element) : Reference(element.chain()) {
+        detail::heldArray<SparseArray<T>>(this->chain_);
+    }
+};
+
+/// A cell or field, also one of an array that is const, whose array is only read: the queries, elements and iterators of
+/// `Reference<A>` that do so. `A` is a `TypedArray<T>`, `CharArray`, `StructArray`, `EnumArray`, `ValueObjectArray` or
+/// `SparseArray<T>`.
+template <class A>
+class Reference<const A> : public Reference<A>::ReadOnly {
+    using View = typename Reference<A>::ReadOnly;
+
+public:
+    using View::View;
+    /// @throws TypeMismatchException when the element holds no array of this kind; index errors
+    template <class Element, std::enable_if_t<detail::isArrayReference<Element>, int> = 0>
+    Reference(const Element& element) : View(detail::chainOf(element)) {
+        detail::heldArray<A>(this->chain_);
+    }
+};
+
+/// A cell or field whose array, of any kind, is only read.
+template <>
+class Reference<const Array> : public ArrayReferenceExt {
+public:
+    using ArrayReferenceExt::ArrayReferenceExt;
+    template <class Element, std::enable_if_t<detail::isArrayReference<Element>, int> = 0>
+    Reference(const Element& element) : ArrayReferenceExt(detail::chainOf(element)) {}
+
+    /// An element of the array held, one level deeper.
+    /// @throws index errors of either level
+    ArrayElementRef<true> operator[](std::size_t index) const {
+        return ArrayElementRef<true>(detail::createConstReferenceWithIndex(chain_, index));
+    }
 };
 
 } // namespace foundation::vexadata

@@ -30,7 +30,8 @@ public:
     std::string toAscii() const;
 };
 
-/// What a reference to a character array in a cell or field can do besides. Both throw index errors.
+/// What a reference to a character array in a cell or field can do besides.
+/// @throws TypeMismatchException when something else lies there by now; index errors
 class VEXADATA_API CharArrayExt : public ArrayReferenceExt {
 public:
     using ArrayReferenceExt::ArrayReferenceExt;

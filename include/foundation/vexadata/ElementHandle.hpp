@@ -28,6 +28,14 @@ public:
     }
 };
 
+/// For handles that only read: an assignment to one could only be a write that goes nowhere.
+struct NotAssignable {
+    NotAssignable() = default;
+    NotAssignable(const NotAssignable&) = default;
+    NotAssignable& operator=(const NotAssignable&) = delete;
+    ~NotAssignable() = default;
+};
+
 /// A handle to an element that is read as a value of type `T`.
 template <class T>
 class ElementView {
@@ -42,6 +50,7 @@ protected:
     friend struct Access;
     ElementView(const ElementView&) = default;
     ElementView(ElementView&&) noexcept = default;
+    ElementView& operator=(const ElementView&) = delete;
     ~ElementView() = default;
 
     ElementPosition position_;

@@ -5,7 +5,6 @@
 #include <foundation/vexadata/ReferenceFunctions.hpp>
 #include <vexa/data/detail/IndexRules.hpp>
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -59,14 +58,28 @@ public:
           count_(other.count_),
           indices_{other.indices_[0], other.indices_[1], other.indices_[2]},
           chain_(std::exchange(other.chain_, nullptr)) {}
-    ElementPosition& operator=(const ElementPosition&) = delete;
+    /// Refers to the place of `other` from now on.
+    ElementPosition& operator=(ElementPosition other) noexcept {
+        swap(other);
+        return *this;
+    }
     [[gnu::always_inline]] ~ElementPosition() {
         if (chain_ != nullptr) {
             chain_->release();
         }
     }
 
-    /// Appends an index. A shared chain that others hold is copied before.
+    void swap(ElementPosition& other) noexcept {
+        std::swap(array_, other.array_);
+        std::swap(dimensions_, other.dimensions_);
+        std::swap(layout_, other.layout_);
+        std::swap(count_, other.count_);
+        std::swap(indices_, other.indices_);
+        std::swap(chain_, other.chain_);
+    }
+
+    /// Appends an index. A shared chain that others hold is copied before. An element whose position is known needs none:
+    /// it takes zeros, without effect, and nothing else.
     /// @throws StringIndexMustBeLastException, CantIndexIntoEmptyArrayException, TooManyIndicesProvidedException
     [[gnu::always_inline]] void append(std::size_t index) {
         if (chain_ == nullptr && count_ < capacity) {
@@ -76,6 +89,7 @@ public:
         }
     }
 
+    /// The array indexed into, borrowed.
     [[gnu::always_inline]] ArrayImpl* array() const {
         return chain_ == nullptr ? array_ : chain_->getArrayImpl();
     }
@@ -86,6 +100,16 @@ public:
         } else if (count_ != known) {
             array_->unshare();
         }
+    }
+
+    /// The array indexed into, made ready for a write; see the function for chains. A position in place belongs to the
+    /// caller's own handle, which outlives the call, so that its indices may be read after the back-end's operation.
+    [[gnu::always_inline]] ArrayImpl* arrayForWrite() const {
+        if (chain_ != nullptr) {
+            return detail::arrayForWrite(*chain_);
+        }
+        prepareForWrite();
+        return array_;
     }
 
     [[gnu::always_inline]] const std::string& fieldName() const noexcept {
@@ -107,17 +131,15 @@ public:
     /// Writes the element, which must be one of an array of `T`.
     template <class T>
     [[gnu::always_inline]] void setValue(T value) const {
-        prepareForWrite();
-        ArrayImpl* array = this->array(); // a slot may have moved to a copy of its own
+        ArrayImpl* array = arrayForWrite();
         writeElement<T>(*array, linearIndex(), fieldName(), std::move(value));
     }
 
     /// Whether the element was known without indices: an iterator stands on it, or it is a field.
     bool isFixed() const noexcept { return chain_ == nullptr ? count_ == known : chain_->indexCount() == 0; }
 
-    /// The indices of a row or column vector that was indexed twice.
-    /// @throws TypeMismatchException for any other position
-    VEXADATA_API std::array<std::uint64_t, 2> twoIndicesIntoVector() const;
+    /// Whether a shared chain leads there, on which the array can be another one at the next call.
+    bool hasChain() const noexcept { return chain_ != nullptr; }
 
     /// The shared chain; made at the first call, and the position stays with it from then on.
     VEXADATA_API std::shared_ptr<ReferenceImpl> chain() const;

@@ -34,7 +34,7 @@ public:
 
     /// As many bytes of the class name as the array has elements, deliberately: fewer than the name has cut it off, more
     /// go on behind its end. For the name itself ask `EnumArray::getClassName`.
-    /// @throws index errors
+    /// @throws TypeMismatchException when something else lies there by now; index errors
     std::string getClassName() const;
 };
 

@@ -80,6 +80,8 @@ template <class T>
 class Reference;
 template <bool isConst>
 class ArrayElementRef;
+template <bool isConst>
+class HeldElementRef;
 template <class T, bool isConst>
 class ArrayElementTypedRef;
 class ArrayReferenceExt;

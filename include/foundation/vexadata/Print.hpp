@@ -53,25 +53,9 @@ namespace detail {
 VEXADATA_API void printElement(std::ostream& stream, const ElementPosition& element);
 
 template <class Ref>
-inline constexpr bool isElementHandle = false;
-template <bool isConst>
-inline constexpr bool isElementHandle<ArrayElementRef<isConst>> = true;
-template <class T, bool isConst>
-inline constexpr bool isElementHandle<ArrayElementTypedRef<T, isConst>> = true;
-
-template <class Ref>
 inline constexpr bool isReference = false;
 template <class T>
 inline constexpr bool isReference<Reference<T>> = true;
-
-template <class Ref>
-ElementPosition positionOf(const Ref& element) {
-    if constexpr (isReference<Ref>) {
-        return ElementPosition(element.chain());
-    } else {
-        return Access::position(element);
-    }
-}
 
 } // namespace detail
 

@@ -49,7 +49,11 @@ protected:
 
 /// A writable element of a primitive array. Valid while the array handle that it came from lives, is not reassigned and is
 /// not made private by a later write; inside cells and fields also only while no array on the way to it is replaced or
-/// shared with another handle. The index is tested when the reference is formed, not again.
+/// shared with another handle. The index is tested when the reference is formed; each use tests that the array still has the
+/// kind and the dimensions it had then, as it has not after `release()`, or when something else was put into the cell or
+/// field.
+///
+/// @throws TypeMismatchException, EArrayIndexOutOfRange from every use when it has not
 template <class T>
 class Reference : public detail::ComplexComparison<Reference<T>, T, detail::isComplexElement<T>>,
                   public detail::CompoundAssignment<Reference<T>, T> {
@@ -74,10 +78,14 @@ public:
     ~Reference() = default;
 
     /// Reads the element.
-    operator T() const { return detail::getValue<T>(chain_); }
+    operator T() const {
+        detail::requireUnchanged<T>(*chain_);
+        return detail::getValue<T>(chain_);
+    }
 
     /// Writes the element.
     Reference& operator=(const T& value) {
+        detail::requireUnchanged<T>(*chain_);
         detail::setTypedElement<T>(chain_, value);
         return *this;
     }
@@ -119,9 +127,9 @@ public:
     /// Stores the array that the other element holds; never makes this reference refer elsewhere.
     /// @throws TypeMismatchException when the other element holds none
     Reference& operator=(const Reference& other);
-    template <bool isConst>
-    Reference& operator=(const ArrayElementRef<isConst>& other) {
-        detail::storeArray(chain_, detail::castTo<Array, true>(detail::Access::position(other).chain()));
+    template <class Other, std::enable_if_t<detail::isArrayReference<Other>, int> = 0>
+    Reference& operator=(const Other& other) {
+        detail::storeArray(chain_, detail::castTo<Array, true>(chainOf(other)));
         return *this;
     }
 

@@ -47,8 +47,33 @@ extern template VEXADATA_API std::shared_ptr<ReferenceImpl> createReferenceWithI
 VEXADATA_API std::shared_ptr<ReferenceImpl> createConstReferenceWithIndex(
     const std::shared_ptr<ReferenceImpl>& chain, std::size_t index);
 
-/// A chain at the same place as `chain`, which it keeps alive, that can grow without changing it.
+/// A chain at the same place as `chain`, which it keeps alive, that can grow without changing it. What happens before a
+/// write through `chain` happens before one through the copy too. Its position is refused when the array there has become
+/// one of another kind (TypeMismatchException) or of other dimensions (EArrayIndexOutOfRange).
 VEXADATA_API std::shared_ptr<ReferenceImpl> copyChain(const std::shared_ptr<ReferenceImpl>& chain);
+
+/// The array that a chain indexes into, made ready for a write. The chain is asked for it before its hook runs, as chains of
+/// back-ends have always seen it, and again afterwards, since the hook may have put a copy in its place.
+inline ArrayImpl* arrayForWrite(ReferenceImpl& chain) {
+    chain.getArrayImpl();
+    chain.prepareForWrite();
+    return chain.getArrayImpl();
+}
+
+/// Tests that the array of a chain that was kept still has the dimensions that the chain was made for.
+/// @throws EArrayIndexOutOfRange
+VEXADATA_API void requireShape(const ReferenceImpl& chain, const ArrayImpl& array);
+
+/// The same, and that it is still one of elements `T`: something else may lie in its cell or field by now.
+/// @throws TypeMismatchException, EArrayIndexOutOfRange
+template <class T>
+void requireUnchanged(const ReferenceImpl& chain) {
+    const ArrayImpl& array = *chain.getArrayImpl();
+    if (!acceptsType<T>(array.getType())) {
+        raise<TypeMismatchException>();
+    }
+    requireShape(chain, array);
+}
 
 /// Makes a bad index fail now rather than at the first read.
 /// @throws NotEnoughIndicesProvidedException, EArrayIndexOutOfRange
@@ -103,8 +128,7 @@ T getValue(std::shared_ptr<ReferenceImpl> chain) {
 /// @throws index errors; errors of the back-end
 template <class T>
 void setTypedElement(std::shared_ptr<ReferenceImpl> chain, T value) {
-    chain->prepareForWrite();
-    ArrayImpl* array = chain->getArrayImpl(); // a slot may have moved to a copy of its own
+    ArrayImpl* array = arrayForWrite(*chain);
     writeElement<T>(*array, chain->getLinearIndex(), chain->stringIndex(), std::move(value));
 }
 
@@ -112,16 +136,21 @@ void setTypedElement(std::shared_ptr<ReferenceImpl> chain, T value) {
 /// @throws CantAssignArrayToThisArrayException when elements hold no arrays; index errors
 VEXADATA_API void storeArray(const std::shared_ptr<ReferenceImpl>& chain, const Array& array);
 
-/// Stores an array of any handle type into the element; see `storeArray`.
-template <class A>
-void setElement(std::shared_ptr<ReferenceImpl> chain, A array) {
-    storeArray(chain, array);
-}
-
 /// Replaces the record of the element by the values of its fields, in their order. The array is made private before the
 /// number of values is looked at.
-/// @throws WrongVectorSizeForStructException when their number differs; index errors; errors of the back-end
+/// @throws WrongVectorSizeForStructException when their number differs; TypeMismatchException when the array is no struct
+/// array; index errors; errors of the back-end
 VEXADATA_API void setElement(const std::shared_ptr<ReferenceImpl>& chain, std::vector<Array> values);
+
+/// Stores an array of any handle type into the element, see `storeArray`; the values of a record when they come as a vector.
+template <class A>
+void setElement(std::shared_ptr<ReferenceImpl> chain, A array) {
+    if constexpr (std::is_same_v<A, std::vector<Array>>) {
+        setElement(chain, std::move(array));
+    } else {
+        storeArray(chain, array);
+    }
+}
 
 /// The element type behind a handle type; `Array`, which takes any array, has none.
 template <class A>
@@ -158,19 +187,23 @@ ArrayImpl& elementArray(const std::shared_ptr<ReferenceImpl>& chain, bool forWri
     return *array;
 }
 
-/// @throws TypeMismatchException when the element holds no array, or one that a handle of type `A` does not take
-template <class A>
-void requireHeld(const std::shared_ptr<ReferenceImpl>& chain) {
-    if (!HandleType<A>::accepts(elementArray<TypeMismatchException>(chain).getType())) {
+/// The same, of a kind that a handle of type `A` takes. References ask at every use, since what an element holds may have been
+/// replaced.
+/// @throws E when the element holds none; TypeMismatchException when a handle of type `A` does not take it; index errors
+template <class A, class E = TypeMismatchException>
+ArrayImpl& heldArray(const std::shared_ptr<ReferenceImpl>& chain, bool forWrite = false) {
+    ArrayImpl& array = elementArray<E>(chain, forWrite);
+    if (!HandleType<A>::accepts(array.getType())) {
         raise<TypeMismatchException>();
     }
+    return array;
 }
 
 /// What castTo hands out for a handle type: the array, shared with the element.
 template <class A>
 struct CastTo {
     static A from(const std::shared_ptr<ReferenceImpl>& chain) {
-        requireHeld<A>(chain);
+        heldArray<A>(chain);
         ArrayImpl* handedOut = chain->getElementArrayForCopy();
         if (handedOut == nullptr) {
             raise<TypeMismatchException>();
@@ -184,7 +217,7 @@ template <class A>
 struct CastTo<Reference<A>> {
     static Reference<A> from(const std::shared_ptr<ReferenceImpl>& chain) {
         if constexpr (!isElementType<A>) {
-            requireHeld<A>(chain);
+            heldArray<std::remove_const_t<A>>(chain);
         }
         return Reference<A>(chain);
     }

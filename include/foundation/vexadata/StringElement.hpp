@@ -87,9 +87,12 @@ public:
     /// @throws std::runtime_error "Missing string value" for a missing element; index errors
     operator std::u16string() const;
 
-    /// The element as a value, missing or not. The two forms keep `String s = strings[i]` from going through the text,
-    /// which a missing element does not have. (Direct initialisation, `String s(strings[i])`, does go through it.)
+    /// The element as a value, missing or not. Assign this one to a `String` that exists already, as in
+    /// `texts[k] = strings[k].value()`: without it the language's optional goes through the text, which a missing element
+    /// does not have. So does direct initialisation, `String s(strings[i])`.
     /// @throws index errors
+    String value() const;
+    /// The same. The two forms keep `String s = strings[i]` from going through the text.
     operator String() const { return value(); }
     operator String() { return value(); }
 
@@ -99,14 +102,7 @@ public:
 
 protected:
     friend struct detail::Access;
-    VEXAStringReferenceExt(const VEXAStringReferenceExt&) = default;
-    VEXAStringReferenceExt(VEXAStringReferenceExt&&) noexcept = default;
-    ~VEXAStringReferenceExt() = default;
-
     detail::ElementPosition position_;
-
-private:
-    String value() const;
 };
 
 namespace detail {
@@ -155,7 +151,8 @@ protected:
 /// A read-only string element; validity and indices as for other elements.
 template <>
 class ArrayElementTypedRef<String, true> : public VEXAStringReferenceExt,
-                                           public detail::Indexing<ArrayElementTypedRef<String, true>> {
+                                           public detail::Indexing<ArrayElementTypedRef<String, true>>,
+                                           private detail::NotAssignable {
 public:
     using VEXAStringReferenceExt::VEXAStringReferenceExt;
 };

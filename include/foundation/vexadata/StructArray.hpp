@@ -28,7 +28,8 @@ public:
     std::size_t getNumberOfFields() const;
 };
 
-/// What a reference to a struct array in a cell or field can do besides. Both throw index errors.
+/// What a reference to a struct array in a cell or field can do besides.
+/// @throws TypeMismatchException when something else lies there by now; index errors
 class VEXADATA_API StructArrayExt : public ArrayReferenceExt {
 public:
     using ArrayReferenceExt::ArrayReferenceExt;

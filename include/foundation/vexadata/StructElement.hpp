@@ -25,7 +25,8 @@ VEXADATA_API std::vector<Array> valuesOf(const ElementPosition& position);
 } // namespace detail
 
 /// A record: an ordered list of named fields, each holding an array. A view that copies no value; valid as long as the
-/// struct array that it came from lives, is not reassigned and is not made private by a later write.
+/// struct array that it came from lives, is not reassigned and is not made private by a later write. Assigning makes the view
+/// one of another record and writes nothing; the handles to elements that derive from it write.
 ///
 /// Every operation throws index errors, and passes errors of the back-end on.
 class VEXADATA_API StructElement {
@@ -106,7 +107,9 @@ public:
 /// A read-only record; validity and indices as for other elements.
 template <>
 class ArrayElementTypedRef<StructElement, true>
-    : public StructElement, public detail::Indexing<ArrayElementTypedRef<StructElement, true>> {
+    : public StructElement,
+      public detail::Indexing<ArrayElementTypedRef<StructElement, true>>,
+      private detail::NotAssignable {
 public:
     using StructElement::StructElement;
     using detail::Indexing<ArrayElementTypedRef>::operator[];

@@ -152,6 +152,8 @@ template <class T>
 inline constexpr bool isArrayReference<Reference<T>> = !isElementType<T> || std::is_same_v<T, Array>;
 template <bool isConst>
 inline constexpr bool isArrayReference<ArrayElementRef<isConst>> = true;
+template <bool isConst>
+inline constexpr bool isArrayReference<HeldElementRef<isConst>> = true;
 
 } // namespace detail
 

@@ -60,4 +60,13 @@ public:
     bool operator!=(const ValueObjectArray& other) const noexcept { return !(*this == other); }
 };
 
+/// A cell or field that holds an object array.
+template <>
+class Reference<ValueObjectArray>
+    : public detail::HeldArray<Reference<ValueObjectArray>, ValueObjectArray, ArrayReferenceExt> {
+public:
+    using HeldArray::HeldArray;
+    using HeldArray::operator=;
+};
+
 } // namespace foundation::vexadata

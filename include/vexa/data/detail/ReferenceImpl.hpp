@@ -78,6 +78,8 @@ public:
     /// As many as `indexCount` says; valid until the chain grows.
     const std::uint64_t* indices() const noexcept { return indices_.data(); }
     MemoryLayout memoryLayout() const noexcept { return layout_; }
+    /// Whether the position has been computed or was known from the beginning; further indices do not move it.
+    bool isLinearIndexKnown() const noexcept { return linearIndexKnown_; }
 
 protected:
     ReferenceImpl() noexcept;
