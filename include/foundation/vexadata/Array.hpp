@@ -77,6 +77,13 @@ protected:
 VEXADATA_API bool operator==(const Array& a, const Array& b) noexcept;
 inline bool operator!=(const Array& a, const Array& b) noexcept { return !(a == b); }
 
+namespace detail {
+
+extern template VEXADATA_API Array castTo<Array, false>(std::shared_ptr<ReferenceImpl>);
+extern template VEXADATA_API Array castTo<Array, true>(std::shared_ptr<ReferenceImpl>);
+
+} // namespace detail
+
 /// True for the three kinds of sparse arrays.
 VEXADATA_API bool isSparse(const Array& array);
 

@@ -4,6 +4,7 @@
 #include <foundation/vexadata/ArrayReference.hpp>
 #include <foundation/vexadata/TypedArray.hpp>
 
+#include <memory>
 #include <string>
 #include <utility>
 
@@ -40,6 +41,13 @@ public:
     /// @throws NonAsciiCharInRequestedAsciiOutputException for a unit above 127
     std::string toAscii() const;
 };
+
+namespace detail {
+
+extern template VEXADATA_API CharArray castTo<CharArray, false>(std::shared_ptr<ReferenceImpl>);
+extern template VEXADATA_API CharArray castTo<CharArray, true>(std::shared_ptr<ReferenceImpl>);
+
+} // namespace detail
 
 /// A cell or field that holds a character array.
 template <>

@@ -4,6 +4,7 @@
 #include <foundation/vexadata/ArrayReference.hpp>
 #include <foundation/vexadata/TypedArray.hpp>
 
+#include <memory>
 #include <string>
 #include <utility>
 
@@ -37,6 +38,13 @@ public:
     /// @throws TypeMismatchException when something else lies there by now; index errors
     std::string getClassName() const;
 };
+
+namespace detail {
+
+extern template VEXADATA_API EnumArray castTo<EnumArray, false>(std::shared_ptr<ReferenceImpl>);
+extern template VEXADATA_API EnumArray castTo<EnumArray, true>(std::shared_ptr<ReferenceImpl>);
+
+} // namespace detail
 
 /// A cell or field that holds an enumeration array.
 template <>

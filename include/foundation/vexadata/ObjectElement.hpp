@@ -29,6 +29,8 @@ template <>
 VEXADATA_API void writeElement<HandleObjectRef>(ArrayImpl& array, std::size_t index,
                                                 const std::string& fieldName, HandleObjectRef value);
 
+extern template VEXADATA_API ValueObject getValue<ValueObject>(std::shared_ptr<ReferenceImpl>);
+
 /// What every handle to a value object in an array can do. Converts to the object, shared with the array until one of them
 /// is written; to change an element, change that object and assign it.
 class VEXADATA_API ValueObjectElement : public ElementView<ValueObject> {

@@ -231,4 +231,16 @@ A castTo(std::shared_ptr<ReferenceImpl> chain) {
     return CastTo<A>::from(chain);
 }
 
+// One instance each in the library, for every element type. Those over handles are declared with the handles.
+#define VEXADATA_ELEMENT(T)                                                                                  \
+    extern template VEXADATA_API T getValue<T>(std::shared_ptr<ReferenceImpl>);                              \
+    extern template VEXADATA_API void setTypedElement<T>(std::shared_ptr<ReferenceImpl>, T);
+#include <foundation/vexadata/PrimitiveTypes.inc>
+extern template VEXADATA_API Enumeration getValue<Enumeration>(std::shared_ptr<ReferenceImpl>);
+extern template VEXADATA_API void setTypedElement<Enumeration>(std::shared_ptr<ReferenceImpl>, Enumeration);
+extern template VEXADATA_API void setTypedElement<String>(std::shared_ptr<ReferenceImpl>, String);
+#define VEXADATA_ELEMENT(T)                                                                                  \
+    extern template VEXADATA_API void validateReference<T>(std::shared_ptr<ReferenceImpl>, bool);
+#include <foundation/vexadata/ElementTypes.inc>
+
 } // namespace foundation::vexadata::detail

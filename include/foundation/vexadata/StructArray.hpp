@@ -5,6 +5,7 @@
 #include <foundation/vexadata/TypedArray.hpp>
 
 #include <cstddef>
+#include <memory>
 #include <utility>
 
 namespace foundation::vexadata {
@@ -38,6 +39,13 @@ public:
     Range<ForwardIterator, const VexaFieldIdentifier> getFieldNames() const;
     std::size_t getNumberOfFields() const;
 };
+
+namespace detail {
+
+extern template VEXADATA_API StructArray castTo<StructArray, false>(std::shared_ptr<ReferenceImpl>);
+extern template VEXADATA_API StructArray castTo<StructArray, true>(std::shared_ptr<ReferenceImpl>);
+
+} // namespace detail
 
 /// A cell or field that holds a struct array.
 template <>

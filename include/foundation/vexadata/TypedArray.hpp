@@ -136,7 +136,12 @@ private:
     }
 };
 
-#define VEXADATA_ELEMENT(T) extern template class VEXADATA_API TypedArray<T>;
+#define VEXADATA_ELEMENT(T)                                                                                  \
+    extern template class VEXADATA_API TypedArray<T>;                                                        \
+    extern template VEXADATA_API TypedArray<T> detail::castTo<TypedArray<T>, false>(                         \
+        std::shared_ptr<detail::ReferenceImpl>);                                                             \
+    extern template VEXADATA_API TypedArray<T> detail::castTo<TypedArray<T>, true>(                          \
+        std::shared_ptr<detail::ReferenceImpl>);
 #include <foundation/vexadata/ElementTypes.inc>
 
 } // namespace foundation::vexadata

@@ -5,6 +5,7 @@
 #include <foundation/vexadata/TypedArray.hpp>
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -59,6 +60,13 @@ public:
     bool operator==(const ValueObjectArray& other) const noexcept;
     bool operator!=(const ValueObjectArray& other) const noexcept { return !(*this == other); }
 };
+
+namespace detail {
+
+extern template VEXADATA_API ValueObjectArray castTo<ValueObjectArray, false>(std::shared_ptr<ReferenceImpl>);
+extern template VEXADATA_API ValueObjectArray castTo<ValueObjectArray, true>(std::shared_ptr<ReferenceImpl>);
+
+} // namespace detail
 
 /// A cell or field that holds an object array.
 template <>
