@@ -49,6 +49,7 @@ bool storeTask() {
     static std::shared_ptr<Node> rawLarge = std::make_shared<Node>();
     rawOuter.held[0]->held.resize(1);
     outer[0] = factory.createArray<Array>({1, 1});
+    static Reference<Array> inner = outer[0];
     constexpr std::size_t writes = 1'000;
     Task task{"store a cell of 1e6 in a cell in a cell", writes, 0, {}, 1000};
     task.contenders.push_back({"raw", [] {
@@ -60,7 +61,7 @@ bool storeTask() {
                                }});
     task.contenders.push_back({"vexadata", [] {
                                    for (std::size_t k = 0; k < writes; ++k) {
-                                       outer[0][0] = large;
+                                       inner[0] = large;
                                    }
                                    return 1.0;
                                }});

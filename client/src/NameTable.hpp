@@ -33,7 +33,9 @@ public:
 
     std::size_t size() const noexcept { return names_.size(); }
     const std::string& operator[](std::size_t position) const noexcept { return names_[position]; }
-    friend bool operator==(const NameTable& a, const NameTable& b) noexcept { return a.names_ == b.names_; }
+    friend bool operator==(const NameTable& a, const NameTable& b) noexcept {
+        return &a == &b || a.names_ == b.names_;
+    }
 
     /// The first place of `name` that `accepts(place)`, in the order of the list; `none` when there is none.
     template <class Accepts>

@@ -74,17 +74,6 @@ TEST(Load, CopiesOfEnumerationsShareTheirNames) {
     EXPECT_LT(support::countAllocations([&] { copy[3] = names[7]; }), 10U);
     EXPECT_EQ(closed[3], names[3]);
     EXPECT_EQ(copy[3], names[7]);
-
-    EnumArray learning = factory.createEnumArray({1, 2}, "Class");
-    learning[0] = "first";
-    EnumArray other = learning;
-    other[1] = "second";
-    learning[1] = "third";
-    learning[0] = "second";
-    EXPECT_EQ(other[0], "first");
-    EXPECT_EQ(other[1], "second");
-    EXPECT_EQ(learning[0], "second");
-    EXPECT_EQ(learning[1], "third");
 }
 
 TEST(Load, NamesOfClassesHaveNoNul) {
