@@ -2,7 +2,9 @@
 
 #include "ObjectArray.hpp"
 
+#include <unordered_map>
 #include <unordered_set>
+#include <vector>
 
 namespace vexa::client {
 
@@ -46,104 +48,166 @@ private:
     ArrayType type_;
 };
 
-/// Null for arrays that hold none, and for those of other back-ends.
-ArrayHolder* asHolder(ArrayImpl& array) {
-    const ArrayType type = array.getType();
-    return type == ArrayType::CELL || type == ArrayType::STRUCT ? dynamic_cast<ArrayHolder*>(&array)
-                                                                : nullptr;
-}
 ObjectArray* asObjects(ArrayImpl& array) {
     return fv::detail::acceptsType<fv::ValueObject>(array.getType()) ? dynamic_cast<ObjectArray*>(&array)
                                                                      : nullptr;
 }
-
-/// Looks for `target` in arrays at any depth. What many paths lead to is looked into once.
-class Search {
-public:
-    explicit Search(const void* target) : target_(target) {}
-
-    bool reaches(ArrayImpl& array) {
-        if (&array == target_) {
-            return true;
-        }
-        if (const ArrayHolder* holder = asHolder(array)) {
-            return visited_.insert(&array).second && anyReaches(*holder);
-        }
-        ObjectArray* objects = asObjects(array);
-        return objects != nullptr && visited_.insert(&array).second && objectsReach(*objects);
+/// The slots of a cell or struct, the properties of an array of objects; null for arrays that hold none, and for those of other
+/// back-ends.
+ArrayHolder* slotsOf(ArrayImpl& array) {
+    if (!canHold(array.getType())) {
+        return nullptr;
     }
-    bool anyReaches(const ArrayHolder& holder) {
-        for (std::size_t slot = 0; slot < holder.numberOfSlots(); ++slot) {
-            if (reaches(holder.heldIn(slot))) {
-                return true;
+    if (ObjectArray* objects = asObjects(array)) {
+        return &objects->properties();
+    }
+    return dynamic_cast<ArrayHolder*>(&array);
+}
+
+/// Calls `visit` for the slots of `array` and for those of its objects.
+template <class Visit>
+void forEachHolder(ArrayImpl& array, Visit visit) {
+    if (ArrayHolder* slots = slotsOf(array)) {
+        visit(*slots);
+    }
+    if (ObjectArray* objects = asObjects(array)) {
+        for (std::size_t k = 0; k < objects->getNumberOfElements(); ++k) {
+            if (Instance* object = objects->objectIn(k)) {
+                visit(object->properties());
             }
         }
-        return false;
+    }
+}
+
+/// Looks for `target` at any depth, into everything once.
+class Search {
+public:
+    explicit Search(const ArrayHolder& target) : target_(target) {}
+
+    bool reachesFrom(ArrayImpl& array) {
+        enter(array);
+        return finds();
+    }
+    bool reachesFrom(ArrayHolder& holder) {
+        enter(holder);
+        return finds();
     }
 
 private:
-    bool objectsReach(ObjectArray& objects) {
-        for (std::size_t k = 0; k < objects.getNumberOfElements(); ++k) {
-            Instance* object = objects.objectIn(k);
-            if (object != nullptr && (static_cast<data::impl::ObjectImpl*>(object) == target_ ||
-                                      anyReaches(object->properties()))) {
-                return true;
+    bool finds() {
+        while (!found_ && !open_.empty()) {
+            const ArrayHolder& holder = *open_.back();
+            open_.pop_back();
+            for (std::size_t slot = holder.firstNested(); slot < holder.endNested(); ++slot) {
+                enter(holder.heldIn(slot));
             }
         }
-        return anyReaches(objects.properties());
+        return found_;
+    }
+    void enter(ArrayImpl& array) {
+        forEachHolder(array, [this](ArrayHolder& holder) { enter(holder); });
+    }
+    void enter(ArrayHolder& holder) {
+        found_ = found_ || &holder == &target_;
+        if (holder.hasNested() && visited_.insert(&holder).second) {
+            open_.push_back(&holder);
+        }
     }
 
-    const void* target_;
-    std::unordered_set<const ArrayImpl*> visited_;
+    const ArrayHolder& target_;
+    bool found_ = false;
+    std::unordered_set<const ArrayHolder*> visited_;
+    std::vector<const ArrayHolder*> open_;
 };
 
-Held separateCopy(const ArrayImpl& array);
-
-void separateSlots(ArrayHolder& holder) {
-    for (std::size_t slot = 0; slot < holder.numberOfSlots(); ++slot) {
-        ArrayImpl& held = holder.heldIn(slot);
-        if (asHolder(held) != nullptr || asObjects(held) != nullptr) {
-            holder.put(slot, separateCopy(held));
-        }
+/// Copies arrays and objects so that they share no holder with the originals, at any depth. What the originals share among each
+/// other, the copies do too.
+class SeparateCopies {
+public:
+    Held of(const ArrayImpl& array) {
+        Held copy = copyOf(array);
+        separateAll();
+        return copy;
     }
-}
+    fv::HandleObjectRef of(const Instance& object) {
+        const fv::HandleObjectRef copy = copyOf(object);
+        separateAll();
+        return copy;
+    }
 
-/// A copy of `array` that shares no holder with it, at any depth.
-Held separateCopy(const ArrayImpl& array) {
-    Held copy(array.sharedCopy());
-    if (ArrayHolder* holder = asHolder(*copy)) {
-        separateSlots(*holder);
-    } else if (ObjectArray* objects = asObjects(*copy)) {
-        separateSlots(objects->properties());
-        for (std::size_t k = 0; k < objects->getNumberOfElements(); ++k) {
-            if (objects->objectIn(k) != nullptr) {
-                objects->separate(k);
-                separateSlots(objects->objectIn(k)->properties());
+private:
+    void separateAll() {
+        while (!open_.empty()) {
+            ArrayHolder& holder = *open_.back();
+            open_.pop_back();
+            for (std::size_t slot = holder.firstNested(); slot < holder.endNested(); ++slot) {
+                if (slotsOf(holder.heldIn(slot)) != nullptr) {
+                    holder.put(slot, copyOf(holder.heldIn(slot)));
+                }
             }
         }
     }
-    return copy;
-}
+    Held copyOf(const ArrayImpl& array) {
+        const auto known = arrays_.find(&array);
+        if (known != arrays_.end()) {
+            return known->second;
+        }
+        Held copy(array.sharedCopy());
+        arrays_.emplace(&array, copy);
+        open_.push_back(slotsOf(*copy));
+        if (ObjectArray* objects = asObjects(*copy)) {
+            for (std::size_t k = 0; k < objects->getNumberOfElements(); ++k) {
+                if (const Instance* object = objects->objectIn(k)) {
+                    objects->put(k, copyOf(*object));
+                }
+            }
+        }
+        return copy;
+    }
+    fv::HandleObjectRef copyOf(const Instance& object) {
+        fv::HandleObjectRef& copy = objects_[&object];
+        if (Access::impl(copy) == nullptr) {
+            copy = fv::HandleObjectRef(object.sharedCopy());
+            open_.push_back(&dynamic_cast<Instance&>(*Access::impl(copy)).properties());
+        }
+        return copy;
+    }
+
+    std::unordered_map<const ArrayImpl*, Held> arrays_;
+    std::unordered_map<const Instance*, fv::HandleObjectRef> objects_;
+    std::vector<ArrayHolder*> open_;
+};
 
 } // namespace
+
+void ArrayHolder::note(std::size_t slot, ArrayImpl& array) noexcept {
+    if (!canHold(array.getType())) {
+        return;
+    }
+    if (const ArrayHolder* slots = slotsOf(array)) {
+        slots->setHeld();
+    }
+    firstNested_ = std::min(firstNested_, slot);
+    endNested_ = std::max(endNested_, slot + 1);
+}
 
 ReferenceImpl* referenceInto(ArrayHolder& holder, std::size_t slot, bool forWrite) {
     return new SlotReference(holder, slot, forWrite);
 }
 
-Held storable(ArrayImpl& array, const void* target) {
-    if (Search(target).reaches(array)) {
-        return separateCopy(array);
+Held storable(ArrayImpl& array, const ArrayHolder& target) {
+    const ArrayHolder* slots = slotsOf(array);
+    if (slots != nullptr && (slots == &target || (target.isHeld() && Search(target).reachesFrom(array)))) {
+        return SeparateCopies().of(array);
     }
     array.retain();
     return Held(&array);
 }
 
-fv::HandleObjectRef storable(fv::HandleObjectRef object, const void* target) {
+fv::HandleObjectRef storable(fv::HandleObjectRef object, const ArrayHolder& target) {
     auto* instance = dynamic_cast<Instance*>(Access::impl(object).get());
-    if (instance != nullptr && Search(target).anyReaches(instance->properties())) {
-        object = fv::HandleObjectRef(instance->sharedCopy());
-        separateSlots(dynamic_cast<Instance&>(*Access::impl(object)).properties());
+    if (instance != nullptr && target.isHeld() && Search(target).reachesFrom(instance->properties())) {
+        return SeparateCopies().of(*instance);
     }
     return object;
 }

@@ -1,11 +1,14 @@
-// Arrays that hold arrays: cells and structs.
+// What holds arrays: cells, structs, and the properties of objects and of their arrays.
 #pragma once
 
 #include <foundation/vexadata/Object.hpp>
 #include <vexa/data/detail/ReferenceImpl.hpp>
 #include <vexa/data/impl/ArrayImpl.hpp>
 
+#include <algorithm>
+#include <atomic>
 #include <cstddef>
+#include <limits>
 #include <utility>
 
 namespace vexa::client {
@@ -36,29 +39,67 @@ private:
     data::impl::ArrayImpl* array_;
 };
 
-/// Implemented beside the interface of the array's kind. Slots are counted from 0; the array in each may be shared with
-/// handles and other holders.
+/// Whether arrays of this type can hold other arrays.
+inline bool canHold(foundation::vexadata::ArrayType type) noexcept {
+    using foundation::vexadata::ArrayType;
+    return type == ArrayType::CELL || type == ArrayType::STRUCT ||
+           foundation::vexadata::detail::acceptsType<foundation::vexadata::ValueObject>(type);
+}
+
+/// Slots with an array each, counted from 0; the arrays may be shared with handles and other holders. Remembers what spares most
+/// searches: whether it ever came into another holder, and which of its slots ever held what can hold arrays itself.
 class ArrayHolder {
 public:
     virtual std::size_t numberOfSlots() const noexcept = 0;
     virtual data::impl::ArrayImpl& heldIn(std::size_t slot) const noexcept = 0;
+    /// Whether the array in the slot is anybody else's too.
+    virtual bool isShared(std::size_t slot) const noexcept = 0;
     /// Puts a copy into the slot unless the array there is the slot's alone.
-    virtual void makePrivate(std::size_t slot) = 0;
-    virtual void put(std::size_t slot, Held array) = 0;
+    void makePrivate(std::size_t slot) {
+        if (isShared(slot)) {
+            put(slot, Held(heldIn(slot).sharedCopy()));
+        }
+    }
+    void put(std::size_t slot, Held array) {
+        note(slot, *array);
+        replace(slot, std::move(array));
+    }
+
+    /// False for one that no array or object has ever held.
+    bool isHeld() const noexcept { return isHeld_.load(std::memory_order_relaxed); }
+    /// Constant: arrays that are shared between threads are stored on any of them.
+    void setHeld() const noexcept { isHeld_.store(true, std::memory_order_relaxed); }
+    bool hasNested() const noexcept { return firstNested_ < endNested_; }
+    /// No slot before this one, and none from `endNested` on, has an array that can hold others.
+    std::size_t firstNested() const noexcept { return firstNested_; }
+    std::size_t endNested() const noexcept { return endNested_; }
 
 protected:
+    ArrayHolder() noexcept = default;
+    /// Nobody holds a copy yet.
+    ArrayHolder(const ArrayHolder& other) noexcept
+        : firstNested_(other.firstNested_), endNested_(other.endNested_) {}
+    ArrayHolder& operator=(const ArrayHolder&) = delete;
     ~ArrayHolder() = default;
+
+private:
+    virtual void replace(std::size_t slot, Held array) = 0;
+    void note(std::size_t slot, data::impl::ArrayImpl& array) noexcept;
+
+    mutable std::atomic<bool> isHeld_{false};
+    std::size_t firstNested_ = std::numeric_limits<std::size_t>::max();
+    std::size_t endNested_ = 0;
 };
 
 /// A new chain into the array in a slot, one reference for the caller. Before a write that array is made the slot's alone,
 /// even when the chain was made for reading: then it moves to the copy.
 data::detail::ReferenceImpl* referenceInto(ArrayHolder& holder, std::size_t slot, bool forWrite);
 
-/// `array` for a slot of the array or object `target`. When `target` lies in `array`, at any depth, a copy that shares no
-/// holder with it: `target` would own itself otherwise.
-Held storable(data::impl::ArrayImpl& array, const void* target);
-/// The same for an object that becomes an element of the array `target`.
+/// `array` for a slot of `target`. When `target` is in `array`, at any depth, a copy that shares no holder with it: `target` would
+/// own itself otherwise. Looks for it only when somebody holds `target`, once into everything that can hold arrays.
+Held storable(data::impl::ArrayImpl& array, const ArrayHolder& target);
+/// The same for an object that becomes an element of the array whose properties are `target`.
 foundation::vexadata::HandleObjectRef storable(foundation::vexadata::HandleObjectRef object,
-                                               const void* target);
+                                               const ArrayHolder& target);
 
 } // namespace vexa::client

@@ -2,6 +2,7 @@
 
 #include "Dimensions.hpp"
 #include "Equality.hpp"
+#include "Release.hpp"
 
 #include <vexa/data/detail/NonPrimitiveIteratorImpl.hpp>
 
@@ -16,7 +17,11 @@ using Iterator = data::detail::NonPrimitiveIteratorImpl<data::impl::MatchingData
 CellArray::CellArray(std::vector<std::size_t> dimensions)
     : ColumnMajorArray(std::move(dimensions)), elements_(allocatable<Array>(getNumberOfElements())) {}
 CellArray::CellArray(const CellArray&) = default;
-CellArray::~CellArray() = default;
+CellArray::~CellArray() {
+    if (hasNested()) {
+        releaseAll(std::move(elements_));
+    }
+}
 
 data::impl::ArrayImpl* CellArray::sharedCopy() const { return new CellArray(*this); }
 data::detail::IteratorImpl* CellArray::beginIterator(void*, bool) { return new Iterator(this, 0); }
@@ -28,21 +33,26 @@ ReferenceImpl* CellArray::createElementReference(std::size_t index, const std::s
     return referenceInto(*this, index, forWrite);
 }
 void CellArray::assignElementArray(std::size_t index, const std::string&, data::impl::ArrayImpl* array) {
-    put(index, storable(*array, static_cast<const ArrayImpl*>(this)));
+    put(index, storable(*array, *this));
 }
-bool CellArray::isEqual(const data::impl::ArrayImpl* other) const {
-    return equalElements<Array>(*this, static_cast<const TypedArrayImpl<Array>&>(*other));
-}
+bool CellArray::isEqual(const data::impl::ArrayImpl* other) const { return Comparison::equal(*this, *other); }
 Array* CellArray::getElementAddress(std::size_t index, const std::string&, bool) { return &elements_[index]; }
 void CellArray::setElementValue(std::size_t index, const std::string&, Array value) {
-    put(index, storable(*Access::impl(value), static_cast<const ArrayImpl*>(this)));
+    put(index, storable(*Access::impl(value), *this));
 }
 std::size_t CellArray::numberOfSlots() const noexcept { return elements_.size(); }
 data::impl::ArrayImpl& CellArray::heldIn(std::size_t slot) const noexcept {
     return *Access::impl(elements_[slot]);
 }
-void CellArray::makePrivate(std::size_t slot) { Access::unshare(elements_[slot]); }
-void CellArray::put(std::size_t slot, Held array) { elements_[slot] = Array(array.detach()); }
+bool CellArray::isShared(std::size_t slot) const noexcept {
+    return !Access::isPrivate(Access::impl(elements_[slot]));
+}
+void CellArray::replace(std::size_t slot, Held array) { elements_[slot] = Array(array.detach()); }
+bool CellArray::equalsIn(Comparison& comparison, const data::impl::ArrayImpl& other) const {
+    const auto* right = dynamic_cast<const CellArray*>(&other);
+    return right != nullptr ? comparison.equalSlots(*this, *right)
+                            : equalElements<Array>(*this, static_cast<const TypedArrayImpl<Array>&>(other));
+}
 const Array* CellArray::getTypedDataPtr() const { return elements_.data(); }
 
 } // namespace vexa::client

@@ -3,6 +3,7 @@
 
 #include "ArrayHolder.hpp"
 #include "ColumnMajorArray.hpp"
+#include "Comparison.hpp"
 
 #include <foundation/vexadata/Array.hpp>
 #include <vexa/data/impl/TypedArrayImpl.hpp>
@@ -17,7 +18,9 @@ using foundation::vexadata::Array;
 
 /// An array of arrays, in column-major order. Copies share their elements; an element that others share is copied before
 /// something inside it is written.
-class CellArray final : public ColumnMajorArray<data::impl::TypedArrayImpl<Array>>, public ArrayHolder {
+class CellArray final : public ColumnMajorArray<data::impl::TypedArrayImpl<Array>>,
+                        public ArrayHolder,
+                        public Comparable {
 public:
     /// Every element is an empty array.
     explicit CellArray(std::vector<std::size_t> dimensions);
@@ -38,11 +41,13 @@ public:
 
     std::size_t numberOfSlots() const noexcept override;
     data::impl::ArrayImpl& heldIn(std::size_t slot) const noexcept override;
-    void makePrivate(std::size_t slot) override;
-    void put(std::size_t slot, Held array) override;
+    bool isShared(std::size_t slot) const noexcept override;
+    bool equalsIn(Comparison& comparison, const data::impl::ArrayImpl& other) const override;
 
 private:
     CellArray(const CellArray&);
+
+    void replace(std::size_t slot, Held array) override;
 
     std::vector<Array> elements_;
 };

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <unordered_set>
 #include <utility>
 
 namespace vexa::client {
@@ -63,10 +64,28 @@ ForwardIteratorImpl* identifiersAt(const ClassDescription& owner, const Property
     return new PositionIterator<decltype(element)>(counted(owner), element, position);
 }
 
+/// Identifiers in the order in which they came first.
+class DistinctIdentifiers {
+public:
+    /// False for one that is there already. Property names have no dots, so that a class and a name make one text.
+    bool add(const std::string& className, const std::string& name) {
+        if (!known_.insert(className + '.' + name).second) {
+            return false;
+        }
+        ids_.emplace_back(className, name);
+        return true;
+    }
+    std::vector<VexaPropertyIdentifier> take() { return std::move(ids_); }
+
+private:
+    std::vector<VexaPropertyIdentifier> ids_;
+    std::unordered_set<std::string> known_;
+};
+
 /// The class's own properties, by plain names, whatever identifiers the caller uses further.
-std::vector<VexaPropertyIdentifier> ownProperties(const std::string& className,
-                                                  const std::vector<VexaPropertyIdentifier>& given) {
-    std::vector<VexaPropertyIdentifier> own;
+DistinctIdentifiers ownProperties(const std::string& className,
+                                  const std::vector<VexaPropertyIdentifier>& given) {
+    DistinctIdentifiers own;
     for (const VexaPropertyIdentifier& id : given) {
         const std::string& name = propertyName(id);
         if (!isIdentifier(name)) {
@@ -75,24 +94,18 @@ std::vector<VexaPropertyIdentifier> ownProperties(const std::string& className,
         if (!qualifier(id).empty() && qualifier(id) != className) {
             throw InvalidPropertyException(name, className, "belongs to the class '" + qualifier(id) + "'");
         }
-        const VexaPropertyIdentifier plain(std::string(), name);
-        if (std::find(own.begin(), own.end(), plain) != own.end()) {
+        if (!own.add(std::string(), name)) {
             throw InvalidPropertyException(name, className, "comes twice");
         }
-        own.push_back(plain);
     }
     return own;
 }
 
 /// Adds what a superclass has, unless it came through another superclass before.
-void inherit(std::vector<VexaPropertyIdentifier>& ids, const PropertyList& inherited,
-             const std::string& superclass) {
+void inherit(DistinctIdentifiers& ids, const PropertyList& inherited, const std::string& superclass) {
     for (std::size_t k = 0; k < inherited.size(); ++k) {
-        const std::string& defining = qualifier(inherited[k]).empty() ? superclass : qualifier(inherited[k]);
-        const VexaPropertyIdentifier qualified(defining, propertyName(inherited[k]));
-        if (std::find(ids.begin(), ids.end(), qualified) == ids.end()) {
-            ids.push_back(qualified);
-        }
+        const std::string& defining = qualifier(inherited[k]);
+        ids.add(defining.empty() ? superclass : defining, propertyName(inherited[k]));
     }
 }
 
@@ -146,8 +159,9 @@ ClassDescription::ClassDescription(std::string name, const std::vector<VexaPrope
                                    const std::vector<VexaPropertyIdentifier>& arrayProperties,
                                    const std::vector<ClassInfo>& superclasses)
     : name_(Access::createSharedPtr(new VexaClassIdentifierImpl(std::move(name)))) {
-    std::vector<VexaPropertyIdentifier> all = ownProperties(this->name(), properties);
-    std::vector<VexaPropertyIdentifier> allOfArrays = ownProperties(this->name(), arrayProperties);
+    requireClassName(this->name());
+    DistinctIdentifiers all = ownProperties(this->name(), properties);
+    DistinctIdentifiers allOfArrays = ownProperties(this->name(), arrayProperties);
     for (const ClassInfo& superclass : superclasses) {
         const auto* above = dynamic_cast<const ClassDescription*>(Access::impl(superclass).get());
         if (above == nullptr) {
@@ -160,8 +174,8 @@ ClassDescription::ClassDescription(std::string name, const std::vector<VexaPrope
         inherit(allOfArrays, above->arrayProperties(), above->name());
         superclasses_.push_back(counted(*above));
     }
-    properties_ = PropertyList(std::move(all));
-    arrayProperties_ = PropertyList(std::move(allOfArrays));
+    properties_ = PropertyList(all.take());
+    arrayProperties_ = PropertyList(allOfArrays.take());
 }
 ClassDescription::~ClassDescription() = default;
 
@@ -210,10 +224,23 @@ void ClassDescription::updateVexaPropertyIdentifiersClassInfo(ClassInfo& classIn
     }
 }
 
+/// Visits each class once, whatever the number of ways to it.
 bool ClassDescription::isOrHas(const std::string& className) const {
-    return name() == className ||
-           std::any_of(superclasses_.begin(), superclasses_.end(),
-                       [&](const auto& superclass) { return superclass->isOrHas(className); });
+    std::vector<const ClassDescription*> open{this};
+    std::unordered_set<const ClassDescription*> seen{this};
+    while (!open.empty()) {
+        const ClassDescription& current = *open.back();
+        open.pop_back();
+        if (current.name() == className) {
+            return true;
+        }
+        for (const auto& superclass : current.superclasses_) {
+            if (seen.insert(superclass.get()).second) {
+                open.push_back(superclass.get());
+            }
+        }
+    }
+    return false;
 }
 
 bool ClassDescription::equals(const ClassDescription& other) const {

@@ -45,7 +45,7 @@ private:
 /// of the identifiers ever change.
 class ClassDescription final : public data::impl::ClassInfoImpl {
 public:
-    /// @throws InvalidPropertyException, InvalidSuperclassException
+    /// @throws InvalidClassNameException, InvalidPropertyException, InvalidSuperclassException
     ClassDescription(std::string name, const std::vector<VexaPropertyIdentifier>& properties,
                      const std::vector<VexaPropertyIdentifier>& arrayProperties,
                      const std::vector<ClassInfo>& superclasses);

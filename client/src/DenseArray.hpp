@@ -125,14 +125,15 @@ public:
         data_ = trailing();
         identity_.reset();
     }
-    const void* getUntypedDataPtr() const override { return data_; }
+    const void* getUntypedDataPtr() const override { return getTypedDataPtr(); }
     bool isEqual(const ArrayImpl* other) const override {
         return equalElements<T>(*this, static_cast<const data::impl::TypedArrayImpl<T>&>(*other));
     }
 
     T* getElementAddress(std::size_t index, const std::string&, bool) override { return data_ + index; }
     void setElementValue(std::size_t index, const std::string&, T value) override { data_[index] = value; }
-    const T* getTypedDataPtr() const override { return data_; }
+    /// Null when there are no elements.
+    const T* getTypedDataPtr() const override { return count_ == 0 ? nullptr : data_; }
 
     void operator delete(void* block) { ::operator delete(block); }
 

@@ -1,7 +1,9 @@
 #include "EnumArray.hpp"
 
 #include "Allocation.hpp"
+#include "NameTable.hpp"
 
+#include <foundation/vexadata/Access.hpp>
 #include <foundation/vexadata/Enumeration.hpp>
 #include <vexa/client/Exception.hpp>
 
@@ -13,16 +15,16 @@
 
 namespace vexa::client {
 
+using foundation::vexadata::detail::Access;
+
 namespace {
 
 /// The name, its NUL and zeros up to as many bytes as the array has elements: a reference to the array copies that many.
 /// The zeros of a large array cost no memory until they are looked at.
-std::unique_ptr<char[], void (*)(void*)> paddedName(const char* name, std::size_t length,
-                                                    std::size_t elements) {
-    const std::size_t bytes = std::max(length + 1, elements);
-    std::unique_ptr<char[], void (*)(void*)> padded(static_cast<char*>(allocateZeros(bytes, 1)),
-                                                    &freeElements);
-    std::memcpy(padded.get(), name, length);
+std::shared_ptr<const char> paddedName(const std::string& name, std::size_t elements) {
+    const std::size_t bytes = std::max(name.size() + 1, elements);
+    std::shared_ptr<char> padded(static_cast<char*>(allocateZeros(bytes, 1)), &freeElements);
+    std::memcpy(padded.get(), name.data(), name.size());
     return padded;
 }
 
@@ -32,9 +34,10 @@ EnumArray::EnumArray(Dimensions dimensions, const std::string& className,
                      const std::vector<std::string>& members)
     : ColumnMajorArray(std::move(dimensions)),
       codes_(allocatable<Code>(getNumberOfElements())),
-      names_(1),
+      members_(Access::createSharedPtr(new Members)),
       learns_(true),
-      className_(paddedName(className.data(), className.size(), codes_.size())) {
+      className_(paddedName(className, codes_.size())) {
+    requireClassName(className);
     if (!members.empty() && members.size() != codes_.size()) {
         throw WrongNumberOfNamesException(members.size(), codes_.size());
     }
@@ -42,13 +45,7 @@ EnumArray::EnumArray(Dimensions dimensions, const std::string& className,
                    [&](const std::string& name) { return codeOf(name); });
     learns_ = members.empty();
 }
-EnumArray::EnumArray(const EnumArray& other)
-    : ColumnMajorArray(other),
-      codes_(other.codes_),
-      names_(other.names_),
-      codesByName_(other.codesByName_),
-      learns_(other.learns_),
-      className_(paddedName(other.getClassName(), std::strlen(other.getClassName()), codes_.size())) {}
+EnumArray::EnumArray(const EnumArray&) = default;
 EnumArray::~EnumArray() = default;
 
 ArrayImpl* EnumArray::sharedCopy() const { return new EnumArray(*this); }
@@ -56,10 +53,12 @@ ArrayType EnumArray::getType() const { return ArrayType::ENUM; }
 EnumArray::Element* EnumArray::getElementAddress(std::size_t, const std::string&, bool) { return nullptr; }
 const EnumArray::Element* EnumArray::getTypedDataPtr() const { return nullptr; }
 const char* EnumArray::getClassName() const { return className_.get(); }
-const char* EnumArray::getEnumNameAt(std::size_t index) const { return names_[codes_[index]].c_str(); }
+const char* EnumArray::getEnumNameAt(std::size_t index) const {
+    return members_->names[codes_[index]].c_str();
+}
 
 std::string EnumArray::castToString(std::size_t index, const std::string&) const {
-    return names_[codes_[index]];
+    return members_->names[codes_[index]];
 }
 void EnumArray::setString(std::size_t index, const std::string&, std::string value) {
     codes_[index] = codeOf(value);
@@ -86,22 +85,25 @@ EnumArray::Code EnumArray::codeOf(const std::string& name) {
     if (name.empty()) {
         return 0;
     }
-    const auto known = codesByName_.find(name);
-    if (known != codesByName_.end()) {
+    const auto known = members_->codes.find(name);
+    if (known != members_->codes.end()) {
         return known->second;
     }
     if (!learns_ || name.find('\0') != std::string::npos) {
         throw UnknownMemberException(name, getClassName());
     }
-    if (names_.size() > std::numeric_limits<Code>::max()) {
+    if (members_->names.size() > std::numeric_limits<Code>::max()) {
         throw std::bad_alloc();
     }
-    const auto code = static_cast<Code>(names_.size());
-    names_.push_back(name);
+    if (!Access::isPrivate(members_)) {
+        members_ = Access::createSharedPtr(new Members(*members_));
+    }
+    const auto code = static_cast<Code>(members_->names.size());
+    members_->names.push_back(name);
     try {
-        codesByName_.emplace(name, code);
+        members_->codes.emplace(name, code);
     } catch (...) {
-        names_.pop_back();
+        members_->names.pop_back();
         throw;
     }
     return code;

@@ -14,7 +14,7 @@
 
 namespace vexa::client {
 
-/// Members as codes in column-major order, and one table of their names. An array that was created with names knows these
+/// Members as codes in column-major order, and one table of their names, which copies share until one learns another name. An array that was created with names knows these
 /// members and no others; one created without learns every name at its first use. The empty name stands for no member, which is
 /// what elements hold that nobody has set.
 class EnumArray final : public ColumnMajorArray<data::impl::EnumArrayImpl> {
@@ -22,7 +22,7 @@ class EnumArray final : public ColumnMajorArray<data::impl::EnumArrayImpl> {
 
 public:
     /// @throws WrongNumberOfNamesException unless there are as many members as elements, or none
-    /// @throws UnknownMemberException for a name with a NUL
+    /// @throws UnknownMemberException, InvalidClassNameException for a name with a NUL
     EnumArray(Dimensions dimensions, const std::string& className, const std::vector<std::string>& members);
     ~EnumArray() override;
 
@@ -40,15 +40,19 @@ public:
 private:
     using Code = std::uint32_t;
 
+    struct Members final : data::detail::RefCounted {
+        std::vector<std::string> names{1}; // the first, empty, is that of elements without member
+        std::unordered_map<std::string, Code> codes;
+    };
+
     EnumArray(const EnumArray&);
 
     Code codeOf(const std::string& name);
 
     std::vector<Code> codes_;
-    std::vector<std::string> names_; // the first, empty, is that of elements without member
-    std::unordered_map<std::string, Code> codesByName_;
+    std::shared_ptr<Members> members_;
     bool learns_;
-    std::unique_ptr<char[], void (*)(void*)> className_; // as many bytes as elements at least
+    std::shared_ptr<const char> className_; // as many bytes as elements at least; shared by copies
 };
 
 } // namespace vexa::client

@@ -1,6 +1,6 @@
 #include <vexa/client/Exception.hpp>
 
-#include <utility>
+#include <string>
 
 namespace vexa::client {
 
@@ -14,8 +14,21 @@ const char* InvalidColumnStartsException::what() const noexcept {
 }
 InvalidColumnStartsException::~InvalidColumnStartsException() = default;
 
+namespace {
+
+/// A message is read up to its first NUL: those in names are spelt out.
+std::string withoutNuls(const std::string& message) {
+    std::string readable;
+    for (const char c : message) {
+        readable += c == '\0' ? std::string("\\0") : std::string(1, c);
+    }
+    return readable;
+}
+
+} // namespace
+
 NamedException::NamedException(std::string message)
-    : message_(std::make_shared<const std::string>(std::move(message))) {}
+    : message_(std::make_shared<const std::string>(withoutNuls(message))) {}
 const char* NamedException::what() const noexcept { return message_->c_str(); }
 NamedException::~NamedException() = default;
 
@@ -47,6 +60,10 @@ InvalidPropertyException::InvalidPropertyException(const std::string& name, cons
                                                    const std::string& reason)
     : NamedException("The property '" + name + "' of the class '" + className + "' " + reason) {}
 InvalidPropertyException::~InvalidPropertyException() = default;
+
+InvalidClassNameException::InvalidClassNameException(const std::string& name)
+    : NamedException("A class cannot be called '" + name + "'") {}
+InvalidClassNameException::~InvalidClassNameException() = default;
 
 InvalidSuperclassException::InvalidSuperclassException(const std::string& name, const std::string& className)
     : NamedException("The superclass '" + name + "' is or has the class '" + className + "' itself") {}

@@ -130,6 +130,9 @@ data::impl::ObjectImpl* Factory::createHandleObjectRefImpl(data::impl::ZVMID eng
 
 data::impl::ObjectImpl* Factory::createEnumerationObjectImpl(const std::string& className,
                                                              const std::string& member) {
+    if (member.find('\0') != std::string::npos) {
+        throw UnknownMemberException(member, className);
+    }
     return new Instance(plainDescription(className), member);
 }
 
@@ -178,12 +181,12 @@ ArrayImpl* Factory::createArrayWithDataImpl(fv::ArrayType type, Dimensions dimen
 
 void Factory::createBufferImpl(void*& data, void (*&deleter)(void*), fv::ArrayType type, std::size_t count) {
     data = forPrimitive<fv::MustBePrimitiveTypeException>(
-        type, [&](auto tag) { return allocateZeros(count, sizeof(typename decltype(tag)::type)); });
+        type, [&](auto tag) { return allocateElements(count, sizeof(typename decltype(tag)::type)); });
     deleter = &freeElements;
 }
 
 void Factory::createUntypedBufferImpl(void*& data, void (*&deleter)(void*), std::size_t count) {
-    data = allocateZeros(count, 1);
+    data = allocateElements(count, 1);
     deleter = &freeElements;
 }
 

@@ -25,12 +25,8 @@ ClassInfo classInfoOf(const ClassDescription& description) {
 Instance::Instance(std::shared_ptr<const ClassDescription> description, std::optional<std::string> member)
     : description_(std::move(description)),
       member_(std::move(member)),
-      properties_(description_->properties(), description_->name(), static_cast<ObjectImpl*>(this)) {}
-Instance::Instance(const Instance& other)
-    : ObjectImpl(other),
-      description_(other.description_),
-      member_(other.member_),
-      properties_(other.properties_, static_cast<ObjectImpl*>(this)) {}
+      properties_(description_->properties(), description_->name()) {}
+Instance::Instance(const Instance&) = default;
 Instance::~Instance() = default;
 
 ObjectImpl* Instance::sharedCopy() const { return new Instance(*this); }

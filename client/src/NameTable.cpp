@@ -1,5 +1,7 @@
 #include "NameTable.hpp"
 
+#include <vexa/client/Exception.hpp>
+
 #include <algorithm>
 
 namespace vexa::client {
@@ -17,6 +19,12 @@ bool isVariableName(std::string_view name) noexcept {
     return !name.empty() && !isDigit(name.front()) && std::all_of(name.begin(), name.end(), [](char c) {
         return isLetter(c) || isDigit(c) || c == '_';
     });
+}
+
+void requireClassName(const std::string& name) {
+    if (name.find('\0') != std::string::npos) {
+        throw InvalidClassNameException(name);
+    }
 }
 
 } // namespace vexa::client

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstring>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -32,7 +33,9 @@ public:
 
     std::size_t size() const noexcept { return names_.size(); }
     const std::string& operator[](std::size_t position) const noexcept { return names_[position]; }
-    friend bool operator==(const NameTable& a, const NameTable& b) noexcept { return a.names_ == b.names_; }
+    friend bool operator==(const NameTable& a, const NameTable& b) noexcept {
+        return &a == &b || a.names_ == b.names_;
+    }
 
     /// The first place of `name` that `accepts(place)`, in the order of the list; `none` when there is none.
     template <class Accepts>
@@ -56,21 +59,8 @@ private:
                std::memcmp(candidate.data(), name.data(), name.size()) == 0;
     }
     std::size_t next(std::size_t bucket) const noexcept { return (bucket + 1) & (buckets_.size() - 1); }
-    /// By the length and the first and last eight bytes: names of one list seldom agree in all of these.
     std::size_t firstBucket(const std::string& name) const noexcept {
-        std::size_t head = 0;
-        std::size_t tail = 0;
-        const std::size_t length = name.size();
-        if (length >= sizeof head) {
-            std::memcpy(&head, name.data(), sizeof head);
-            std::memcpy(&tail, name.data() + length - sizeof tail, sizeof tail);
-        } else {
-            for (std::size_t k = 0; k < length; ++k) {
-                head = head << 8 | static_cast<unsigned char>(name[k]);
-            }
-        }
-        const std::size_t mixed = (head ^ (tail << 1) ^ length) * 0x9E3779B97F4A7C15U;
-        return mixed >> 32 & (buckets_.size() - 1);
+        return std::hash<std::string_view>()(name) & (buckets_.size() - 1);
     }
 
     std::vector<std::string> names_;
@@ -81,5 +71,8 @@ private:
 bool isIdentifier(const std::string& name) noexcept;
 /// Letters, digits and underscores, not a digit first.
 bool isVariableName(std::string_view name) noexcept;
+/// Class names are anything without a NUL, at which some of those who read them would stop.
+/// @throws InvalidClassNameException
+void requireClassName(const std::string& name);
 
 } // namespace vexa::client

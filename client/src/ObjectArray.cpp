@@ -21,8 +21,7 @@ ObjectArray::ObjectArray(ArrayType type, Dimensions dimensions)
       type_(type),
       elements_(allocatable<Element>(getNumberOfElements())),
       classOfProperties_(plainDescription({})),
-      properties_(classOfProperties_->arrayProperties(), classOfProperties_->name(),
-                  static_cast<ArrayImpl*>(this)) {}
+      properties_(classOfProperties_->arrayProperties(), classOfProperties_->name()) {}
 ObjectArray::ObjectArray(Dimensions dimensions, std::shared_ptr<const ClassDescription> description,
                          const Element& object)
     : ColumnMajorArray(std::move(dimensions)),
@@ -30,16 +29,10 @@ ObjectArray::ObjectArray(Dimensions dimensions, std::shared_ptr<const ClassDescr
       description_(std::move(description)),
       elements_(allocatable<Element>(getNumberOfElements()), object),
       classOfProperties_(description_),
-      properties_(classOfProperties_->arrayProperties(), classOfProperties_->name(),
-                  static_cast<ArrayImpl*>(this)) {}
-ObjectArray::ObjectArray(const ObjectArray& other)
-    : ColumnMajorArray(other),
-      type_(other.type_),
-      description_(other.description_),
-      elements_(other.elements_),
-      classOfProperties_(other.classOfProperties_),
-      properties_(other.properties_, static_cast<ArrayImpl*>(this)),
-      externalDimensions_(other.externalDimensions_) {}
+      properties_(classOfProperties_->arrayProperties(), classOfProperties_->name()) {
+    setHeld(object);
+}
+ObjectArray::ObjectArray(const ObjectArray&) = default;
 ObjectArray::~ObjectArray() = default;
 
 ArrayImpl* ObjectArray::sharedCopy() const { return new ObjectArray(*this); }
@@ -51,19 +44,31 @@ ArrayType ObjectArray::getType() const { return type_; }
 
 namespace {
 
-bool equalObjects(const fv::ValueObject& a, const fv::ValueObject& b) {
+/// With a comparison, which arrays of this back-end alone outlive, it may go on later.
+bool equalObjects(Comparison* comparison, const fv::ValueObject& a, const fv::ValueObject& b) {
     const auto* left = fv::detail::handleObject(a);
     const auto* right = fv::detail::handleObject(b);
-    return left != nullptr || right != nullptr ? fv::detail::sameHandleObject(left, right) : a == b;
+    if (left != nullptr || right != nullptr) {
+        return fv::detail::sameHandleObject(left, right);
+    }
+    auto* mine = dynamic_cast<Instance*>(Access::impl(a).get());
+    auto* others = dynamic_cast<Instance*>(Access::impl(b).get());
+    if (comparison == nullptr || mine == nullptr || others == nullptr ||
+        !mine->description().equals(others->description())) {
+        return a == b;
+    }
+    return comparison->equalProperties(*mine, *others);
 }
 
 } // namespace
 
-bool ObjectArray::isEqual(const ArrayImpl* other) const {
-    const auto& objects = static_cast<const ObjectArrayImpl&>(*other);
+bool ObjectArray::isEqual(const ArrayImpl* other) const { return Comparison::equal(*this, *other); }
+bool ObjectArray::equalsIn(Comparison& comparison, const ArrayImpl& other) const {
+    const auto& objects = static_cast<const ObjectArrayImpl&>(other);
+    Comparison* const goingOn = dynamic_cast<const ObjectArray*>(&other) != nullptr ? &comparison : nullptr;
     try {
         for (std::size_t k = 0; k < elements_.size(); ++k) {
-            if (!equalObjects(fv::ValueObject(getElementObject(k)),
+            if (!equalObjects(goingOn, fv::ValueObject(getElementObject(k)),
                               fv::ValueObject(objects.getElementObject(k)))) {
                 return false;
             }
@@ -79,7 +84,7 @@ ObjectArray::Element* ObjectArray::getElementAddress(std::size_t index, const st
 }
 void ObjectArray::setElementValue(std::size_t index, const std::string&, Element value) {
     requireClassOf(Access::impl(value).get());
-    elements_[index] = storable(std::move(value), static_cast<const ArrayImpl*>(this));
+    put(index, storable(std::move(value), properties_));
 }
 const ObjectArray::Element* ObjectArray::getTypedDataPtr() const { return elements_.data(); }
 
@@ -158,7 +163,7 @@ void ObjectArray::setElementObject(std::size_t index, ObjectImpl* object) {
     if (object != nullptr) {
         object->retain();
     }
-    elements_[index] = storable(Element(object), static_cast<const ArrayImpl*>(this));
+    put(index, storable(Element(object), properties_));
 }
 ObjectImpl* ObjectArray::getElementObject(std::size_t index) const {
     ObjectImpl* object = Access::impl(elements_[index]).get();
@@ -190,6 +195,16 @@ Instance* ObjectArray::objectIn(std::size_t index) const noexcept {
 void ObjectArray::separate(std::size_t index) {
     if (Access::impl(elements_[index]) != nullptr) {
         Access::unshare(elements_[index]);
+        setHeld(elements_[index]);
+    }
+}
+void ObjectArray::put(std::size_t index, Element object) {
+    setHeld(object);
+    elements_[index] = std::move(object);
+}
+void ObjectArray::setHeld(const Element& object) noexcept {
+    if (auto* instance = dynamic_cast<Instance*>(Access::impl(object).get())) {
+        instance->properties().setHeld();
     }
 }
 

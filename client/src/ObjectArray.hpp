@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ColumnMajorArray.hpp"
+#include "Comparison.hpp"
 #include "Instance.hpp"
 #include "PropertySet.hpp"
 
@@ -19,7 +20,7 @@ using data::impl::ObjectImpl;
 
 /// Objects in column-major order. With a class, all objects are of this class and the array has its array properties; without,
 /// objects of any class may stand side by side. Copies share objects; an object that others share is copied before it changes.
-class ObjectArray final : public ColumnMajorArray<data::impl::ObjectArrayImpl> {
+class ObjectArray final : public ColumnMajorArray<data::impl::ObjectArrayImpl>, public Comparable {
     using Element = foundation::vexadata::HandleObjectRef;
 
 public:
@@ -36,6 +37,7 @@ public:
     ArrayType getType() const override;
     /// Value objects are compared by their properties, handle objects by identity.
     bool isEqual(const ArrayImpl* other) const override;
+    bool equalsIn(Comparison& comparison, const ArrayImpl& other) const override;
     Element* getElementAddress(std::size_t index, const std::string& fieldName, bool forWrite) override;
     /// @throws WrongClassException
     void setElementValue(std::size_t index, const std::string& fieldName, Element value) override;
@@ -71,10 +73,12 @@ public:
     /// The object in an element; null when there is none, or one of another back-end.
     Instance* objectIn(std::size_t index) const noexcept;
     void separate(std::size_t index);
+    void put(std::size_t index, Element object);
 
 private:
     ObjectArray(const ObjectArray& other);
 
+    static void setHeld(const Element& object) noexcept;
     void requireClassOf(const ObjectImpl* object) const;
     /// @throws UnknownPropertyException for an element without object
     ObjectImpl& existing(std::size_t index) const;

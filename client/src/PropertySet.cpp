@@ -93,7 +93,9 @@ bool PropertySet::equals(const PropertySet& other) const {
 }
 
 ArrayImpl& PropertySet::heldIn(std::size_t slot) const noexcept { return *Access::impl(values_[slot]); }
-void PropertySet::makePrivate(std::size_t slot) { Access::unshare(values_[slot]); }
-void PropertySet::put(std::size_t slot, Held array) { values_[slot] = Array(array.detach()); }
+bool PropertySet::isShared(std::size_t slot) const noexcept {
+    return !Access::isPrivate(Access::impl(values_[slot]));
+}
+void PropertySet::replace(std::size_t slot, Held array) { values_[slot] = Array(array.detach()); }
 
 } // namespace vexa::client

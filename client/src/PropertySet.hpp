@@ -3,11 +3,13 @@
 
 #include "ArrayHolder.hpp"
 #include "ClassDescription.hpp"
+#include "Release.hpp"
 
 #include <foundation/vexadata/Array.hpp>
 
 #include <cstddef>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace vexa::client {
@@ -16,13 +18,15 @@ namespace vexa::client {
 /// side is written.
 class PropertySet final : public ArrayHolder {
 public:
-    /// Every property holds an empty array. `owner` is the object that holds the set: what can never be stored in it.
-    PropertySet(const PropertyList& list, const std::string& className, const void* owner)
-        : list_(&list), className_(&className), owner_(owner), values_(list.size()) {}
-    PropertySet(const PropertySet& other, const void* owner)
-        : list_(other.list_), className_(other.className_), owner_(owner), values_(other.values_) {}
-    PropertySet(const PropertySet&) = delete;
-    PropertySet& operator=(const PropertySet&) = delete;
+    /// Every property holds an empty array.
+    PropertySet(const PropertyList& list, const std::string& className)
+        : list_(&list), className_(&className), values_(list.size()) {}
+    PropertySet(const PropertySet&) = default;
+    ~PropertySet() {
+        if (hasNested()) {
+            releaseAll(std::move(values_));
+        }
+    }
 
     const PropertyList& list() const noexcept { return *list_; }
     /// @throws UnknownPropertyException, AmbiguousPropertyException
@@ -44,15 +48,15 @@ public:
 
     std::size_t numberOfSlots() const noexcept override { return values_.size(); }
     data::impl::ArrayImpl& heldIn(std::size_t slot) const noexcept override;
-    void makePrivate(std::size_t slot) override;
-    void put(std::size_t slot, Held array) override;
+    bool isShared(std::size_t slot) const noexcept override;
     /// Stores an array, borrowed; a copy when it would hold the owner.
-    void store(std::size_t slot, data::impl::ArrayImpl& array) { put(slot, storable(array, owner_)); }
+    void store(std::size_t slot, data::impl::ArrayImpl& array) { put(slot, storable(array, *this)); }
 
 private:
+    void replace(std::size_t slot, Held array) override;
+
     const PropertyList* list_;
     const std::string* className_;
-    const void* owner_;
     std::vector<foundation::vexadata::Array> values_;
 };
 

@@ -40,7 +40,8 @@ void StringArray::setStringElement(std::size_t index, const std::string&, Elemen
     const Slot old = std::exchange(slots_[index], fresh);
     if (old.isLong()) {
         gaps_ += old.length();
-        if (gaps_ > longTexts_.size() / 2) {
+        // Closing walks all slots: it must be worth that, too.
+        if (gaps_ > longTexts_.size() / 2 && gaps_ > slots_.size()) {
             closeGaps();
         }
     }

@@ -13,7 +13,8 @@
 namespace vexa::client {
 
 /// Texts in column-major order. Each element takes 16 bytes, which hold texts of up to six units; longer ones lie one after
-/// another in a block of the whole array. Overwritten ones leave gaps there, which are closed when they make up half of it.
+/// another in a block of the whole array. Overwritten ones leave gaps there, which are closed when they make up half of it and
+/// more units than the array has elements.
 class StringArray final : public ColumnMajorArray<data::impl::StringArrayImpl> {
 public:
     /// Every element is missing.

@@ -1,5 +1,7 @@
 #include "StructArray.hpp"
 
+#include "Release.hpp"
+
 #include <vexa/client/Exception.hpp>
 #include <vexa/data/detail/ForwardIteratorImpl.hpp>
 #include <vexa/data/detail/IteratorImpl.hpp>
@@ -97,7 +99,11 @@ StructArray::StructArray(Dimensions dimensions, std::vector<std::string> fieldNa
       names_(std::make_shared<FieldNames>(std::move(fieldNames))),
       values_(numberOfValues(getNumberOfElements(), names_->size()), emptyArray()) {}
 StructArray::StructArray(const StructArray&) = default;
-StructArray::~StructArray() = default;
+StructArray::~StructArray() {
+    if (hasNested()) {
+        releaseAll(std::move(values_));
+    }
+}
 
 ArrayImpl* StructArray::sharedCopy() const { return new StructArray(*this); }
 ArrayType StructArray::getType() const { return ArrayType::STRUCT; }
@@ -109,7 +115,7 @@ void StructArray::assignElementArray(std::size_t index, const std::string& field
     if (fieldName.empty()) {
         fv::detail::raise<fv::CantAssignArrayToThisArrayException>();
     }
-    values_[slotOf(index, fieldName)] = storable(*array, static_cast<const ArrayImpl*>(this));
+    put(slotOf(index, fieldName), storable(*array, *this));
 }
 StructArray::Element* StructArray::getElementAddress(std::size_t, const std::string&, bool) {
     return nullptr;
@@ -120,12 +126,12 @@ void StructArray::setElementValue(std::size_t index, const std::string&, Element
     setFieldValues(index, std::vector<fv::Array>(value.begin(), value.end()));
 }
 
-bool StructArray::isEqual(const ArrayImpl* other) const {
-    if (const auto* right = dynamic_cast<const StructArray*>(other)) {
-        return *names_ == *right->names_ &&
-               std::equal(values_.begin(), values_.end(), right->values_.begin(), equalArrays);
+bool StructArray::isEqual(const ArrayImpl* other) const { return Comparison::equal(*this, *other); }
+bool StructArray::equalsIn(Comparison& comparison, const ArrayImpl& other) const {
+    if (const auto* right = dynamic_cast<const StructArray*>(&other)) {
+        return *names_ == *right->names_ && comparison.equalSlots(*this, *right);
     }
-    return equalByName(static_cast<const StructArrayImpl&>(*other));
+    return equalByName(static_cast<const StructArrayImpl&>(other));
 }
 
 /// With a struct of another back-end; one that lacks a field is different.
@@ -161,20 +167,17 @@ void StructArray::setFieldValues(std::size_t index, std::vector<fv::Array> value
     std::vector<Held> stored;
     stored.reserve(values.size());
     for (const fv::Array& value : values) {
-        stored.push_back(storable(*Access::impl(value), static_cast<const ArrayImpl*>(this)));
+        stored.push_back(storable(*Access::impl(value), *this));
     }
-    std::move(stored.begin(), stored.end(),
-              values_.begin() + static_cast<std::ptrdiff_t>(index * names_->size()));
+    std::size_t slot = index * names_->size();
+    for (Held& value : stored) {
+        put(slot++, std::move(value));
+    }
 }
 
 std::size_t StructArray::numberOfSlots() const noexcept { return values_.size(); }
 ArrayImpl& StructArray::heldIn(std::size_t slot) const noexcept { return *values_[slot]; }
-/// Every handle and holder of the array counts once.
-void StructArray::makePrivate(std::size_t slot) {
-    if (values_[slot]->referenceCount() > 1) {
-        values_[slot] = Held(values_[slot]->sharedCopy());
-    }
-}
-void StructArray::put(std::size_t slot, Held array) { values_[slot] = std::move(array); }
+bool StructArray::isShared(std::size_t slot) const noexcept { return values_[slot]->referenceCount() > 1; }
+void StructArray::replace(std::size_t slot, Held array) { values_[slot] = std::move(array); }
 
 } // namespace vexa::client

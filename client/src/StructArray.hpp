@@ -3,6 +3,7 @@
 
 #include "ArrayHolder.hpp"
 #include "ColumnMajorArray.hpp"
+#include "Comparison.hpp"
 #include "FieldNames.hpp"
 
 #include <foundation/vexadata/StructElement.hpp>
@@ -17,7 +18,9 @@ namespace vexa::client {
 
 /// Records one after another in column-major order, the values of each in the order of the fields. Copies share the values; a
 /// value that others share is copied before something inside it is written.
-class StructArray final : public ColumnMajorArray<data::impl::StructArrayImpl>, public ArrayHolder {
+class StructArray final : public ColumnMajorArray<data::impl::StructArrayImpl>,
+                          public ArrayHolder,
+                          public Comparable {
     using Element = foundation::vexadata::StructElement;
 
 public:
@@ -48,13 +51,15 @@ public:
 
     std::size_t numberOfSlots() const noexcept override;
     ArrayImpl& heldIn(std::size_t slot) const noexcept override;
-    void makePrivate(std::size_t slot) override;
-    void put(std::size_t slot, Held array) override;
+    /// Every handle and holder of the array counts once.
+    bool isShared(std::size_t slot) const noexcept override;
+    bool equalsIn(Comparison& comparison, const ArrayImpl& other) const override;
     const FieldNames& names() const noexcept { return *names_; }
 
 private:
     StructArray(const StructArray&);
 
+    void replace(std::size_t slot, Held array) override;
     bool equalByName(const StructArrayImpl& other) const;
     /// Where the value of a field lies. @throws UnknownFieldException
     std::size_t slotOf(std::size_t index, const std::string& fieldName) const {

@@ -6,11 +6,11 @@
 // release deletes.
 #include <foundation/vexadata/Exception.hpp>
 #include <vexa/data/detail/ContiguousIteratorImpl.hpp>
+#include <vexa/data/detail/Identity.hpp>
 #include <vexa/data/impl/ArrayFactoryImpl.hpp>
 #include <vexa/data/impl/TypedArrayImpl.hpp>
 
 #include <algorithm>
-#include <atomic>
 #include <cstdlib>
 #include <functional>
 #include <memory>
@@ -56,7 +56,7 @@ public:
         : dimensions_(std::move(dimensions)),
           count_(countOf(dimensions_)),
           buffer_(std::move(buffer)),
-          identity_(++identities) {}
+          identity_(vexa::data::detail::nextIdentity()) {}
 
     /// Asked when a handle that shares the array is about to be written. The two must have nothing in common.
     ArrayImpl* sharedCopy() const override {
@@ -71,7 +71,8 @@ public:
     const Dimensions& getDimensions() const override { return dimensions_; }
     std::size_t getNumberOfElements() const override { return count_; }
     bool isEmpty() const override { return count_ == 0; }
-    /// Two arrays with one identity are taken for equal without a look inside: never give one twice, nor 0.
+    /// Two arrays with one identity are taken for equal without a look inside: never give one twice, nor 0. All back-ends
+    /// of a process draw from one counter, so that their arrays can meet.
     std::uint64_t getArrayID() const override { return identity_; }
     /// Asked only about arrays of this type and these dimensions.
     bool isEqual(const ArrayImpl* other) const override {
@@ -114,15 +115,12 @@ public:
         buffer_ = std::move(rest);
         dimensions_.swap(none);
         count_ = 0;
-        identity_ = ++identities;
+        identity_ = vexa::data::detail::nextIdentity();
     }
 
 private:
     double* data() const noexcept { return static_cast<double*>(buffer_.get()); }
     std::size_t bytes() const noexcept { return count_ * sizeof(double); }
-
-    static inline std::atomic<std::uint64_t> identities{
-        0}; // threads make arrays of their own at the same time
 
     Dimensions dimensions_;
     std::size_t count_;

@@ -48,6 +48,17 @@ void expectMadeWhole() {
         const auto adopted = factory.createArrayFromBuffer<T>({count}, std::move(buffer));
         EXPECT_EQ(ones, adopted);
         EXPECT_EQ(ones == few, count == half);
+
+        for (const TypedArray<T>& each :
+             {TypedArray<T>(zeros), TypedArray<T>(ones), TypedArray<T>(adopted)}) {
+            EXPECT_EQ(getBufferPtr(each) == nullptr, count == 0);
+            TypedArray<T> given = each;
+            EXPECT_NE(given.release(), nullptr); // a buffer is one even when nothing is in it
+        }
+        TypedArray<T> emptied = factory.createArray<T>({count});
+        emptied.release();
+        EXPECT_EQ(getBufferPtr(emptied), nullptr);
+        EXPECT_EQ(emptied.begin(), emptied.end());
     }
 }
 
@@ -132,8 +143,10 @@ TEST(BackEndArrays, LoseNothingWhenACopyFailsHalfway) {
     for (const std::size_t count : {std::size_t{4}, std::size_t{1000}}) {
         const auto setup = [count] {
             ArrayFactory factory;
-            return Pair{factory.createArrayFromBuffer<double>(
-                {2, count / 2}, factory.createBuffer<double>(count), MemoryLayout::ROW_MAJOR)};
+            auto buffer = factory.createBuffer<double>(count);
+            std::fill_n(buffer.get(), count, 0.0);
+            return Pair{factory.createArrayFromBuffer<double>({2, count / 2}, std::move(buffer),
+                                                              MemoryLayout::ROW_MAJOR)};
         };
         support::sweep(
             setup, [](Pair& pair) { pair.array[1][1] = 5.0; },

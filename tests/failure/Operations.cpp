@@ -1,6 +1,7 @@
 // What clients can do, one line an operation. Sweeps run each of them again and again with one step failing.
 #include "World.hpp"
 
+#include <algorithm>
 #include <functional>
 #include <numeric>
 
@@ -12,6 +13,13 @@ namespace {
 template <class T>
 void use(const T& value) {
     asm volatile("" : : "g"(&value) : "memory");
+}
+
+template <class T>
+auto zeros(ArrayFactory& factory, std::size_t count) {
+    auto buffer = factory.createBuffer<T>(count);
+    std::fill_n(buffer.get(), count, T());
+    return buffer;
 }
 
 const std::u16string longText(30, u'y');
@@ -66,17 +74,17 @@ const Family factory{
          }},
         {"createSparseArray",
          [](World& w) {
-             auto values = w.factory.createBuffer<bool>(1);
-             auto rows = w.factory.createBuffer<std::size_t>(1);
-             auto columns = w.factory.createBuffer<std::size_t>(1);
+             auto values = zeros<bool>(w.factory, 1);
+             auto rows = zeros<std::size_t>(w.factory, 1);
+             auto columns = zeros<std::size_t>(w.factory, 1);
              use(w.factory.createSparseArray<bool>({1, 1}, 1, std::move(values), std::move(rows),
                                                    std::move(columns)));
          }},
         {"createVEXASparseArray",
          [](World& w) {
-             auto values = w.factory.createBuffer<double>(1);
-             auto rows = w.factory.createBuffer<std::size_t>(1);
-             auto starts = w.factory.createBuffer<std::size_t>(2);
+             auto values = zeros<double>(w.factory, 1);
+             auto rows = zeros<std::size_t>(w.factory, 1);
+             auto starts = zeros<std::size_t>(w.factory, 2);
              starts[1] = 1;
              use(w.factory.createVEXASparseArray<double>({1, 1}, 1, std::move(values), std::move(rows),
                                                          std::move(starts)));

@@ -185,10 +185,10 @@ public:
     /// A member of an enumeration class as an object.
     ValueObject createEnumerationObject(const std::string& className, const std::string& member);
 
-    /// A buffer for `count` elements, to be filled and handed to `createArrayFromBuffer`.
+    /// A buffer for `count` elements, to be filled and handed to `createArrayFromBuffer`. What is in it before is not defined.
     /// @throws MustBePrimitiveTypeException
     std::unique_ptr<void, void (*)(void*)> createBuffer(ArrayType type, std::size_t count);
-    /// A buffer of `count` bytes.
+    /// A buffer of `count` bytes, not filled either.
     std::unique_ptr<void, void (*)(void*)> createBuffer(std::size_t count);
     template <class T>
     buffer_ptr<T> createBuffer(std::size_t count) {

@@ -95,6 +95,13 @@ public:
     ~InvalidPropertyException() override;
 };
 
+/// The name of a class or of an enumeration has a NUL.
+class VEXADATA_API InvalidClassNameException final : public NamedException {
+public:
+    explicit InvalidClassNameException(const std::string& name);
+    ~InvalidClassNameException() override;
+};
+
 /// A class cannot have this superclass, which is the class itself or has it among its own.
 class VEXADATA_API InvalidSuperclassException final : public NamedException {
 public:

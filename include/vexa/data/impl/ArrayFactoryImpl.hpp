@@ -91,7 +91,7 @@ public:
     virtual ArrayImpl* createEnumArrayImpl(Dimensions dimensions, std::string className, Names members);
     virtual void reservedOp21(); ///< position 21, not called by this library
     virtual void reservedOp22(); ///< position 22, not called by this library
-    /// Position 23. Fills in a new buffer for `count` elements of a type and the function that frees it.
+    /// Position 23. Fills in a new buffer for `count` elements of a type and the function that frees it. Nobody expects zeros in it.
     virtual void createBufferImpl(void*& data, void (*&deleter)(void*), ArrayType type,
                                   std::size_t count) = 0;
     /// Position 24. The same for `count` bytes.

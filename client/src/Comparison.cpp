@@ -1,0 +1,59 @@
+#include "Comparison.hpp"
+
+#include "Instance.hpp"
+
+#include <new>
+
+namespace vexa::client {
+
+using data::impl::ArrayImpl;
+
+bool Comparison::equalSlots(const ArrayHolder& a, const ArrayHolder& b) {
+    for (std::size_t slot = 0; slot < a.numberOfSlots(); ++slot) {
+        const ArrayImpl& left = a.heldIn(slot);
+        const ArrayImpl& right = b.heldIn(slot);
+        if (&left == &right || left.getArrayID() == right.getArrayID()) {
+            continue;
+        }
+        if (left.getDimensions() != right.getDimensions() || left.getType() != right.getType()) {
+            return false;
+        }
+        const bool equal = canHold(left.getType())
+                               ? equalLater(left, right, a.isShared(slot) && b.isShared(slot))
+                               : left.isEqual(&right);
+        if (!equal) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool Comparison::equalProperties(Instance& a, Instance& b) {
+    return !seen_.emplace(&a, &b).second || equalSlots(a.properties(), b.properties());
+}
+
+/// Out of memory they are compared at once, one inside the other.
+bool Comparison::equalLater(const ArrayImpl& a, const ArrayImpl& b, bool shared) {
+    try {
+        if (!shared || seen_.emplace(&a, &b).second) {
+            left_.emplace_back(&a, &b);
+        }
+        return true;
+    } catch (const std::bad_alloc&) {
+        return a.isEqual(&b);
+    }
+}
+
+bool Comparison::finish() {
+    while (!left_.empty()) {
+        const auto [a, b] = left_.back();
+        left_.pop_back();
+        const auto* own = dynamic_cast<const Comparable*>(a); // not of another back-end
+        if (!(own != nullptr ? own->equalsIn(*this, *b) : a->isEqual(b))) {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace vexa::client

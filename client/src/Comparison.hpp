@@ -1,0 +1,56 @@
+// Comparing arrays that hold arrays that hold arrays, to any depth.
+#pragma once
+
+#include "ArrayHolder.hpp"
+
+#include <cstddef>
+#include <functional>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+namespace vexa::client {
+
+class Comparison;
+class Instance;
+
+/// Beside the interface of arrays that can hold others.
+class Comparable {
+public:
+    /// False when `other`, an array of equal type and dimensions, is different. Otherwise the arrays held that are still to be
+    /// compared are left with `comparison`.
+    virtual bool equalsIn(Comparison& comparison, const data::impl::ArrayImpl& other) const = 0;
+
+protected:
+    ~Comparable() = default;
+};
+
+/// A comparison of two arrays under way: what they hold is compared in turns, and what both sides share many times over once.
+class Comparison {
+public:
+    static bool equal(const Comparable& array, const data::impl::ArrayImpl& other) {
+        Comparison comparison;
+        return array.equalsIn(comparison, other) && comparison.finish();
+    }
+
+    /// Slot by slot, as many on both sides.
+    bool equalSlots(const ArrayHolder& a, const ArrayHolder& b);
+    /// Properties of objects of one class.
+    bool equalProperties(Instance& a, Instance& b);
+
+private:
+    using Pair = std::pair<const void*, const void*>;
+    struct Hash {
+        std::size_t operator()(const Pair& pair) const noexcept {
+            return std::hash<const void*>()(pair.first) * 31 + std::hash<const void*>()(pair.second);
+        }
+    };
+
+    bool finish();
+    bool equalLater(const data::impl::ArrayImpl& a, const data::impl::ArrayImpl& b, bool shared);
+
+    std::vector<std::pair<const data::impl::ArrayImpl*, const data::impl::ArrayImpl*>> left_;
+    std::unordered_set<Pair, Hash> seen_;
+};
+
+} // namespace vexa::client

@@ -1,0 +1,51 @@
+#include "Release.hpp"
+
+#include <new>
+#include <utility>
+#include <variant>
+
+namespace vexa::client {
+
+namespace {
+
+using Arrays = std::vector<foundation::vexadata::Array>;
+using PutAside = std::vector<std::variant<Arrays, std::vector<Held>>>;
+
+/// Deep enough for whatever people nest by hand, which then needs no memory to be destroyed.
+constexpr int mostInsideEachOther = 50;
+
+struct Running {
+    int depth;
+    PutAside* putAside; // lives in the outermost call
+};
+thread_local Running running{0, nullptr};
+
+template <class Slots>
+void release(Slots&& slots) noexcept {
+    if (running.depth >= mostInsideEachOther) {
+        try {
+            running.putAside->emplace_back(std::move(slots));
+            return;
+        } catch (const std::bad_alloc&) {} // deeper, then
+    }
+    ++running.depth;
+    if (running.depth == 1) {
+        PutAside putAside;
+        running.putAside = &putAside;
+        slots.clear();
+        while (!putAside.empty()) {
+            const auto next = std::move(putAside.back());
+            putAside.pop_back();
+        }
+    } else {
+        slots.clear();
+    }
+    --running.depth;
+}
+
+} // namespace
+
+void releaseAll(Arrays&& slots) noexcept { release(std::move(slots)); }
+void releaseAll(std::vector<Held>&& slots) noexcept { release(std::move(slots)); }
+
+} // namespace vexa::client
