@@ -1,6 +1,5 @@
 #include "StructArray.hpp"
 
-#include <foundation/vexadata/TypeInformation.hpp>
 #include <vexa/client/Exception.hpp>
 #include <vexa/data/detail/ForwardIteratorImpl.hpp>
 #include <vexa/data/detail/IteratorImpl.hpp>
@@ -122,7 +121,7 @@ void StructArray::setElementValue(std::size_t index, const std::string&, Element
 }
 
 bool StructArray::isEqual(const ArrayImpl* other) const {
-    if (const auto* right = fv::detail::dynamicCast<const StructArray>(other)) {
+    if (const auto* right = dynamic_cast<const StructArray*>(other)) {
         return *names_ == *right->names_ &&
                std::equal(values_.begin(), values_.end(), right->values_.begin(), equalArrays);
     }

@@ -129,7 +129,8 @@ public:
     template <class T>
     TypedArray<T> createArrayWithData(std::vector<std::size_t> dims, const T* data, std::size_t count) const;
 
-    /// A 1-by-1 array holding `value`. Text makes a string array.
+    /// A 1-by-1 array holding `value`, which is of an element type or one that is taken as one: text makes a string array, `char`
+    /// characters, `long long` and its complex numbers the integers of 64 bits.
     template <class T>
     TypedArray<typename vexa::data::GetReturnType<T>::type> createScalar(T value) const;
 
