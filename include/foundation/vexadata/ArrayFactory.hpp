@@ -60,9 +60,9 @@ Element elementFrom(T&& value) {
 
 /// Whether values of type `T` are narrow text to arrays of elements `Element`.
 template <class Element, class T>
-inline constexpr bool isNarrowText =
-    std::is_same_v<Element, String> ? std::is_convertible_v<T, std::string_view>
-                                    : std::is_same_v<Element, char16_t>&& isNarrowUnit<T>;
+inline constexpr bool isNarrowText = std::is_same_v<Element, String>
+                                         ? std::is_convertible_v<T, std::string_view>
+                                         : (std::is_same_v<Element, char16_t>&& isNarrowUnit<T>);
 
 } // namespace detail
 

@@ -133,7 +133,7 @@ inline constexpr bool isComplexElement = false;
 template <class T>
 inline constexpr bool isComplexElement<std::complex<T>> = true;
 
-/// Whether text in bytes: a unit above 127 is no character of its own.
+/// Whether `T` is a unit of narrow text, whose values above 127 are no characters.
 template <class T>
 inline constexpr bool isNarrowUnit = std::is_same_v<T, char>;
 #ifdef __cpp_char8_t
