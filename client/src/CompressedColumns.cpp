@@ -5,6 +5,7 @@
 
 #include <foundation/vexadata/Exception.hpp>
 #include <foundation/vexadata/Traits.hpp>
+#include <foundation/vexadata/TypeInformation.hpp>
 #include <vexa/client/Exception.hpp>
 #include <vexa/data/detail/ContiguousIteratorImpl.hpp>
 
@@ -366,7 +367,7 @@ std::size_t CompressedColumns<T>::columnOf(std::size_t k) const noexcept {
 
 template <class T>
 const T* CompressedColumns<T>::valuesOf(const ArrayImpl& array) {
-    if (const auto* own = dynamic_cast<const CompressedColumns*>(&array)) {
+    if (const auto* own = fv::detail::dynamicCast<const CompressedColumns>(&array)) {
         return own->values_.get();
     }
     // Another back-end's: its iterator knows. Asking for one to read with changes nothing.

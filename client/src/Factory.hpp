@@ -9,7 +9,6 @@
 namespace vexa::client {
 
 /// Makes every kind of array, classes and objects. An unknown kind throws InvalidArrayTypeException.
-/// InvalidArrayTypeException.
 class Factory final : public data::impl::ArrayFactoryImpl {
 public:
     ~Factory() override;

@@ -73,7 +73,7 @@ public:
             auto node = staged.extract(staged.begin());
             const auto found = values_.find(node.key());
             if (found != values_.end()) {
-                found->second.swap(node.mapped());
+                std::swap(found->second, node.mapped());
             } else {
                 values_.insert(std::move(node));
             }

@@ -25,7 +25,7 @@ std::unique_ptr<const void, std::function<void(const void*)>> getBufferPtr(Array
         detail::raise<EArrayUnknownDataType>();
     }
     const void* data = detail::Access::impl(array)->getUntypedDataPtr();
-    std::function<void(const void*)> keepAlive = [owner = std::move(array)](const void*) noexcept {};
+    std::function<void(const void*)> keepAlive = detail::KeepAlive<Array>{std::move(array)};
     return {data, std::move(keepAlive)};
 }
 

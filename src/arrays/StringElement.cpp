@@ -5,7 +5,7 @@
 namespace foundation::vexadata {
 
 bool detail::equalsText(const BorrowedText& element, std::string_view text) noexcept {
-    if (element.length != text.size()) {
+    if (element.length != text.size() || (element.text == nullptr && !text.empty())) {
         return false;
     }
     for (std::size_t k = 0; k < text.size(); ++k) {

@@ -42,6 +42,11 @@ std::u16string widened(const char* text, std::size_t length) {
     return wide;
 }
 
+std::u16string widened(const char* text) {
+    requireText(text);
+    return widened(text, std::strlen(text));
+}
+
 std::u16string copied(const char16_t* text, std::size_t length) { return copyOf(text, length); }
 std::string copied(const char* text, std::size_t length) { return copyOf(text, length); }
 std::string copied(const char* text) {

@@ -1,6 +1,9 @@
 #include <foundation/vexadata/ArrayFactory.hpp>
 #include <vexa/data/impl/ClassInfoImpl.hpp>
 
+#include <cstdio>
+#include <cstdlib>
+
 namespace foundation::vexadata {
 
 using vexa::data::impl::ArrayFactoryImpl;
@@ -44,127 +47,142 @@ ArrayFactory& ArrayFactory::operator=(const ArrayFactory&) noexcept = default;
 ArrayFactory& ArrayFactory::operator=(ArrayFactory&&) noexcept = default;
 ArrayFactory::~ArrayFactory() = default;
 
-Array ArrayFactory::createArray(ArrayType type, std::vector<std::size_t> dims) {
+ArrayFactoryImpl& ArrayFactory::backEnd() const {
+    if (impl_ == nullptr) {
+        std::fputs(
+            "vexadata: this ArrayFactory has no back-end, so that it can create nothing. Link the embedded one (CMake: "
+            "vexadata::client; pkg-config: vexadata-client; by hand: -Wl,--no-as-needed -lvexadata_client), or load "
+            "another before the factory is made. A factory that was moved from has none either.\n",
+            stderr);
+        std::abort();
+    }
+    return *impl_;
+}
+
+Array ArrayFactory::createArray(ArrayType type, std::vector<std::size_t> dims) const {
     return Array(zeros(type, std::move(dims)));
 }
 
-UntypedBuffer ArrayFactory::createBuffer(ArrayType type, std::size_t count) {
+UntypedBuffer ArrayFactory::createBuffer(ArrayType type, std::size_t count) const {
     detail::typeIsPrimitive(type);
     return typedBuffer(type, count);
 }
 
-UntypedBuffer ArrayFactory::createBuffer(std::size_t count) {
+UntypedBuffer ArrayFactory::createBuffer(std::size_t count) const {
     void* data = nullptr;
     void (*deleter)(void*) = nullptr;
-    impl_->createUntypedBufferImpl(data, deleter, count);
+    backEnd().createUntypedBufferImpl(data, deleter, count);
     return UntypedBuffer(data, deleter);
 }
 
-CharArray ArrayFactory::createCharArray(std::u16string text) {
+CharArray ArrayFactory::createCharArray(std::u16string text) const {
     return CharArray(withData(ArrayType::CHAR, {1, text.size()}, text.data(), text.size()));
 }
 
-CharArray ArrayFactory::createCharArray(std::string text) { return createCharArray(detail::widened(text)); }
+CharArray ArrayFactory::createCharArray(std::string text) const {
+    return createCharArray(detail::widened(text));
+}
 
-CharArray ArrayFactory::createCharArray(std::vector<std::size_t> dims) {
+CharArray ArrayFactory::createCharArray(std::vector<std::size_t> dims) const {
     return CharArray(zeros(ArrayType::CHAR, std::move(dims)));
 }
 
 StructArray ArrayFactory::createStructArray(std::vector<std::size_t> dims,
-                                            std::vector<std::string> fieldNames) {
-    return StructArray(impl_->createStructArrayImpl(normalised(std::move(dims)), std::move(fieldNames)));
+                                            std::vector<std::string> fieldNames) const {
+    return StructArray(backEnd().createStructArrayImpl(normalised(std::move(dims)), std::move(fieldNames)));
 }
 
 EnumArray ArrayFactory::createEnumArray(std::vector<std::size_t> dims, std::string className,
-                                        std::vector<std::string> members) {
+                                        std::vector<std::string> members) const {
     return EnumArray(
-        impl_->createEnumArrayImpl(normalised(std::move(dims)), std::move(className), std::move(members)));
+        backEnd().createEnumArrayImpl(normalised(std::move(dims)), std::move(className), std::move(members)));
 }
 
 ArrayImpl* ArrayFactory::sparse(Dims dims, std::size_t count, Values<bool> values, Places rows,
-                                Places columns) {
-    return impl_->createSparseLogicalImpl(ofMatrix(std::move(dims)), count, std::move(values),
-                                          std::move(rows), std::move(columns));
+                                Places columns) const {
+    return backEnd().createSparseLogicalImpl(ofMatrix(std::move(dims)), count, std::move(values),
+                                             std::move(rows), std::move(columns));
 }
 ArrayImpl* ArrayFactory::sparse(Dims dims, std::size_t count, Values<double> values, Places rows,
-                                Places columns) {
-    return impl_->createSparseDoubleImpl(ofMatrix(std::move(dims)), count, std::move(values), std::move(rows),
-                                         std::move(columns));
+                                Places columns) const {
+    return backEnd().createSparseDoubleImpl(ofMatrix(std::move(dims)), count, std::move(values),
+                                            std::move(rows), std::move(columns));
 }
 ArrayImpl* ArrayFactory::sparse(Dims dims, std::size_t count, Values<std::complex<double>> values,
-                                Places rows, Places columns) {
-    return impl_->createSparseComplexDoubleImpl(ofMatrix(std::move(dims)), count, std::move(values),
-                                                std::move(rows), std::move(columns));
+                                Places rows, Places columns) const {
+    return backEnd().createSparseComplexDoubleImpl(ofMatrix(std::move(dims)), count, std::move(values),
+                                                   std::move(rows), std::move(columns));
 }
 ArrayImpl* ArrayFactory::compressed(Dims dims, std::size_t count, Values<bool> values, Places rows,
-                                    Places starts) {
-    return impl_->createVexaSparseLogicalImpl(ofMatrix(std::move(dims)), count, std::move(values),
-                                              std::move(rows), std::move(starts));
+                                    Places starts) const {
+    return backEnd().createVexaSparseLogicalImpl(ofMatrix(std::move(dims)), count, std::move(values),
+                                                 std::move(rows), std::move(starts));
 }
 ArrayImpl* ArrayFactory::compressed(Dims dims, std::size_t count, Values<double> values, Places rows,
-                                    Places starts) {
-    return impl_->createVexaSparseDoubleImpl(ofMatrix(std::move(dims)), count, std::move(values),
-                                             std::move(rows), std::move(starts));
+                                    Places starts) const {
+    return backEnd().createVexaSparseDoubleImpl(ofMatrix(std::move(dims)), count, std::move(values),
+                                                std::move(rows), std::move(starts));
 }
 ArrayImpl* ArrayFactory::compressed(Dims dims, std::size_t count, Values<std::complex<double>> values,
-                                    Places rows, Places starts) {
-    return impl_->createVexaSparseComplexDoubleImpl(ofMatrix(std::move(dims)), count, std::move(values),
-                                                    std::move(rows), std::move(starts));
+                                    Places rows, Places starts) const {
+    return backEnd().createVexaSparseComplexDoubleImpl(ofMatrix(std::move(dims)), count, std::move(values),
+                                                       std::move(rows), std::move(starts));
 }
 
 ClassInfo ArrayFactory::createClassInfo(const VexaClassIdentifier& name,
                                         const std::vector<VexaPropertyIdentifier>& properties,
                                         const std::vector<VexaPropertyIdentifier>& arrayProperties,
-                                        const std::vector<ClassInfo>& superclasses) {
-    return ClassInfo(impl_->createClassInfoImpl(name, properties, arrayProperties, superclasses));
+                                        const std::vector<ClassInfo>& superclasses) const {
+    return ClassInfo(backEnd().createClassInfoImpl(name, properties, arrayProperties, superclasses));
 }
 
-ValueObject ArrayFactory::createValueObject(const ClassInfo& classInfo) {
-    return ValueObject(impl_->createValueObjectImpl(detail::Access::impl(classInfo).get()));
+ValueObject ArrayFactory::createValueObject(const ClassInfo& classInfo) const {
+    return ValueObject(backEnd().createValueObjectImpl(detail::Access::impl(classInfo).get()));
 }
 
-ValueObjectArray ArrayFactory::createValueObjectScalar(const ValueObject& object) {
-    return ValueObjectArray(impl_->createValueObjectScalarImpl(detail::Access::impl(object).get()));
+ValueObjectArray ArrayFactory::createValueObjectScalar(const ValueObject& object) const {
+    return ValueObjectArray(backEnd().createValueObjectScalarImpl(detail::Access::impl(object).get()));
 }
 
 ValueObjectArray ArrayFactory::createValueObjectArray(std::vector<std::size_t> dims,
-                                                      const ClassInfo& classInfo) {
-    return ValueObjectArray(impl_->createValueObjectArrayImpl(normalised(std::move(dims)),
-                                                              detail::Access::impl(classInfo).get()));
+                                                      const ClassInfo& classInfo) const {
+    return ValueObjectArray(backEnd().createValueObjectArrayImpl(normalised(std::move(dims)),
+                                                                 detail::Access::impl(classInfo).get()));
 }
 
-HandleObjectRef ArrayFactory::createHandleObjectRef(const ZVMID& engine, long id) {
-    return HandleObjectRef(impl_->createHandleObjectRefImpl(engine, id));
+HandleObjectRef ArrayFactory::createHandleObjectRef(const ZVMID& engine, long id) const {
+    return HandleObjectRef(backEnd().createHandleObjectRefImpl(engine, id));
 }
 
-ValueObject ArrayFactory::createEnumerationObject(const std::string& className, const std::string& member) {
-    return ValueObject(impl_->createEnumerationObjectImpl(className, member));
+ValueObject ArrayFactory::createEnumerationObject(const std::string& className,
+                                                  const std::string& member) const {
+    return ValueObject(backEnd().createEnumerationObjectImpl(className, member));
 }
 
 Array ArrayFactory::createArrayFromBuffer(std::vector<std::size_t> dims, ArrayType type, UntypedBuffer buffer,
-                                          vexa::data::MemoryLayout layout) {
+                                          vexa::data::MemoryLayout layout) const {
     return Array(fromBuffer(std::move(dims), type, std::move(buffer), layout));
 }
 
-ArrayImpl* ArrayFactory::zeros(ArrayType type, std::vector<std::size_t> dims) {
-    return impl_->createArrayImpl(type, normalised(std::move(dims)));
+ArrayImpl* ArrayFactory::zeros(ArrayType type, std::vector<std::size_t> dims) const {
+    return backEnd().createArrayImpl(type, normalised(std::move(dims)));
 }
 
 ArrayImpl* ArrayFactory::withData(ArrayType type, std::vector<std::size_t> dims, const void* data,
-                                  std::size_t count) {
-    return impl_->createArrayWithDataImpl(type, normalised(std::move(dims)), data, count);
+                                  std::size_t count) const {
+    return backEnd().createArrayWithDataImpl(type, normalised(std::move(dims)), data, count);
 }
 
 ArrayImpl* ArrayFactory::fromBuffer(std::vector<std::size_t> dims, ArrayType type, UntypedBuffer buffer,
-                                    vexa::data::MemoryLayout layout) {
+                                    vexa::data::MemoryLayout layout) const {
     auto checked = normalised(std::move(dims));
-    return impl_->createArrayFromBufferImpl(std::move(checked), type, std::move(buffer), layout);
+    return backEnd().createArrayFromBufferImpl(std::move(checked), type, std::move(buffer), layout);
 }
 
-UntypedBuffer ArrayFactory::typedBuffer(ArrayType type, std::size_t count) {
+UntypedBuffer ArrayFactory::typedBuffer(ArrayType type, std::size_t count) const {
     void* data = nullptr;
     void (*deleter)(void*) = nullptr;
-    impl_->createBufferImpl(data, deleter, type, count);
+    backEnd().createBufferImpl(data, deleter, type, count);
     return UntypedBuffer(data, deleter);
 }
 

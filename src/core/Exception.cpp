@@ -4,72 +4,66 @@ namespace foundation::vexadata {
 
 Exception::~Exception() = default;
 
-const char* MustBePrimitiveTypeException::what() const noexcept {
+const char* MustBePrimitiveTypeException::what() const {
     return "Defined data buffers must be of primitive type";
 }
 MustBePrimitiveTypeException::~MustBePrimitiveTypeException() = default;
 
-const char* EArrayIndexOutOfRange::what() const noexcept { return "Array index is out of range"; }
+const char* EArrayIndexOutOfRange::what() const { return "Array index is out of range"; }
 EArrayIndexOutOfRange::~EArrayIndexOutOfRange() = default;
 
-const char* NotEnoughIndicesProvidedException::what() const noexcept { return "Not enough indices provided"; }
+const char* NotEnoughIndicesProvidedException::what() const { return "Not enough indices provided"; }
 NotEnoughIndicesProvidedException::~NotEnoughIndicesProvidedException() = default;
 
-const char* EInvalidDimensionsInSparseArray::what() const noexcept {
+const char* EInvalidDimensionsInSparseArray::what() const {
     return "Sparse Array can only have two dimensions.";
 }
 EInvalidDimensionsInSparseArray::~EInvalidDimensionsInSparseArray() = default;
 
-const char* NonAsciiCharInInputDataException::what() const noexcept {
+const char* NonAsciiCharInInputDataException::what() const {
     return "Input data can only contain ASCII characters";
 }
 NonAsciiCharInInputDataException::~NonAsciiCharInInputDataException() = default;
 
-const char* NumberOfElementsExceedsMaximumException::what() const noexcept {
+const char* NumberOfElementsExceedsMaximumException::what() const {
     return "Could not create the Array because the number of elements exceeds the maximum.";
 }
 NumberOfElementsExceedsMaximumException::~NumberOfElementsExceedsMaximumException() = default;
 
-const char* StringIndexMustBeLastException::what() const noexcept { return "String index must be last"; }
+const char* StringIndexMustBeLastException::what() const { return "String index must be last"; }
 StringIndexMustBeLastException::~StringIndexMustBeLastException() = default;
 
-const char* TooManyIndicesProvidedException::what() const noexcept { return "Too many indices provided"; }
+const char* TooManyIndicesProvidedException::what() const { return "Too many indices provided"; }
 TooManyIndicesProvidedException::~TooManyIndicesProvidedException() = default;
 
-const char* CantIndexIntoEmptyArrayException::what() const noexcept {
-    return "Can't index into an empty array";
-}
+const char* CantIndexIntoEmptyArrayException::what() const { return "Can't index into an empty array"; }
 CantIndexIntoEmptyArrayException::~CantIndexIntoEmptyArrayException() = default;
 
-const char* NonAsciiCharInRequestedAsciiOutputException::what() const noexcept {
-    return "Can't convert to ASCII";
-}
+const char* NonAsciiCharInRequestedAsciiOutputException::what() const { return "Can't convert to ASCII"; }
 NonAsciiCharInRequestedAsciiOutputException::~NonAsciiCharInRequestedAsciiOutputException() = default;
 
-const char* EArrayUnknownDataType::what() const noexcept {
-    return "Unknown DataType field in vexa::data::Array";
-}
+const char* EArrayUnknownDataType::what() const { return "Unknown DataType field in vexa::data::Array"; }
 EArrayUnknownDataType::~EArrayUnknownDataType() = default;
 
-const char* CanOnlyUseOneStringIndexException::what() const noexcept {
+const char* CanOnlyUseOneStringIndexException::what() const {
     return "Can't provide more than one string index";
 }
 CanOnlyUseOneStringIndexException::~CanOnlyUseOneStringIndexException() = default;
 
-const char* TypeMismatchException::what() const noexcept { return "Data type mismatch"; }
+const char* TypeMismatchException::what() const { return "Data type mismatch"; }
 TypeMismatchException::~TypeMismatchException() = default;
 
-const char* WrongVectorSizeForStructException::what() const noexcept {
+const char* WrongVectorSizeForStructException::what() const {
     return "The number of elements in the input vector does not match the number of fields in the StructArray";
 }
 WrongVectorSizeForStructException::~WrongVectorSizeForStructException() = default;
 
-const char* CantAssignArrayToThisArrayException::what() const noexcept {
+const char* CantAssignArrayToThisArrayException::what() const {
     return "Can't assign an Array to this Array";
 }
 CantAssignArrayToThisArrayException::~CantAssignArrayToThisArrayException() = default;
 
-const char* InvalidArrayTypeException::what() const noexcept { return "Invalid Array type"; }
+const char* InvalidArrayTypeException::what() const { return "Invalid Array type"; }
 InvalidArrayTypeException::~InvalidArrayTypeException() = default;
 
 EArrayInvalidHandleRef::~EArrayInvalidHandleRef() = default;

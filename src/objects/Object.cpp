@@ -1,6 +1,7 @@
 #include <foundation/vexadata/Exception.hpp>
 #include <foundation/vexadata/Object.hpp>
 #include <foundation/vexadata/Text.hpp>
+#include <foundation/vexadata/TypeInformation.hpp>
 
 namespace foundation::vexadata {
 
@@ -97,7 +98,7 @@ ZVMID HandleObjectRef::getZVMID() const { return existing(*this).getZVMID(); }
 long HandleObjectRef::getId() const { return existing(*this).getId(); }
 
 const HandleObjectRefImpl* detail::handleObject(const Object& handle) noexcept {
-    return dynamic_cast<const HandleObjectRefImpl*>(Access::impl(handle).get());
+    return dynamicCast<const HandleObjectRefImpl>(Access::impl(handle).get());
 }
 
 bool detail::sameHandleObject(const HandleObjectRefImpl* a, const HandleObjectRefImpl* b) {

@@ -1,6 +1,8 @@
 // Typed iterators over contiguous storage, which move by pointer, and over a back-end's own iterators, which are
 // forwarded to: both behave the same. Ranges and the order in which they ask the back-end.
+#include "support/AllocationCountdown.hpp"
 #include "support/LiveObjects.hpp"
+#include "support/NoTypeInformation.hpp"
 #include "support/RecordingArray.hpp"
 #include "support/Throws.hpp"
 
@@ -37,7 +39,6 @@ static_assert(std::is_same_v<std::iter_reference_t<TypedIterator<const double>>,
 static_assert(std::is_convertible_v<TypedIterator<double>, TypedIterator<const double>>);
 static_assert(!std::is_convertible_v<TypedIterator<const double>, TypedIterator<double>>);
 static_assert(!std::is_convertible_v<TypedIterator<float>, TypedIterator<const double>>);
-static_assert(!std::is_base_of_v<std::forward_iterator_tag, TypedIterator<Array>::iterator_category>);
 
 /// A back-end's own iterator: every second element of a buffer, and a count of what it was asked.
 template <class T>
@@ -186,6 +187,79 @@ TYPED_TEST(Iterators, ServeTheStandardAlgorithms) {
     std::swap(array.begin()[0], array.begin()[5]);
     const std::vector<T> expected{T(1), T(5), T(4), T(3), T(2), T(6)};
     EXPECT_EQ(std::vector<T>(array.cbegin(), array.cend()), expected);
+}
+
+TYPED_TEST(Iterators, OfTheLibrarysOwnKindAreCopiedWithoutAsking) {
+    auto array = TypeParam::array();
+    const auto first = array.begin();
+    const bool own = std::is_same_v<TypeParam, Contiguous<typename decltype(array)::value_type>>;
+    EXPECT_EQ(support::countAllocations([&] { const auto copy = first; }) == 0, own);
+}
+
+/// What is the same for pointers and for iterators that hand out handles.
+template <class Iterator>
+void expectRandomAccess(Iterator first, Iterator last) {
+    static_assert(std::is_base_of_v<std::random_access_iterator_tag,
+                                    typename std::iterator_traits<Iterator>::iterator_category>);
+    EXPECT_EQ(std::distance(first, last), 4);
+    EXPECT_EQ(std::prev(last), std::next(first, 3));
+    EXPECT_EQ(std::prev(last, 4), first);
+    Iterator it = last;
+    std::advance(it, -3);
+    EXPECT_EQ(it - first, 1);
+    EXPECT_TRUE(first < it && it < last && first + 1 == it);
+}
+
+TEST(HandleIterators, WalkBothWaysAndJump) {
+    ArrayFactory factory;
+    auto strings = factory.createArray<String>({1, 4}, {u"a", u"b", u"c", u"d"});
+    expectRandomAccess(strings.begin(), strings.end());
+    expectRandomAccess(strings.cbegin(), strings.cend());
+    EXPECT_EQ(*std::prev(strings.end()), "d");
+    EXPECT_EQ(strings.end()[-2], "c");
+    EXPECT_EQ(std::find(strings.cbegin(), strings.cend(), "c") - strings.cbegin(), 2);
+    const std::string more[] = {"w", "x"};
+    std::copy(std::begin(more), std::end(more), std::prev(strings.end(), 2));
+    EXPECT_EQ(std::count(strings.cbegin(), strings.cend(), "x"), 1);
+    auto cells = factory.createArray<Array>({2, 2});
+    expectRandomAccess(cells.begin(), cells.end());
+    auto records = factory.createStructArray({4, 1}, {"a"});
+    expectRandomAccess(records.begin(), records.end());
+    auto members = factory.createEnumArray({1, 4}, "Colors");
+    expectRandomAccess(members.begin(), members.end());
+}
+
+/// A back-end's own, built on the library's.
+class Backwards final
+    : public vexa::data::detail::NonPrimitiveIteratorImpl<vexa::data::impl::MatchingDataOrder> {
+public:
+    using NonPrimitiveIteratorImpl::NonPrimitiveIteratorImpl;
+    IteratorImpl* clone() const override { return new Backwards(*this); }
+    void increment() override { NonPrimitiveIteratorImpl::decrement(); }
+};
+
+TEST(HandleIterators, AreAskedWhenTheyAreDerivedFromTheLibrarysOwn) {
+    const auto strings = ArrayFactory().createArray<String>({1, 2}, {u"a", u"b"});
+    TypedIterator<const String> it(new Backwards(detail::Access::impl(strings).get(), 1));
+    auto copy = it;
+    EXPECT_EQ(*it, "b");
+    EXPECT_EQ(*++it, "a");
+    EXPECT_EQ(*copy, "b");
+}
+
+TEST(BackEndsWithoutTypeInformation, AreWalkedAndAsked) {
+    TypedArray<double> row(support::rowWithoutTypeInformation());
+    for (double& value : row) {
+        value *= 2;
+    }
+    std::sort(row.begin(), row.end(), std::greater<>());
+    const auto& read = row;
+    EXPECT_EQ(std::vector<double>(read.begin(), read.end()), (std::vector<double>{6, 4, 2}));
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__) // they read type information themselves
+    EXPECT_EQ(detail::typeInformationOf(*detail::Access::impl(row)), nullptr);
+#endif
+    const HandleObjectRef object(support::objectWithoutTypeInformation());
+    EXPECT_THROW(object.getId(), EArrayInvalidHandleRef);
 }
 
 class IteratorCalls : public support::LedgerTest {

@@ -1,5 +1,7 @@
 // Sparse matrices through the handle and the factory, over the embedded back-end.
 #include "support/AllocationCountdown.hpp"
+#include "support/BareArray.hpp"
+#include "support/PointerIterator.hpp"
 #include "support/Throws.hpp"
 
 #include <foundation/vexadata/VexaData.hpp>
@@ -19,6 +21,7 @@
 namespace {
 
 using namespace foundation::vexadata;
+using detail::Access;
 using support::throwsExactly;
 using Index = std::size_t;
 
@@ -145,6 +148,36 @@ TEST_F(Sparse, TakesItsOwnKindOnly) {
         throwsExactly<TypeMismatchException>([&] { SparseArray<bool> no = cells[0]; }, "Data type mismatch"));
     Array moved = dense;
     EXPECT_THROW(SparseArray<double>(std::move(moved)), InvalidArrayTypeException);
+}
+
+TEST_F(Sparse, TakesAnAssignedArrayOver) {
+    Array any = sample();
+    SparseArray<double> matrix = make<double>({1, 1}, {});
+    matrix = std::move(any);
+    EXPECT_EQ(matrix, sample());
+    EXPECT_EQ(Access::impl(any), nullptr); // unlike a typed array, it takes what is offered
+}
+
+/// Another back-end's matrix of one row, whose iterators do not count.
+class Row final : public support::BareArray<vexa::data::impl::ArrayImpl, ArrayType::SPARSE_DOUBLE, 3> {
+    struct Iterator final : support::PointerIterator<Iterator, double> {
+        using PointerIterator::PointerIterator;
+        std::int64_t distanceTo(const IteratorImpl&) const override { return 100; }
+    };
+
+public:
+    vexa::data::detail::IteratorImpl* beginIterator(void*, bool) override { return new Iterator(values_); }
+    vexa::data::detail::IteratorImpl* endIterator(void*, bool) override { return new Iterator(values_ + 3); }
+    std::pair<Index, Index> getIndex(Index k) const override { return {0, k}; }
+
+private:
+    double values_[3] = {1, 2, 3};
+};
+
+TEST_F(Sparse, FindsPositionsByTheAddressesOfValues) {
+    SparseArray<double> matrix(new Row);
+    EXPECT_EQ(matrix.getIndex(++ ++matrix.begin()), (std::pair<Index, Index>{0, 2}));
+    EXPECT_EQ(std::as_const(matrix).getIndex(++matrix.cbegin()), (std::pair<Index, Index>{0, 1}));
 }
 
 template <class T>

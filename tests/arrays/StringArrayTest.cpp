@@ -1,5 +1,6 @@
 // String elements: comparing, reading, writing, and the compact storage behind them.
 #include "support/AllocationCountdown.hpp"
+#include "support/BareArray.hpp"
 #include "support/Throws.hpp"
 
 #include <foundation/vexadata/VexaData.hpp>
@@ -106,6 +107,27 @@ TEST(StringElements, NeverThrowWhenCompared) {
     EXPECT_THROW(strings[2][0].has_value(), EArrayIndexOutOfRange);
     EXPECT_THROW(static_cast<void>(std::u16string(strings[0])), NotEnoughIndicesProvidedException);
     EXPECT_THROW(static_cast<void>(Reference<String>{strings[0]}), NotEnoughIndicesProvidedException);
+}
+
+/// A back-end that gives lengths to texts which are not there.
+class NoText final : public support::BareArray<vexa::data::impl::StringArrayImpl, ArrayType::STRING, 1> {
+public:
+    void getStringElement(std::size_t, const char16_t*&, std::size_t& length) const override { length = 3; }
+    String* getElementAddress(std::size_t, const std::string&, bool) override { return nullptr; }
+    void setStringElement(std::size_t, const std::string&, String) override {}
+    const String* getTypedDataPtr() const override { return nullptr; }
+};
+
+TEST(StringElements, WithoutTextEqualNoneWhateverTheirLength) {
+    const Strings strings(new NoText);
+    EXPECT_FALSE(equals(strings[0], u"abc"));
+    EXPECT_FALSE(equals(strings[0], "abc"));
+    EXPECT_FALSE(equals(strings[0], samples()[0]));
+    EXPECT_FALSE(equals(strings[0], strings[0]));
+    EXPECT_FALSE(strings[0].has_value());
+    EXPECT_EQ(strings[0].toAscii(), "");
+    const String value = strings[0];
+    EXPECT_EQ(value, std::nullopt);
 }
 
 TEST(StringElements, AreReadAsValuesOrText) {

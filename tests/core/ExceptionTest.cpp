@@ -62,6 +62,23 @@ TEST(Exceptions, HaveTheirMessageAndAreNoStandardOnes) {
     EXPECT_EQ(catchOne<EArrayInvalidHandleRef>(), CaughtBy::standard);
 }
 
+/// Errors of a client's own: one beside the library's classes and one below them.
+struct OwnError : Exception {
+    const char* what() const override { return "own"; }
+};
+struct NamedMismatch : TypeMismatchException {
+    const char* what() const override { return "the third column is no number"; }
+};
+
+TEST(Exceptions, AreDerivedFromByClients) {
+    EXPECT_EQ(catchOne<OwnError>(), CaughtBy::library);
+    try {
+        throw NamedMismatch();
+    } catch (const TypeMismatchException& error) {
+        EXPECT_STREQ(error.what(), "the third column is no number");
+    }
+}
+
 TEST(Types, PrimitiveOnesAreKnown) {
     const std::set<int> others{0, 3};
     for (int value = -1; value <= 40; ++value) {
@@ -80,7 +97,7 @@ template <class T>
 void expectAccepted(const std::set<int>& kinds) {
     for (int value = -1; value <= 40; ++value) {
         EXPECT_EQ(detail::acceptsType<T>(static_cast<ArrayType>(value)), kinds.count(value) == 1)
-            << value << " by the typed array of " << *kinds.begin();
+            << value << " by the typed array of " << testing::PrintToString(kinds);
     }
 }
 template <class... Elements>
@@ -105,6 +122,16 @@ TEST(Types, FollowFromElements) {
     expectAccepted<Enumeration>({29});
 
     EXPECT_FALSE(detail::isElementType<long long>); // another type than std::int64_t here
+    // Types whose complex ones are no elements. A kind that is not there is accepted by none of them.
+    expectAccepted<long long>({});
+    expectAccepted<std::complex<long long>>({});
+    expectAccepted<std::complex<long double>>({});
+    expectAccepted<std::complex<bool>>({});
+    expectAccepted<std::complex<char16_t>>({});
+    expectAccepted<std::complex<std::complex<float>>>({});
+    using vexa::data::GetReturnType;
+    static_assert(
+        std::is_same_v<GetReturnType<std::complex<unsigned long long>>::type, std::complex<std::uint64_t>>);
     static_assert(std::is_same_v<vexa::data::GetReturnType<long long>::type, std::int64_t>);
     static_assert(std::is_same_v<vexa::data::GetReturnType<float>::type, float>);
 }

@@ -8,7 +8,10 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <list>
+#include <sstream>
+#include <stdexcept>
 #include <utility>
 #include <vector>
 
@@ -58,9 +61,9 @@ void countFree(void* data) {
 class Factory : public support::LedgerTest {
 protected:
     std::shared_ptr<support::CallLog> log = std::make_shared<support::CallLog>();
-    ArrayFactory plain;
+    const ArrayFactory plain;
     std::shared_ptr<Pretending> backEnd = std::make_shared<Pretending>(plain.getArrayFactoryImpl(), log);
-    ArrayFactory factory{backEnd};
+    const ArrayFactory factory{backEnd};
 
     void SetUp() override {
         LedgerTest::SetUp();
@@ -155,6 +158,75 @@ TEST_F(Factory, FillsArraysFromValues) {
     EXPECT_TRUE(throwsExactly<NonAsciiCharInInputDataException>(
         [&] { plain.createScalar('\xE9'); }, "Input data can only contain ASCII characters"));
     EXPECT_EQ(plain.createScalar(std::complex<double>(1, 2))[0], std::complex<double>(1, 2));
+}
+
+TEST_F(Factory, TestsNarrowTextWhereverItBecomesCharactersOrStrings) {
+    const std::string bad = "a\xE9";
+    const std::string good = "ab";
+    const auto chars = [&](const auto& text) {
+        return plain.createArray<char16_t>({1, 2}, std::begin(text), std::end(text));
+    };
+    const auto strings = [&](const auto& text) {
+        return plain.createArray<String>({1, 1}, &text, &text + 1);
+    };
+    auto target = chars(good);
+    const auto refused = [](auto create) {
+        EXPECT_TRUE(throwsExactly<NonAsciiCharInInputDataException>(
+            create, "Input data can only contain ASCII characters"));
+    };
+    refused([&] { chars(bad); });
+    refused([&] { plain.createArray<char16_t>({1, 2}, bad.c_str(), bad.c_str() + 2); });
+    refused([&] {
+        std::istringstream once(bad);
+        plain.createArray<char16_t>({1, 2}, std::istream_iterator<char>(once), std::istream_iterator<char>());
+    });
+    refused([&] { plain.createArray<char16_t>({1, 2}, {bad[0], bad[1]}); });
+    refused([&] { strings(bad); });
+    refused([&] { plain.createArray<String>({1, 1}, {bad.c_str()}); });
+    refused([&] { plain.createScalar(bad); });
+    refused([&] { target[1] = bad[1]; });
+    refused([&] { Reference<char16_t>{target[1]} = bad[1]; });
+
+    EXPECT_EQ(target, plain.createCharArray("ab"));
+    target[1] = 'c';
+    EXPECT_EQ(target, (plain.createArray<char16_t>({1, 2}, {good[0], 'c'})));
+    EXPECT_EQ(strings(good)[0], "ab");
+    EXPECT_EQ((plain.createArray<String>({1, 2}, {"ab", "c"})[1]), "c");
+    EXPECT_EQ((plain.createArray<std::int8_t>({1, 2}, bad.begin(), bad.end())[1]), -23); // a number, no text
+}
+
+TEST_F(Factory, RefusesANullPointerInPlaceOfAText) {
+    const char* const narrow = nullptr;
+    const char16_t* const wide = nullptr;
+    auto strings = plain.createArray<String>({1, 1});
+    const auto refused = [](auto create) {
+        EXPECT_TRUE(throwsExactly<std::logic_error>(create, "basic_string::_M_construct null not valid"));
+    };
+    refused([&] { plain.createScalar(narrow); });
+    refused([&] { plain.createScalar(wide); });
+    refused([&] { plain.createArray<String>({1, 1}, {narrow}); });
+    refused([&] { plain.createArray<String>({1, 1}, &wide, &wide + 1); });
+    refused([&] { strings[0] = narrow; });
+    refused([&] { strings[0] = wide; });
+    EXPECT_FALSE(strings[0].has_value());
+}
+
+TEST_F(Factory, TakesComplexLongLongForTheElementOfItsWidth) {
+    using Given = std::complex<long long>;
+    const Given value(-1, 2);
+    auto scalar = plain.createScalar(value);
+    EXPECT_EQ(scalar.getType(), ArrayType::COMPLEX_INT64);
+    EXPECT_EQ(plain.createScalar(std::complex<unsigned long long>(1, 2)).getType(),
+              ArrayType::COMPLEX_UINT64);
+    const std::complex<std::int64_t> element(-1, 2);
+    EXPECT_EQ(scalar[0], element);
+    EXPECT_EQ(scalar, plain.createArray<std::complex<std::int64_t>>({1, 1}, &value, &value + 1));
+    EXPECT_EQ(scalar, plain.createArray<std::complex<std::int64_t>>({1, 1}, {value}));
+    scalar[0] = Given(3, 4);
+    const Given read = scalar[0];
+    const Given kept = Reference<std::complex<std::int64_t>>(scalar[0]);
+    EXPECT_EQ(read, Given(3, 4));
+    EXPECT_EQ(kept, read);
 }
 
 TEST_F(Factory, RefusesWhatTheEmbeddedBackEndCannotHold) {

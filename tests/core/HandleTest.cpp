@@ -196,6 +196,31 @@ TEST_F(Handles, CompareInAFixedOrder) {
                 testing::KilledBySignal(SIGABRT), "");
 }
 
+TEST_F(Handles, TakeSharedBackEndsAsTheyAre) {
+    const auto inner = numbers();
+    const auto elements = [](const Array& array) { return array.getNumberOfElements(); };
+    EXPECT_EQ(elements(Access::impl(inner)), 4U);
+    const TypedArray<double> typed = Access::impl(inner);
+    EXPECT_TRUE(typed.isShared());
+    const ArrayFactory same = factory.getArrayFactoryImpl();
+    EXPECT_EQ(same.createScalar(2.0)[0], 2.0);
+}
+
+TEST_F(Handles, SwapWithTheirOwnKind) {
+    auto a = numbers();
+    auto b = factory.createArray<double>({1, 1}, {9});
+    const auto shared = b;
+    std::swap(a, b);
+    EXPECT_EQ(a, shared);
+    EXPECT_EQ(b, numbers());
+    a[0] = 8.0;
+    EXPECT_EQ(shared[0], 9.0);
+    CharArray x = factory.createCharArray("x");
+    CharArray y = factory.createCharArray("y");
+    std::swap(x, y);
+    EXPECT_EQ(x.toAscii() + y.toAscii(), "yx");
+}
+
 template <class T>
 TypedArray<T> rowMajor(ArrayFactory& factory, std::vector<std::size_t> dims, const std::vector<T>& values) {
     auto buffer = factory.createBuffer<T>(values.size());
@@ -248,9 +273,14 @@ TEST_F(Handles, TypedOnesCheckWhatTheyAreMadeOf) {
     EXPECT_TRUE(throwsExactly<InvalidArrayTypeException>([&] { doubles = std::move(untyped); }, message));
     EXPECT_EQ(untyped, singles); // assignment looks first
     EXPECT_EQ(doubles, numbers());
-    const Array fine = factory.createArray<double>({1, 1});
-    doubles = fine;
+    Array fine = factory.createArray<double>({1, 1});
+    doubles = std::move(fine);
     EXPECT_EQ(doubles.getNumberOfElements(), 1U);
+    EXPECT_EQ(fine, doubles); // shared, although it was offered
+    Array text = factory.createCharArray("abc");
+    CharArray characters = factory.createCharArray("x");
+    characters = std::move(text);
+    EXPECT_EQ(CharArray(text).toAscii(), "abc");
 
     for (const int value : {26, 27, 28}) {
         const Array object(new Disguised(numbers(), static_cast<ArrayType>(value)));

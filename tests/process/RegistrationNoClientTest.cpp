@@ -11,10 +11,13 @@
 
 #include <array>
 #include <atomic>
+#include <csignal>
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -94,6 +97,40 @@ TEST_F(RegistrationTest, FactoriesMadeBeforeAnyRegistrationAreAndStayEmpty) {
     clientSlot.assign(functions[0]);
     EXPECT_EQ(early.getArrayFactoryImpl(), nullptr);
     EXPECT_NE(ArrayFactory().getArrayFactoryImpl(), nullptr);
+}
+
+TEST_F(RegistrationTest, CreatingWithoutABackEndTellsWhatToLinkAndEndsTheProcess) {
+    testing::internal::CaptureStderr();
+    const ArrayFactory factory;
+    ArrayFactory moved = factory;
+    static_cast<void>(ArrayFactory(std::move(moved)));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+
+    const std::function<void()> creating[] = {
+        [&] {
+            factory.createArray<double>({2, 2});
+        },
+        [&] {
+            factory.createArray<bool>({1, 1}, {true});
+        },
+        [&] { factory.createScalar("text"); },
+        [&] { factory.createCharArray("text"); },
+        [&] { factory.createBuffer<double>(3); },
+        [&] { factory.createBuffer(3); },
+        [&] {
+            factory.createStructArray({1, 1}, {"a"});
+        },
+        [&] {
+            factory.createEnumArray({1, 1}, "Colors");
+        },
+        [&] { factory.createClassInfo("Point"); },
+        [&] {
+            moved.createArray<double>({1, 1});
+        },
+    };
+    for (const auto& create : creating) {
+        EXPECT_EXIT(create(), testing::KilledBySignal(SIGABRT), "^vexadata: .*vexadata::client.*\n$");
+    }
 }
 
 /// Registers number `own`, then tries `other`.

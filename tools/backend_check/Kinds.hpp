@@ -12,7 +12,7 @@ namespace vexa::check {
 
 using foundation::vexadata::ArrayType;
 
-/// E.g. "double", "complex int8", "cell"; "unknown type" for a value that is no type.
+/// E.g. "double", "complex-int8", "cell"; "no type" for a value that is none.
 std::string_view nameOf(ArrayType type);
 
 template <class T>
@@ -21,7 +21,7 @@ struct ElementTag {
     static constexpr ArrayType arrayType = foundation::vexadata::detail::arrayTypeOf<T>;
 };
 
-/// Calls `f` with a tag for each primitive element type, in the order of the type values but for the first two.
+/// Calls `f` with a tag for each primitive element type, in the order of the type values.
 template <class F>
 void forEachPrimitive(F f) {
 #define VEXADATA_ELEMENT(T) f(ElementTag<T>());

@@ -63,7 +63,7 @@ Buffer<T[]> bufferOf(const std::vector<T>& values) {
 std::string shownString(const ArrayImpl& array, std::size_t index);
 void setString(StringArrayImpl& array, std::size_t index, fv::String value);
 
-/// The array in an element or field, borrowed; null when the back-end refers to none.
+/// The array in an element or field as text, or what stands in its place: "empty", "no array", "no reference".
 std::string shownElementArray(ArrayImpl& holder, std::size_t index, const std::string& fieldName);
 /// Stores as the library does: storage made exclusive, then the array.
 void assign(ArrayImpl& holder, std::size_t index, const std::string& fieldName, ArrayImpl& array);

@@ -25,7 +25,7 @@ public:
     /// The empty array: type UNKNOWN, 0 by 0. Shares one object of the whole process.
     Array() noexcept;
     /// Shares `impl`.
-    explicit Array(std::shared_ptr<vexa::data::impl::ArrayImpl> impl) noexcept : impl_(std::move(impl)) {}
+    Array(std::shared_ptr<vexa::data::impl::ArrayImpl> impl) noexcept : impl_(std::move(impl)) {}
     /// Adopts the one reference that `impl` carries.
     /// @throws std::bad_alloc after dropping the reference
     explicit Array(vexa::data::impl::ArrayImpl* impl) : impl_(detail::Access::createSharedPtr(impl)) {}
@@ -64,8 +64,6 @@ public:
     ArrayElementRef<true> operator[](std::size_t index) const {
         return ArrayElementRef<true>(detail::ElementPosition::first(impl_.get(), index));
     }
-
-    void swap(Array& other) noexcept { impl_.swap(other.impl_); }
 
 protected:
     friend struct detail::Access;

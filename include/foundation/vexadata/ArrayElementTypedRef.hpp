@@ -2,6 +2,7 @@
 #pragma once
 
 #include <foundation/vexadata/ElementHandle.hpp>
+#include <foundation/vexadata/Text.hpp>
 
 #include <cstddef>
 #include <memory>
@@ -11,6 +12,16 @@
 namespace foundation::vexadata {
 
 namespace detail {
+
+/// Enables what elements `T` give for `U`, another type that arrays of `T` are made for: complex `long long` for complex
+/// `std::int64_t`, which no conversion of the language leads to.
+template <class T, class U>
+using IfOtherComplex = std::enable_if_t<isComplexElement<T> && !std::is_same_v<T, U> &&
+                                            std::is_same_v<typename vexa::data::GetReturnType<U>::type, T>,
+                                        int>;
+/// Enables what characters take of narrow text, which the language would widen with its sign.
+template <class T, class Narrow>
+using IfNarrow = std::enable_if_t<std::is_same_v<T, char16_t> && isNarrowUnit<Narrow>, int>;
 
 /// Comparisons that arithmetic elements get by conversion and complex ones have to be given.
 template <class Ref, class T, bool enabled>
@@ -51,7 +62,7 @@ class ArrayElementTypedRef
 public:
     [[gnu::always_inline]] explicit ArrayElementTypedRef(detail::ElementPosition position) noexcept
         : position_(std::move(position)) {}
-    /// Adopts the chain of an element that is known already.
+    /// Shares the chain of an element that is known already.
     explicit ArrayElementTypedRef(const std::shared_ptr<detail::ReferenceImpl>& chain) noexcept
         : position_(chain) {}
     ArrayElementTypedRef(const ArrayElementTypedRef&) = default;
@@ -61,6 +72,10 @@ public:
     /// Reads the element.
     /// @throws NotEnoughIndicesProvidedException, EArrayIndexOutOfRange
     [[gnu::always_inline]] operator T() const { return position_.template value<T>(); }
+    template <class U, detail::IfOtherComplex<T, U> = 0>
+    operator U() const {
+        return U(static_cast<T>(*this));
+    }
 
     /// Writes the element.
     /// @throws NotEnoughIndicesProvidedException, EArrayIndexOutOfRange; errors of the back-end
@@ -68,6 +83,11 @@ public:
         static_assert(!isConst, "this reference is read-only: its array is const");
         position_.template setValue<T>(value);
         return *this;
+    }
+    /// @throws NonAsciiCharInInputDataException for a byte above 127; as the form before
+    template <class Narrow, detail::IfNarrow<T, Narrow> = 0>
+    ArrayElementTypedRef& operator=(Narrow unit) {
+        return *this = detail::widened(static_cast<char>(unit));
     }
     /// Writes the other element's value; never makes this handle refer elsewhere.
     ArrayElementTypedRef& operator=(const ArrayElementTypedRef& other) {

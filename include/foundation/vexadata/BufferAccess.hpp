@@ -8,15 +8,27 @@
 
 namespace foundation::vexadata {
 
+namespace detail {
+
+/// A deleter that frees nothing and holds a handle.
+template <class Handle>
+struct KeepAlive {
+    Handle owner;
+
+    void operator()(const void*) const noexcept {}
+};
+
+} // namespace detail
+
 /// The elements of a primitive array in storage order, without a copy. The deleter holds a handle to the array and
 /// frees nothing else: the storage lives at least as long as the pointer, and a write through another handle leaves it
 /// as it is. Never unshares.
 template <class T>
-std::unique_ptr<const T[], std::function<void(const T*)>> getBufferPtr(TypedArray<T> array) {
+VEXADATA_API std::unique_ptr<const T[], std::function<void(const T*)>> getBufferPtr(TypedArray<T> array) {
     static_assert(detail::isPrimitiveElement<T>, "only arrays of primitive elements have a buffer");
     const auto& impl = static_cast<const detail::TypedArrayImpl<T>&>(*detail::Access::impl(array));
     const T* data = impl.getTypedDataPtr();
-    std::function<void(const T*)> keepAlive = [owner = std::move(array)](const T*) noexcept {};
+    std::function<void(const T*)> keepAlive = detail::KeepAlive<TypedArray<T>>{std::move(array)};
     return {data, std::move(keepAlive)};
 }
 
@@ -33,6 +45,7 @@ VEXADATA_API std::unique_ptr<vexa::data::detail::IteratorImpl> iteratorOf(
 
 template <class T>
 void requireElements(ArrayType type) {
+    static_assert(isElementType<T>, "T is not an element type of arrays");
     if (!acceptsType<T>(type)) {
         raise<InvalidArrayTypeException>();
     }
@@ -49,7 +62,7 @@ TypedIterator<T> typedIterator(ArrayImpl& array, bool atEnd, bool writable,
 /// The elements of an array, which must outlive the range. Never unshares.
 /// @throws InvalidArrayTypeException when the array is not one of elements `T`
 template <class T>
-Range<TypedIterator, const T> getReadOnlyElements(const Array& array) {
+VEXADATA_API Range<TypedIterator, const T> getReadOnlyElements(const Array& array) {
     detail::requireElements<T>(array.getType());
     auto& impl = *detail::Access::impl(array);
     auto begin = detail::typedIterator<const T>(impl, false, false);
@@ -59,7 +72,7 @@ Range<TypedIterator, const T> getReadOnlyElements(const Array& array) {
 /// The elements of an array for writing; the array is made private first.
 /// @throws InvalidArrayTypeException when the array is not one of elements `T`; std::bad_alloc, the handle unchanged
 template <class T>
-Range<TypedIterator, T> getWritableElements(Array& array) {
+VEXADATA_API Range<TypedIterator, T> getWritableElements(Array& array) {
     detail::requireElements<T>(array.getType());
     detail::Access::unshare(array);
     auto& impl = *detail::Access::impl(array);
@@ -70,7 +83,7 @@ Range<TypedIterator, T> getWritableElements(Array& array) {
 /// The elements of the array that a cell or field holds. The range keeps the reference's chain alive.
 /// @throws InvalidArrayTypeException when the array is not one of elements `T`; index errors
 template <class T>
-Range<TypedIterator, const T> getReadOnlyElements(const Reference<Array>& element) {
+VEXADATA_API Range<TypedIterator, const T> getReadOnlyElements(const Reference<Array>& element) {
     detail::requireElements<T>(element.getType());
     const auto& chain = element.chain();
     auto& first = detail::elementArray<NotEnoughIndicesProvidedException>(chain);
@@ -82,7 +95,7 @@ Range<TypedIterator, const T> getReadOnlyElements(const Reference<Array>& elemen
 /// The same for writing; everything on the way is made private first.
 /// @throws InvalidArrayTypeException when the array is not one of elements `T`; index errors; std::bad_alloc
 template <class T>
-Range<TypedIterator, T> getWritableElements(Reference<Array>& element) {
+VEXADATA_API Range<TypedIterator, T> getWritableElements(Reference<Array>& element) {
     detail::requireElements<T>(element.getType());
     const auto& chain = element.chain();
     chain->prepareForWrite();
@@ -101,5 +114,8 @@ Range<TypedIterator, T> getWritableElements(const ArrayElementRef<false>& elemen
     Reference<Array> held(element);
     return getWritableElements<T>(held);
 }
+
+#define VEXADATA_ACCESS extern template
+#include <foundation/vexadata/BufferAccessInstances.inc>
 
 } // namespace foundation::vexadata

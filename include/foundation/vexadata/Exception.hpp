@@ -12,7 +12,7 @@ namespace foundation::vexadata {
 class VEXADATA_API Exception {
 public:
     /// The fixed message of the class; the same pointer every time. Operation 1.
-    virtual const char* what() const noexcept = 0;
+    virtual const char* what() const = 0;
     virtual ~Exception(); ///< operation 2
 
 protected:
@@ -22,9 +22,9 @@ protected:
 };
 
 /// A raw buffer was asked for with a type that is not primitive.
-class VEXADATA_API MustBePrimitiveTypeException final : public Exception {
+class VEXADATA_API MustBePrimitiveTypeException : public Exception {
 public:
-    const char* what() const noexcept override;
+    const char* what() const override;
     ~MustBePrimitiveTypeException() override;
     MustBePrimitiveTypeException() = default;
     MustBePrimitiveTypeException(const MustBePrimitiveTypeException&) = default;
@@ -32,9 +32,9 @@ public:
 };
 
 /// An index is not less than its dimension.
-class VEXADATA_API EArrayIndexOutOfRange final : public Exception {
+class VEXADATA_API EArrayIndexOutOfRange : public Exception {
 public:
-    const char* what() const noexcept override;
+    const char* what() const override;
     ~EArrayIndexOutOfRange() override;
     EArrayIndexOutOfRange() = default;
     EArrayIndexOutOfRange(const EArrayIndexOutOfRange&) = default;
@@ -42,9 +42,9 @@ public:
 };
 
 /// An element was used before its array got an index for each dimension.
-class VEXADATA_API NotEnoughIndicesProvidedException final : public Exception {
+class VEXADATA_API NotEnoughIndicesProvidedException : public Exception {
 public:
-    const char* what() const noexcept override;
+    const char* what() const override;
     ~NotEnoughIndicesProvidedException() override;
     NotEnoughIndicesProvidedException() = default;
     NotEnoughIndicesProvidedException(const NotEnoughIndicesProvidedException&) = default;
@@ -52,9 +52,9 @@ public:
 };
 
 /// A sparse array was asked for with more than two dimensions.
-class VEXADATA_API EInvalidDimensionsInSparseArray final : public Exception {
+class VEXADATA_API EInvalidDimensionsInSparseArray : public Exception {
 public:
-    const char* what() const noexcept override;
+    const char* what() const override;
     ~EInvalidDimensionsInSparseArray() override;
     EInvalidDimensionsInSparseArray() = default;
     EInvalidDimensionsInSparseArray(const EInvalidDimensionsInSparseArray&) = default;
@@ -62,9 +62,9 @@ public:
 };
 
 /// Narrow text passed in holds a byte above 127.
-class VEXADATA_API NonAsciiCharInInputDataException final : public Exception {
+class VEXADATA_API NonAsciiCharInInputDataException : public Exception {
 public:
-    const char* what() const noexcept override;
+    const char* what() const override;
     ~NonAsciiCharInInputDataException() override;
     NonAsciiCharInInputDataException() = default;
     NonAsciiCharInInputDataException(const NonAsciiCharInInputDataException&) = default;
@@ -72,9 +72,9 @@ public:
 };
 
 /// The product of the dimensions asked for does not fit in 64 bits.
-class VEXADATA_API NumberOfElementsExceedsMaximumException final : public Exception {
+class VEXADATA_API NumberOfElementsExceedsMaximumException : public Exception {
 public:
-    const char* what() const noexcept override;
+    const char* what() const override;
     ~NumberOfElementsExceedsMaximumException() override;
     NumberOfElementsExceedsMaximumException() = default;
     NumberOfElementsExceedsMaximumException(const NumberOfElementsExceedsMaximumException&) = default;
@@ -83,9 +83,9 @@ public:
 };
 
 /// A number follows a field name in an index chain.
-class VEXADATA_API StringIndexMustBeLastException final : public Exception {
+class VEXADATA_API StringIndexMustBeLastException : public Exception {
 public:
-    const char* what() const noexcept override;
+    const char* what() const override;
     ~StringIndexMustBeLastException() override;
     StringIndexMustBeLastException() = default;
     StringIndexMustBeLastException(const StringIndexMustBeLastException&) = default;
@@ -93,9 +93,9 @@ public:
 };
 
 /// More indices than dimensions, the surplus one not being zero.
-class VEXADATA_API TooManyIndicesProvidedException final : public Exception {
+class VEXADATA_API TooManyIndicesProvidedException : public Exception {
 public:
-    const char* what() const noexcept override;
+    const char* what() const override;
     ~TooManyIndicesProvidedException() override;
     TooManyIndicesProvidedException() = default;
     TooManyIndicesProvidedException(const TooManyIndicesProvidedException&) = default;
@@ -103,9 +103,9 @@ public:
 };
 
 /// The array indexed into has no elements.
-class VEXADATA_API CantIndexIntoEmptyArrayException final : public Exception {
+class VEXADATA_API CantIndexIntoEmptyArrayException : public Exception {
 public:
-    const char* what() const noexcept override;
+    const char* what() const override;
     ~CantIndexIntoEmptyArrayException() override;
     CantIndexIntoEmptyArrayException() = default;
     CantIndexIntoEmptyArrayException(const CantIndexIntoEmptyArrayException&) = default;
@@ -113,9 +113,9 @@ public:
 };
 
 /// UTF-16 text holding a code unit above 127 was to become narrow text.
-class VEXADATA_API NonAsciiCharInRequestedAsciiOutputException final : public Exception {
+class VEXADATA_API NonAsciiCharInRequestedAsciiOutputException : public Exception {
 public:
-    const char* what() const noexcept override;
+    const char* what() const override;
     ~NonAsciiCharInRequestedAsciiOutputException() override;
     NonAsciiCharInRequestedAsciiOutputException() = default;
     NonAsciiCharInRequestedAsciiOutputException(const NonAsciiCharInRequestedAsciiOutputException&) = default;
@@ -124,9 +124,9 @@ public:
 };
 
 /// The untyped buffer access met a type that it does not handle.
-class VEXADATA_API EArrayUnknownDataType final : public Exception {
+class VEXADATA_API EArrayUnknownDataType : public Exception {
 public:
-    const char* what() const noexcept override;
+    const char* what() const override;
     ~EArrayUnknownDataType() override;
     EArrayUnknownDataType() = default;
     EArrayUnknownDataType(const EArrayUnknownDataType&) = default;
@@ -134,9 +134,9 @@ public:
 };
 
 /// A second field name was added to an index chain.
-class VEXADATA_API CanOnlyUseOneStringIndexException final : public Exception {
+class VEXADATA_API CanOnlyUseOneStringIndexException : public Exception {
 public:
-    const char* what() const noexcept override;
+    const char* what() const override;
     ~CanOnlyUseOneStringIndexException() override;
     CanOnlyUseOneStringIndexException() = default;
     CanOnlyUseOneStringIndexException(const CanOnlyUseOneStringIndexException&) = default;
@@ -144,9 +144,9 @@ public:
 };
 
 /// An element or the array it holds is of another type than the one asked for.
-class VEXADATA_API TypeMismatchException final : public Exception {
+class VEXADATA_API TypeMismatchException : public Exception {
 public:
-    const char* what() const noexcept override;
+    const char* what() const override;
     ~TypeMismatchException() override;
     TypeMismatchException() = default;
     TypeMismatchException(const TypeMismatchException&) = default;
@@ -154,9 +154,9 @@ public:
 };
 
 /// A record was to be replaced by a vector of another length than its number of fields.
-class VEXADATA_API WrongVectorSizeForStructException final : public Exception {
+class VEXADATA_API WrongVectorSizeForStructException : public Exception {
 public:
-    const char* what() const noexcept override;
+    const char* what() const override;
     ~WrongVectorSizeForStructException() override;
     WrongVectorSizeForStructException() = default;
     WrongVectorSizeForStructException(const WrongVectorSizeForStructException&) = default;
@@ -164,9 +164,9 @@ public:
 };
 
 /// An array was to be stored into an element that cannot hold arrays.
-class VEXADATA_API CantAssignArrayToThisArrayException final : public Exception {
+class VEXADATA_API CantAssignArrayToThisArrayException : public Exception {
 public:
-    const char* what() const noexcept override;
+    const char* what() const override;
     ~CantAssignArrayToThisArrayException() override;
     CantAssignArrayToThisArrayException() = default;
     CantAssignArrayToThisArrayException(const CantAssignArrayToThisArrayException&) = default;
@@ -174,9 +174,9 @@ public:
 };
 
 /// An array of another type than the typed handle, range or operation requires.
-class VEXADATA_API InvalidArrayTypeException final : public Exception {
+class VEXADATA_API InvalidArrayTypeException : public Exception {
 public:
-    const char* what() const noexcept override;
+    const char* what() const override;
     ~InvalidArrayTypeException() override;
     InvalidArrayTypeException() = default;
     InvalidArrayTypeException(const InvalidArrayTypeException&) = default;
@@ -184,7 +184,7 @@ public:
 };
 
 /// A handle object was asked for through an element that holds none. The one error that is a std::exception.
-class VEXADATA_API EArrayInvalidHandleRef final : public std::exception {
+class VEXADATA_API EArrayInvalidHandleRef : public std::exception {
 public:
     ~EArrayInvalidHandleRef() override;
     const char* what() const noexcept override;

@@ -82,12 +82,21 @@ public:
         detail::requireUnchanged<T>(*chain_);
         return detail::getValue<T>(chain_);
     }
+    template <class U, detail::IfOtherComplex<T, U> = 0>
+    operator U() const {
+        return U(static_cast<T>(*this));
+    }
 
     /// Writes the element.
     Reference& operator=(const T& value) {
         detail::requireUnchanged<T>(*chain_);
         detail::setTypedElement<T>(chain_, value);
         return *this;
+    }
+    /// @throws NonAsciiCharInInputDataException for a byte above 127
+    template <class Narrow, detail::IfNarrow<T, Narrow> = 0>
+    Reference& operator=(Narrow unit) {
+        return *this = detail::widened(static_cast<char>(unit));
     }
     /// Writes the other element's value; never makes this reference refer elsewhere.
     Reference& operator=(const Reference& other) { return *this = static_cast<T>(other); }

@@ -17,6 +17,9 @@ namespace foundation::vexadata {
 /// array of its own; what is marked `noexcept` ends the process when the back-end fails or memory runs out.
 template <class T>
 class VEXADATA_API SparseArray : public Array {
+    static_assert(detail::sparseTypeOf<T> != ArrayType::UNKNOWN,
+                  "T of SparseArray<T> must be bool, double or std::complex<double>");
+
 public:
     using value_type = T;
     using iterator = TypedIterator<T>;
@@ -79,13 +82,13 @@ public:
     std::size_t getRows() const { return this->impl_->getRows(); }
     std::size_t getCols() const { return this->impl_->getCols(); }
 
-    /// Row and column, counted from 0, of the stored value at which the iterator stands. The iterator must come from this
-    /// array as it is: this form makes the array private first, and a copy made then has other iterators.
+    /// Row and column, counted from 0, of the stored value at which the iterator stands, known by its address. The iterator
+    /// must come from this array as it is: this form makes the array private first, and a copy made then has other values.
     std::pair<std::size_t, std::size_t> getIndex(const iterator& it) noexcept {
-        return this->impl_->getIndex(static_cast<std::size_t>(it - begin()));
+        return this->impl_->getIndex(ordinal(it, begin()));
     }
     std::pair<std::size_t, std::size_t> getIndex(const const_iterator& it) const noexcept {
-        return this->impl_->getIndex(static_cast<std::size_t>(it - begin()));
+        return this->impl_->getIndex(ordinal(it, begin()));
     }
 
 private:
@@ -98,6 +101,11 @@ private:
         if (!detail::Access::isPrivate(this->impl_)) {
             this->impl_ = std::shared_ptr<vexa::data::impl::ArrayImpl>(this->impl_->sharedCopy(), Release());
         }
+    }
+    /// How many values are stored before the one at `it`.
+    template <class U>
+    static std::size_t ordinal(const TypedIterator<U>& it, const TypedIterator<U>& first) {
+        return static_cast<std::size_t>(it.operator->() - first.operator->());
     }
     static ArrayType typeOf(const Array& array) noexcept { return array.getType(); }
     static void requireType(const Array& array) {

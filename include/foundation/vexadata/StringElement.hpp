@@ -19,7 +19,8 @@ namespace foundation::vexadata {
 
 namespace detail {
 
-/// The text of a string element, borrowed from its array until that is changed; null for a missing element.
+/// The text of a string element, borrowed from its array until that is changed; null for a missing element, whatever length a
+/// back-end gives it.
 struct BorrowedText {
     const char16_t* text = nullptr;
     std::size_t length = 0;
@@ -58,7 +59,7 @@ inline bool equalUnits(const char16_t* a, const char16_t* b, std::size_t length)
 /// A missing element equals an empty text here, deliberately, although two missing elements do not equal each other.
 inline bool equalsText(const BorrowedText& element, std::u16string_view text) noexcept {
     return element.length == text.size() &&
-           (text.empty() || equalUnits(element.text, text.data(), text.size()));
+           (text.empty() || (element.text != nullptr && equalUnits(element.text, text.data(), text.size())));
 }
 
 /// A unit above 127 equals no byte.
@@ -126,10 +127,15 @@ public:
     }
     Ref& operator=(std::nullopt_t) { return *this = String(); }
     Ref& operator=(std::u16string text) { return *this = String(std::move(text)); }
-    Ref& operator=(const char16_t* text) { return *this = std::u16string(text); }
+    /// @throws std::logic_error for a null pointer
+    Ref& operator=(const char16_t* text) {
+        requireText(text);
+        return *this = std::u16string(text);
+    }
     /// @throws NonAsciiCharInInputDataException for a byte above 127
     Ref& operator=(const std::string& text) { return *this = widened(text); }
-    Ref& operator=(const char* text) { return *this = widened(text, std::strlen(text)); }
+    /// @throws std::logic_error for a null pointer
+    Ref& operator=(const char* text) { return *this = widened(text); }
     /// Writes the other element's value; never makes this handle refer elsewhere.
     WritableString& operator=(const WritableString& other) {
         String value = other;

@@ -26,6 +26,14 @@ struct GetReturnType<unsigned long long> {
     using type = std::uint64_t;
 };
 template <>
+struct GetReturnType<std::complex<long long>> {
+    using type = std::complex<std::int64_t>;
+};
+template <>
+struct GetReturnType<std::complex<unsigned long long>> {
+    using type = std::complex<std::uint64_t>;
+};
+template <>
 struct GetReturnType<char> {
     using type = char16_t;
 };
@@ -96,10 +104,13 @@ inline constexpr ArrayType arrayTypeOf<HandleObjectRef> = ArrayType::HANDLE_OBJE
 template <>
 inline constexpr ArrayType arrayTypeOf<Enumeration> = ArrayType::ENUM;
 
-/// Complex kinds repeat the order of the real ones ten further on.
+/// The kind of complex arrays with parts of the kind `part`, ten further on; UNKNOWN when those are no numbers.
+constexpr ArrayType complexTypeOf(ArrayType part) noexcept {
+    const bool isNumber = part >= ArrayType::DOUBLE && part <= ArrayType::UINT64;
+    return isNumber ? static_cast<ArrayType>(static_cast<std::int32_t>(part) + 10) : ArrayType::UNKNOWN;
+}
 template <class T>
-inline constexpr ArrayType arrayTypeOf<std::complex<T>> =
-    static_cast<ArrayType>(static_cast<std::int32_t>(arrayTypeOf<T>) + 10);
+inline constexpr ArrayType arrayTypeOf<std::complex<T>> = complexTypeOf(arrayTypeOf<T>);
 
 /// The kind of the sparse arrays with elements of type `T`.
 template <class T>
@@ -122,13 +133,21 @@ inline constexpr bool isComplexElement = false;
 template <class T>
 inline constexpr bool isComplexElement<std::complex<T>> = true;
 
+/// Whether `T` is a unit of narrow text, whose values above 127 are no characters.
+template <class T>
+inline constexpr bool isNarrowUnit = std::is_same_v<T, char>;
+#ifdef __cpp_char8_t
+template <>
+inline constexpr bool isNarrowUnit<char8_t> = true;
+#endif
+
 /// True when an array of kind `type` can be handled as one of elements `T`. The three object kinds are one here.
 template <class T>
 constexpr bool acceptsType(ArrayType type) noexcept {
     if constexpr (std::is_same_v<T, ValueObject> || std::is_same_v<T, HandleObjectRef>) {
         return static_cast<std::uint32_t>(type) - 26U < 3U;
     } else {
-        return type == arrayTypeOf<T>;
+        return isElementType<T> && type == arrayTypeOf<T>;
     }
 }
 

@@ -29,6 +29,12 @@ using buffer_ptr = std::unique_ptr<T[], void (*)(void*)>;
 /// `Array` does; from other arrays it checks their kind.
 template <class T>
 class VEXADATA_API TypedArray : public Array {
+    static_assert(
+        detail::isElementType<T>,
+        "T of TypedArray<T> must be an element type: bool, char16_t, float, double, std::int8_t to std::int64_t, "
+        "std::uint8_t to std::uint64_t, std::complex of one of these ten numbers, String, Array (cells), "
+        "StructElement, Enumeration, ValueObject or HandleObjectRef");
+
 public:
     using value_type = T;
     using iterator = TypedIterator<T>;
@@ -45,23 +51,18 @@ public:
     /// Adopts the one reference that `impl` carries; its kind is not checked.
     explicit TypedArray(vexa::data::impl::ArrayImpl* impl) : Array(impl) {}
     /// Shares `impl`; its kind is not checked.
-    explicit TypedArray(std::shared_ptr<vexa::data::impl::ArrayImpl> impl) noexcept
-        : Array(std::move(impl)) {}
+    TypedArray(std::shared_ptr<vexa::data::impl::ArrayImpl> impl) noexcept : Array(std::move(impl)) {}
     TypedArray(const TypedArray&) noexcept = default;
     TypedArray(TypedArray&&) noexcept = default;
     TypedArray& operator=(const TypedArray&) noexcept = default;
     TypedArray& operator=(TypedArray&&) noexcept = default;
     ~TypedArray() override {} // not defaulted: such a one is not always part of the instantiation
 
-    /// @throws InvalidArrayTypeException when the array is not one of elements `T`; neither side has changed then
+    /// Shares the array. A moved argument keeps it too: only handles of one type are emptied by assignment.
+    /// @throws InvalidArrayTypeException when the array is not one of elements `T`; this handle has not changed then
     TypedArray& operator=(const Array& array) {
         requireType(array);
         Array::operator=(array);
-        return *this;
-    }
-    TypedArray& operator=(Array&& array) {
-        requireType(array);
-        Array::operator=(std::move(array));
         return *this;
     }
 

@@ -3,6 +3,7 @@
 
 #include <foundation/vexadata/Range.hpp>
 #include <foundation/vexadata/Reference.hpp>
+#include <foundation/vexadata/TypeInformation.hpp>
 #include <vexa/data/detail/ContiguousIteratorImpl.hpp>
 #include <vexa/data/detail/IteratorImpl.hpp>
 #include <vexa/data/detail/NonPrimitiveIteratorImpl.hpp>
@@ -11,7 +12,6 @@
 #include <iterator>
 #include <memory>
 #include <type_traits>
-#include <typeinfo>
 #include <utility>
 
 namespace foundation::vexadata {
@@ -29,7 +29,6 @@ struct IteratorTraits {
     using reference = std::conditional_t<
         primitive, T&,
         std::conditional_t<std::is_const_v<T>, ElementRefOf<std::remove_const_t<T>, true>, Reference<T>>>;
-    using category = std::conditional_t<primitive, std::random_access_iterator_tag, std::input_iterator_tag>;
 };
 
 /// Where an iterator over elements stands that have no address of their own.
@@ -65,9 +64,9 @@ private:
 } // namespace detail
 
 /// A position in an array, in storage order. `TypedIterator<const T>` reads, `TypedIterator<T>` also writes; the array was
-/// made private when the latter was made. Does not keep the array alive. Over primitive elements it is a random-access
-/// iterator with real references; over other elements it moves as freely but hands out handles by value. Iterators that
-/// are compared or subtracted must come from one array. Copies move independently.
+/// made private when the latter was made. Does not keep the array alive. A random-access iterator, over primitive elements
+/// with real references; over other elements it hands out handles by value, as that of `std::vector<bool>` does. Iterators
+/// that are compared or subtracted must come from one array. Copies move independently.
 ///
 /// The library's own kinds of iterators, over contiguous storage and over positions, move alone: their `impl_` points at
 /// nothing and only owns what keeps the chain alive through which the array was reached. All others forward every step to
@@ -75,13 +74,14 @@ private:
 template <class T>
 class TypedIterator {
     using Element = std::remove_const_t<T>;
+    static_assert(detail::isElementType<Element>, "T is not an element type of arrays");
     using Traits = detail::IteratorTraits<T>;
     using Impl = vexa::data::detail::IteratorImpl;
     static constexpr bool primitive = Traits::primitive;
     using Cursor = std::conditional_t<primitive, T*, detail::ElementCursor>;
 
 public:
-    using iterator_category = typename Traits::category;
+    using iterator_category = std::random_access_iterator_tag;
     using iterator_concept = std::random_access_iterator_tag;
     using value_type = Element;
     using difference_type = std::ptrdiff_t;
@@ -93,8 +93,7 @@ public:
     /// Takes a back-end's iterator over.
     /// @throws std::bad_alloc after deleting it
     [[gnu::always_inline]] explicit TypedIterator(Impl* impl) : TypedIterator(adopt(impl)) {}
-    [[gnu::always_inline]] explicit TypedIterator(std::shared_ptr<Impl> impl)
-        : TypedIterator(take(std::move(impl))) {}
+    [[gnu::always_inline]] TypedIterator(std::shared_ptr<Impl> impl) : TypedIterator(take(std::move(impl))) {}
 
     TypedIterator(const TypedIterator& other) : impl_(copyImpl(other.impl_)), current_(other.current_) {}
     TypedIterator(TypedIterator&& other) noexcept = default;
@@ -228,7 +227,7 @@ private:
         if (isOurs(*impl) &&
             !static_cast<Ours*>(impl)->holdsReference()) { // not needed once its position is known
             const Cursor current = cursorOf(static_cast<const Ours&>(*impl));
-            delete static_cast<Ours*>(impl); // of a final class: no virtual call
+            delete static_cast<Ours*>(impl); // over contiguous storage of a final class: no virtual call
             return {nullptr, current};
         }
         return take(std::shared_ptr<Impl>(impl));
@@ -243,7 +242,7 @@ private:
     using Ours =
         std::conditional_t<primitive, vexa::data::detail::ContiguousIteratorImpl<Element>,
                            vexa::data::detail::NonPrimitiveIteratorImpl<vexa::data::impl::MatchingDataOrder>>;
-    static bool isOurs(const Impl& impl) { return typeid(impl) == typeid(Ours); }
+    static bool isOurs(const Impl& impl) noexcept { return detail::isExactly<Ours>(impl); }
     static std::shared_ptr<Impl> copyImpl(const std::shared_ptr<Impl>& impl) {
         return impl.get() == nullptr ? impl : std::shared_ptr<Impl>(impl->clone());
     }

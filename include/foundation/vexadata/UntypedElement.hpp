@@ -4,6 +4,7 @@
 #pragma once
 
 #include <foundation/vexadata/ElementHandle.hpp>
+#include <foundation/vexadata/Text.hpp>
 
 #include <complex>
 #include <cstddef>
@@ -32,7 +33,11 @@ template <class T>
 inline constexpr bool isRealElement =
     isValueElement<T>&& isPrimitiveElement<StoredAs<T>> && !isComplexElement<StoredAs<T>>;
 template <class T>
-inline constexpr bool isNumberElement = isRealElement<T> || isComplexElement<StoredAs<T>>;
+inline constexpr bool isNumberElement = isRealElement<T> ||
+                                        (isValueElement<T> && isComplexElement<StoredAs<T>>);
+/// Narrow characters are compared, too; to be read or computed with, an element has to be something else.
+template <class T>
+inline constexpr bool isComparable = isRealElement<T> || std::is_same_v<T, char>;
 
 /// A real number beside an element of any real kind.
 struct Number {
@@ -150,7 +155,7 @@ class UntypedElement {
     template <class T>
     using IfValue = std::enable_if_t<isValueElement<T>, int>;
     template <class T>
-    using IfReal = std::enable_if_t<isRealElement<T>, int>;
+    using IfComparable = std::enable_if_t<isComparable<T>, int>;
     template <class T>
     using IfComplex = std::enable_if_t<isComplexElement<T> && isValueElement<T>, int>;
     template <class T>
@@ -217,6 +222,9 @@ public:
     Ref& operator=(const char16_t* text) { return write(String(text)); }
     Ref& operator=(const std::string& text) { return write(std::string_view(text)); }
     Ref& operator=(const char* text) { return write(std::string_view(text)); }
+    /// Writes a character.
+    /// @throws NonAsciiCharInInputDataException for a byte above 127
+    Ref& operator=(char unit) { return *this = widened(unit); }
     /// Replaces a record by the values of its fields, in their order.
     /// @throws WrongVectorSizeForStructException when their number differs
     template <class Values, std::enable_if_t<std::is_same_v<Values, std::vector<Array>>, int> = 0>
@@ -312,53 +320,53 @@ public:
 
     // Comparison with a real number, by value, for elements of any real kind; for equality of complex kinds too.
 
-    template <class T, IfReal<T> = 0>
+    template <class T, IfComparable<T> = 0>
     friend bool operator==(const Ref& element, const T& value) {
         return equals(place(element), Number(value));
     }
-    template <class T, IfReal<T> = 0>
+    template <class T, IfComparable<T> = 0>
     friend bool operator==(const T& value, const Ref& element) {
         return element == value;
     }
-    template <class T, IfReal<T> = 0>
+    template <class T, IfComparable<T> = 0>
     friend bool operator!=(const Ref& element, const T& value) {
         return !(element == value);
     }
-    template <class T, IfReal<T> = 0>
+    template <class T, IfComparable<T> = 0>
     friend bool operator!=(const T& value, const Ref& element) {
         return !(element == value);
     }
-    template <class T, IfReal<T> = 0>
+    template <class T, IfComparable<T> = 0>
     friend bool operator<(const Ref& element, const T& value) {
         return order(element, value) == Order::LESS;
     }
-    template <class T, IfReal<T> = 0>
+    template <class T, IfComparable<T> = 0>
     friend bool operator<(const T& value, const Ref& element) {
         return element > value;
     }
-    template <class T, IfReal<T> = 0>
+    template <class T, IfComparable<T> = 0>
     friend bool operator>(const Ref& element, const T& value) {
         return order(element, value) == Order::GREATER;
     }
-    template <class T, IfReal<T> = 0>
+    template <class T, IfComparable<T> = 0>
     friend bool operator>(const T& value, const Ref& element) {
         return element < value;
     }
-    template <class T, IfReal<T> = 0>
+    template <class T, IfComparable<T> = 0>
     friend bool operator<=(const Ref& element, const T& value) {
         const Order found = order(element, value);
         return found == Order::LESS || found == Order::EQUAL;
     }
-    template <class T, IfReal<T> = 0>
+    template <class T, IfComparable<T> = 0>
     friend bool operator<=(const T& value, const Ref& element) {
         return element >= value;
     }
-    template <class T, IfReal<T> = 0>
+    template <class T, IfComparable<T> = 0>
     friend bool operator>=(const Ref& element, const T& value) {
         const Order found = order(element, value);
         return found == Order::GREATER || found == Order::EQUAL;
     }
-    template <class T, IfReal<T> = 0>
+    template <class T, IfComparable<T> = 0>
     friend bool operator>=(const T& value, const Ref& element) {
         return element <= value;
     }

@@ -43,7 +43,7 @@ template struct Member<16, double*, &ContiguousIteratorImpl<double>::current_>;
 template struct Member<24, std::shared_ptr<ReferenceImpl>, &ContiguousIteratorImpl<double>::chain_>;
 
 using NonPrimitiveIterator = NonPrimitiveIteratorImpl<MatchingDataOrder>;
-static_assert(sizeof(NonPrimitiveIterator) == 48);
+template struct Interface<NonPrimitiveIterator, 48, countingDestructor + 14>;
 template struct Member<16, ArrayImpl*, &NonPrimitiveIterator::array_>;
 template struct Member<24, std::uint64_t, &NonPrimitiveIterator::position_>;
 template struct Member<32, std::shared_ptr<ReferenceImpl>, &NonPrimitiveIterator::chain_>;

@@ -15,9 +15,10 @@ struct MatchingDataOrder {};
 
 namespace vexa::data::detail {
 
-/// Stands on a linear position of `array`, which is borrowed and must outlive the iterator.
+/// Stands on a linear position of `array`, which is borrowed and must outlive the iterator. Typed iterators move this one
+/// themselves and forward every step to a class derived from it.
 template <class Order>
-class VEXADATA_API NonPrimitiveIteratorImpl final : public IteratorImpl {
+class VEXADATA_API NonPrimitiveIteratorImpl : public IteratorImpl {
 public:
     NonPrimitiveIteratorImpl(impl::ArrayImpl* array, std::uint64_t position) noexcept
         : array_(array), position_(position) {}

@@ -1,0 +1,8 @@
+#include <foundation/vexadata/BufferAccess.hpp>
+
+namespace foundation::vexadata {
+
+#define VEXADATA_ACCESS template
+#include <foundation/vexadata/BufferAccessInstances.inc>
+
+} // namespace foundation::vexadata

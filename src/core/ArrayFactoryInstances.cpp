@@ -1,0 +1,8 @@
+#include <foundation/vexadata/ArrayFactory.hpp>
+
+namespace foundation::vexadata {
+
+#define VEXADATA_CREATORS template
+#include <foundation/vexadata/ArrayFactoryInstances.inc>
+
+} // namespace foundation::vexadata

@@ -1,0 +1,20 @@
+# Compiles SOURCE with CXX as tests/compile/CMakeLists.txt says.
+
+set(compile "${CXX}" -std=c++17 -fsyntax-only "-I${INCLUDE}" "${SOURCE}")
+execute_process(COMMAND ${compile} -DREFUSED=0 COMMAND_ERROR_IS_FATAL ANY)
+
+file(STRINGS "${SOURCE}" cases REGEX "^// refused [0-9]+: ")
+if(cases STREQUAL "")
+  message(FATAL_ERROR "${SOURCE} says of nothing that it is refused")
+endif()
+foreach(case IN LISTS cases)
+  string(REGEX MATCH "^// refused ([0-9]+): (.*)$" case "${case}")
+  set(reason "${CMAKE_MATCH_2}")
+  execute_process(COMMAND ${compile} -DREFUSED=${CMAKE_MATCH_1} RESULT_VARIABLE status ERROR_VARIABLE errors)
+  string(FIND "${errors}" "${reason}" place)
+  if(status EQUAL 0)
+    message(SEND_ERROR "${SOURCE} compiles with REFUSED=${CMAKE_MATCH_1}")
+  elseif(place EQUAL -1)
+    message(SEND_ERROR "${SOURCE} with REFUSED=${CMAKE_MATCH_1} is refused, but without '${reason}':\n${errors}")
+  endif()
+endforeach()
