@@ -74,7 +74,7 @@ void visit(Context, ForwardIteratorImpl* begin, ForwardIteratorImpl* end) {
         if (engine->variable != nullptr && engine->visited == 0) {
             engine->variable->retain();
             record.setValue(0, engine->variable);
-        } else if (engine->visited == 1) {
+        } else if (engine->visited == 1 && !engine->throws) {
             record.setValue(1, nullptr);
         }
         ++engine->visited;
