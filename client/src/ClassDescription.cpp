@@ -87,7 +87,7 @@ DistinctIdentifiers ownProperties(const std::string& className,
                                   const std::vector<VexaPropertyIdentifier>& given) {
     DistinctIdentifiers own;
     for (const VexaPropertyIdentifier& id : given) {
-        const std::string& name = propertyName(id);
+        const std::string name = id.getPropertyName(); // empty after a move
         if (!isIdentifier(name)) {
             throw InvalidPropertyException(name, className, "is no identifier");
         }
@@ -112,21 +112,38 @@ void inherit(DistinctIdentifiers& ids, const PropertyList& inherited, const std:
 } // namespace
 
 PropertyList::PropertyList(std::vector<VexaPropertyIdentifier> ids)
-    : ids_(std::move(ids)), names_(propertyNames(ids_)) {}
+    : ids_(std::move(ids)),
+      names_(propertyNames(ids_)),
+      hasNamesakes_(
+          std::any_of(ids_.begin(), ids_.end(), [this](const auto& id) { return isAmbiguous(id); })) {}
 
 std::size_t PropertyList::find(const VexaPropertyIdentifier& id, const std::string& className) const {
     if (Access::impl(id) == nullptr) {
         return NameTable::none;
     }
-    const std::string& wanted = qualifier(id);
-    const std::size_t exact = names_.find(propertyName(id), [&](std::size_t place) {
-        const std::string& defining = qualifier(ids_[place]);
-        return defining == wanted || (defining.empty() && wanted == className);
-    });
-    if (exact != NameTable::none || !wanted.empty() || isAmbiguous(id)) {
-        return exact;
+    const std::string& name = propertyName(id);
+    const bool plain = qualifier(id).empty();
+    if (plain && (!hasNamesakes_ || !isAmbiguous(id))) {
+        return names_.find(name);
     }
-    return names_.find(propertyName(id));
+    const auto definedBy = [&](const std::string& wanted) {
+        return names_.find(name, [&](std::size_t place) {
+            const std::string& defining = qualifier(ids_[place]);
+            return defining == wanted || (defining.empty() && wanted == className);
+        });
+    };
+    if (!plain) {
+        return definedBy(qualifier(id));
+    }
+    // Links are read only when they matter, since other threads may be setting them.
+    const std::size_t itself =
+        names_.find(name, [&](std::size_t place) { return Access::impl(ids_[place]) == Access::impl(id); });
+    if (itself != NameTable::none) {
+        return itself;
+    }
+    const std::string linked = id.getClassName();
+    const std::size_t ofSuperclass = linked.empty() ? NameTable::none : definedBy(linked);
+    return ofSuperclass != NameTable::none ? ofSuperclass : definedBy({});
 }
 
 bool PropertyList::isAmbiguous(const VexaPropertyIdentifier& id) const {
@@ -149,7 +166,7 @@ std::size_t placeOf(const PropertyList& list, const VexaPropertyIdentifier& id,
     if (place != NameTable::none) {
         return place;
     }
-    if (Access::impl(id) != nullptr && id.getClassName().empty() && list.isAmbiguous(id)) {
+    if (Access::impl(id) != nullptr && qualifier(id).empty() && list.isAmbiguous(id)) {
         throw AmbiguousPropertyException(id.getPropertyName(), className);
     }
     throw UnknownPropertyException(id.getExternalPropertyName(), className);
@@ -165,7 +182,9 @@ ClassDescription::ClassDescription(std::string name, const std::vector<VexaPrope
     for (const ClassInfo& superclass : superclasses) {
         const auto* above = dynamic_cast<const ClassDescription*>(Access::impl(superclass).get());
         if (above == nullptr) {
-            throw ForeignClassException(superclass.getClassIdentifier().getString());
+            throw ForeignClassException(Access::impl(superclass) == nullptr
+                                            ? std::string()
+                                            : superclass.getClassIdentifier().getString());
         }
         if (above->isOrHas(this->name())) {
             throw InvalidSuperclassException(above->name(), this->name());

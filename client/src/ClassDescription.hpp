@@ -27,10 +27,11 @@ public:
     const VexaPropertyIdentifier& operator[](std::size_t place) const noexcept { return ids_[place]; }
     VexaPropertyIdentifier& operator[](std::size_t place) noexcept { return ids_[place]; }
 
-    /// The place of the property that `id` means in the class `className`: with a class, the one that it defines; without, the
-    /// class's own, or else the only inherited one of the name. `NameTable::none` when there is none, or more than one.
+    /// The place of the property that `id` means in the class `className`: with a class, or linked to a superclass, the one that
+    /// this class defines; without, the class's own, or else the only inherited one of the name. `NameTable::none` when there is
+    /// none, or more than one. A link to a class that defines none of them does not matter.
     std::size_t find(const VexaPropertyIdentifier& id, const std::string& className) const;
-    /// Whether several inherited properties have the name of `id`, which has no class.
+    /// Whether several properties have the name of `id`.
     bool isAmbiguous(const VexaPropertyIdentifier& id) const;
     /// The same identifiers in the same order.
     bool equals(const PropertyList& other) const { return ids_ == other.ids_; }
@@ -39,6 +40,7 @@ public:
 private:
     std::vector<VexaPropertyIdentifier> ids_;
     NameTable names_;
+    bool hasNamesakes_ = false; // several properties of one name, as after redefining one
 };
 
 /// A class: its name, its properties and those of its arrays, inherited ones among them, and its superclasses. Only the links

@@ -49,7 +49,9 @@ WrongNumberOfNamesException::WrongNumberOfNamesException(std::size_t names, std:
 WrongNumberOfNamesException::~WrongNumberOfNamesException() = default;
 
 UnknownPropertyException::UnknownPropertyException(const std::string& name, const std::string& className)
-    : NamedException("Unknown property '" + name + "' of the class '" + className + "'") {}
+    : NamedException("Unknown property '" + name + "'" +
+                     (className.empty() ? ": there is no class that could have it"
+                                        : " of the class '" + className + "'")) {}
 UnknownPropertyException::~UnknownPropertyException() = default;
 
 AmbiguousPropertyException::AmbiguousPropertyException(const std::string& name, const std::string& className)

@@ -107,14 +107,17 @@ data::impl::ObjectImpl* Factory::createValueObjectImpl(data::impl::ClassInfoImpl
 }
 
 ArrayImpl* Factory::createValueObjectScalarImpl(data::impl::ObjectImpl* object) {
-    if (const auto* instance = dynamic_cast<const Instance*>(object)) {
-        instance->description().retain();
-        auto description = fv::detail::Access::createSharedPtr(&instance->description());
-        object->retain();
-        const fv::HandleObjectRef handle(object);
-        return new ObjectArray({1, 1}, std::move(description), handle);
+    const auto* instance = dynamic_cast<const Instance*>(object);
+    if (instance == nullptr) { // of another back-end, or no object: no class of ours describes it
+        auto scalar = std::make_unique<ObjectArray>(fv::ArrayType::VALUE_OBJECT, Dimensions{1, 1});
+        scalar->setElementObject(0, object);
+        return scalar.release();
     }
-    return new ObjectArray(fv::ArrayType::VALUE_OBJECT, {1, 1}); // an empty handle, which no class describes
+    instance->description().retain();
+    auto description = fv::detail::Access::createSharedPtr(&instance->description());
+    object->retain();
+    const fv::HandleObjectRef handle(object);
+    return new ObjectArray({1, 1}, std::move(description), handle);
 }
 
 ArrayImpl* Factory::createValueObjectArrayImpl(Dimensions dimensions, data::impl::ClassInfoImpl* classInfo) {

@@ -40,9 +40,8 @@ data::detail::ReferenceImpl* Instance::getPropertyReference(VexaPropertyIdentifi
 }
 ForwardIteratorImpl* Instance::begin() { return properties_.iteratorAt(0); }
 ForwardIteratorImpl* Instance::end() { return properties_.iteratorAt(numOfProperties()); }
-// The views that read-only iterators hand out are the same; read-only handles do not write through them.
-ForwardIteratorImpl* Instance::cbegin() const { return const_cast<Instance*>(this)->begin(); }
-ForwardIteratorImpl* Instance::cend() const { return const_cast<Instance*>(this)->end(); }
+ForwardIteratorImpl* Instance::cbegin() const { return properties_.iteratorAt(0); }
+ForwardIteratorImpl* Instance::cend() const { return properties_.iteratorAt(numOfProperties()); }
 bool Instance::hasProperty(const VexaPropertyIdentifier& id) const { return properties_.has(id); }
 std::size_t Instance::numOfProperties() const { return properties_.numberOfSlots(); }
 std::vector<std::string> Instance::getExternalRepresentationPropertyNames() const {

@@ -66,7 +66,7 @@ private:
     long id_;
 };
 
-/// A description without properties, made once for each name that is asked for in a row.
+/// A new description without properties.
 std::shared_ptr<const ClassDescription> plainDescription(const std::string& name);
 
 /// A handle that adds its reference.

@@ -7,6 +7,7 @@
 #include <vexa/data/detail/NonPrimitiveIteratorImpl.hpp>
 
 #include <algorithm>
+#include <cstring>
 #include <utility>
 
 namespace vexa::client {
@@ -44,12 +45,29 @@ ArrayType ObjectArray::getType() const { return type_; }
 
 namespace {
 
+/// Members of enumerations have no properties: their class and their name are what they are.
+bool sameMember(const ObjectImpl* a, const ObjectImpl* b) {
+    const char* left = a == nullptr ? nullptr : a->getEnumerationName();
+    const char* right = b == nullptr ? nullptr : b->getEnumerationName();
+    if (left == nullptr || right == nullptr) {
+        return left == right;
+    }
+    const auto* mine = dynamic_cast<const Instance*>(a);
+    const auto* others = dynamic_cast<const Instance*>(b);
+    const bool sameClass =
+        mine == nullptr || others == nullptr || mine->description().name() == others->description().name();
+    return sameClass && std::strcmp(left, right) == 0;
+}
+
 /// With a comparison, which arrays of this back-end alone outlive, it may go on later.
 bool equalObjects(Comparison* comparison, const fv::ValueObject& a, const fv::ValueObject& b) {
     const auto* left = fv::detail::handleObject(a);
     const auto* right = fv::detail::handleObject(b);
     if (left != nullptr || right != nullptr) {
         return fv::detail::sameHandleObject(left, right);
+    }
+    if (!sameMember(Access::impl(a).get(), Access::impl(b).get())) {
+        return false;
     }
     auto* mine = dynamic_cast<Instance*>(Access::impl(a).get());
     auto* others = dynamic_cast<Instance*>(Access::impl(b).get());
@@ -65,6 +83,9 @@ bool equalObjects(Comparison* comparison, const fv::ValueObject& a, const fv::Va
 bool ObjectArray::isEqual(const ArrayImpl* other) const { return Comparison::equal(*this, *other); }
 bool ObjectArray::equalsIn(Comparison& comparison, const ArrayImpl& other) const {
     const auto& objects = static_cast<const ObjectArrayImpl&>(other);
+    if (getDimensions() != objects.getDimensions()) { // object arrays are compared without a test before
+        return false;
+    }
     Comparison* const goingOn = dynamic_cast<const ObjectArray*>(&other) != nullptr ? &comparison : nullptr;
     try {
         for (std::size_t k = 0; k < elements_.size(); ++k) {
@@ -120,11 +141,9 @@ data::detail::ReferenceImpl* ObjectArray::getArrayPropertyReference(VexaProperty
 }
 ForwardIteratorImpl* ObjectArray::beginArrayProp() { return properties_.iteratorAt(0); }
 ForwardIteratorImpl* ObjectArray::endArrayProp() { return properties_.iteratorAt(numOfArrayProperties()); }
-ForwardIteratorImpl* ObjectArray::cbeginArrayProp() const {
-    return const_cast<ObjectArray*>(this)->beginArrayProp();
-}
+ForwardIteratorImpl* ObjectArray::cbeginArrayProp() const { return properties_.iteratorAt(0); }
 ForwardIteratorImpl* ObjectArray::cendArrayProp() const {
-    return const_cast<ObjectArray*>(this)->endArrayProp();
+    return properties_.iteratorAt(numOfArrayProperties());
 }
 bool ObjectArray::hasArrayProperty(const VexaPropertyIdentifier& id) const { return properties_.has(id); }
 std::size_t ObjectArray::numOfArrayProperties() const { return properties_.numberOfSlots(); }
@@ -136,15 +155,12 @@ std::vector<std::string> ObjectArray::getExternalRepresentationArrayPropertyName
     return properties_.list().externalNames();
 }
 
-ObjectImpl& ObjectArray::existing(std::size_t index) const {
-    ObjectImpl* object = Access::impl(elements_[index]).get();
-    if (object == nullptr) {
-        throw UnknownPropertyException({}, "element without object");
-    }
-    return *object;
-}
 fv::Array ObjectArray::getElementProperty(std::size_t index, VexaPropertyIdentifier id) const {
-    return fv::Array(existing(index).getProperty(std::move(id)));
+    const ObjectImpl* object = Access::impl(elements_[index]).get();
+    if (object == nullptr) {
+        throw UnknownPropertyException(id.getExternalPropertyName(), {});
+    }
+    return fv::Array(object->getProperty(std::move(id)));
 }
 
 void ObjectArray::requireClassOf(const ObjectImpl* object) const {
@@ -173,15 +189,14 @@ ObjectImpl* ObjectArray::getElementObject(std::size_t index) const {
     return object;
 }
 ForwardIteratorImpl* ObjectArray::beginElementProperties(std::size_t index) {
-    existing(index);
-    separate(index);
-    return existing(index).begin();
+    ObjectImpl* object = separate(index);
+    return object == nullptr ? noProperties() : object->begin();
 }
 ForwardIteratorImpl* ObjectArray::endElementProperties(std::size_t index) {
-    existing(index);
-    separate(index);
-    return existing(index).end();
+    ObjectImpl* object = separate(index);
+    return object == nullptr ? noProperties() : object->end();
 }
+ForwardIteratorImpl* ObjectArray::noProperties() { return properties_.iteratorAt(numOfArrayProperties()); }
 
 bool ObjectArray::isEqualArrayProperties(const ArrayImpl* other) const {
     const auto* objects = dynamic_cast<const ObjectArray*>(other);
@@ -191,8 +206,7 @@ bool ObjectArray::isEqualArrayProperties(const ArrayImpl* other) const {
 Instance* ObjectArray::objectIn(std::size_t index) const noexcept {
     return dynamic_cast<Instance*>(Access::impl(elements_[index]).get());
 }
-/// What iterators write into must be the element's alone.
-void ObjectArray::separate(std::size_t index) {
+ObjectImpl* ObjectArray::separate(std::size_t index) {
     if (Access::impl(elements_[index]) != nullptr) {
         Access::unshare(elements_[index]);
         setHeld(elements_[index]);
@@ -206,6 +220,7 @@ void ObjectArray::setHeld(const Element& object) noexcept {
     if (auto* instance = dynamic_cast<Instance*>(Access::impl(object).get())) {
         instance->properties().setHeld();
     }
+    return Access::impl(elements_[index]).get();
 }
 
 void setExternalDimensions(fv::ValueObjectArray& array, std::vector<std::size_t> dimensions) {

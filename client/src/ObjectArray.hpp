@@ -35,7 +35,8 @@ public:
     data::detail::IteratorImpl* beginIterator(void* unused, bool writable) override;
     data::detail::IteratorImpl* endIterator(void* unused, bool writable) override;
     ArrayType getType() const override;
-    /// Value objects are compared by their properties, handle objects by identity.
+    /// Value objects are compared by their properties, members of enumerations by class and name, handle objects by identity.
+    /// The other array may have other dimensions.
     bool isEqual(const ArrayImpl* other) const override;
     bool equalsIn(Comparison& comparison, const ArrayImpl& other) const override;
     Element* getElementAddress(std::size_t index, const std::string& fieldName, bool forWrite) override;
@@ -57,11 +58,13 @@ public:
     std::vector<std::size_t> getExternalDimensions() const override;
     bool isExternalDimensionsSet() const override;
     std::vector<std::string> getExternalRepresentationArrayPropertyNames() const override;
+    /// @throws UnknownPropertyException, for an element without object too
     foundation::vexadata::Array getElementProperty(std::size_t index,
                                                    VexaPropertyIdentifier id) const override;
     /// @throws WrongClassException
     void setElementObject(std::size_t index, ObjectImpl* object) override;
     ObjectImpl* getElementObject(std::size_t index) const override;
+    /// Over nothing for an element without object.
     data::detail::ForwardIteratorImpl* beginElementProperties(std::size_t index) override;
     data::detail::ForwardIteratorImpl* endElementProperties(std::size_t index) override;
     bool isEqualArrayProperties(const ArrayImpl* other) const override;
@@ -72,7 +75,8 @@ public:
     PropertySet& properties() noexcept { return properties_; }
     /// The object in an element; null when there is none, or one of another back-end.
     Instance* objectIn(std::size_t index) const noexcept;
-    void separate(std::size_t index);
+    /// Makes the object in an element the element's alone, as what iterators write into must be; null when there is none.
+    ObjectImpl* separate(std::size_t index);
     void put(std::size_t index, Element object);
 
 private:
@@ -80,8 +84,8 @@ private:
 
     static void setHeld(const Element& object) noexcept;
     void requireClassOf(const ObjectImpl* object) const;
-    /// @throws UnknownPropertyException for an element without object
-    ObjectImpl& existing(std::size_t index) const;
+    /// An iterator that is at its end.
+    data::detail::ForwardIteratorImpl* noProperties();
 
     ArrayType type_;
     std::shared_ptr<const ClassDescription> description_; // null for objects of any class

@@ -1,8 +1,17 @@
 #include "PropertySet.hpp"
 
-#include <vexa/data/detail/ForwardIteratorImpl.hpp>
-#include <vexa/data/impl/ObjectImpl.hpp>
+#include "CellArray.hpp"
+#include "Equality.hpp"
+#include "Identity.hpp"
 
+#include <foundation/vexadata/Exception.hpp>
+#include <vexa/data/detail/ForwardIteratorImpl.hpp>
+#include <vexa/data/detail/NonPrimitiveIteratorImpl.hpp>
+#include <vexa/data/impl/ObjectImpl.hpp>
+#include <vexa/data/impl/TypedArrayImpl.hpp>
+
+#include <cstdint>
+#include <string>
 #include <utility>
 
 namespace vexa::client {
@@ -16,57 +25,123 @@ using foundation::vexadata::detail::Access;
 
 namespace {
 
-/// A reference to a property: the array in its slot is the element's array. It has no array of its own to index into, so the
-/// array held stands for that too.
+/// A property as the only element of a cell array, which is what chains to properties index into: a property allows and refuses
+/// what a cell does, and its value never passes for the array that an element of it is asked for.
+class PropertyCell final : public data::impl::TypedArrayImpl<Array> {
+public:
+    PropertyCell(PropertySet& properties, std::size_t place, bool writable)
+        : properties_(properties), place_(place), writable_(writable) {}
+
+    ArrayImpl* sharedCopy() const override {
+        Held copy(new CellArray(getDimensions()));
+        copy->assignElementArray(0, {}, &held());
+        return copy.detach();
+    }
+    data::detail::IteratorImpl* beginIterator(void*, bool) override { return new Iterator(this, 0); }
+    data::detail::IteratorImpl* endIterator(void*, bool) override { return new Iterator(this, 1); }
+    ArrayType getType() const override { return ArrayType::CELL; }
+    MemoryLayout getMemoryLayout() const override { return MemoryLayout::COLUMN_MAJOR; }
+    const Dimensions& getDimensions() const override {
+        static const Dimensions scalar{1, 1};
+        return scalar;
+    }
+    std::size_t getNumberOfElements() const override { return 1; }
+    bool isEmpty() const override { return false; }
+    std::uint64_t getArrayID() const override { return identity_.get(); }
+    bool isEqual(const ArrayImpl* other) const override {
+        return equalElements<Array>(*this, static_cast<const TypedArrayImpl<Array>&>(*other));
+    }
+    /// Before every write.
+    void unshare() override {
+        if (!writable_) {
+            foundation::vexadata::detail::raise<foundation::vexadata::CantAssignArrayToThisArrayException>();
+        }
+    }
+    ReferenceImpl* createElementReference(std::size_t, const std::string&, bool forWrite) override {
+        if (forWrite) {
+            unshare();
+        }
+        return referenceInto(properties_, place_, forWrite);
+    }
+    void assignElementArray(std::size_t, const std::string&, ArrayImpl* array) override {
+        unshare();
+        properties_.store(place_, *array);
+    }
+    Array* getElementAddress(std::size_t, const std::string&, bool) override {
+        return const_cast<Array*>(getTypedDataPtr());
+    }
+    void setElementValue(std::size_t index, const std::string& fieldName, Array value) override {
+        assignElementArray(index, fieldName, Access::impl(value).get());
+    }
+    const Array* getTypedDataPtr() const override { return &properties_.value(place_); }
+
+    ArrayImpl& held() const { return properties_.heldIn(place_); }
+    void makePrivate() {
+        unshare();
+        properties_.makePrivate(place_);
+        held().unshare();
+    }
+
+private:
+    using Iterator = data::detail::NonPrimitiveIteratorImpl<data::impl::MatchingDataOrder>;
+
+    PropertySet& properties_;
+    std::size_t place_;
+    bool writable_;
+    Identity identity_;
+};
+
+/// A reference to a property. The array in its slot is asked for without making a chain to it.
 class PropertyReference final : public ReferenceImpl {
 public:
-    PropertyReference(PropertySet& properties, std::size_t place) : properties_(properties), place_(place) {
+    PropertyReference(PropertySet& properties, std::size_t place, bool writable)
+        : cell_(properties, place, writable) {
         setKnownIndex(0);
     }
 
-    ArrayImpl* getArrayImpl() const override { return &properties_.heldIn(place_); }
+    ArrayImpl* getArrayImpl() const override { return &cell_; }
+    void prepareForWrite() override { cell_.unshare(); }
     ArrayImpl* getElementArray(bool forWrite) override {
         if (forWrite) {
-            properties_.makePrivate(place_);
-            properties_.heldIn(place_).unshare();
+            cell_.makePrivate();
         }
-        return &properties_.heldIn(place_);
+        return &cell_.held();
     }
-    ArrayImpl* getElementArrayForCopy() override { return &properties_.heldIn(place_); }
-    std::shared_ptr<ReferenceImpl> createReference(bool forWrite, bool) override {
-        return Access::createSharedPtr(referenceInto(properties_, place_, forWrite));
-    }
-    void setArray(ArrayImpl* array) override { properties_.store(place_, *array); }
+    ArrayImpl* getElementArrayForCopy() override { return &cell_.held(); }
 
 private:
-    PropertySet& properties_;
-    std::size_t place_;
+    mutable PropertyCell cell_;
 };
 
 class PropertyView final : public data::impl::PropertyImpl {
 public:
-    PropertyView(PropertySet& properties, std::size_t place) : properties_(properties), place_(place) {}
+    PropertyView(PropertySet& properties, std::size_t place, bool writable)
+        : properties_(properties), place_(place), writable_(writable) {}
 
     const VexaPropertyIdentifier* getIdentifier() const override { return &properties_.list()[place_]; }
     std::shared_ptr<ArrayImpl> getValue() const override { return Access::impl(properties_.value(place_)); }
-    ReferenceImpl* getReference() override { return properties_.reference(place_); }
+    ReferenceImpl* getReference() override { return new PropertyReference(properties_, place_, writable_); }
 
     void moveTo(std::size_t place) noexcept { place_ = place; }
 
 private:
     PropertySet& properties_;
     std::size_t place_;
+    bool writable_;
 };
 
 /// Hands out one view again and again as long as nobody else has kept it: a walk makes no object for each property.
 class PropertyIterator final : public ForwardIteratorImpl {
 public:
-    PropertyIterator(PropertySet& properties, std::size_t place) : properties_(properties), place_(place) {}
+    PropertyIterator(PropertySet& properties, std::size_t place, bool writable)
+        : properties_(properties), place_(place), writable_(writable) {}
 
-    ForwardIteratorImpl* clone() const override { return new PropertyIterator(properties_, place_); }
+    ForwardIteratorImpl* clone() const override {
+        return new PropertyIterator(properties_, place_, writable_);
+    }
     RefCounted* get() const override {
         if (view_ == nullptr || view_->referenceCount() > 1) {
-            view_ = Access::createSharedPtr(new PropertyView(properties_, place_));
+            view_ = Access::createSharedPtr(new PropertyView(properties_, place_, writable_));
         }
         view_->moveTo(place_);
         view_->retain();
@@ -80,13 +155,20 @@ public:
 private:
     PropertySet& properties_;
     std::size_t place_;
+    bool writable_;
     mutable std::shared_ptr<PropertyView> view_;
 };
 
 } // namespace
 
-ReferenceImpl* PropertySet::reference(std::size_t place) { return new PropertyReference(*this, place); }
-ForwardIteratorImpl* PropertySet::iteratorAt(std::size_t place) { return new PropertyIterator(*this, place); }
+ReferenceImpl* PropertySet::reference(std::size_t place) { return new PropertyReference(*this, place, true); }
+ForwardIteratorImpl* PropertySet::iteratorAt(std::size_t place) {
+    return new PropertyIterator(*this, place, true);
+}
+ForwardIteratorImpl* PropertySet::iteratorAt(std::size_t place) const {
+    return new PropertyIterator(const_cast<PropertySet&>(*this), place,
+                                false); // whose views refuse to be written through
+}
 
 bool PropertySet::equals(const PropertySet& other) const {
     return list_->equals(*other.list_) && values_ == other.values_;

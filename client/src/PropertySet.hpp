@@ -40,8 +40,10 @@ public:
 
     /// A new reference to a value, one reference for the caller; writing through it changes the value in place.
     data::detail::ReferenceImpl* reference(std::size_t place);
-    /// New iterators over PropertyImpl objects, one reference for the caller. The set is borrowed.
+    /// New iterators over PropertyImpl objects, one reference for the caller. The set is borrowed. Writing through what the
+    /// read-only form gives throws CantAssignArrayToThisArrayException.
     data::detail::ForwardIteratorImpl* iteratorAt(std::size_t place);
+    data::detail::ForwardIteratorImpl* iteratorAt(std::size_t place) const;
 
     /// The same properties with equal values.
     bool equals(const PropertySet& other) const;

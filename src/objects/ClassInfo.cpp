@@ -56,7 +56,7 @@ std::size_t ClassInfo::getNumberOfArrayProperties() const { return impl_->getNum
 Property::Property(vexa::data::detail::RefCounted* impl)
     : impl_(Access::createSharedPtr(static_cast<PropertyImpl*>(impl))) {}
 VexaPropertyIdentifier Property::getIdentifier() const { return *impl_->getIdentifier(); }
-Array Property::castToArray() const { return Array(impl_->getValue()); }
+const Array Property::castToArray() const { return Array(impl_->getValue()); }
 Property::operator Reference<Array>() const {
     return Reference<Array>(Access::createSharedPtr(impl_->getReference()));
 }

@@ -15,7 +15,7 @@ ValueObject::~ValueObject() = default;
 ClassInfo ValueObject::getClassInfo() const { return impl_->getClassInfo(); }
 std::string ValueObject::getEnumerationName() const { return detail::copied(impl_->getEnumerationName()); }
 
-Array ValueObject::operator[](const VexaPropertyIdentifier& id) const {
+const Array ValueObject::operator[](const VexaPropertyIdentifier& id) const {
     return Array(impl_->getProperty(id));
 }
 Reference<Array> ValueObject::operator[](const VexaPropertyIdentifier& id) {
@@ -53,19 +53,17 @@ Properties propertiesOf(vexa::data::impl::ObjectImpl& object) {
 
 } // namespace
 
-bool operator==(const ValueObject& a, const ValueObject& b) {
-    const auto& left = Access::impl(a);
-    const auto& right = Access::impl(b);
-    if (left == nullptr || right == nullptr) {
-        return left == right;
+bool ValueObject::operator==(const ValueObject& other) const {
+    if (impl_ == nullptr || other.impl_ == nullptr) {
+        return impl_ == other.impl_;
     }
-    Properties mine = propertiesOf(*left);
-    Properties others = propertiesOf(*right);
+    Properties mine = propertiesOf(*impl_);
+    Properties others = propertiesOf(*other.impl_);
     std::size_t count = 0;
     for (; mine.first != mine.second; ++mine.first, ++count) {
         const Property property = *mine.first;
-        const Array other(right->getProperty(property.getIdentifier()));
-        if (property.castToArray() != other) {
+        const Array theirs(other.impl_->getProperty(property.getIdentifier()));
+        if (property.castToArray() != theirs) {
             return false;
         }
     }

@@ -18,7 +18,7 @@ ValueObjectArray::~ValueObjectArray() = default;
 ClassInfo ValueObjectArray::getClassInfo() const { return objects(*impl_).getClassInfo(); }
 bool ValueObjectArray::isHeterogeneous() const { return objects(*impl_).isHeterogeneous(); }
 
-Array ValueObjectArray::operator[](const VexaPropertyIdentifier& id) const {
+const Array ValueObjectArray::operator[](const VexaPropertyIdentifier& id) const {
     return objects(*impl_).getArrayProperty(id);
 }
 Reference<Array> ValueObjectArray::operator[](const VexaPropertyIdentifier& id) {
@@ -81,14 +81,14 @@ void writeElement<HandleObjectRef>(ArrayImpl& array, std::size_t index, const st
     objects(array).setElementValue(index, fieldName, std::move(value));
 }
 
-Array ValueObjectElement::operator[](const VexaPropertyIdentifier& id) const {
+const Array ValueObjectElement::operator[](const VexaPropertyIdentifier& id) const {
     ArrayImpl* array = position_.array();
     return objects(*array).getElementProperty(position_.linearIndex(), id);
 }
 
 } // namespace detail
 
-Array ValueObjectRef::getProp(const VexaPropertyIdentifier& id, bool unshare) const {
+const Array ValueObjectRef::getProp(const VexaPropertyIdentifier& id, bool unshare) const {
     if (unshare) {
         chain_->prepareForWrite();
     }
@@ -97,7 +97,9 @@ Array ValueObjectRef::getProp(const VexaPropertyIdentifier& id, bool unshare) co
 }
 
 std::vector<std::string> ValueObjectRef::getExternalRepresentationPropertyNames() const {
-    return detail::getValue<ValueObject>(chain_).getExternalRepresentationPropertyNames();
+    const auto object = detail::getValue<ValueObject>(chain_);
+    return Access::impl(object) == nullptr ? std::vector<std::string>()
+                                           : object.getExternalRepresentationPropertyNames();
 }
 
 void HandleRef::addReference() const {

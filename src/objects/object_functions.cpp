@@ -94,12 +94,14 @@ vexa_iterator* object_reference_end_x(vexa_reference* reference) {
 
 vexa_class_info* object_reference_get_class_info_x(vexa_reference* reference) {
     const ValueObject object = valueAt(reference);
-    return object_get_class_info_x(Access::impl(object).get());
+    vexa_object* impl = Access::impl(object).get();
+    return impl == nullptr ? nullptr : object_get_class_info_x(impl);
 }
 
 const char* object_reference_get_enumeration_name_x(vexa_reference* reference) {
     const ValueObject object = valueAt(reference);
-    return Access::impl(object)->getEnumerationName();
+    const vexa_object* impl = Access::impl(object).get();
+    return impl == nullptr ? nullptr : impl->getEnumerationName();
 }
 
 int object_reference_shared_copy_x(vexa_reference* reference, vexa_object** object) {

@@ -100,7 +100,9 @@ VariableInfoImplData::VariableStatus VariableInfoImplData::getStatus(std::size_t
     return statuses_[index];
 }
 impl::ArrayImpl* VariableInfoImplData::getValue(std::size_t index) const {
-    impl::ArrayImpl* value = fv::detail::Access::impl(values_[index]).get();
+    const fv::Array empty;
+    const bool isNull = fv::detail::Access::impl(values_[index]) == nullptr;
+    impl::ArrayImpl* value = fv::detail::Access::impl(isNull ? empty : values_[index]).get();
     value->retain();
     return value;
 }

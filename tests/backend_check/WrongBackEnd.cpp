@@ -283,10 +283,27 @@ class WrongObjects : public Wrong<ForwardingObjects, WrongObjects> {
 public:
     using Wrong::Wrong;
 
+    bool isEqual(const ArrayImpl* other) const override {
+        if (fault("object-dimensions-ignored") && getDimensions() != other->getDimensions()) return true;
+        return Wrong::isEqual(other);
+    }
     ObjectImpl* getElementObject(std::size_t index) const override {
         ObjectImpl* object = Wrong::getElementObject(index);
         return fault("object-leaked") && object != nullptr ? retained(object) : object;
     }
+};
+
+/// A chain to a property that calls the value the array that it refers into.
+class PosingReference : public ReferenceImpl {
+public:
+    explicit PosingReference(Inner<ReferenceImpl> inner) : inner_(std::move(inner)) { setKnownIndex(0); }
+
+    ArrayImpl* getArrayImpl() const override { return inner_->getElementArray(false); }
+    ArrayImpl* getElementArray(bool forWrite) override { return inner_->getElementArray(forWrite); }
+    void setArray(ArrayImpl* array) override { inner_->setArray(array); }
+
+private:
+    Inner<ReferenceImpl> inner_;
 };
 
 class WrongObject : public ForwardingObject {
@@ -304,6 +321,16 @@ public:
         std::shared_ptr<ArrayImpl> value = ForwardingObject::getProperty(std::move(id));
         if (fault("property-leaked")) value->retain();
         return value;
+    }
+    ReferenceImpl* getPropertyReference(VexaPropertyIdentifier id) override {
+        ReferenceImpl* chain = ForwardingObject::getPropertyReference(std::move(id));
+        return fault("property-poses-as-element") ? new PosingReference(Inner<ReferenceImpl>(chain)) : chain;
+    }
+    ForwardIteratorImpl* cbegin() const override {
+        return fault("read-only-walk-writes") ? wrapped().begin() : ForwardingObject::cbegin();
+    }
+    ForwardIteratorImpl* cend() const override {
+        return fault("read-only-walk-writes") ? wrapped().end() : ForwardingObject::cend();
     }
 };
 
@@ -347,6 +374,9 @@ public:
         if (fault("starts-at-one") && type == fv::ArrayType::DOUBLE && !array->isEmpty())
             *static_cast<double*>(const_cast<void*>(array->getUntypedDataPtr())) = 1;
         return fault("created-with-two-references") && type == fv::ArrayType::CELL ? retained(array) : array;
+    }
+    ObjectImpl* createHandleObjectRefImpl(vexa::data::impl::ZVMID engine, long id) override {
+        return fault("null-for-a-refusal") ? nullptr : Base::createHandleObjectRefImpl(engine, id);
     }
     /// Rows one after another.
     ArrayImpl* createArrayWithDataImpl(fv::ArrayType type, Dimensions dimensions, const void* data,
@@ -397,9 +427,9 @@ public:
     void createBufferImpl(void*&, void (*&)(void*), fv::ArrayType, std::size_t) override {
         fv::detail::raise<fv::MustBePrimitiveTypeException>();
     }
-    void createUntypedBufferImpl(void*&, void (*&)(void*), std::size_t) override {} // fills in nothing
+    void createUntypedBufferImpl(void*&, void (*&)(void*), std::size_t) override { throw "none"; }
     ArrayImpl* createArrayFromBufferImpl(Dimensions, fv::ArrayType, Buffer<void>, MemoryLayout) override {
-        return nullptr;
+        fv::detail::raise<fv::MustBePrimitiveTypeException>();
     }
 
 private:

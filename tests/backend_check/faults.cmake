@@ -4,6 +4,7 @@
 wrong(created-with-two-references creation "cell arrays" "the reference count of a new 2x3 cell array is 2, expected 1")
 wrong(wrong-type creation "uint32 arrays" "getType of a 2x3 uint32 array is int32 .10., expected uint32 .11.")
 wrong(dimensions-transposed creation "double arrays" "getDimensions of a 2x3 double array is 3x2, expected 2x3")
+wrong(null-for-a-refusal creation "handle objects" "createHandleObjectRefImpl returns null, where it should throw")
 wrong(one-element-too-many creation "double arrays" "getNumberOfElements of a 2x3 double array is 7, expected 6")
 wrong(never-empty shape "dimensions, counts, emptiness" "isEmpty of a 0x0 logical array is false, expected true")
 
@@ -102,6 +103,12 @@ wrong(property-leaked objects "values are retained and released"
 wrong(has-every-property objects "properties are read and written"
   "hasProperty of one that is not there is true, expected false")
 wrong(handle-id-lost objects "handle objects name what they denote" "getId of a handle object is 0, expected 7")
+wrong(object-dimensions-ignored objects "arrays of other dimensions are unequal"
+  "isEqual of 1x2 and 1x3 arrays of new objects is true")
+wrong(property-poses-as-element objects "references to properties lead into a cell array"
+  "getType of the array of what getPropertyReference returns is double .4., expected cell .24.")
+wrong(read-only-walk-writes objects "read-only walks refuse writes"
+  "setArray through getReference of a property from cbegin throws nothing")
 wrong(identifiers-not-linked objects "identifiers are linked to the class"
   "getClassName of a property identifier after updateVexaPropertyIdentifiersClassInfo is \"\", expected \"Point\"")
 

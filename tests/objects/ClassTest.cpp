@@ -56,6 +56,12 @@ TEST(PropertyIdentifiers, CompareAndOrderByPropertyFirst) {
     EXPECT_EQ(gone.getPropertyName() + gone.getClassName() + gone.getExternalPropertyName(), "");
     const std::unordered_set<Id> set{Id("A.x"), Id("A", "x"), Id("x")};
     EXPECT_EQ(set.size(), 2U);
+    VexaClassIdentifier name{std::string("A")};
+    VexaFieldIdentifier field("a");
+    const std::unordered_set<VexaClassIdentifier> names{name, std::move(name), name};
+    const std::unordered_set<VexaFieldIdentifier> fields{field, std::move(field), field};
+    const std::unordered_set<Id> ids{taken, gone};
+    EXPECT_EQ(names.size() + fields.size() + ids.size(), 6U) << "with ones that were moved from";
     EXPECT_EQ(VexaClassIdentifier(std::string("a.b")), VexaClassIdentifier(std::string("a.b")));
     EXPECT_NE(VexaFieldIdentifier("a"), VexaFieldIdentifier("b"));
 }
@@ -131,6 +137,12 @@ TEST_F(Classes, RefuseWhatMakesNoClass) {
         [&] { factory.createClassInfo("Base", {}, {}, {derived}); },
         "The superclass 'Derived' is or has the class 'Base' itself"));
     EXPECT_THROW(factory.createClassInfo("Base", {}, {}, {base}), InvalidSuperclassException);
+    std::vector<ClassInfo> above{base};
+    std::vector<Id> properties{"x"};
+    const ClassInfo kept = std::move(above[0]);
+    const Id taken = std::move(properties[0]);
+    EXPECT_THROW(factory.createClassInfo("A", {}, {}, above), ForeignClassException) << "moved from";
+    EXPECT_THROW(factory.createClassInfo("A", properties), InvalidPropertyException);
 }
 
 TEST_F(Classes, LinkTheirIdentifiersToTheLatestHandle) {

@@ -1,5 +1,8 @@
 // The functions with C linkage, each through its exported symbol.
+#include "support/Throws.hpp"
+
 #include <foundation/vexadata/VexaData.hpp>
+#include <vexa/client/Exception.hpp>
 #include <vexa/data/detail/ReferenceImpl.hpp>
 #include <vexa/data/impl/ClassInfoImpl.hpp>
 #include <vexa/data/impl/ObjectImpl.hpp>
@@ -109,6 +112,20 @@ TEST_F(Functions, WalkShareAndStoreObjects) {
     delete doomed;
     EXPORTED(object_destroy_impl_x)(raw); // whatever its count
     EXPORTED(object_destroy_impl_x)(nullptr);
+}
+
+TEST_F(Functions, FindNothingInAnElementWithoutObject) {
+    EXPECT_EQ(EXPORTED(object_reference_get_class_info_x)(at(values, 3).get()), nullptr);
+    EXPECT_EQ(EXPORTED(object_reference_get_enumeration_name_x)(at(values, 3).get()), nullptr);
+    const ForwardIterator<Property> begin(EXPORTED(object_reference_begin_x)(at(values, 3).get()));
+    const ForwardIterator<Property> end(EXPORTED(object_reference_end_x)(at(values, 3).get()));
+    EXPECT_EQ(begin, end);
+    const ValueObjectRef none{Reference<ValueObject>(values[3])};
+    EXPECT_TRUE(none.getExternalRepresentationPropertyNames().empty());
+    using vexa::client::UnknownPropertyException;
+    EXPECT_TRUE(support::throwsExactly<UnknownPropertyException>(
+        [&] { none.getProp("Base.x", false); },
+        "Unknown property 'Base.x': there is no class that could have it"));
 }
 
 TEST_F(Functions, CompareAndReadHandles) {

@@ -1,5 +1,6 @@
 // Value objects, arrays of them, and handle objects.
 #include "support/AllocationCountdown.hpp"
+#include "support/ForwardingBackEnd.hpp"
 #include "support/Throws.hpp"
 
 #include <foundation/vexadata/VexaData.hpp>
@@ -8,8 +9,10 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <stdexcept>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -95,6 +98,15 @@ TEST_F(Objects, FindPropertiesByPlainAndQualifiedNames) {
     EXPECT_TRUE(throwsExactly<vexa::client::AmbiguousPropertyException>(
         [&] { both["name"]; }, "The class 'Both' inherits several properties 'name'"));
     EXPECT_NO_THROW(both["Other.name"]);
+    const auto idOf = [](const ClassInfo& info, int place) {
+        return *std::next(info.getPropertyIDs().begin(), place);
+    };
+    EXPECT_EQ(number(a[idOf(named, 1)]), 10) << "unqualified, but linked to the superclass";
+    EXPECT_EQ(number(a[idOf(pointClass, 0)]), 1);
+    EXPECT_EQ(CharArray(a[idOf(other, 0)]).toAscii(), "a") << "a class that has nothing to do with it";
+    char letters[] = "y";
+    const char* pointer = letters;
+    EXPECT_EQ(number(a[pointer]) + number(std::as_const(a)[letters]), 4);
     EXPECT_FALSE(factory.createValueObject(factory.createClassInfo("None")).hasProperties());
 }
 
@@ -123,6 +135,74 @@ TEST_F(Objects, AreWalkedWithAtMostOneBlockAProperty) {
     });
     EXPECT_LE(blocks, 4U + 8U) << "one a property, and those of the range";
     EXPECT_EQ(visited, 2U);
+}
+
+TEST_F(Objects, AreNotWrittenThroughReadOnlyWalks) {
+    const ValueObject constant = point(1, 2);
+    ValueObjectArray array = factory.createValueObjectArray({1, 1}, pointClass);
+    array["unit"] = factory.createArray<double>({1, 2}, {3, 4});
+    const auto expectRefusals = [&](Property property, double value) {
+        using Refused = CantAssignArrayToThisArrayException;
+        EXPECT_THROW(property = factory.createScalar(9.0), Refused);
+        Reference<Array> reference = property;
+        EXPECT_THROW(reference = property.castToArray(), Refused);
+        EXPECT_THROW(reference[0] = 9.0, Refused);
+        Reference<TypedArray<double>> doubles = reference;
+        EXPECT_THROW(doubles[0] = 9.0, Refused);
+        EXPECT_THROW(doubles.begin(), Refused);
+        EXPECT_EQ(*doubles.cbegin(), value);
+        EXPECT_EQ(number(property.castToArray()), value);
+        EXPECT_EQ(double(std::as_const(reference)[0]), value);
+    };
+    expectRefusals(*constant.begin(), 1);
+    expectRefusals(*std::as_const(array).beginArrayProp(), 3);
+    *array.beginArrayProp() = factory.createScalar(5.0);
+    EXPECT_EQ(number(std::as_const(array)["unit"]), 5);
+}
+
+/// What an operation throws, told by its message.
+template <class F>
+std::string thrownBy(F operation) {
+    try {
+        operation();
+    } catch (const Exception& error) {
+        return error.what();
+    }
+    return "nothing";
+}
+
+TEST_F(Objects, HoldArraysAsCellsDo) {
+    TypedArray<Array> cells = factory.createArray<Array>({1, 1});
+    ValueObject object = point(1, 2);
+    ValueObjectArray array = factory.createValueObjectArray({1, 1}, pointClass);
+    const std::vector<Reference<Array>> holders{cells[0], object["x"], array["unit"], *object.begin(),
+                                                *array.beginArrayProp()};
+    StructArray record = factory.createStructArray({1, 1}, {"f"});
+    const EnumArray member = factory.createEnumArray({1, 1}, "Color", {"Red"});
+    const auto operations = [&](Reference<Array> held) {
+        Array doubles = factory.createArray<double>({1, 2});
+        Array records = factory.createStructArray({1, 1}, {"f"});
+        Array others = factory.createArray<Array>({1, 1});
+        std::vector<std::string> outcomes;
+        for (const Array& value : {Array(record), Array(doubles), Array(), Array(member)}) {
+            held = value;
+            outcomes.push_back(thrownBy([&] { held["f"] = value; }));
+            outcomes.push_back(thrownBy([&] { std::as_const(held)["f"]; }));
+            outcomes.push_back(thrownBy([&] { doubles[0] = held; }));
+            outcomes.push_back(thrownBy([&] { records[0] = held; }));
+            outcomes.push_back(thrownBy([&] { others[0] = held; }));
+            outcomes.push_back(thrownBy([&] { detail::castToString(held.chain()); }));
+            outcomes.push_back(thrownBy([&] { held.chain()->setString("Red"); }));
+            outcomes.push_back(thrownBy([&] { held[0][0][0] = 1.0; }));
+        }
+        return outcomes;
+    };
+    const auto wanted = operations(holders[0]);
+    EXPECT_EQ(wanted.front(), "Data type mismatch");
+    for (const Reference<Array>& holder : holders) {
+        EXPECT_EQ(operations(holder), wanted);
+    }
+    EXPECT_TRUE(std::as_const(record)[0]["f"].isEmpty()) << "the client's own record";
 }
 
 TEST_F(Objects, AreMembersOfEnumerations) {
@@ -168,6 +248,39 @@ TEST_F(Objects, InArraysAreValuesToo) {
     mixed[1] = factory.createValueObject(named);
     EXPECT_TRUE(ValueObjectArray(mixed).isHeterogeneous());
     EXPECT_EQ(ValueObject(factory.createValueObjectScalar(out)[0]), out);
+    using namespace support;
+    auto* inner =
+        factory.getArrayFactoryImpl()->createValueObjectImpl(detail::Access::impl(pointClass).get());
+    ValueObject foreign(new ForwardingObject(Inner<ObjectImpl>(inner)));
+    foreign["y"] = factory.createScalar(4.0);
+    EXPECT_EQ(number(factory.createValueObjectScalar(foreign)[0]["y"]), 4) << "of another back-end";
+}
+
+TEST_F(Objects, InArraysAreComparedByWhatTheyAre) {
+    static_assert(std::is_same_v<decltype(&ValueObject::operator==), decltype(&ValueObject::operator!=)>);
+    ValueObjectArray two = factory.createValueObjectArray({1, 2}, pointClass);
+    const ValueObjectArray three = factory.createValueObjectArray({1, 3}, pointClass);
+    EXPECT_TRUE(two != three && three != two);
+    EXPECT_TRUE(two != factory.createValueObjectArray({2, 1}, pointClass));
+    two[0] = point(1, 2);
+    EXPECT_TRUE(two[0] == point(1, 2) && point(1, 2) == std::as_const(two)[0] && two[0] != two[1]);
+    const char* id = "y";
+    EXPECT_EQ(number(two[0][id]), 2);
+
+    const auto arrayOf = [&](const char* className, const char* member) {
+        return factory.createValueObjectScalar(factory.createEnumerationObject(className, member));
+    };
+    EXPECT_EQ(arrayOf("Color", "Red"), arrayOf("Color", "Red"));
+    EXPECT_NE(arrayOf("Color", "Red"), arrayOf("Color", "Blue"));
+    EXPECT_NE(arrayOf("Color", "Red"), arrayOf("Light", "Red"));
+    EXPECT_NE(arrayOf("Color", "Red"),
+              factory.createValueObjectScalar(factory.createValueObject(factory.createClassInfo("Color"))));
+
+    ValueObjectArray copy = two;
+    copy["unit"] = factory.createCharArray("m");
+    const Array untyped = copy;
+    EXPECT_TRUE(two == untyped && untyped == two && !(two != untyped)) << "which compares elements only";
+    EXPECT_TRUE(two != copy && two != Array() && two != TypedArray<ValueObject>(three));
 }
 
 TEST_F(Objects, ArraysHavePropertiesAndExternalDimensions) {

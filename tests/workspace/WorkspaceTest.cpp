@@ -74,6 +74,8 @@ void visit(Context, ForwardIteratorImpl* begin, ForwardIteratorImpl* end) {
         if (engine->variable != nullptr && engine->visited == 0) {
             engine->variable->retain();
             record.setValue(0, engine->variable);
+        } else if (engine->visited == 1 && !engine->throws) {
+            record.setValue(1, nullptr);
         }
         ++engine->visited;
         if (engine->throws) {
@@ -115,13 +117,15 @@ TEST_F(Callbacks, GetReferencesAndRecordsOfTheirOwn) {
     InProcessCustomWorkspace workspace = scripted();
     {
         EXPECT_EQ(number(workspace.getVariable("x")), 5);
-        std::vector<const char*> names{"a", "b"};
+        std::vector<const char*> names{"a", "b", "c"};
         const VariableInfo info = workspace.getVariables(names);
-        EXPECT_EQ(script_.visited, 2U);
+        EXPECT_EQ(script_.visited, 3U);
         EXPECT_EQ(info.getStatus(0), IVariableInfo::SET_BY_ENGINE);
-        EXPECT_EQ(info.getStatus(1), IVariableInfo::NOT_SET);
+        EXPECT_EQ(info.getStatus(1), IVariableInfo::SET_BY_ENGINE);
+        EXPECT_EQ(info.getStatus(2), IVariableInfo::NOT_SET);
         EXPECT_EQ(number(info.getValue(0)), 5);
-        EXPECT_TRUE(info.getValue(1).isEmpty());
+        EXPECT_TRUE(info.getValue(1).isEmpty()) << "the engine has set it to null";
+        EXPECT_TRUE(info.getValue(2).isEmpty());
         workspace.setVariables({"a", "b"}, {value}); // the second gets an empty array
         script_.throws = true;
         script_.visited = 0;

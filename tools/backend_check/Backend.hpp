@@ -169,7 +169,7 @@ std::size_t positionOf(const ArrayImpl& matrix, std::size_t row, std::size_t col
 /// @throws Failure unless the count is 1
 void expectOneReference(std::string_view what, const data::detail::RefCounted& object);
 
-/// How a creator answered: a back-end that does not offer a kind throws or returns null.
+/// How a creator answered: a back-end that does not offer a kind throws. Null is a failure: handles take it for an array.
 template <class F>
 auto offered(const Backend& backend, std::string_view creator, F create) {
     backend.step(creator);
@@ -179,7 +179,7 @@ auto offered(const Backend& backend, std::string_view creator, F create) {
     } catch (...) {
         throw NotOffered{std::string(creator) + " throws " + describeException()};
     }
-    if (made == nullptr) throw NotOffered{std::string(creator) + " returns null"};
+    if (made == nullptr) fail(std::string(creator) + " returns null, where it should throw");
     return Owned<std::remove_pointer_t<decltype(made)>>(made);
 }
 

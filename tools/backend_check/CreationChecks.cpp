@@ -150,7 +150,7 @@ void enumerationObjects(Backend& backend) {
 
 using Deleter = void (*)(void*);
 
-/// What `create` fills in. Nothing, and an exception, mean not offered.
+/// What `create` fills in. An exception means not offered.
 template <class F>
 void expectBuffer(const char* creator, F create) {
     void* memory = nullptr;
@@ -160,7 +160,7 @@ void expectBuffer(const char* creator, F create) {
     } catch (...) {
         throw NotOffered{std::string(creator) + " throws " + describeException()};
     }
-    if (memory == nullptr) throw NotOffered{std::string(creator) + " fills in no buffer"};
+    expect(memory != nullptr, std::string(creator) + " fills in no buffer, where it should throw");
     expect(deleter != nullptr, std::string(creator) + " fills in no deleter");
     deleter(memory);
 }

@@ -4,15 +4,18 @@
 #include "Samples.hpp"
 
 #include <vexa/data/detail/ForwardIteratorImpl.hpp>
+#include <vexa/data/detail/ReferenceImpl.hpp>
 #include <vexa/data/impl/IdentifierImpl.hpp>
 
 #include <memory>
+#include <utility>
 
 namespace vexa::check {
 
 namespace {
 
 using data::detail::ForwardIteratorImpl;
+using data::detail::ReferenceImpl;
 using data::impl::HandleObjectRefImpl;
 using data::impl::PropertyImpl;
 using Texts = std::vector<std::string>;
@@ -126,9 +129,9 @@ void balanceOfProperties(Backend& backend) {
     expectOneReference("an array after the objects that held it have gone", *held);
 }
 
-Owned<ArrayImpl> points(const Backend& backend) {
+Owned<ArrayImpl> points(const Backend& backend, std::size_t columns = 2) {
     const auto description = pointClass(backend);
-    return adopt(backend.factory().createValueObjectArrayImpl({1, 2}, description.get()),
+    return adopt(backend.factory().createValueObjectArrayImpl({1, columns}, description.get()),
                  "createValueObjectArrayImpl");
 }
 
@@ -186,6 +189,67 @@ void arrayProperties(Backend& backend) {
     expect(objects.isEqualArrayProperties(copy.get()), "isEqualArrayProperties of those of a copy is false");
 }
 
+/// Handles of object arrays compare without a test of dimensions before.
+void otherDimensions(Backend& backend) {
+    const auto two = points(backend, 2);
+    const auto three = points(backend, 3);
+    for (const auto& [a, b] : {std::pair(two.get(), three.get()), std::pair(three.get(), two.get())}) {
+        const auto what = [a = a, b = b](const char* operation) {
+            return operation + (" of " + show(a->getDimensions())) + " and " + show(b->getDimensions()) +
+                   " arrays of new objects";
+        };
+        backend.step(what("isEqualArrayProperties"));
+        asObjects(*a).isEqualArrayProperties(b);
+        backend.step(what("isEqual"));
+        expectEqual(what("isEqual"), a->isEqual(b), false);
+    }
+}
+
+void expectElementOfCells(ReferenceImpl* made, const std::string& operation) {
+    const auto chain = adopt(made, operation);
+    const ArrayImpl* array = chain->getArrayImpl();
+    const std::string what = "the array of what " + operation + " returns";
+    expect(array != nullptr, what + " is null");
+    expectEqual("getType of " + what, array->getType(), ArrayType::CELL);
+    ArrayImpl* held = chain->getElementArray(false);
+    expect(held != nullptr && held->getType() == ArrayType::DOUBLE,
+           "getElementArray of what " + operation + " returns is not the value of the property");
+}
+void referencesToProperties(Backend& backend) {
+    const auto point = newPoint(backend, 1, 2);
+    expectElementOfCells(point->getPropertyReference(property("x")), "getPropertyReference");
+    const auto first = adopt(adopt(point->begin(), "begin")->get(), "get of an iterator");
+    expectElementOfCells(dynamic_cast<PropertyImpl&>(*first).getReference(), "getReference of a property");
+}
+void referencesToArrayProperties(Backend& backend) {
+    const auto array = points(backend);
+    const auto reference = [&] { return asObjects(*array).getArrayPropertyReference(property("unit")); };
+    adopt(reference(), "getArrayPropertyReference")->setArray(scalar(backend, 9).get());
+    expectElementOfCells(reference(), "getArrayPropertyReference");
+}
+
+void expectRefusal(ForwardIteratorImpl* iterator, const std::string& operation, ArrayImpl& value) {
+    const auto object = adopt(adopt(iterator, operation)->get(), "get of an iterator");
+    auto& view = dynamic_cast<PropertyImpl&>(*object);
+    const auto chain = adopt(view.getReference(), "getReference");
+    const std::string through = " through getReference of a property from " + operation;
+    expectThrows("setArray" + through, [&] { chain->setArray(&value); });
+    expectThrows("prepareForWrite" + through, [&] { chain->prepareForWrite(); });
+    expectThrows("getElementArray for writing" + through, [&] { chain->getElementArray(true); });
+    expectThrows("createReference for writing" + through, [&] { chain->createReference(true, false); });
+}
+void readOnlyWalks(Backend& backend) {
+    const auto point = newPoint(backend, 1, 2);
+    const auto value = scalar(backend, 5);
+    expectRefusal(std::as_const(*point).cbegin(), "cbegin", *value);
+    expectEqual("property x after a write that was refused", valueOf(*point, "x"), 1.0);
+}
+void readOnlyWalksOfArrays(Backend& backend) {
+    const auto array = points(backend);
+    const auto value = scalar(backend, 5);
+    expectRefusal(asObjects(*array).cbeginArrayProp(), "cbeginArrayProp", *value);
+}
+
 void scalars(Backend& backend) {
     const auto point = newPoint(backend, 1, 2);
     const auto array =
@@ -233,6 +297,11 @@ void addObjectChecks(Checks& checks) {
     objects.add("arrays describe their class", array, arrayDescribesItself);
     objects.add("elements of object arrays", array, elementsOfArrays);
     objects.add("properties of the array", array, arrayProperties);
+    objects.add("arrays of other dimensions are unequal", array, otherDimensions);
+    objects.add("references to properties lead into a cell array", object, referencesToProperties);
+    objects.add("references to array properties do too", array, referencesToArrayProperties);
+    objects.add("read-only walks refuse writes", object, readOnlyWalks);
+    objects.add("read-only walks of array properties do too", array, readOnlyWalksOfArrays);
     objects.add("arrays of one object", {"object-scalar", "value-object", "class", "double"}, scalars);
     objects.add("handle objects name what they denote", {"handle-object"}, handles);
     objects.add("enumeration objects name their member", {"enumeration-object"}, membersOfEnumerations);

@@ -173,7 +173,7 @@ public:
 /// `Reference<A>` that do so. `A` is a `TypedArray<T>`, `CharArray`, `StructArray`, `EnumArray`, `ValueObjectArray` or
 /// `SparseArray<T>`.
 template <class A>
-class Reference<const A> : public Reference<A>::ReadOnly {
+class Reference<const A> : public Reference<A>::ReadOnly, private detail::NotAssignable {
     using View = typename Reference<A>::ReadOnly;
 
 public:
@@ -187,7 +187,7 @@ public:
 
 /// A cell or field whose array, of any kind, is only read.
 template <>
-class Reference<const Array> : public ArrayReferenceExt {
+class Reference<const Array> : public ArrayReferenceExt, private detail::NotAssignable {
 public:
     using ArrayReferenceExt::ArrayReferenceExt;
     template <class Element, std::enable_if_t<detail::isArrayReference<Element>, int> = 0>

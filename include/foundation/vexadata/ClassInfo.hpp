@@ -40,22 +40,31 @@ private:
 };
 
 /// A property of an object, as seen while walking it. Valid as long as the object's handle is neither dropped nor made
-/// private by a later write.
+/// private by a later write. A property that came from a read-only walk cannot be written: storing a value, and any writable way
+/// into its value, throw CantAssignArrayToThisArrayException; back-ends see to it.
 class VEXADATA_API Property {
 public:
     /// Adopts the one reference that `impl` carries.
     /// @throws std::bad_alloc after dropping the reference
     explicit Property(vexa::data::detail::RefCounted* impl);
+    Property(const Property&) noexcept = default;
+    Property(Property&&) noexcept = default;
+    /// Makes the handle stand for the other property. Not for what a walk just gave: `*to = *from` would change nothing.
+    Property& operator=(const Property&) & noexcept = default;
+    Property& operator=(Property&&) & noexcept = default;
+    Property& operator=(const Property&) && = delete;
+    ~Property() = default;
 
     VexaPropertyIdentifier getIdentifier() const;
     std::string getPropertyName() const { return getIdentifier().getPropertyName(); }
     std::string getClassName() const { return getIdentifier().getClassName(); }
-    /// The value, shared with the object until one of them is written.
-    Array castToArray() const;
+    /// The value, shared with the object until one of them is written. Constant, so that writing to it on the spot, which the object
+    /// would never see, does not compile.
+    const Array castToArray() const;
     /// Writing through it changes the property in place.
     operator Reference<Array>() const;
     /// Stores a value.
-    const Property& operator=(const Array& value) const {
+    Property& operator=(const Array& value) {
         Reference<Array> reference = *this;
         reference = value;
         return *this;

@@ -23,7 +23,7 @@ public:
     using iterator_category = std::input_iterator_tag;
     using value_type = std::remove_const_t<T>;
     using difference_type = std::ptrdiff_t;
-    using reference = value_type;
+    using reference = T; // made anew at each dereference
     using pointer = void;
 
     /// Adopts the one reference that `impl` carries.
@@ -47,7 +47,7 @@ public:
         impl_->increment();
         return before;
     }
-    value_type operator*() const { return value_type(impl_->get()); }
+    T operator*() const { return value_type(impl_->get()); }
 
     bool operator==(const ForwardIterator& other) const { return impl_->equal(other.impl_.get()); }
     bool operator!=(const ForwardIterator& other) const { return !(*this == other); }

@@ -1,7 +1,7 @@
 // Names of classes, fields and properties.
 #pragma once
 
-#include <foundation/vexadata/Forward.hpp>
+#include <foundation/vexadata/Access.hpp>
 
 #include <cstddef>
 #include <functional>
@@ -100,11 +100,12 @@ VEXADATA_API VexaPropertyIdentifier validateVexaPropertyIdentifier(const VexaPro
 
 } // namespace foundation::vexadata
 
-/// Equal identifiers have equal hashes.
+/// Equal identifiers have equal hashes. One that was moved from has that of an empty name.
 template <>
 struct std::hash<foundation::vexadata::VexaClassIdentifier> {
     std::size_t operator()(const foundation::vexadata::VexaClassIdentifier& id) const {
-        return std::hash<std::string>()(id.getString());
+        const bool moved = foundation::vexadata::detail::Access::impl(id) == nullptr;
+        return std::hash<std::string>()(moved ? std::string() : id.getString());
     }
 };
 template <>

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -34,22 +35,26 @@ protected:
 
 namespace detail {
 
+/// Text that a pointer leads to, literals too. Deduced, so that no 0 is taken for a null pointer.
+template <class Text>
+using IfCharPointer = std::enable_if_t<std::is_same_v<Text, const char*> || std::is_same_v<Text, char*>, int>;
+
 /// `handle["id"]` for a handle whose `[]` takes property identifiers.
 template <class Handle>
 class PropertiesByText {
 public:
-    Array operator[](const std::string& id) const {
+    const Array operator[](const std::string& id) const {
         return static_cast<const Handle&>(*this)[VexaPropertyIdentifier(id)];
     }
-    template <std::size_t length>
-    Array operator[](const char (&id)[length]) const {
+    template <class Text, IfCharPointer<Text> = 0>
+    const Array operator[](Text id) const {
         return static_cast<const Handle&>(*this)[VexaPropertyIdentifier(id)];
     }
     Reference<Array> operator[](const std::string& id) {
         return static_cast<Handle&>(*this)[VexaPropertyIdentifier(id)];
     }
-    template <std::size_t length>
-    Reference<Array> operator[](const char (&id)[length]) {
+    template <class Text, IfCharPointer<Text> = 0>
+    Reference<Array> operator[](Text id) {
         return static_cast<Handle&>(*this)[VexaPropertyIdentifier(id)];
     }
 };
@@ -76,14 +81,16 @@ public:
     /// @throws std::logic_error when the back-end has none
     std::string getEnumerationName() const;
 
-    /// The value of a property, shared with the object until one of them is written.
-    Array operator[](const VexaPropertyIdentifier& id) const;
+    /// The value of a property, shared with the object until one of them is written. Constant, so that writing to it on the spot,
+    /// which the object would never see, does not compile; assign it to an `Array` to change that.
+    const Array operator[](const VexaPropertyIdentifier& id) const;
     /// The property, to be written or looked into.
     /// @throws std::bad_alloc, the handle unchanged
     Reference<Array> operator[](const VexaPropertyIdentifier& id);
     using detail::PropertiesByText<ValueObject>::operator[];
 
-    /// The properties; the writable form makes the object private first.
+    /// The properties; the writable form makes the object private first. Those that the read-only form gives cannot be written
+    /// through; see Property.
     iterator begin();
     iterator end();
     const_iterator begin() const { return cbegin(); }
@@ -96,13 +103,14 @@ public:
     bool hasProperties() const { return numOfProperties() != 0; }
     /// Names of the properties as they are shown.
     std::vector<std::string> getExternalRepresentationPropertyNames() const;
-};
 
-/// Equal properties: the same number, and for each of one side an equal value under the same identifier on the other.
-/// Neither the classes nor the order of the properties matter. Two empty handles are equal.
-/// @throws errors of the back-end, which may have one for an unknown property
-VEXADATA_API bool operator==(const ValueObject& a, const ValueObject& b);
-inline bool operator!=(const ValueObject& a, const ValueObject& b) { return !(a == b); }
+    /// Equal properties: the same number, and for each of this object an equal value under the same identifier in the other.
+    /// Neither the classes nor the order of the properties matter, nor which members of enumerations the objects are. Two
+    /// empty handles are equal.
+    /// @throws errors of the back-end, which may have one for an unknown property
+    bool operator==(const ValueObject& other) const;
+    bool operator!=(const ValueObject& other) const { return !(*this == other); }
+};
 
 /// An object with reference semantics: copies denote the same object, which lives in an engine instance.
 class VEXADATA_API HandleObjectRef : public Object {

@@ -37,14 +37,30 @@ class VEXADATA_API ValueObjectElement : public ElementView<ValueObject> {
 public:
     using ElementView<ValueObject>::ElementView;
 
-    /// The value of a property, shared with the object.
+    /// The value of a property, shared with the object. Constant, so that writing to it on the spot, which the element would
+    /// never see, does not compile.
     /// @throws index errors; errors of the back-end
-    Array operator[](const VexaPropertyIdentifier& id) const;
-    Array operator[](const std::string& id) const { return (*this)[VexaPropertyIdentifier(id)]; }
-    template <std::size_t length>
-    Array operator[](const char (&id)[length]) const {
+    const Array operator[](const VexaPropertyIdentifier& id) const;
+    const Array operator[](const std::string& id) const { return (*this)[VexaPropertyIdentifier(id)]; }
+    template <class Text, IfCharPointer<Text> = 0>
+    const Array operator[](Text id) const {
         return (*this)[VexaPropertyIdentifier(id)];
     }
+
+    /// Equality of the objects.
+    /// @throws index errors; errors of the back-end
+    friend bool operator==(const ValueObjectElement& a, const ValueObjectElement& b) {
+        return static_cast<ValueObject>(a) == static_cast<ValueObject>(b);
+    }
+    friend bool operator==(const ValueObjectElement& a, const ValueObject& b) {
+        return static_cast<ValueObject>(a) == b;
+    }
+    friend bool operator==(const ValueObject& a, const ValueObjectElement& b) {
+        return a == static_cast<ValueObject>(b);
+    }
+    friend bool operator!=(const ValueObjectElement& a, const ValueObjectElement& b) { return !(a == b); }
+    friend bool operator!=(const ValueObjectElement& a, const ValueObject& b) { return !(a == b); }
+    friend bool operator!=(const ValueObject& a, const ValueObjectElement& b) { return !(a == b); }
 };
 
 } // namespace detail
@@ -137,8 +153,8 @@ public:
 
     /// The value of a property. With `unshare` the array is made private first, as for writing.
     /// @throws index errors; errors of the back-end
-    Array getProp(const VexaPropertyIdentifier& id, bool unshare) const;
-    /// Names of the properties as they are shown.
+    const Array getProp(const VexaPropertyIdentifier& id, bool unshare) const;
+    /// Names of the properties as they are shown; none for an element without object.
     /// @throws index errors; errors of the back-end
     std::vector<std::string> getExternalRepresentationPropertyNames() const;
 

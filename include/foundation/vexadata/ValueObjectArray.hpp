@@ -7,10 +7,20 @@
 #include <cstddef>
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
 namespace foundation::vexadata {
+
+namespace detail {
+
+/// Array handles that are no object arrays.
+template <class A>
+using IfOtherArray =
+    std::enable_if_t<std::is_base_of_v<Array, A> && !std::is_base_of_v<ValueObjectArray, A>, int>;
+
+} // namespace detail
 
 /// An array of value objects, which besides its elements has properties of its own. Writable ways in make the array private
 /// first, also when they are used for reading. Errors of the back-end pass through.
@@ -34,13 +44,14 @@ public:
     /// Whether elements may be of different classes.
     bool isHeterogeneous() const;
 
-    /// A property of the array, shared with it until one of them is written.
-    Array operator[](const VexaPropertyIdentifier& id) const;
+    /// A property of the array, shared with it until one of them is written. Constant, so that writing to it on the spot, which
+    /// the array would never see, does not compile.
+    const Array operator[](const VexaPropertyIdentifier& id) const;
     /// A property of the array, to be written or looked into.
     Reference<Array> operator[](const VexaPropertyIdentifier& id);
     using detail::PropertiesByText<ValueObjectArray>::operator[];
 
-    /// The properties of the array.
+    /// The properties of the array. Those that the read-only forms give cannot be written through; see Property.
     ForwardIterator<Property> beginArrayProp();
     ForwardIterator<Property> endArrayProp();
     ForwardIterator<const Property> beginArrayProp() const { return cbeginArrayProp(); }
@@ -59,6 +70,15 @@ public:
     /// Equal properties of the arrays, and equal elements. Ends the process when the back-end fails.
     bool operator==(const ValueObjectArray& other) const noexcept;
     bool operator!=(const ValueObjectArray& other) const noexcept { return !(*this == other); }
+    /// Equality of arrays, with a handle of another type: properties of the arrays do not matter.
+    template <class A, detail::IfOtherArray<A> = 0>
+    bool operator==(const A& other) const noexcept {
+        return static_cast<const Array&>(*this) == static_cast<const Array&>(other);
+    }
+    template <class A, detail::IfOtherArray<A> = 0>
+    bool operator!=(const A& other) const noexcept {
+        return !(*this == other);
+    }
 };
 
 namespace detail {

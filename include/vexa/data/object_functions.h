@@ -1,7 +1,7 @@
 /* Objects for callers that hold back-end pointers only: functions with C linkage. The header is C as well as C++.
  *
- * Pointers passed in are borrowed: no function keeps one or drops its reference. Unless a function says otherwise they must
- * not be null. A reference is resolved to its array and the position of its element; what goes wrong with that, or in the
+ * Pointers passed in are borrowed: no function drops their reference, and what an element comes to hold gets one more. Unless a
+ * function says otherwise they must not be null. A reference is resolved to its array and the position of its element; what goes wrong with that, or in the
  * back-end, leaves the function as a C++ exception (object_reference_is_equal excepted). What is returned is borrowed
  * from the object it came from, and valid while that lives, unless a function says otherwise. Functions that fill an
  * out-parameter return 1 when they have, and 0, leaving it alone, when the handle passed in is null. */
@@ -51,17 +51,17 @@ VEXA_FUNCTION bool object_array_is_heterogeneous_x(vexa_array* array);
 VEXA_FUNCTION vexa_iterator* object_reference_begin_x(vexa_reference* reference);
 VEXA_FUNCTION vexa_iterator* object_reference_end_x(vexa_reference* reference);
 
-/* The class of an element. */
+/* The class of an element; null for an element without object. */
 VEXA_FUNCTION vexa_class_info* object_reference_get_class_info_x(vexa_reference* reference);
 
-/* Name of the enumeration member that an element is; null when it is none. */
+/* Name of the enumeration member that an element is; null when it is none, or has no object. */
 VEXA_FUNCTION const char* object_reference_get_enumeration_name_x(vexa_reference* reference);
 
 /* The object of an element, not a copy, with a reference added for the caller; null for an element without object.
  * Returns 1. */
 VEXA_FUNCTION int object_reference_shared_copy_x(vexa_reference* reference, vexa_object** object);
 
-/* Stores an object into an element, whose array is made private first. */
+/* Stores an object into an element, whose array is made private first. The element adds a reference of its own. */
 VEXA_FUNCTION void object_set_value_x(vexa_reference* reference, vexa_object* value);
 
 /* Equality of two elements as value objects. Lets no exception out: a side that cannot be resolved counts as absent, an
@@ -89,7 +89,7 @@ VEXA_FUNCTION int handle_ref_get_zvm_id_x(vexa_reference* reference, vexa_zvm_id
  * Returns 1. */
 VEXA_FUNCTION int handle_object_ref_reference_shared_copy_x(vexa_reference* reference, vexa_object** object);
 
-/* Stores a handle object into an element, whose array is made private first. */
+/* Stores a handle object into an element, whose array is made private first. The element adds a reference of its own. */
 VEXA_FUNCTION void handle_ref_set_value_x(vexa_reference* reference, vexa_handle_object* value);
 
 #undef VEXA_FUNCTION

@@ -73,9 +73,10 @@ public:
     ~WrongNumberOfNamesException() override;
 };
 
-/// A class has no property of this name.
+/// A class has no property of this name; or there is no class, as in an element without object.
 class VEXADATA_API UnknownPropertyException final : public NamedException {
 public:
+    /// `className` is empty when there is no class.
     UnknownPropertyException(const std::string& name, const std::string& className);
     ~UnknownPropertyException() override;
 };

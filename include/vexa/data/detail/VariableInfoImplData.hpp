@@ -25,11 +25,11 @@ public:
     virtual const char* getName(std::size_t index) const;
     /// Operation 2.
     virtual void setStatus(std::size_t index, VariableStatus status);
-    /// Operation 3. Adopts one reference to `value` and sets the status to SET_BY_ENGINE.
+    /// Operation 3. Adopts one reference to `value` and sets the status to SET_BY_ENGINE. Null stands for an empty array.
     virtual void setValue(std::size_t index, impl::ArrayImpl* value);
     /// Operation 4.
     virtual VariableStatus getStatus(std::size_t index) const;
-    /// Operation 5. The value's array with one reference added for the caller.
+    /// Operation 5. The value's array with one reference added for the caller; never null.
     virtual impl::ArrayImpl* getValue(std::size_t index) const;
 
 private:

@@ -96,7 +96,8 @@ public:
     /// Order 34. First element of contiguous storage, valid until the array is changed or released; null when there
     /// is none, which is the default.
     virtual const void* getUntypedDataPtr() const;
-    /// Order 35. Element-wise equality with an array of equal dimensions and type. Must not throw.
+    /// Order 35. Element-wise equality with an array of equal dimensions and type; object arrays are asked without a test of
+    /// these, and test them. Must not throw.
     virtual bool isEqual(const ArrayImpl* other) const = 0;
 
 protected:

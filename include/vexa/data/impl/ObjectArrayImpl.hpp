@@ -22,7 +22,8 @@ public:
     virtual foundation::vexadata::ClassInfo getClassInfo() const = 0; ///< order 41
     virtual bool isHeterogeneous() const = 0; ///< order 42: elements of different classes
     virtual foundation::vexadata::Array getArrayProperty(VexaPropertyIdentifier id) const = 0; ///< order 43
-    virtual detail::ReferenceImpl* getArrayPropertyReference(VexaPropertyIdentifier id) = 0;   ///< order 44
+    /// Order 44. A writable reference to an array property, as PropertyImpl describes it.
+    virtual detail::ReferenceImpl* getArrayPropertyReference(VexaPropertyIdentifier id) = 0;
     virtual detail::ForwardIteratorImpl* beginArrayProp() = 0; ///< order 45: PropertyImpl objects, writable
     virtual detail::ForwardIteratorImpl* endArrayProp() = 0;   ///< order 46
     virtual detail::ForwardIteratorImpl* cbeginArrayProp() const = 0; ///< order 47: the same, read-only
@@ -36,7 +37,7 @@ public:
     virtual std::vector<std::size_t> getExternalDimensions() const = 0;                       ///< order 55
     virtual bool isExternalDimensionsSet() const = 0;                                         ///< order 56
     virtual std::vector<std::string> getExternalRepresentationArrayPropertyNames() const = 0; ///< order 57
-    /// Order 58. Value of one property of element `index`.
+    /// Order 58. Value of one property of element `index`. What an element without object answers is the back-end's choice.
     virtual foundation::vexadata::Array getElementProperty(std::size_t index,
                                                            VexaPropertyIdentifier id) const = 0;
     /// Order 59. Stores an object (borrowed: add a reference to keep it) into element `index`.
@@ -51,7 +52,8 @@ public:
     /// Order 66. The properties of element `index`.
     virtual detail::ForwardIteratorImpl* beginElementProperties(std::size_t index) = 0;
     virtual detail::ForwardIteratorImpl* endElementProperties(std::size_t index) = 0; ///< order 67
-    /// Order 68. Equality of the array properties with those of another object array.
+    /// Order 68. Equality of the array properties with those of another object array, of whatever dimensions and back-end. Handles
+    /// ask this first and then, whatever the answer, order 35, which has to compare dimensions itself. Must not throw.
     virtual bool isEqualArrayProperties(const ArrayImpl* other) const = 0;
 
 protected:

@@ -14,6 +14,11 @@
 namespace vexa::data::impl {
 
 /// One property of an object as seen while walking it. Operations 1 to 3 follow the destructor.
+///
+/// A reference to a property is a chain to the element of a cell array: its `getArrayImpl` is an array of type CELL in which the
+/// property is the element at the chain's position, with the value as what that element holds. Were it the value itself, then
+/// storing, copying and looking up fields would go to the first element of the value. An object that keeps its values in a cell
+/// array hands out `ArrayReferenceImpl(cells, place)`.
 class VEXADATA_API PropertyImpl : public detail::RefCounted {
 public:
     ~PropertyImpl() override;
@@ -22,7 +27,9 @@ public:
     virtual const foundation::vexadata::VexaPropertyIdentifier* getIdentifier() const = 0;
     /// Operation 2. The value, shared.
     virtual std::shared_ptr<ArrayImpl> getValue() const = 0;
-    /// Operation 3. A writable reference to the value, one reference for the caller.
+    /// Operation 3. A writable reference to the property, one reference for the caller. For a property from a read-only walk
+    /// every way to write through it throws CantAssignArrayToThisArrayException: `setArray`, `prepareForWrite`,
+    /// `getElementArray` and `createReference` with the write flag.
     virtual detail::ReferenceImpl* getReference() = 0;
 
 protected:
@@ -45,16 +52,17 @@ public:
     virtual foundation::vexadata::ClassInfo getClassInfo() const = 0; ///< operation 5
     /// Operation 6. The value of a property, shared. An unknown one is the back-end's to report.
     virtual std::shared_ptr<ArrayImpl> getProperty(VexaPropertyIdentifier id) const = 0;
-    /// Operation 7. A writable reference to a property.
+    /// Operation 7. A writable reference to a property, as PropertyImpl describes it.
     virtual detail::ReferenceImpl* getPropertyReference(VexaPropertyIdentifier id) = 0;
-    virtual detail::ForwardIteratorImpl* begin() = 0;        ///< operation 8: PropertyImpl objects, writable
-    virtual detail::ForwardIteratorImpl* end() = 0;          ///< operation 9
-    virtual detail::ForwardIteratorImpl* cbegin() const = 0; ///< operation 10: the same, read-only
-    virtual detail::ForwardIteratorImpl* cend() const = 0;   ///< operation 11
-    virtual void reservedOp12();                             ///< operation 12, not called by this library
-    virtual void reservedOp13();                             ///< operation 13, not called by this library
-    virtual void reservedOp14();                             ///< operation 14, not called by this library
-    virtual void reservedOp15();                             ///< operation 15, not called by this library
+    virtual detail::ForwardIteratorImpl* begin() = 0; ///< operation 8: PropertyImpl objects, writable
+    virtual detail::ForwardIteratorImpl* end() = 0;   ///< operation 9
+    /// Operation 10. The same, read-only; see operation 3 of PropertyImpl.
+    virtual detail::ForwardIteratorImpl* cbegin() const = 0;
+    virtual detail::ForwardIteratorImpl* cend() const = 0; ///< operation 11
+    virtual void reservedOp12();                           ///< operation 12, not called by this library
+    virtual void reservedOp13();                           ///< operation 13, not called by this library
+    virtual void reservedOp14();                           ///< operation 14, not called by this library
+    virtual void reservedOp15();                           ///< operation 15, not called by this library
     virtual bool hasProperty(const VexaPropertyIdentifier& id) const = 0;                ///< operation 16
     virtual std::size_t numOfProperties() const = 0;                                     ///< operation 17
     virtual std::vector<std::string> getExternalRepresentationPropertyNames() const = 0; ///< operation 18
