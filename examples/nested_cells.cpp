@@ -23,22 +23,19 @@ int main() {
     TypedArray<Array> outer = factory.createArray<Array>({2, 1}, {inner, numbers});
     const TypedArray<Array> copy = outer; // nothing is copied yet
 
-    outer[1][2] = 30.0; // number 2 of the array in cell 1
-    std::cout << "numbers " << numbers[2] << ", in the cell " << double(outer[1][2]) << '\n';
+    outer[1].held()[2] = 30.0; // number 2 of the array in cell 1
+    std::cout << "numbers " << numbers[2] << ", in the cell " << outer[1].held()[2] << '\n';
 
-    Reference<TypedArray<Array>> cell = outer[0]; // a level at a time for what lies deeper
-    cell[1][1] = 20.0;
+    outer[0].held()[1].held()[1] = 20.0; // a level at a time for what lies deeper
     std::cout << "inside " << inside(outer) << ", in the copy " << inside(copy) << '\n';
 
     // The label was never written: all still share the one array.
     const TypedArray<Array> left = outer[0];
     const TypedArray<Array> right = copy[0];
-    std::cout << "label "
-              << (Array(left[0]).getArrayID() == Array(right[0]).getArrayID() ? "shared" : "copied")
+    std::cout << "label " << (left[0].getArrayID() == right[0].getArrayID() ? "shared" : "copied")
               << ", cells " << (left == right ? "equal" : "different") << '\n';
 
     for (const auto& element : copy) {
-        const Array held = element;
-        std::cout << held.getNumberOfElements() << " elements of kind " << int(held.getType()) << '\n';
+        std::cout << element.getNumberOfElements() << " elements of kind " << int(element.getType()) << '\n';
     }
 }

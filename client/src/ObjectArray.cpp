@@ -211,6 +211,7 @@ ObjectImpl* ObjectArray::separate(std::size_t index) {
         Access::unshare(elements_[index]);
         setHeld(elements_[index]);
     }
+    return Access::impl(elements_[index]).get();
 }
 void ObjectArray::put(std::size_t index, Element object) {
     setHeld(object);
@@ -220,7 +221,6 @@ void ObjectArray::setHeld(const Element& object) noexcept {
     if (auto* instance = dynamic_cast<Instance*>(Access::impl(object).get())) {
         instance->properties().setHeld();
     }
-    return Access::impl(elements_[index]).get();
 }
 
 void setExternalDimensions(fv::ValueObjectArray& array, std::vector<std::size_t> dimensions) {

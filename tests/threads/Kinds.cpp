@@ -95,7 +95,7 @@ void writeCells(Array& array, double stamp) {
         value = stamp;
     }
     for (std::size_t k = 0; k < elements; ++k) {
-        cells[0][k] = stamp;
+        cells[0].held()[k] = stamp;
     }
     array = std::move(cells);
 }
