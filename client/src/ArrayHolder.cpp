@@ -2,6 +2,8 @@
 
 #include "ObjectArray.hpp"
 
+#include <foundation/vexadata/TypeInformation.hpp>
+
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
@@ -49,8 +51,9 @@ private:
 };
 
 ObjectArray* asObjects(ArrayImpl& array) {
-    return fv::detail::acceptsType<fv::ValueObject>(array.getType()) ? dynamic_cast<ObjectArray*>(&array)
-                                                                     : nullptr;
+    return fv::detail::acceptsType<fv::ValueObject>(array.getType())
+               ? fv::detail::dynamicCast<ObjectArray>(&array)
+               : nullptr;
 }
 /// The slots of a cell or struct, the properties of an array of objects; null for arrays that hold none, and for those of other
 /// back-ends.
@@ -61,7 +64,7 @@ ArrayHolder* slotsOf(ArrayImpl& array) {
     if (ObjectArray* objects = asObjects(array)) {
         return &objects->properties();
     }
-    return dynamic_cast<ArrayHolder*>(&array);
+    return fv::detail::dynamicCast<ArrayHolder>(&array);
 }
 
 /// Calls `visit` for the slots of `array` and for those of its objects.
@@ -205,7 +208,7 @@ Held storable(ArrayImpl& array, const ArrayHolder& target) {
 }
 
 fv::HandleObjectRef storable(fv::HandleObjectRef object, const ArrayHolder& target) {
-    auto* instance = dynamic_cast<Instance*>(Access::impl(object).get());
+    auto* instance = fv::detail::dynamicCast<Instance>(Access::impl(object).get());
     if (instance != nullptr && target.isHeld() && Search(target).reachesFrom(instance->properties())) {
         return SeparateCopies().of(*instance);
     }

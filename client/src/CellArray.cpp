@@ -4,6 +4,7 @@
 #include "Equality.hpp"
 #include "Release.hpp"
 
+#include <foundation/vexadata/TypeInformation.hpp>
 #include <vexa/data/detail/NonPrimitiveIteratorImpl.hpp>
 
 #include <utility>
@@ -49,7 +50,7 @@ bool CellArray::isShared(std::size_t slot) const noexcept {
 }
 void CellArray::replace(std::size_t slot, Held array) { elements_[slot] = Array(array.detach()); }
 bool CellArray::equalsIn(Comparison& comparison, const data::impl::ArrayImpl& other) const {
-    const auto* right = dynamic_cast<const CellArray*>(&other);
+    const auto* right = foundation::vexadata::detail::dynamicCast<const CellArray>(&other);
     return right != nullptr ? comparison.equalSlots(*this, *right)
                             : equalElements<Array>(*this, static_cast<const TypedArrayImpl<Array>&>(other));
 }

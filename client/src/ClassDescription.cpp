@@ -1,5 +1,6 @@
 #include "ClassDescription.hpp"
 
+#include <foundation/vexadata/TypeInformation.hpp>
 #include <vexa/client/Exception.hpp>
 #include <vexa/data/detail/ForwardIteratorImpl.hpp>
 #include <vexa/data/impl/IdentifierImpl.hpp>
@@ -180,7 +181,8 @@ ClassDescription::ClassDescription(std::string name, const std::vector<VexaPrope
     DistinctIdentifiers all = ownProperties(this->name(), properties);
     DistinctIdentifiers allOfArrays = ownProperties(this->name(), arrayProperties);
     for (const ClassInfo& superclass : superclasses) {
-        const auto* above = dynamic_cast<const ClassDescription*>(Access::impl(superclass).get());
+        const auto* above =
+            foundation::vexadata::detail::dynamicCast<const ClassDescription>(Access::impl(superclass).get());
         if (above == nullptr) {
             throw ForeignClassException(Access::impl(superclass) == nullptr
                                             ? std::string()

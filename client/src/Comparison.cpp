@@ -2,6 +2,8 @@
 
 #include "Instance.hpp"
 
+#include <foundation/vexadata/TypeInformation.hpp>
+
 #include <new>
 
 namespace vexa::client {
@@ -48,7 +50,8 @@ bool Comparison::finish() {
     while (!left_.empty()) {
         const auto [a, b] = left_.back();
         left_.pop_back();
-        const auto* own = dynamic_cast<const Comparable*>(a); // not of another back-end
+        const auto* own =
+            foundation::vexadata::detail::dynamicCast<const Comparable>(a); // not of another back-end
         if (!(own != nullptr ? own->equalsIn(*this, *b) : a->isEqual(b))) {
             return false;
         }

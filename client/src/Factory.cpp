@@ -35,6 +35,7 @@ auto forPrimitive(fv::ArrayType type, F make) {
     case fv::detail::arrayTypeOf<T>:                                                                         \
         return make(ElementTag<T>());
 #include <foundation/vexadata/PrimitiveTypes.inc>
+#include <foundation/vexadata/TypeInformation.hpp>
     default:
         fv::detail::raise<E>();
     }
@@ -84,7 +85,7 @@ namespace {
 /// The description of a class of this back-end, shared.
 /// @throws ForeignClassException
 std::shared_ptr<const ClassDescription> descriptionOf(data::impl::ClassInfoImpl* classInfo) {
-    const auto* description = dynamic_cast<const ClassDescription*>(classInfo);
+    const auto* description = fv::detail::dynamicCast<const ClassDescription>(classInfo);
     if (description == nullptr) {
         throw ForeignClassException(classInfo == nullptr ? std::string()
                                                          : classInfo->getClassIdentifier()->name());
@@ -107,7 +108,7 @@ data::impl::ObjectImpl* Factory::createValueObjectImpl(data::impl::ClassInfoImpl
 }
 
 ArrayImpl* Factory::createValueObjectScalarImpl(data::impl::ObjectImpl* object) {
-    const auto* instance = dynamic_cast<const Instance*>(object);
+    const auto* instance = fv::detail::dynamicCast<const Instance>(object);
     if (instance == nullptr) { // of another back-end, or no object: no class of ours describes it
         auto scalar = std::make_unique<ObjectArray>(fv::ArrayType::VALUE_OBJECT, Dimensions{1, 1});
         scalar->setElementObject(0, object);

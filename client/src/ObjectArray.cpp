@@ -2,6 +2,7 @@
 
 #include "ArrayHolder.hpp"
 
+#include <foundation/vexadata/TypeInformation.hpp>
 #include <vexa/client/Exception.hpp>
 #include <vexa/client/Objects.hpp>
 #include <vexa/data/detail/NonPrimitiveIteratorImpl.hpp>
@@ -52,8 +53,8 @@ bool sameMember(const ObjectImpl* a, const ObjectImpl* b) {
     if (left == nullptr || right == nullptr) {
         return left == right;
     }
-    const auto* mine = dynamic_cast<const Instance*>(a);
-    const auto* others = dynamic_cast<const Instance*>(b);
+    const auto* mine = fv::detail::dynamicCast<const Instance>(a);
+    const auto* others = fv::detail::dynamicCast<const Instance>(b);
     const bool sameClass =
         mine == nullptr || others == nullptr || mine->description().name() == others->description().name();
     return sameClass && std::strcmp(left, right) == 0;
@@ -69,8 +70,8 @@ bool equalObjects(Comparison* comparison, const fv::ValueObject& a, const fv::Va
     if (!sameMember(Access::impl(a).get(), Access::impl(b).get())) {
         return false;
     }
-    auto* mine = dynamic_cast<Instance*>(Access::impl(a).get());
-    auto* others = dynamic_cast<Instance*>(Access::impl(b).get());
+    auto* mine = fv::detail::dynamicCast<Instance>(Access::impl(a).get());
+    auto* others = fv::detail::dynamicCast<Instance>(Access::impl(b).get());
     if (comparison == nullptr || mine == nullptr || others == nullptr ||
         !mine->description().equals(others->description())) {
         return a == b;
@@ -86,7 +87,8 @@ bool ObjectArray::equalsIn(Comparison& comparison, const ArrayImpl& other) const
     if (getDimensions() != objects.getDimensions()) { // object arrays are compared without a test before
         return false;
     }
-    Comparison* const goingOn = dynamic_cast<const ObjectArray*>(&other) != nullptr ? &comparison : nullptr;
+    Comparison* const goingOn =
+        fv::detail::dynamicCast<const ObjectArray>(&other) != nullptr ? &comparison : nullptr;
     try {
         for (std::size_t k = 0; k < elements_.size(); ++k) {
             if (!equalObjects(goingOn, fv::ValueObject(getElementObject(k)),
@@ -167,7 +169,7 @@ void ObjectArray::requireClassOf(const ObjectImpl* object) const {
     if (description_ == nullptr || object == nullptr) {
         return;
     }
-    const auto* instance = dynamic_cast<const Instance*>(object);
+    const auto* instance = fv::detail::dynamicCast<const Instance>(object);
     if (instance == nullptr || !instance->description().equals(*description_)) {
         throw WrongClassException(instance == nullptr ? std::string() : instance->description().name(),
                                   description_->name());
@@ -199,12 +201,12 @@ ForwardIteratorImpl* ObjectArray::endElementProperties(std::size_t index) {
 ForwardIteratorImpl* ObjectArray::noProperties() { return properties_.iteratorAt(numOfArrayProperties()); }
 
 bool ObjectArray::isEqualArrayProperties(const ArrayImpl* other) const {
-    const auto* objects = dynamic_cast<const ObjectArray*>(other);
+    const auto* objects = fv::detail::dynamicCast<const ObjectArray>(other);
     return objects != nullptr && properties_.equals(objects->properties_);
 }
 
 Instance* ObjectArray::objectIn(std::size_t index) const noexcept {
-    return dynamic_cast<Instance*>(Access::impl(elements_[index]).get());
+    return fv::detail::dynamicCast<Instance>(Access::impl(elements_[index]).get());
 }
 ObjectImpl* ObjectArray::separate(std::size_t index) {
     if (Access::impl(elements_[index]) != nullptr) {
@@ -218,14 +220,14 @@ void ObjectArray::put(std::size_t index, Element object) {
     elements_[index] = std::move(object);
 }
 void ObjectArray::setHeld(const Element& object) noexcept {
-    if (auto* instance = dynamic_cast<Instance*>(Access::impl(object).get())) {
+    if (auto* instance = fv::detail::dynamicCast<Instance>(Access::impl(object).get())) {
         instance->properties().setHeld();
     }
 }
 
 void setExternalDimensions(fv::ValueObjectArray& array, std::vector<std::size_t> dimensions) {
     Access::unshare(array);
-    auto* objects = dynamic_cast<ObjectArray*>(Access::impl(array).get());
+    auto* objects = fv::detail::dynamicCast<ObjectArray>(Access::impl(array).get());
     if (objects == nullptr) {
         fv::detail::raise<fv::InvalidArrayTypeException>();
     }

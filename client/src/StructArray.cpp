@@ -2,6 +2,7 @@
 
 #include "Release.hpp"
 
+#include <foundation/vexadata/TypeInformation.hpp>
 #include <vexa/client/Exception.hpp>
 #include <vexa/data/detail/ForwardIteratorImpl.hpp>
 #include <vexa/data/detail/IteratorImpl.hpp>
@@ -128,7 +129,7 @@ void StructArray::setElementValue(std::size_t index, const std::string&, Element
 
 bool StructArray::isEqual(const ArrayImpl* other) const { return Comparison::equal(*this, *other); }
 bool StructArray::equalsIn(Comparison& comparison, const ArrayImpl& other) const {
-    if (const auto* right = dynamic_cast<const StructArray*>(&other)) {
+    if (const auto* right = fv::detail::dynamicCast<const StructArray>(&other)) {
         return *names_ == *right->names_ && comparison.equalSlots(*this, *right);
     }
     return equalByName(static_cast<const StructArrayImpl&>(other));

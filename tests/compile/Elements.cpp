@@ -9,8 +9,9 @@
 
 using namespace foundation::vexadata;
 
-void ofConstArrays(const TypedArray<Array>& constant, TypedArray<Array>& cells, const TypedArray<String>& texts,
-                   TypedArray<String>& strings, const StructArray& records, StructArray& written) {
+void ofConstArrays(const TypedArray<Array>& constant, TypedArray<Array>& cells,
+                   const TypedArray<String>& texts, TypedArray<String>& strings, const StructArray& records,
+                   StructArray& written) {
 #if REFUSED == 1 // a writable reference to what a const array holds
     Reference<CharArray> text = constant[0];
 #else
