@@ -17,7 +17,7 @@ using namespace std::string_literals;
 /// Writes down what it gets: names and cells in brackets, "/" after rows.
 class RecordingHandler : public RowHandler {
 public:
-    void name(std::string_view text) override { record_ += "[" + std::string(text) + "]"; }
+    void name(std::string_view text) override { record_.append("[").append(text).append("]"); }
     void cell(std::size_t column, std::string_view text) override {
         if (text == "no memory") throw std::bad_alloc();
         if (column == 0) record_ += " ";

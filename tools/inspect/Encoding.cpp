@@ -2,6 +2,7 @@
 
 #include <utf8proc.h>
 
+#include <algorithm>
 #include <cstring>
 
 namespace vexa::inspect {
@@ -30,13 +31,16 @@ Character takeCharacter(std::string_view& text) noexcept {
 }
 
 std::optional<std::size_t> findInvalidByte(std::string_view text) noexcept {
-    std::string_view rest = text.substr(asciiBytes(text));
-    while (!rest.empty()) {
-        const std::size_t place = text.size() - rest.size();
-        if (rest.front() >= 0)
-            rest.remove_prefix(1);
-        else if (takeCharacter(rest).code < 0)
-            return place;
+    std::size_t k = asciiBytes(text);
+    while (k < text.size()) {
+        if (text[k] >= 0) {
+            ++k;
+            continue;
+        }
+        std::string_view rest = text.substr(k);
+        const Character character = takeCharacter(rest);
+        if (character.code < 0) return k;
+        k += character.bytes.size();
     }
     return std::nullopt;
 }
@@ -49,6 +53,8 @@ std::string_view firstCharacters(std::string_view text, std::size_t most) noexce
 }
 
 std::u16string toUtf16(std::string_view text) {
+    if (std::all_of(text.begin(), text.end(), [](char c) { return c >= 0; }))
+        return std::u16string(text.begin(), text.end());
     std::u16string result;
     result.reserve(text.size());
     while (!text.empty()) {
