@@ -14,9 +14,9 @@
 #include <cstdio>
 #include <cstdlib>
 #include <new>
-#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace {
 
@@ -41,13 +41,21 @@ struct Answer {
     bool outOfMemory = false;
 };
 
-Answer answer(int descriptor, const Options& options) {
+struct How {
+    Options options;
+    std::uint64_t maxMemory;
+};
+
+Answer answer(int descriptor, const How& how) {
     Source source(pathOf(descriptor));
     ::close(descriptor);
     Progress progress(nullptr, source.size());
     try {
-        const Dataset data = load(source, options, progress);
-        return {heading(data) + "\n" + describe(data)};
+        MemoryBudget budget(how.maxMemory);
+        const Dataset data = load(source, how.options, progress, budget);
+        std::string text = heading(data) + "\n" + describe(data, budget);
+        if (findInvalidByte(text)) fail("not UTF-8:\n" + text);
+        return {std::move(text)};
     } catch (const InputError& error) {
         return {std::to_string(error.line()) + ": " + error.what()};
     } catch (const std::bad_alloc&) {
@@ -55,31 +63,33 @@ Answer answer(int descriptor, const Options& options) {
     }
 }
 
-Answer throughFile(std::string_view bytes, const Options& options) {
+Answer throughFile(std::string_view bytes, const How& how) {
     const int file = ::memfd_create("input", MFD_CLOEXEC);
     writeAll(file, bytes);
-    return answer(file, options);
+    return answer(file, how);
 }
 
-Answer throughPipe(std::string_view bytes, const Options& options) {
+Answer throughPipe(std::string_view bytes, const How& how) {
     std::array<int, 2> ends{};
     if (::pipe2(ends.data(), O_CLOEXEC) != 0) fail("no pipe");
     writeAll(ends[1], bytes); // fits into the pipe
     // The pipe must have a writer until it is opened once more for reading.
     Source keep(pathOf(ends[0]));
     ::close(ends[1]);
-    return answer(ends[0], options);
+    return answer(ends[0], how);
 }
 
-/// The last byte also says how the input is read; a line end, with which most files end, means the defaults.
-Options optionsOf(unsigned char last) {
-    constexpr std::uint64_t plenty = 1U << 20U;
+/// The last byte also says how the input is read; a line end, with which most files end, means the defaults, and a byte that
+/// cannot end UTF-8 means Latin-1.
+How howToRead(unsigned char last) {
+    constexpr std::uint64_t plenty = 1U << 26U;
     constexpr std::string_view delimiters = ",;\t";
-    Options options{std::nullopt, plenty};
-    if (last < 0x80U) return options;
-    if (const std::size_t k = last & 3U; k < delimiters.size()) options.delimiter = delimiters[k];
-    if ((last & 4U) != 0) options.maxMemory = (last & 0x78U) * 16U;
-    return options;
+    How how{Options(), plenty};
+    if (last < 0x80U) return how;
+    how.options.encoding = Encoding::latin1;
+    if (const std::size_t k = last & 3U; k < delimiters.size()) how.options.delimiter = delimiters[k];
+    if ((last & 4U) != 0) how.maxMemory = (last & 0x78U) * 100U;
+    return how;
 }
 
 } // namespace
@@ -88,11 +98,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     constexpr std::size_t longest = 32768; // half of what a pipe holds
     if (size > longest) return -1;
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
-    const Options options = optionsOf(bytes.empty() ? 0 : static_cast<unsigned char>(bytes.back()));
-    const Answer file = throughFile(bytes, options);
-    const Answer pipe = throughPipe(bytes, options);
+    const How how = howToRead(bytes.empty() ? 0 : static_cast<unsigned char>(bytes.back()));
+    const Answer file = throughFile(bytes, how);
+    const Answer pipe = throughPipe(bytes, how);
     // With little memory either may give up where the other does not.
-    const bool comparable = !file.outOfMemory && !pipe.outOfMemory && options.maxMemory >= (1U << 20U);
+    const bool comparable = !file.outOfMemory && !pipe.outOfMemory && how.maxMemory >= (1U << 26U);
     if (comparable && file.text != pipe.text)
         fail("through a file:\n" + file.text + "\nthrough a pipe:\n" + pipe.text);
     return 0;

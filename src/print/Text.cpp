@@ -1,5 +1,7 @@
 #include "Text.hpp"
 
+#include "Escape.hpp"
+
 #include <algorithm>
 #include <cstdint>
 #include <iterator>
@@ -26,52 +28,11 @@ char32_t takeCharacter(std::u16string_view& text) noexcept {
     return 0x10000 + ((static_cast<char32_t>(unit) - 0xD800) << 10) + (static_cast<char32_t>(low) - 0xDC00);
 }
 
-void appendUtf8(std::string& out, char32_t code) {
-    const auto put = [&out](char32_t byte) { out += static_cast<char>(byte); };
-    const auto follow = [&](int shift) { put(0x80 | ((code >> shift) & 0x3F)); };
-    if (code < 0x80) {
-        put(code);
-    } else if (code < 0x800) {
-        put(0xC0 | (code >> 6));
-        follow(0);
-    } else if (code < 0x10000) {
-        put(0xE0 | (code >> 12));
-        follow(6);
-        follow(0);
-    } else {
-        put(0xF0 | (code >> 18));
-        follow(12);
-        follow(6);
-        follow(0);
-    }
-}
-
-void appendHexadecimal(std::string& out, const char* prefix, char32_t code, int digits) {
-    out += prefix;
-    for (int shift = 4 * (digits - 1); shift >= 0; shift -= 4) {
-        out += "0123456789abcdef"[(code >> shift) & 0xF];
-    }
-}
-
-/// Control characters, and those that would turn the direction of what follows.
-bool isInvisible(char32_t code) noexcept {
-    return code < 0x20 || (code >= 0x7F && code < 0xA0) || (code >= 0x200B && code <= 0x200F) ||
-           (code >= 0x2028 && code <= 0x202E) || (code >= 0x2060 && code <= 0x206F) || code == 0xFEFF;
-}
-
 void appendEscaped(std::string& out, char32_t code, char quote) {
     if (code == static_cast<char32_t>(quote) || code == U'\\') {
         out += '\\';
-        appendUtf8(out, code);
-    } else if (code == U'\n') {
-        out += "\\n";
-    } else if (code == U'\t') {
-        out += "\\t";
-    } else if (isInvisible(code) || isSurrogate(code)) {
-        appendHexadecimal(out, "\\u", code, 4);
-    } else {
-        appendUtf8(out, code);
     }
+    out += escaped(code).view();
 }
 
 struct Interval {
@@ -93,7 +54,7 @@ constexpr Interval wide[] = {{0x1100, 0x115F},   {0x2E80, 0x303E},   {0x3041, 0x
                              {0xF900, 0xFAFF},   {0xFE30, 0xFE6F},   {0xFF00, 0xFF60},  {0xFFE0, 0xFFE6},
                              {0x1F300, 0x1F64F}, {0x1F900, 0x1F9FF}, {0x20000, 0x3FFFD}};
 
-/// Takes the first character off text that `appendUtf8` wrote.
+/// Takes the first character off text that `asUtf8` wrote.
 char32_t takeCharacter(std::string_view& text) noexcept {
     const auto lead = static_cast<unsigned char>(text.front());
     const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
@@ -111,7 +72,7 @@ std::string toUtf8(std::u16string_view text) {
     std::string out;
     while (!text.empty()) {
         const char32_t code = takeCharacter(text);
-        appendUtf8(out, isSurrogate(code) ? replacement : code);
+        out += asUtf8(isSurrogate(code) ? replacement : code).view();
     }
     return out;
 }

@@ -6,10 +6,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <initializer_list>
 #include <limits>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -20,7 +24,7 @@ constexpr double infinity = std::numeric_limits<double>::infinity();
 double numberIn(const char* text, bool decimalComma = false) {
     const Cell cell = parseCell(text, decimalComma);
     EXPECT_EQ(cell.kind, CellKind::number) << text;
-    return cell.value;
+    return cell.number.value;
 }
 
 TEST(Cell, numbers) {
@@ -53,7 +57,7 @@ TEST(Cell, missingAndLogical) {
         EXPECT_EQ(parseCell(text, false).kind, CellKind::text) << text;
         EXPECT_FALSE(isMissing(text)) << text;
     }
-    EXPECT_EQ(parseCell("TRUE", false).value, 1);
+    EXPECT_EQ(parseCell("TRUE", false).number.value, 1);
     EXPECT_EQ(parseCell("False", false).kind, CellKind::logical);
 }
 
@@ -71,8 +75,50 @@ TEST(Column, kindFollowsFromAllCells) {
     EXPECT_EQ(kindOf({"1", "", "2"}), Column::Kind::number);
     EXPECT_EQ(kindOf({"true", "1"}), Column::Kind::text);
     EXPECT_EQ(kindOf({"1", "true"}), Column::Kind::text);
+    EXPECT_EQ(kindOf({"9007199254740993", "x"}), Column::Kind::text);
     EXPECT_EQ(kindOf({"1,5", "2", "2.5"}, true), Column::Kind::text);
     EXPECT_EQ(kindOf({"1,5", "2", "3,5"}, true), Column::Kind::number);
+}
+
+struct Held {
+    Column::Kind kind;
+    std::size_t rounded;
+    friend bool operator==(const Held&, const Held&) = default;
+};
+Held heldAs(std::vector<std::string> cells) {
+    MemoryBudget budget(1'000'000);
+    Column column("x", false, Column::Texts::whenNeeded, budget);
+    for (const std::string& cell : cells)
+        column.add(cell);
+    return {column.kind(), column.losses().rounded};
+}
+
+TEST(Column, bigWholeNumbersAreHeldExactlyOrCounted) {
+    using enum Column::Kind;
+    const std::pair<std::vector<std::string>, Held> cases[] = {
+        {{"1", "9007199254740992", "2.0", "1e3"}, {number, 0}},
+        {{"1", "-9007199254740993", "9007199254740993.0", "1e3"}, {int64, 0}},
+        {{"-9223372036854775808", "9223372036854775807", "0"}, {int64, 0}},
+        {{"18446744073709551615", "9007199254740993", "7"}, {uint64, 0}},
+        {{"-1", "9223372036854775809", "9007199254740993"}, {number, 2}},
+        {{"18446744073709551615", "9007199254740994", "7", ""}, {number, 1}},
+        {{"18446744073709551615", "9007199254740993", "0.5"}, {number, 2}},
+        {{"9007199254740993", "1e300"}, {number, 1}},
+        {{"9007199254740993", "18446744073709551616"}, {number, 1}}, // 2^64 is a double
+        {{"10000000000000000000000", "10000000000000000000001"}, {number, 1}},
+    };
+    for (auto [cells, held] : cases) {
+        std::sort(cells.begin(), cells.end());
+        do {
+            EXPECT_EQ(heldAs(cells), held) << testing::PrintToString(cells);
+        } while (std::next_permutation(cells.begin(), cells.end()));
+    }
+    MemoryBudget budget(1'000);
+    Column column("x", false, Column::Texts::whenNeeded, budget);
+    for (const char* cell : {"-3", "-9223372036854775808"})
+        column.add(cell);
+    EXPECT_EQ(column.integers()[0], -3);
+    EXPECT_EQ(column.integers()[1], std::numeric_limits<std::int64_t>::min());
 }
 
 TEST(Column, lateWordFreesTheNumbers) {
@@ -123,6 +169,8 @@ TEST(Words, areCategoriesWhenFewRepeatOften) {
     EXPECT_TRUE(categories({"red", "blue"}, 3));
     EXPECT_FALSE(categories({"red", "blue"}, 2));
     EXPECT_FALSE(categories({"grün"}, 9)) << "members are named in ASCII";
+    EXPECT_TRUE(categories({std::string(63, 'w').c_str()}, 3));
+    EXPECT_FALSE(categories({std::string(64, 'w').c_str()}, 3)) << "too long for a name";
     EXPECT_FALSE(categories({}, 3));
     EXPECT_TRUE(categories(
         {"a", "b", "c", "d", "e", "f", "g", "h", "i", "j", "k", "l", "m", "n", "o", "p", "q", "r", "s", "t"},
@@ -135,6 +183,9 @@ TEST(Words, areCategoriesWhenFewRepeatOften) {
 TEST(Names, ofFieldsAreIdentifiersAndDifferent) {
     const std::vector<std::string> expected{"size",   "gr____e",  "x2x", "x",
                                             "size_2", "size_2_2", "a_b", "a_b_2"};
+    const std::vector<std::string> many =
+        fieldNames(std::vector<std::string>(300'000, std::string(100, 'a')));
+    EXPECT_EQ(many.back(), std::string(63, 'a') + "_300000") << "in time that does not grow with the square";
     EXPECT_EQ(fieldNames({"size", "größe", "2x", "", "size", "size_2", "a b", "a_b"}), expected);
 }
 

@@ -1,5 +1,6 @@
 #include "Summary.hpp"
 
+#include "Memory.hpp"
 #include "Progress.hpp"
 #include "Text.hpp"
 #include "TextTable.hpp"
@@ -71,9 +72,24 @@ TEST(Text, widthAndForeignBytes) {
     EXPECT_EQ(displayWidth("größe"), 5U);
     EXPECT_EQ(displayWidth("日本語"), 6U);
     EXPECT_EQ(displayWidth("e\u0301"), 1U);
-    EXPECT_EQ(printable("a\nb\x1b[1m\x7f"), "a␊b␛[1m␡");
-    EXPECT_EQ(printable("caf\xe9 ok \xe2\x82"), "caf\uFFFD ok \uFFFD\uFFFD");
+    EXPECT_EQ(displayWidth("हिन्दी"), 3U) << "vowel signs stand above their letters";
+    EXPECT_EQ(printable("a\nb\x1b[1m\x7f\\"), "a\\nb\\u001b[1m\\u007f\\");
+    EXPECT_EQ(printable("caf\xe9 ok \xe2\x82 \xed\xa0\x80"), "caf\\xe9 ok \\xe2\\x82 \\xed\\xa0\\x80");
     EXPECT_EQ(printable("größe 日本語"), "größe 日本語");
+    EXPECT_EQ(printable("\u061C\u00AD\u200B\u2066\uFEFF\U000E0041"),
+              "\\u061c\\u00ad\\u200b\\u2066\\ufeff\\U000e0041");
+    EXPECT_EQ(printable("größe", 3), "grö...");
+    EXPECT_EQ(printable("größe", 5), "größe");
+}
+
+TEST(Text, sizes) {
+    EXPECT_EQ(parseBytes("500"), 500U);
+    EXPECT_EQ(parseBytes("2 kb"), 2000U);
+    EXPECT_EQ(parseBytes("3GiB"), std::uint64_t{3} << 30);
+    EXPECT_EQ(parseBytes("18446744073709551615"), std::numeric_limits<std::uint64_t>::max());
+    for (const char* text :
+         {"", "MB", "-1", "+1", "1.5GB", "1 000", "1iB", "1XB", "20EB", "18446744073709551616"})
+        EXPECT_EQ(parseBytes(text), std::nullopt) << text;
 }
 
 TEST(TextTable, alignsByDisplayWidth) {

@@ -1,19 +1,23 @@
 #include "Child.hpp"
 
 #include "Expect.hpp"
+#include "FailingAllocations.hpp"
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
 #include <exception>
+#include <new>
 #include <system_error>
 
 namespace vexa::check {
@@ -93,6 +97,25 @@ std::string receive(int pipe, Clock::time_point deadline, bool& inTime) {
     }
 }
 
+/// A note that parent and child share.
+class SharedNote {
+public:
+    SharedNote()
+        : page_(::mmap(nullptr, sizeof(Note), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0)) {
+        if (page_ == MAP_FAILED) throw OutOfMemory();
+        new (page_) Note(false);
+    }
+    ~SharedNote() { ::munmap(page_, sizeof(Note)); }
+    SharedNote(const SharedNote&) = delete;
+    SharedNote& operator=(const SharedNote&) = delete;
+
+    std::atomic<bool>& operator*() const noexcept { return *static_cast<Note*>(page_); }
+
+private:
+    using Note = std::atomic<bool>;
+    void* page_;
+};
+
 std::string howItEnded(int status) {
     if (WIFSIGNALED(status)) {
         const int signal = WTERMSIG(status);
@@ -123,6 +146,7 @@ Result resultFrom(std::string_view records, const std::string& ending) {
 
 Result runInChild(const std::function<std::string(const Step&)>& work, std::chrono::seconds limit,
                   bool quiet) {
+    const SharedNote refused;
     std::array<int, 2> ends{};
     if (::pipe2(ends.data(), O_CLOEXEC) != 0) throw std::system_error(errno, std::generic_category(), "pipe");
     const pid_t child = ::fork();
@@ -130,6 +154,7 @@ Result runInChild(const std::function<std::string(const Step&)>& work, std::chro
     if (child == 0) {
         ::close(ends[0]);
         reportPipe = ends[1];
+        FailingAllocations::noteRefusals(&*refused);
         beChild(work, quiet);
     }
     ::close(ends[1]);
@@ -139,8 +164,11 @@ Result runInChild(const std::function<std::string(const Step&)>& work, std::chro
     if (!inTime) ::kill(child, SIGKILL);
     int status = 0;
     while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {}
-    return resultFrom(records,
-                      inTime ? howItEnded(status) : "not done after " + std::to_string(limit.count()) + " s");
+    // Neither a failure nor a refusal says anything about a back-end that had no memory.
+    Result result = resultFrom(records, inTime ? howItEnded(status)
+                                               : "not done after " + std::to_string(limit.count()) + " s");
+    if (*refused && result.verdict != Verdict::holds) throw OutOfMemory();
+    return result;
 }
 
 } // namespace vexa::check

@@ -1,6 +1,7 @@
 #include "FailingAllocations.hpp"
 
 #include <cerrno>
+#include <cstdint>
 #include <cstdlib>
 #include <new>
 
@@ -44,15 +45,24 @@ void forget(const void* block) noexcept {
     if (counters.counting && block != nullptr) --counters.live;
 }
 
+std::atomic<bool>* refusals = nullptr;
+
+/// What the system gave. A request that no check makes says nothing about the system.
+void* given(void* block, std::size_t size) noexcept {
+    constexpr std::size_t modest = std::size_t{64} << 20;
+    if (block == nullptr && size <= modest && refusals != nullptr) *refusals = true;
+    return block;
+}
+
 } // namespace
 
 #ifdef VEXA_CHECK_SANITIZED
 
 namespace {
 
-void* rawAllocate(std::size_t size) noexcept { return std::malloc(size); }
+void* rawAllocate(std::size_t size) noexcept { return given(std::malloc(size), size); }
 void* rawAllocate(std::size_t alignment, std::size_t size) noexcept {
-    return std::aligned_alloc(alignment, (size + alignment - 1) / alignment * alignment);
+    return given(std::aligned_alloc(alignment, (size + alignment - 1) / alignment * alignment), size);
 }
 void rawFree(void* block) noexcept { std::free(block); }
 
@@ -71,9 +81,14 @@ void __libc_free(void* block);
 
 namespace {
 
-void* rawAllocate(std::size_t size) noexcept { return __libc_malloc(size); }
+void* rawAllocate(std::size_t size) noexcept { return given(__libc_malloc(size), size); }
 void* rawAllocate(std::size_t alignment, std::size_t size) noexcept {
-    return __libc_memalign(alignment, size);
+    return given(__libc_memalign(alignment, size), size);
+}
+void* rawCalloc(std::size_t number, std::size_t size) noexcept {
+    std::size_t bytes = 0;
+    const bool absurd = __builtin_mul_overflow(number, size, &bytes);
+    return given(__libc_calloc(number, size), absurd ? SIZE_MAX : bytes);
 }
 void rawFree(void* block) noexcept { __libc_free(block); }
 
@@ -85,18 +100,18 @@ void* outOfMemory() noexcept {
 } // namespace
 
 extern "C" {
-void* malloc(std::size_t size) noexcept { return admit() ? counted(__libc_malloc(size)) : outOfMemory(); }
+void* malloc(std::size_t size) noexcept { return admit() ? counted(rawAllocate(size)) : outOfMemory(); }
 void* calloc(std::size_t number, std::size_t size) noexcept {
-    return admit() ? counted(__libc_calloc(number, size)) : outOfMemory();
+    return admit() ? counted(rawCalloc(number, size)) : outOfMemory();
 }
 void* realloc(void* block, std::size_t size) noexcept {
     if (!admit()) return outOfMemory();
-    void* moved = __libc_realloc(block, size);
+    void* moved = given(__libc_realloc(block, size), size == 0 ? SIZE_MAX : size);
     if (moved != nullptr) forget(block);
     return counted(moved);
 }
 void* aligned_alloc(std::size_t alignment, std::size_t size) noexcept {
-    return admit() ? counted(__libc_memalign(alignment, size)) : outOfMemory();
+    return admit() ? counted(rawAllocate(alignment, size)) : outOfMemory();
 }
 int posix_memalign(void** block, std::size_t alignment, std::size_t size) noexcept {
     void* fresh = aligned_alloc(alignment, size);
@@ -168,6 +183,7 @@ void FailingAllocations::failAt(std::size_t number, bool onwards) noexcept {
 bool FailingAllocations::fired() noexcept { return counters.fired; }
 std::size_t FailingAllocations::allocations() noexcept { return counters.allocations; }
 std::ptrdiff_t FailingAllocations::liveBlocks() noexcept { return counters.live; }
+void FailingAllocations::noteRefusals(std::atomic<bool>* note) noexcept { refusals = note; }
 bool FailingAllocations::seesMalloc() noexcept {
 #ifdef VEXA_CHECK_SANITIZED
     return false;

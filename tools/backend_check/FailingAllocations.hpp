@@ -1,6 +1,7 @@
 // Lets the n-th allocation of this process fail, and counts allocations and the blocks that are alive. The tests use it too.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 
 namespace vexa::check {
@@ -21,6 +22,8 @@ public:
     static bool fired() noexcept;
     /// Blocks allocated less blocks freed since `start`.
     static std::ptrdiff_t liveBlocks() noexcept;
+    /// From now on, `note` becomes true when the system refuses a request of usual size, on any thread; null ends that.
+    static void noteRefusals(std::atomic<bool>* note) noexcept;
     /// Whether `malloc` is counted too.
     static bool seesMalloc() noexcept;
 };

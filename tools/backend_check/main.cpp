@@ -1,13 +1,19 @@
 // The command vexadata-backend-check.
 
+#include "FailingAllocations.hpp"
 #include "Run.hpp"
 
 #include <CLI/CLI.hpp>
+#include <unistd.h>
 
+#include <atomic>
+#include <cstdlib>
 #include <exception>
 #include <iostream>
+#include <new>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace {
@@ -33,9 +39,45 @@ or an endless loop fails that check and no other. What the back-end prints is
 hidden unless --verbose is given.
 
 Exit status: 0 when nothing fails, 1 when something does, 2 when the library
-cannot be loaded, registers no factory, or the command line is wrong.)";
+cannot be loaded, registers no factory, the command line is wrong, or the
+memory that the system gives does not suffice.)";
 
 void complain(const std::string& message) { std::cerr << "vexadata-backend-check: " << message << std::endl; }
+
+/// In want, where not even a message can be made.
+void complainOfWant() noexcept {
+    constexpr std::string_view line =
+        "vexadata-backend-check: not enough memory to go on; this says nothing about the "
+        "back-end\n";
+    if (::write(STDERR_FILENO, line.data(), line.size()) < 0) ::_exit(failure);
+}
+
+/// An exception found no way out. Where not even an exception can be made, there is none.
+[[noreturn]] void endInWant() noexcept {
+    if (const std::exception_ptr error = std::current_exception()) {
+        try {
+            std::rethrow_exception(error);
+        } catch (const std::bad_alloc&) {
+        } catch (...) {
+            std::abort();
+        }
+    }
+    complainOfWant();
+    ::_exit(failure);
+}
+
+constinit std::atomic<bool> refused = false; // memory, since the process began
+
+void requireMemory() {
+    if (refused) throw std::bad_alloc();
+}
+
+// Before anything else of the process, so that the libraries may run out of memory while they are loaded.
+void expectWant() noexcept {
+    std::set_terminate(&endInWant);
+    FailingAllocations::noteRefusals(&refused);
+}
+[[gnu::section(".preinit_array"), gnu::used]] void (*const beforeAll)() noexcept = &expectWant;
 
 struct CommandLine {
     std::string library;
@@ -90,21 +132,24 @@ CommandLine parseCommandLine(CLI::App& app, const Checks& checks, int argc, char
     return commandLine;
 }
 
-void list(const Checks& checks) {
+std::string listOf(const Checks& checks) {
+    std::string text;
     for (const Check& check : checks) {
         std::string line = check.family + ": " + check.name;
         if (!check.provides.empty()) line += "; capability " + check.provides;
         for (const std::string& need : check.needs)
             line.append(&need == &check.needs.front() ? "; needs " : ", ").append(need);
-        std::cout << line << '\n';
+        text += line + '\n';
     }
+    return text;
 }
 
 int run(const CommandLine& commandLine, const Checks& checks) {
     if (commandLine.list) {
-        list(checks);
-        return success;
+        std::cout << listOf(checks) << std::flush;
+        return std::cout ? success : failure;
     }
+    requireMemory(); // also for the exceptions of the checks, which the libraries keep from the first
     const Result loading = tryLoading(commandLine.library, commandLine.options);
     if (loading.verdict != Verdict::holds) {
         complain(commandLine.library + ": " + loading.reason);
@@ -119,16 +164,29 @@ int run(const CommandLine& commandLine, const Checks& checks) {
     return totals.fail == 0 ? success : contractBroken;
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
+int runCommand(int argc, char** argv) {
     CLI::App app(description, "vexadata-backend-check");
     app.footer(notes);
     try {
         const Checks checks = allChecks();
         return run(parseCommandLine(app, checks, argc, argv), checks);
-    } catch (const CLI::Success& request) {
-        return app.exit(request);
+    } catch (const CLI::CallForHelp&) {
+        const std::string text = app.help();
+        requireMemory(); // streams make the text, and only leave out what finds none
+        std::cout << text << std::flush;
+    } catch (const CLI::CallForVersion& version) {
+        std::cout << version.what() << std::endl;
+    }
+    return std::cout ? success : failure;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return runCommand(argc, argv);
+    } catch (const std::bad_alloc&) {
+        complainOfWant();
     } catch (const CLI::Error& error) {
         complain(std::string(error.what()) + " (see vexadata-backend-check --help)");
     } catch (const std::exception& error) {

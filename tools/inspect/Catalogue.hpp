@@ -25,15 +25,27 @@ public:
 
     /// A line of titles and one for each variable: name, class, dimensions, bytes. The columns of a table follow it, by names that
     /// `show` takes.
+    /// Notes on numbers that were changed when they were read come last.
     std::string list() const;
 
-    /// The values of a variable, or of a field of one: "weather" or "weather.wind". Throws InputError for an unknown name.
-    std::string show(const std::string& name, const foundation::vexadata::PrintOptions& options) const;
+    /// The values of a variable, or of a field of one, "weather" or "weather.wind", and notes on them. Throws InputError for an
+    /// unknown name, and when `budget` does not suffice for the text.
+    std::string show(const std::string& name, const foundation::vexadata::PrintOptions& options,
+                     MemoryBudget& budget) const;
 
 private:
+    struct Note {
+        std::string name; // as `show` takes it
+        std::string text;
+    };
+
+    void noteLosses(const std::string& variable, const Dataset& data);
+    std::string notesOn(const std::string& name) const;
     foundation::vexadata::Array find(const std::string& name) const;
 
     mutable client::WorkspaceEngine engine_;
+    std::vector<MemoryShare> memory_; // of what the workspace holds
+    std::vector<Note> notes_;
 };
 
 } // namespace vexa::inspect

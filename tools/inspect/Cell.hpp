@@ -1,6 +1,7 @@
 // What the text of one cell means.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string_view>
 
@@ -11,11 +12,29 @@ enum class CellKind { missing, number, logical, text };
 /// Which character was read as the decimal mark of a number.
 enum class DecimalMark { none, point, comma };
 
+/// What a double does to a number that it cannot hold: a whole number beyond 2^53 is rounded, others become infinite or 0.
+enum class Loss { none, rounded, overflowed, underflowed };
+
+/// A whole number beyond what every double holds exactly.
+struct BigWhole {
+    bool negative;
+    std::uint64_t magnitude;
+};
+
+struct Number {
+    double value = 0;
+    Loss loss = Loss::none;
+    std::optional<BigWhole> big = std::nullopt; ///< when its magnitude is above 2^53 and has 64 bits
+};
+
 struct Cell {
     CellKind kind = CellKind::text;
-    double value = 0; ///< of a number; 1 or 0 of a logical
+    Number number; ///< 1 or 0 for a logical
     DecimalMark mark = DecimalMark::none;
 };
+
+/// Every double up to here, and none beyond, is next to the whole numbers on both sides.
+inline constexpr double exactWhole = 9007199254740992; // 2^53
 
 /// - missing: nothing, or NA, N/A, #N/A, NaN, null in any case;
 /// - logical: true, false in any case;
@@ -28,7 +47,7 @@ Cell parseCell(std::string_view text, bool decimalComma);
 
 /// The number that the whole text is: decimal, with an optional sign and exponent, or inf, infinity, nan. Too large
 /// becomes infinity, too small 0.
-std::optional<double> parseNumber(std::string_view text);
+std::optional<Number> parseNumber(std::string_view text);
 
 /// Whether parseCell would answer missing; cheaper.
 bool isMissing(std::string_view text);

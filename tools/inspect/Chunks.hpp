@@ -1,6 +1,7 @@
-// The bytes of a source, piece by piece.
+// The text of a source, piece by piece.
 #pragma once
 
+#include "Encoding.hpp"
 #include "Progress.hpp"
 #include "Source.hpp"
 
@@ -13,16 +14,18 @@ namespace vexa::inspect {
 class Chunks {
 public:
     /// `source` and `progress` outlive the object.
-    Chunks(Source& source, Progress& progress) : source_(source), progress_(progress), buffer_(chunkSize) {}
+    Chunks(Source& source, Progress& progress, Encoding encoding)
+        : source_(source),
+          progress_(progress),
+          bytes_(chunkSize),
+          converted_(encoding == Encoding::latin1 ? utf8BytesOfLatin1 * chunkSize : 0) {}
 
-    /// The next bytes, valid until the next call; none at the end. Throws what Source::read throws.
-    std::string_view next() {
-        const std::size_t length = source_.read(buffer_.data(), buffer_.size());
-        progress_.advance(length);
-        return {buffer_.data(), length};
-    }
+    /// The next bytes, converted to UTF-8 if they have to be, valid until the next call; none at the end. Throws what
+    /// Source::read throws.
+    std::string_view next();
 
-    /// The first bytes, without a UTF-8 byte order mark. Throws InputError when there are none, or when they are UTF-16.
+    /// The first bytes, without a UTF-8 byte order mark. Throws InputError when there are none, or when they are of another
+    /// encoding.
     std::string_view first();
 
     /// Whether `rewind` works.
@@ -33,9 +36,13 @@ public:
 private:
     static constexpr std::size_t chunkSize = 256 * 1024;
 
+    std::string_view read();
+    std::string_view converted(std::string_view bytes);
+
     Source& source_;
     Progress& progress_;
-    std::vector<char> buffer_;
+    std::vector<char> bytes_;
+    std::vector<char> converted_; // empty for UTF-8
 };
 
 } // namespace vexa::inspect

@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
-#include <utility>
 
 namespace vexa::inspect {
 
@@ -24,7 +23,8 @@ std::uint64_t countNewlines(std::string_view text) {
 
 } // namespace
 
-DelimitedReader::DelimitedReader(RowHandler& handler, char delimiter) : handler_(handler), parser_() {
+DelimitedReader::DelimitedReader(RowHandler& handler, char delimiter, MemoryBudget& budget)
+    : handler_(handler), parser_(), longCells_(budget), accounted_(cellBufferStep) {
     csv_init(&parser_, CSV_STRICT | CSV_STRICT_FINI | CSV_REPALL_NL);
     csv_set_blk_size(&parser_, cellBufferStep);
     csv_set_delim(&parser_, static_cast<unsigned char>(delimiter));
@@ -35,6 +35,7 @@ DelimitedReader::~DelimitedReader() { csv_free(&parser_); }
 void DelimitedReader::feed(std::string_view chunk) {
     const std::size_t nul = chunk.find('\0');
     parse(chunk.substr(0, nul));
+    accountForParser();
     if (nul != std::string_view::npos) throw InputError("NUL byte; expected text", lineInsideCell());
     if (parser_.entry_pos > longestCell)
         failAtCell("a cell is longer than 16 MB; is a closing quote missing?");
@@ -56,6 +57,17 @@ void DelimitedReader::parse(std::string_view chunk) {
     failAtCell(parser_.quoted != 0
                    ? "unbalanced quote: text follows the closing quote of the cell that begins here"
                    : "unbalanced quote: a quote stands inside a cell that is not quoted");
+}
+
+void DelimitedReader::accountForParser() {
+    const std::size_t size = csv_get_buffer_size(&parser_);
+    if (size <= accounted_) return;
+    try {
+        longCells_.take(size - accounted_);
+    } catch (const InputError& error) {
+        throw InputError(error.what(), line_);
+    }
+    accounted_ = size;
 }
 
 void DelimitedReader::cellCallback(void* text, std::size_t length, void* self) noexcept {
@@ -81,12 +93,22 @@ void DelimitedReader::rowCallback(int terminator, void* self) noexcept {
 void DelimitedReader::takeCell(std::string_view text) {
     if (cellsInRow_ == 0) beginRow();
     const std::size_t column = cellsInRow_++;
+    requireUtf8(text, column);
     if (width_ == 0) {
-        names_.emplace_back(text);
+        handler_.name(text);
     } else if (column < width_) {
         handler_.cell(column, text);
     }
     line_ += countNewlines(text);
+}
+
+void DelimitedReader::requireUtf8(std::string_view text, std::size_t column) const {
+    const auto place = findInvalidByte(text);
+    if (!place) return;
+    throw InputError("column " + std::to_string(column + 1) + ": the byte " +
+                         printable(text.substr(*place, 1)) +
+                         " is not UTF-8; expected UTF-8, or Latin-1 with --encoding latin1",
+                     line_ + countNewlines(text.substr(0, *place)));
 }
 
 void DelimitedReader::beginRow() {
@@ -115,7 +137,6 @@ void DelimitedReader::endLine(int terminator) {
 void DelimitedReader::endRow() {
     if (width_ == 0) {
         width_ = cellsInRow_;
-        handler_.header(std::exchange(names_, {}));
     } else if (cellsInRow_ != width_) {
         throw InputError("expected " + counted(width_, "cell") + " as in the header, found " +
                              std::to_string(cellsInRow_),

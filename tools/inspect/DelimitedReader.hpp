@@ -1,6 +1,8 @@
 // Delimited text, taken in piece by piece and handed on cell by cell.
 #pragma once
 
+#include "Memory.hpp"
+
 #include <csv.h>
 
 #include <cstddef>
@@ -8,7 +10,6 @@
 #include <exception>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace vexa::inspect {
 
@@ -16,14 +17,14 @@ namespace vexa::inspect {
 class RowHandler {
 public:
     virtual ~RowHandler() = default;
-    /// Once, before any cell.
-    virtual void header(std::vector<std::string> names) = 0;
+    /// The names of the columns, before any cell; `text` is valid during the call only.
+    virtual void name(std::string_view text) = 0;
     /// `column` counts from 0 and is below the number of names; `text` is valid during the call only.
     virtual void cell(std::size_t column, std::string_view text) = 0;
     virtual void endRow() = 0;
 };
 
-/// Checks while it reads: each row has as many cells as the header, quotes are balanced, no byte is NUL.
+/// Checks while it reads: each row has as many cells as the header, quotes are balanced, the text is UTF-8 without NUL.
 /// Lines end with LF, CRLF or CR. Blank lines are skipped, but where the header has one name a blank line
 /// between two rows is an empty cell. Blanks around a cell are dropped.
 ///
@@ -31,7 +32,8 @@ public:
 /// of the row. After an error the reader is of no further use.
 class DelimitedReader {
 public:
-    DelimitedReader(RowHandler& handler, char delimiter);
+    /// `handler` and `budget` outlive the reader.
+    DelimitedReader(RowHandler& handler, char delimiter, MemoryBudget& budget);
     ~DelimitedReader();
     DelimitedReader(const DelimitedReader&) = delete;
     DelimitedReader& operator=(const DelimitedReader&) = delete;
@@ -46,6 +48,8 @@ private:
     static void rowCallback(int terminator, void* self) noexcept;
 
     void parse(std::string_view chunk);
+    void accountForParser();
+    void requireUtf8(std::string_view text, std::size_t column) const;
     void takeCell(std::string_view text);
     void beginRow();
     void endLine(int terminator);
@@ -57,8 +61,9 @@ private:
     RowHandler& handler_;
     csv_parser parser_;
     std::exception_ptr failure_; // exceptions must not pass through the parser, which is C
-    std::vector<std::string> names_;
-    std::size_t width_ = 0; // 0 until the header has been read
+    MemoryShare longCells_;      // for what the parser takes beyond its first step
+    std::size_t accounted_;      // of the parser's memory
+    std::size_t width_ = 0;      // 0 until the header has been read
     std::size_t cellsInRow_ = 0;
     std::uint64_t line_ = 1;
     std::uint64_t rowLine_ = 1;

@@ -47,10 +47,11 @@ public:
         budget_->giveBack(capacity_ * sizeof(T));
         size_ = capacity_ = 0;
     }
-    /// Hands the storage over, cut to the values in it (at least one); the buffer is empty then. The budget
-    /// goes on counting it.
-    Storage release() {
+    /// Hands the storage over, cut to the values in it (at least one); the buffer is empty then, and `heir` answers for
+    /// the bytes.
+    Storage release(MemoryShare& heir) {
         resize(size_ == 0 ? 1 : size_);
+        heir.inherit(capacity_ * sizeof(T));
         size_ = capacity_ = 0;
         return std::move(data_);
     }

@@ -12,19 +12,19 @@ std::string heading(const Table& table) {
 
 } // namespace
 
-Dataset load(Source& source, const Options& options, Progress& progress) {
-    Chunks chunks(source, progress);
+Dataset load(Source& source, const Options& options, Progress& progress, MemoryBudget& budget) {
+    Chunks chunks(source, progress, options.encoding);
     const std::string_view head = chunks.first();
-    if (isMatrixMarket(head)) return readMatrix(chunks, head, options.maxMemory);
-    return readTable(chunks, head, options.delimiter, options.maxMemory);
+    if (isMatrixMarket(head)) return readMatrix(chunks, head, budget);
+    return readTable(chunks, head, options.delimiter, budget);
 }
 
 std::string heading(const Dataset& data) {
     return std::visit([](const auto& contents) { return heading(contents); }, data);
 }
 
-std::string describe(const Dataset& data) {
-    return std::visit([](const auto& contents) { return describe(contents); }, data);
+std::string describe(const Dataset& data, MemoryBudget& budget) {
+    return std::visit([&](const auto& contents) { return describe(contents, budget); }, data);
 }
 
 } // namespace vexa::inspect

@@ -29,18 +29,34 @@ constexpr std::string_view banner = "%%matrixmarket";
 constexpr std::size_t pictureSide = 24;
 
 template <class T>
-Array makeSparse(MatrixMarketReader& reader, GrowingBuffer<T>& values) {
+Array makeSparse(MatrixMarketReader& reader, GrowingBuffer<T>& values, MemoryBudget& budget,
+                 MemoryShare& memory) {
     ArrayFactory factory;
     const std::size_t count = values.size();
-    return factory.createSparseArray<T>({reader.rowCount(), reader.columnCount()}, count, values.release(),
-                                        reader.rows().release(), reader.columns().release());
+    MemoryShare sorting(budget); // triplets, twice
+    sorting.take(2 * count * (2 * sizeof(std::size_t) + sizeof(T)));
+    auto rows = reader.rows().release(memory);
+    auto columns = reader.columns().release(memory);
+    return factory.createSparseArray<T>({reader.rowCount(), reader.columnCount()}, count,
+                                        values.release(memory), std::move(rows), std::move(columns));
 }
 
-Array makePattern(MatrixMarketReader& reader, MemoryBudget& budget) {
+Array makePattern(MatrixMarketReader& reader, MemoryBudget& budget, MemoryShare& memory) {
     GrowingBuffer<bool> present(budget);
     for (std::size_t k = 0; k < reader.rows().size(); ++k)
         present.push(true);
-    return makeSparse(reader, present);
+    return makeSparse(reader, present, budget, memory);
+}
+
+Array makeMatrix(MatrixMarketReader& reader, MemoryBudget& budget, MemoryShare& memory) {
+    switch (reader.field()) {
+    case MatrixField::pattern:
+        return makePattern(reader, budget, memory);
+    case MatrixField::complex:
+        return makeSparse(reader, reader.complexes(), budget, memory);
+    default:
+        return makeSparse(reader, reader.reals(), budget, memory);
+    }
 }
 
 std::string nameOf(MatrixSymmetry symmetry) {
@@ -86,6 +102,7 @@ Pieces piecesOf(const Array& array) {
 std::vector<double> presentMagnitudes(const Array& array) {
     return visitSparse(array, [](const auto& sparse) {
         std::vector<double> values;
+        values.reserve(sparse.getNumberOfNonZeroElements());
         for (const auto& value : sparse) {
             double number = 0;
             if constexpr (std::is_arithmetic_v<std::decay_t<decltype(value)>>)
@@ -151,6 +168,17 @@ std::string spyPicture(const Pieces& matrix) {
 
 std::string percentage(double share) { return formatNumber(100 * share) + " %"; }
 
+std::string notesOn(const Matrix& matrix, std::size_t missing) {
+    std::string notes;
+    if (matrix.array.getType() == ArrayType::SPARSE_COMPLEX_DOUBLE)
+        notes += "note: minimum, median, mean and maximum are those of the magnitudes\n";
+    if (missing != 0)
+        notes += "note: " + counted(missing, "non-zero") + (missing == 1 ? " is" : " are") +
+                 " NaN and missing from minimum, median, mean and maximum\n";
+    const std::string losses = textOf(matrix.losses);
+    return losses.empty() ? notes : notes + "note: " + losses + '\n';
+}
+
 } // namespace
 
 bool isMatrixMarket(std::string_view head) {
@@ -159,42 +187,40 @@ bool isMatrixMarket(std::string_view head) {
                       [](char a, char b) { return a == std::tolower(static_cast<unsigned char>(b)); });
 }
 
-Matrix readMatrix(Chunks& chunks, std::string_view head, std::uint64_t maxMemory) {
-    MemoryBudget budget(maxMemory);
+Matrix readMatrix(Chunks& chunks, std::string_view head, MemoryBudget& budget) {
     MatrixMarketReader reader(budget);
     for (std::string_view chunk = head; !chunk.empty(); chunk = chunks.next())
         reader.feed(chunk);
     reader.finish();
-    const std::string symmetry = nameOf(reader.symmetry());
-    switch (reader.field()) {
-    case MatrixField::pattern:
-        return {makePattern(reader, budget), symmetry};
-    case MatrixField::complex:
-        return {makeSparse(reader, reader.complexes()), symmetry};
-    default:
-        return {makeSparse(reader, reader.reals()), symmetry};
-    }
+    MemoryShare memory = reader.releaseColumnStarts();
+    const Array array = makeMatrix(reader, budget, memory);
+    return {array, nameOf(reader.symmetry()), reader.losses(), std::move(memory)};
 }
 
 std::string heading(const Matrix& matrix) {
     return dimensionText(matrix.array) + ", " + counted(piecesOf(matrix.array).count, "non-zero");
 }
 
-std::string describe(const Matrix& matrix) {
+std::string describe(const Matrix& matrix, MemoryBudget& budget) {
     using enum TextTable::Align;
     const Pieces pieces = piecesOf(matrix.array);
     const double elements = static_cast<double>(pieces.rows) * static_cast<double>(pieces.columns);
+    MemoryShare copy(budget);
+    copy.take(pieces.count * sizeof(double));
     std::vector<double> values = presentMagnitudes(matrix.array);
+    const std::size_t missing = pieces.count - values.size();
     const Summary summary = summarise(values);
-    TextTable table({left, left, left, right, right, right, right, right, right});
-    table.addRow(
-        {"type", "symmetry", "dimensions", "non-zeros", "density", "minimum", "median", "mean", "maximum"});
+    TextTable table({left, left, left, right, right, right, right, right, right, right});
+    table.addRow({"type", "symmetry", "dimensions", "non-zeros", "density", "missing", "minimum", "median",
+                  "mean", "maximum"});
     table.addRow({kindName(matrix.array.getType()), matrix.symmetry, dimensionText(matrix.array),
                   std::to_string(pieces.count),
                   elements == 0 ? "-" : percentage(static_cast<double>(pieces.count) / elements),
-                  formatNumber(summary.minimum), formatNumber(summary.median), formatNumber(summary.mean),
-                  formatNumber(summary.maximum)});
-    return elements == 0 ? table.str() : table.str() + '\n' + spyPicture(pieces);
+                  std::to_string(missing), formatNumber(summary.minimum), formatNumber(summary.median),
+                  formatNumber(summary.mean), formatNumber(summary.maximum)});
+    const std::string notes = notesOn(matrix, missing);
+    return table.str() + (notes.empty() ? "" : '\n' + notes) +
+           (elements == 0 ? "" : '\n' + spyPicture(pieces));
 }
 
 } // namespace vexa::inspect

@@ -8,8 +8,8 @@
 #include <array>
 #include <charconv>
 #include <cstdint>
-#include <map>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 namespace vexa::inspect {
@@ -46,24 +46,26 @@ bool parseIndex(std::string_view word, std::size_t& value) {
 }
 
 template <class Value>
-Value lookUp(const std::map<std::string, Value>& known, std::string_view word, const std::string& what,
-             std::uint64_t line) {
-    const auto found = known.find(lower(word));
-    if (found != known.end()) return found->second;
+using Names = std::array<std::pair<std::string_view, Value>, 4>;
+
+template <class Value>
+Value lookUp(const Names<Value>& known, std::string_view word, const std::string& what, std::uint64_t line) {
     std::string names;
-    for (const auto& [name, value] : known)
-        names += (names.empty() ? "" : ", ") + name;
+    for (const auto& [name, value] : known) {
+        if (lower(word) == name) return value;
+        names.append(names.empty() ? "" : ", ").append(name);
+    }
     throw InputError("expected " + what + " (" + names + "), found " + quoted(word), line);
 }
 
-const std::map<std::string, MatrixField> fields{{"real", MatrixField::real},
-                                                {"integer", MatrixField::integer},
-                                                {"complex", MatrixField::complex},
-                                                {"pattern", MatrixField::pattern}};
-const std::map<std::string, MatrixSymmetry> symmetries{{"general", MatrixSymmetry::general},
-                                                       {"symmetric", MatrixSymmetry::symmetric},
-                                                       {"skew-symmetric", MatrixSymmetry::skewSymmetric},
-                                                       {"hermitian", MatrixSymmetry::hermitian}};
+constexpr Names<MatrixField> fields{{{"complex", MatrixField::complex},
+                                     {"integer", MatrixField::integer},
+                                     {"pattern", MatrixField::pattern},
+                                     {"real", MatrixField::real}}};
+constexpr Names<MatrixSymmetry> symmetries{{{"general", MatrixSymmetry::general},
+                                            {"hermitian", MatrixSymmetry::hermitian},
+                                            {"skew-symmetric", MatrixSymmetry::skewSymmetric},
+                                            {"symmetric", MatrixSymmetry::symmetric}}};
 
 std::size_t numbersPerEntry(MatrixField field) {
     switch (field) {
@@ -165,8 +167,7 @@ void MatrixMarketReader::takeSize(std::string_view line) {
     if (__builtin_mul_overflow(rowCount_, columnCount_, &elements))
         fail("a matrix of " + std::to_string(rowCount_) + " by " + std::to_string(columnCount_) +
              " has more than 2^64 - 1 elements");
-    budget_.take(std::uint64_t{sizeof(std::size_t)} * std::min(columnCount_, SIZE_MAX / 8 - 1) +
-                 8); // column starts
+    columnStarts_.take(std::uint64_t{sizeof(std::size_t)} * std::min(columnCount_, SIZE_MAX / 8 - 1) + 8);
     expects_ = Expects::entries;
 }
 
@@ -188,8 +189,11 @@ void MatrixMarketReader::takeEntry(std::string_view line) {
         if (!value || (field_ == MatrixField::integer && !whole))
             fail(std::string("expected a ") + (field_ == MatrixField::integer ? "whole " : "") +
                  "number, found " + quoted(words[k]));
-        parts[k - 2] = *value;
+        parts[k - 2] = value->value;
+        losses_.count(value->loss);
     }
+    if (symmetry_ == MatrixSymmetry::hermitian && row == column && parts[1] != 0)
+        fail("the diagonal of a hermitian matrix is real, found the imaginary part " + quoted(words[3]));
     add(row - 1, column - 1, {parts[0], parts[1]});
     ++found_;
 }

@@ -2,12 +2,14 @@
 #pragma once
 
 #include "GrowingBuffer.hpp"
+#include "Losses.hpp"
 
 #include <complex>
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace vexa::inspect {
 
@@ -19,7 +21,7 @@ enum class MatrixSymmetry { general, symmetric, skewSymmetric, hermitian };
 class MatrixMarketReader {
 public:
     explicit MatrixMarketReader(MemoryBudget& budget)
-        : budget_(budget), rows_(budget), columns_(budget), reals_(budget), complexes_(budget) {}
+        : columnStarts_(budget), rows_(budget), columns_(budget), reals_(budget), complexes_(budget) {}
 
     /// The next bytes of the text; lines may be cut anywhere.
     void feed(std::string_view chunk);
@@ -30,6 +32,12 @@ public:
     MatrixSymmetry symmetry() const noexcept { return symmetry_; }
     std::size_t rowCount() const noexcept { return rowCount_; }
     std::size_t columnCount() const noexcept { return columnCount_; }
+
+    /// What the values of the entries lost.
+    const Losses& losses() const noexcept { return losses_; }
+
+    /// What the matrix needs besides its entries; the reader answers for it no longer.
+    MemoryShare releaseColumnStarts() noexcept { return std::move(columnStarts_); }
 
     /// Of the entries, counted from 0.
     GrowingBuffer<std::size_t>& rows() noexcept { return rows_; }
@@ -49,7 +57,7 @@ private:
     void requirePlace(std::size_t row, std::size_t column) const;
     [[noreturn]] void fail(const std::string& message) const;
 
-    MemoryBudget& budget_;
+    MemoryShare columnStarts_; // of the matrix to come
     Expects expects_ = Expects::banner;
     MatrixField field_ = MatrixField::real;
     MatrixSymmetry symmetry_ = MatrixSymmetry::general;
@@ -58,6 +66,7 @@ private:
     std::size_t announced_ = 0; // entries
     std::size_t found_ = 0;
     std::uint64_t line_ = 0;
+    Losses losses_;
     std::string partial_; // a line that the last chunk cut
     GrowingBuffer<std::size_t> rows_;
     GrowingBuffer<std::size_t> columns_;

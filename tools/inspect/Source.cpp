@@ -13,12 +13,16 @@ namespace vexa::inspect {
 
 namespace {
 
-std::string reason(int error) { return std::generic_category().message(error); }
+/// Says why the last call of the system failed.
+[[noreturn]] void fail(const char* what) {
+    const int error = errno; // making the exception may change it
+    throw InputError(std::string(what) + ": " + std::generic_category().message(error));
+}
 
 int openForReading(const std::string& path) {
     if (path == "-") return STDIN_FILENO;
     const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (descriptor < 0) throw InputError("cannot open: " + reason(errno));
+    if (descriptor < 0) fail("cannot open");
     return descriptor;
 }
 
@@ -36,7 +40,7 @@ Source::~Source() {
 }
 
 void Source::rewind() {
-    if (::lseek(descriptor_, start_, SEEK_SET) < 0) throw InputError("cannot read again: " + reason(errno));
+    if (::lseek(descriptor_, start_, SEEK_SET) < 0) fail("cannot read again");
 }
 
 std::size_t Source::read(char* out, std::size_t capacity) {
@@ -47,7 +51,7 @@ std::size_t Source::read(char* out, std::size_t capacity) {
         if (got > 0) {
             filled += static_cast<std::size_t>(got);
         } else if (errno != EINTR) {
-            throw InputError("cannot read: " + reason(errno));
+            fail("cannot read");
         }
     }
     return filled;

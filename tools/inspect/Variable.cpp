@@ -1,13 +1,15 @@
 #include "Variable.hpp"
 
-#include "Text.hpp"
-#include "Words.hpp"
+#include "Encoding.hpp"
 
 #include <foundation/vexadata/BufferAccess.hpp>
 
+#include <algorithm>
 #include <cmath>
 #include <complex>
 #include <cstdint>
+#include <map>
+#include <memory>
 #include <utility>
 
 namespace vexa::inspect {
@@ -24,8 +26,9 @@ using foundation::vexadata::TypedArray;
 
 namespace {
 
-Array makeLogical(GrowingBuffer<double>& values, ArrayFactory& factory) {
+Array makeLogical(GrowingBuffer<double>& values, ArrayFactory& factory, MemoryShare& memory) {
     const std::size_t rows = values.size();
+    memory.take(rows);
     auto storage = factory.createBuffer<bool>(rows);
     for (std::size_t k = 0; k < rows; ++k)
         storage[k] = values[k] != 0;
@@ -33,9 +36,20 @@ Array makeLogical(GrowingBuffer<double>& values, ArrayFactory& factory) {
     return factory.createArrayFromBuffer<bool>({rows, 1}, std::move(storage));
 }
 
-Array makeNumbers(GrowingBuffer<double>& values, ArrayFactory& factory) {
+Array makeNumbers(GrowingBuffer<double>& values, ArrayFactory& factory, MemoryShare& memory) {
     const std::size_t rows = values.size();
-    return factory.createArrayFromBuffer<double>({rows, 1}, values.release());
+    return factory.createArrayFromBuffer<double>({rows, 1}, values.release(memory));
+}
+
+/// `T` has 64 bits.
+template <class T>
+Array makeIntegers(GrowingBuffer<std::int64_t>& values, ArrayFactory& factory, MemoryShare& memory) {
+    const std::size_t rows = values.size();
+    auto storage = values.release(memory);
+    const auto free = storage.get_deleter();
+    // A type and its unsigned one may stand for each other.
+    std::unique_ptr<T[], void (*)(void*)> elements(reinterpret_cast<T*>(storage.release()), free);
+    return factory.createArrayFromBuffer<T>({rows, 1}, std::move(elements));
 }
 
 /// Calls `set(element, text)` for each element whose text is not missing.
@@ -48,13 +62,19 @@ void fill(Elements& elements, TextBuffer& texts, Set set) {
     texts.clear();
 }
 
-Array makeEnumeration(TextBuffer& texts, const std::string& className, ArrayFactory& factory) {
+Array makeEnumeration(TextBuffer& texts, const std::string& className, ArrayFactory& factory,
+                      MemoryShare& memory) {
+    memory.take(texts.size() * sizeof(std::uint32_t));
     EnumArray members = factory.createEnumArray({texts.size(), 1}, className);
     fill(members, texts, [](auto& element, std::string_view text) { element = std::string(text); });
     return members;
 }
 
-Array makeStrings(TextBuffer& texts, ArrayFactory& factory) {
+/// An array of strings takes 16 bytes an element, and two for each unit of longer texts, three times that while it grows. The
+/// longest text, of which nothing is known but that all together are no shorter, is on its way besides.
+Array makeStrings(TextBuffer& texts, ArrayFactory& factory, MemoryShare& memory) {
+    constexpr std::size_t longestText = std::size_t{16} << 20;
+    memory.take(16 * texts.size() + 6 * texts.bytes() + 2 * std::min(texts.bytes(), longestText));
     auto strings = factory.createArray<String>({texts.size(), 1});
     fill(strings, texts, [](auto& element, std::string_view text) { element = toUtf16(text); });
     return strings;
@@ -83,7 +103,16 @@ std::size_t bytesOfSparse(const SparseArray<T>& matrix) {
 
 /// Of the kinds that files are read into.
 std::size_t sizeOfNumber(ArrayType type) {
-    return type == ArrayType::DOUBLE ? sizeof(double) : type == ArrayType::LOGICAL ? sizeof(bool) : 0;
+    switch (type) {
+    case ArrayType::LOGICAL:
+        return sizeof(bool);
+    case ArrayType::DOUBLE:
+    case ArrayType::INT64:
+    case ArrayType::UINT64:
+        return 8;
+    default:
+        return 0;
+    }
 }
 
 std::vector<double> presentNumbers(const TypedArray<double>& array) {
@@ -96,39 +125,92 @@ std::vector<double> presentNumbers(const TypedArray<double>& array) {
     return present;
 }
 
+template <class T>
+std::vector<double> asDoubles(const TypedArray<T>& array) {
+    std::vector<double> values;
+    values.reserve(array.getNumberOfElements());
+    for (const T value : array)
+        values.push_back(static_cast<double>(value));
+    return values;
+}
+
+template <class T>
+Extremes extremesOf(const TypedArray<T>& array) {
+    const auto [least, greatest] = std::minmax_element(array.begin(), array.end());
+    return {std::to_string(*least), std::to_string(*greatest)};
+}
+
 } // namespace
 
-Array makeArray(Column& column, const std::string& className, ArrayFactory& factory) {
-    if (column.kind() == Column::Kind::text)
-        return areCategories(column.texts()) ? makeEnumeration(column.texts(), className, factory)
-                                             : makeStrings(column.texts(), factory);
-    if (column.kind() == Column::Kind::logical && column.missing() == 0)
-        return makeLogical(column.values(), factory);
-    return makeNumbers(column.values(), factory);
+Array makeArray(Column& column, const std::string& className, ArrayFactory& factory, MemoryShare& memory) {
+    switch (column.kind()) {
+    case Column::Kind::text:
+        return areCategories(column.texts()) ? makeEnumeration(column.texts(), className, factory, memory)
+                                             : makeStrings(column.texts(), factory, memory);
+    case Column::Kind::int64:
+        return makeIntegers<std::int64_t>(column.integers(), factory, memory);
+    case Column::Kind::uint64:
+        return makeIntegers<std::uint64_t>(column.integers(), factory, memory);
+    case Column::Kind::logical:
+        if (column.missing() == 0) return makeLogical(column.values(), factory, memory);
+        [[fallthrough]];
+    default:
+        return makeNumbers(column.values(), factory, memory);
+    }
 }
 
 std::vector<double> presentValues(const Array& array) {
     switch (array.getType()) {
     case ArrayType::DOUBLE:
         return presentNumbers(array);
-    case ArrayType::LOGICAL: {
-        const TypedArray<bool> truths = array;
-        return {truths.begin(), truths.end()};
-    }
+    case ArrayType::LOGICAL:
+        return asDoubles<bool>(array);
+    case ArrayType::INT64:
+        return asDoubles<std::int64_t>(array);
+    case ArrayType::UINT64:
+        return asDoubles<std::uint64_t>(array);
     default:
         return {};
     }
 }
 
-std::vector<std::string> presentWords(const Array& array) {
-    std::vector<std::string> words;
-    if (array.getType() != ArrayType::ENUM) return words;
-    const EnumArray members = array;
-    for (const auto& element : members) {
-        std::string name = element.getName();
-        if (!name.empty()) words.push_back(std::move(name));
+Extremes integerExtremes(const Array& array) {
+    switch (array.getType()) {
+    case ArrayType::INT64:
+        return extremesOf<std::int64_t>(array);
+    case ArrayType::UINT64:
+        return extremesOf<std::uint64_t>(array);
+    default:
+        return {};
     }
-    return words;
+}
+
+std::vector<WordCount> countWords(const Array& array) {
+    if (array.getType() != ArrayType::ENUM) return {};
+    std::map<std::string, std::size_t> counts;
+    const EnumArray members = array;
+    for (const auto& element : members)
+        ++counts[element.getName()];
+    counts.erase(""); // elements without member
+    std::vector<WordCount> sorted;
+    for (const auto& [word, count] : counts)
+        sorted.push_back({word, count});
+    std::stable_sort(sorted.begin(), sorted.end(),
+                     [](const WordCount& a, const WordCount& b) { return a.count > b.count; });
+    return sorted;
+}
+
+std::size_t storedElements(const Array& array) {
+    switch (array.getType()) {
+    case ArrayType::SPARSE_LOGICAL:
+        return SparseArray<bool>(array).getNumberOfNonZeroElements();
+    case ArrayType::SPARSE_DOUBLE:
+        return SparseArray<double>(array).getNumberOfNonZeroElements();
+    case ArrayType::SPARSE_COMPLEX_DOUBLE:
+        return SparseArray<std::complex<double>>(array).getNumberOfNonZeroElements();
+    default:
+        return array.getNumberOfElements();
+    }
 }
 
 std::size_t bytesOf(const Array& array) {

@@ -1,7 +1,6 @@
 #include "Words.hpp"
 
 #include <algorithm>
-#include <map>
 #include <string_view>
 #include <unordered_set>
 
@@ -9,8 +8,9 @@ namespace vexa::inspect {
 
 namespace {
 
-bool isPrintableAscii(std::string_view text) {
-    return std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c <= '~'; });
+bool canBeMember(std::string_view text) {
+    return text.size() <= longestCategory &&
+           std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c <= '~'; });
 }
 
 } // namespace
@@ -22,22 +22,10 @@ bool areCategories(const TextBuffer& texts) {
         const auto text = texts[k];
         if (!text) continue;
         ++present;
-        if (words.insert(*text).second && (words.size() > mostCategories || !isPrintableAscii(*text)))
+        if (words.insert(*text).second && (words.size() > mostCategories || !canBeMember(*text)))
             return false;
     }
     return present > 0 && words.size() * 3 <= present;
-}
-
-std::vector<WordCount> countWords(const std::vector<std::string>& words) {
-    std::map<std::string, std::size_t> counts;
-    for (const std::string& word : words)
-        ++counts[word];
-    std::vector<WordCount> sorted;
-    for (const auto& [word, count] : counts)
-        sorted.push_back({word, count});
-    std::stable_sort(sorted.begin(), sorted.end(),
-                     [](const WordCount& a, const WordCount& b) { return a.count > b.count; });
-    return sorted;
 }
 
 } // namespace vexa::inspect
