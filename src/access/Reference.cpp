@@ -22,6 +22,12 @@ Reference<Array>& Reference<Array>::operator=(const Array& array) {
     return *this;
 }
 
+void swap(Reference<Array> a, Reference<Array> b) {
+    const Array array = a;
+    a = b;
+    b = array;
+}
+
 Reference<Array>& Reference<Array>::operator=(const Reference& other) {
     return *this = detail::castTo<Array, true>(other.chain_);
 }

@@ -5,6 +5,7 @@
 #include <foundation/vexadata/UntypedElement.hpp>
 
 #include <cmath>
+#include <limits>
 #include <stdexcept>
 #include <utility>
 
@@ -38,16 +39,17 @@ Order reversed(Order order) noexcept {
     }
 }
 
+double realOf(const Number& number) noexcept {
+    return number.kind == Number::Kind::REAL     ? number.real
+           : number.kind == Number::Kind::SIGNED ? static_cast<double>(number.whole)
+                                                 : static_cast<double>(number.natural);
+}
+
 /// By value: whole numbers of either sign exactly, anything beside a floating-point number as one.
 Order orderOf(const Number& a, const Number& b) noexcept {
     using Kind = Number::Kind;
-    const auto asReal = [](const Number& n) {
-        return n.kind == Kind::REAL     ? n.real
-               : n.kind == Kind::SIGNED ? static_cast<double>(n.whole)
-                                        : static_cast<double>(n.natural);
-    };
     if (a.kind == Kind::REAL || b.kind == Kind::REAL) {
-        return orderOf(asReal(a), asReal(b));
+        return orderOf(realOf(a), realOf(b));
     }
     if (a.kind == b.kind) {
         return a.kind == Kind::SIGNED ? orderOf(a.whole, b.whole) : orderOf(a.natural, b.natural);
@@ -56,29 +58,60 @@ Order orderOf(const Number& a, const Number& b) noexcept {
 }
 
 template <class T>
-T as(const Number& number) noexcept {
-    switch (number.kind) {
-    case Number::Kind::SIGNED:
-        return static_cast<T>(number.whole);
-    case Number::Kind::UNSIGNED:
-        return static_cast<T>(number.natural);
+T applied(Arithmetic operation, T a, T b) {
+    switch (operation) {
+    case Arithmetic::ADD:
+        return a + b;
+    case Arithmetic::SUBTRACT:
+        return a - b;
+    case Arithmetic::MULTIPLY:
+        return a * b;
     default:
-        return static_cast<T>(number.real);
+        return a / b;
     }
 }
 
+/// The nearest `T`; 0 for a NaN.
 template <class T>
-T applied(Arithmetic operation, T current, T value) {
-    switch (operation) {
-    case Arithmetic::ADD:
-        return static_cast<T>(current + value);
-    case Arithmetic::SUBTRACT:
-        return static_cast<T>(current - value);
-    case Arithmetic::MULTIPLY:
-        return static_cast<T>(current * value);
-    default:
-        return static_cast<T>(current / value);
+T nearest(double value) noexcept {
+    if constexpr (std::is_floating_point_v<T>) {
+        return static_cast<T>(value);
+    } else if constexpr (std::is_same_v<T, bool>) {
+        return value != 0;
+    } else {
+        constexpr T least = std::numeric_limits<T>::min();
+        constexpr T most = std::numeric_limits<T>::max();
+        if (std::isnan(value)) {
+            return 0;
+        }
+        // The double of the largest 64-bit number is one more than it.
+        return value <= static_cast<double>(least)  ? least
+               : value >= static_cast<double>(most) ? most
+                                                    : static_cast<T>(value);
     }
+}
+
+/// Bit patterns of whole numbers, which wrap around.
+std::uint64_t bitsOf(const Number& number) noexcept {
+    return number.kind == Number::Kind::SIGNED ? static_cast<std::uint64_t>(number.whole) : number.natural;
+}
+
+template <class T>
+T combined(Arithmetic operation, T element, const Number& number) {
+    const Number current(element);
+    const bool inDoubles =
+        std::is_floating_point_v<T> || number.kind == Number::Kind::REAL || operation == Arithmetic::DIVIDE;
+    if (!inDoubles) {
+        return static_cast<T>(applied(operation, bitsOf(current), bitsOf(number)));
+    }
+    if constexpr (std::is_integral_v<T>) { // what doubles would round
+        if (number.kind == current.kind && bitsOf(number) != 0 && operation == Arithmetic::DIVIDE) {
+            return current.kind == Number::Kind::UNSIGNED ? static_cast<T>(current.natural / number.natural)
+                   : number.whole == -1                   ? nearest<T>(-realOf(current))
+                                                          : static_cast<T>(current.whole / number.whole);
+        }
+    }
+    return nearest<T>(applied(operation, realOf(current), realOf(number)));
 }
 
 /// Calls `visit(T())` with the element type of a primitive array.
@@ -113,19 +146,27 @@ bool withValue(ArrayType type, Visit visit) {
     }
 }
 
-} // namespace
-
-Order compared(const ElementPosition& element, const Number& number) {
-    Order found = Order::UNORDERED;
+/// @throws TypeMismatchException when the element is no real number
+Number numberAt(const ElementPosition& element) {
+    Number found(0);
     withNumber(element, [&](auto zero) {
         using T = decltype(zero);
         if constexpr (isComplexElement<T>) {
             raise<TypeMismatchException>();
         } else {
-            found = orderOf(Number(element.value<T>()), number);
+            found = Number(element.value<T>());
         }
     });
     return found;
+}
+
+} // namespace
+
+Order compared(const ElementPosition& element, const Number& number) {
+    return orderOf(numberAt(element), number);
+}
+Order compared(const ElementPosition& a, const ElementPosition& b) {
+    return orderOf(numberAt(a), numberAt(b));
 }
 
 bool equals(const ElementPosition& element, const Number& number) {
@@ -173,13 +214,33 @@ bool sameElements(const ElementPosition& a, const ElementPosition& b) {
 void combine(const ElementPosition& element, Arithmetic operation, const Number& number) {
     withNumber(element, [&](auto zero) {
         using T = decltype(zero);
+        const T value = element.value<T>();
         if constexpr (isComplexElement<T>) {
-            using Part = typename T::value_type;
-            element.setValue<T>(applied(operation, element.value<T>(), T(as<Part>(number))));
+            const bool scales = operation == Arithmetic::MULTIPLY || operation == Arithmetic::DIVIDE;
+            element.setValue<T>({combined(operation, value.real(), number),
+                                 scales ? combined(operation, value.imag(), number) : value.imag()});
         } else {
-            element.setValue<T>(applied(operation, element.value<T>(), as<T>(number)));
+            element.setValue<T>(combined(operation, value, number));
         }
     });
+}
+
+void combine(const ElementPosition& element, Arithmetic operation, const ElementPosition& other) {
+    const ArrayType type = element.array()->getType();
+    bool complex = false;
+    withNumber(other, [&](auto zero) {
+        using T = decltype(zero);
+        if constexpr (isComplexElement<T>) {
+            complex = true;
+            if (type != arrayTypeOf<T>) {
+                raise<TypeMismatchException>();
+            }
+            element.setValue<T>(applied(operation, element.value<T>(), other.value<T>()));
+        }
+    });
+    if (!complex) {
+        combine(element, operation, numberAt(other));
+    }
 }
 
 void storeText(const ElementPosition& element, String text) {

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <utility>
@@ -167,6 +168,32 @@ TEST_F(KeptReferences, StandForArraysOfKindsThatHaveNoElementsOfTheirOwn) {
     EXPECT_EQ(all.getNumberOfElements(), 2U);
     EXPECT_NO_THROW((detail::castTo<Reference<ValueObjectArray>, false>(detail::chainOf(cells[1]))));
     EXPECT_THROW((Reference<ValueObjectArray>(cells[0])), TypeMismatchException);
+}
+
+TEST_F(KeptReferences, ExchangeWhatTheyReferTo) {
+    TypedArray<double> numbers = factory.createArray<double>({1, 2}, {1, 2});
+    Reference<double> first = numbers[0];
+    Reference<double> second = numbers[1];
+    swap(first, second);
+    EXPECT_EQ(numbers[0], 2);
+    Reference<double> moved = std::move(first);
+    first = 3;
+    EXPECT_EQ(moved, 3) << "there is no moving";
+
+    cells[0] = factory.createScalar(1.0);
+    cells[1] = factory.createCharArray("b");
+    std::reverse(cells.begin(), cells.end());
+    EXPECT_EQ(cells[0].getType(), ArrayType::CHAR);
+    EXPECT_EQ(cells[1].held()[0], 1.0);
+    TypedArray<String> texts = factory.createArray<String>({1, 3});
+    texts[0] = "c";
+    texts[1] = "b";
+    texts[2] = "a";
+    std::sort(texts.begin(), texts.end(), [](const String& a, const String& b) { return *a < *b; });
+    EXPECT_TRUE(texts[0] == "a" && texts[1] == "b" && texts[2] == "c");
+    EnumArray colors = factory.createEnumArray({1, 2}, "Color", {"red", "blue"});
+    std::iter_swap(colors.begin(), colors.begin() + 1);
+    EXPECT_EQ(colors[0], "blue");
 }
 
 TEST_F(KeptReferences, TakeWhatOtherElementsHold) {

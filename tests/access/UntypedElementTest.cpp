@@ -62,8 +62,26 @@ TEST_F(UntypedElements, AreComputedWith) {
     doubles[1] /= 4.0F;
     EXPECT_TRUE(doubles[0] == 2.5 && doubles[1] == 0.5 && before[0] == 1.5);
     Array bytes = factory.createArray<std::int8_t>({1, 1}, {100});
-    bytes[0] -= 1.9; // as the typed handle: 1.9 is a 1 there
-    EXPECT_EQ(bytes[0], 99);
+    bytes[0] -= 1.5;
+    EXPECT_EQ(bytes[0], 98) << "98.5 as a whole number";
+    bytes[0] /= 0.5;
+    EXPECT_EQ(bytes[0], 127) << "the nearest that it has";
+    bytes[0] += 1;
+    EXPECT_EQ(bytes[0], -128) << "whole numbers wrap around";
+    bytes[0] /= -1;
+    EXPECT_EQ(bytes[0], 127);
+    bytes[0] /= 0;
+    EXPECT_EQ(bytes[0], 127);
+    bytes[0] *= std::numeric_limits<double>::quiet_NaN();
+    EXPECT_EQ(bytes[0], 0);
+    TypedArray<std::int8_t> typed = factory.createArray<std::int8_t>({1, 1}, {7});
+    typed[0] /= 0.5;
+    EXPECT_EQ(typed[0], 14);
+    Array words = factory.createArray<std::int64_t>({1, 2}, {(1LL << 53) + 1, 3});
+    words[0] /= words[1];
+    EXPECT_EQ(words[0], 3002399751580331);
+    words[1] += doubles[0];
+    EXPECT_TRUE(words[1] == 5 && words[1] < words[0] && doubles[1] <= typed[0]);
     Array complex = factory.createArray<std::complex<float>>({1, 1}, {{1, 1}});
     complex[0] *= 2;
     complex[0] += std::complex<float>(0, 1);
@@ -113,6 +131,27 @@ TEST_F(UntypedElements, AreTextsMembersAndRecords) {
     EXPECT_TRUE(StructElement(records[1])["a"].isEmpty()) << "assigning a view writes nothing";
     EXPECT_THROW(records[1] = (std::vector<Array>{Array()}), WrongVectorSizeForStructException);
     EXPECT_THROW(strings[1] = (std::vector<Array>{Array()}), TypeMismatchException);
+}
+
+TEST_F(UntypedElements, AreAssignedToThoseOfTypedArrays) {
+    Array strings = factory.createArray<String>({1, 2});
+    strings[0] = "x";
+    TypedArray<String> texts = factory.createArray<String>({1, 2});
+    texts[0] = strings[0];
+    Reference<String> text = texts[1];
+    text = strings[0];
+    EXPECT_TRUE(texts[0] == "x" && texts[1] == "x");
+    Array colors = factory.createEnumArray({1, 2}, "Color", {"red", "blue"});
+    EnumArray members = colors;
+    Reference<Enumeration> member = members[0];
+    member = colors[1];
+    EXPECT_EQ(member, "blue");
+    const TypedArray<Array> cells = factory.createArray<Array>({1, 1}, {factory.createScalar(5.0)});
+    TypedArray<double> numbers = factory.createScalar(1.0);
+    Reference<double> number = numbers[0];
+    number = cells[0].held()[0];
+    EXPECT_EQ(number, 5.0);
+    EXPECT_THROW(strings[0] = static_cast<const char*>(nullptr), std::logic_error);
 }
 
 TEST_F(UntypedElements, AreReadAndWrittenAsWideIntegersAndObjects) {

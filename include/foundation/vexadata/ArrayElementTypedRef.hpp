@@ -34,14 +34,35 @@ struct ComplexComparison<Ref, T, true> {
     friend bool operator!=(const T& a, const Ref& b) { return !(a == b); }
 };
 
-/// Compound assignment: one read and one write of the element.
+/// Compound assignment: one read and one write of the element. As the language's own, it is computed in the common type of both
+/// sides, so that `words[0] /= 0.5` doubles.
 template <class Ref, class T>
 class CompoundAssignment {
+    template <class U>
+    using IfBothReal = std::enable_if_t<
+        std::is_arithmetic_v<T> && std::is_arithmetic_v<U> && !std::is_same_v<T, U> && !isNarrowUnit<U>, int>;
+
 public:
     Ref& operator+=(const T& value) { return self() = static_cast<T>(current() + value); }
     Ref& operator-=(const T& value) { return self() = static_cast<T>(current() - value); }
     Ref& operator*=(const T& value) { return self() = static_cast<T>(current() * value); }
     Ref& operator/=(const T& value) { return self() = static_cast<T>(current() / value); }
+    template <class U, IfBothReal<U> = 0>
+    Ref& operator+=(U value) {
+        return self() = static_cast<T>(current() + value);
+    }
+    template <class U, IfBothReal<U> = 0>
+    Ref& operator-=(U value) {
+        return self() = static_cast<T>(current() - value);
+    }
+    template <class U, IfBothReal<U> = 0>
+    Ref& operator*=(U value) {
+        return self() = static_cast<T>(current() * value);
+    }
+    template <class U, IfBothReal<U> = 0>
+    Ref& operator/=(U value) {
+        return self() = static_cast<T>(current() / value);
+    }
 
 private:
     Ref& self() noexcept { return static_cast<Ref&>(*this); }

@@ -44,7 +44,6 @@ public:
 
 protected:
     HeldView(const HeldView&) = default;
-    HeldView(HeldView&&) noexcept = default;
     ~HeldView() = default;
 
     static std::shared_ptr<ReferenceImpl> checked(std::shared_ptr<ReferenceImpl> chain) {
@@ -69,7 +68,6 @@ class HeldAssignment : public Base {
 public:
     using Base::Base;
     HeldAssignment(const HeldAssignment&) = default;
-    HeldAssignment(HeldAssignment&&) noexcept = default;
 
     /// Stores an array, shared with the handle until one of them is written.
     Ref& operator=(const A& array) {
@@ -107,7 +105,6 @@ public:
     HeldArray(const ArrayElementRef<false>& element) : Assignment(View::checked(chainOf(element))) {}
     HeldArray(const Reference<Array>& element) : Assignment(View::checked(element.chain())) {}
     HeldArray(const HeldArray&) = default;
-    HeldArray(HeldArray&&) noexcept = default;
     HeldArray& operator=(const HeldArray&) = default; // stores
     using Assignment::operator=;
 

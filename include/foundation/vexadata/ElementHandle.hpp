@@ -10,6 +10,14 @@
 
 namespace foundation::vexadata::detail {
 
+/// The handles whose array's kind is known at run time only.
+template <class Ref>
+inline constexpr bool isUntypedElement = false;
+template <bool isConst>
+inline constexpr bool isUntypedElement<ArrayElementRef<isConst>> = true;
+template <bool isConst>
+inline constexpr bool isUntypedElement<HeldElementRef<isConst>> = true;
+
 /// Further indices on the element handle `Ref`: a temporary one grows, a named one is copied and stays as it is.
 template <class Ref>
 class Indexing {
@@ -64,7 +72,6 @@ class WritableElement : public View {
 public:
     using View::View;
     WritableElement(const WritableElement&) = default;
-    WritableElement(WritableElement&&) noexcept = default;
 
     Ref& operator=(T value) {
         this->position_.template setValue<T>(std::move(value));
@@ -74,9 +81,17 @@ public:
         *this = static_cast<T>(other);
         return *this;
     }
-    template <class Other, std::enable_if_t<std::is_base_of_v<ElementView<T>, Other>, int> = 0>
+    template <class Other,
+              std::enable_if_t<std::is_base_of_v<ElementView<T>, Other> || isUntypedElement<Other>, int> = 0>
     Ref& operator=(const Other& other) {
         return *this = static_cast<T>(other);
+    }
+
+    /// Exchanges the values. Found by argument alone: `std::swap` by its full name would lose one of them.
+    friend void swap(Ref a, Ref b) {
+        T value = a;
+        a = static_cast<T>(b);
+        b = std::move(value);
     }
 
 protected:

@@ -118,6 +118,12 @@ template <bool isConst>
 HeldElements<isConst> ArrayElementRef<isConst>::held() const {
     return HeldElements<isConst>(position_);
 }
+inline HeldElements<false> Reference<Array>::held() {
+    return HeldElements<false>(detail::ElementPosition(chain_));
+}
+inline HeldElements<true> Reference<Array>::held() const {
+    return HeldElements<true>(detail::ElementPosition(chain_));
+}
 
 namespace detail {
 

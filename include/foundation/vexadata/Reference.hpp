@@ -73,8 +73,8 @@ public:
         }
         detail::validateReference<T>(chain_, true);
     }
-    Reference(const Reference&) = default;
-    Reference(Reference&&) noexcept = default;
+    Reference(const Reference&) =
+        default; // there is no moving: assignment writes, also to one that was moved from
     ~Reference() = default;
 
     /// Reads the element.
@@ -104,9 +104,16 @@ public:
     Reference& operator=(const ArrayElementTypedRef<T, isConst>& other) {
         return *this = static_cast<T>(other);
     }
-    template <bool isConst>
-    Reference& operator=(const ArrayElementRef<isConst>& other) {
+    template <class Other, std::enable_if_t<detail::isUntypedElement<Other>, int> = 0>
+    Reference& operator=(const Other& other) {
         return *this = static_cast<T>(other);
+    }
+
+    /// Exchanges the values. Found by argument alone: `std::swap` by its full name would lose one of them.
+    friend void swap(Reference a, Reference b) {
+        const T value = a;
+        a = static_cast<T>(b);
+        b = value;
     }
 
     /// The chain of the element.
@@ -126,8 +133,8 @@ public:
     explicit Reference(const detail::ElementPosition& element) : ArrayReferenceExt(element.chain()) {}
     Reference(const ArrayElementRef<false>& element)
         : ArrayReferenceExt(detail::Access::position(element).chain()) {}
-    Reference(const Reference&) = default;
-    Reference(Reference&&) noexcept = default;
+    Reference(const Reference&) =
+        default; // there is no moving: assignment writes, also to one that was moved from
     ~Reference() = default;
 
     /// Stores an array, shared with the handle until one of them is written.
@@ -150,6 +157,13 @@ public:
     ArrayElementRef<true> operator[](std::size_t index) const {
         return ArrayElementRef<true>(detail::createConstReferenceWithIndex(chain_, index));
     }
+
+    /// The way into the array that the element holds, as `ArrayElementRef::held`.
+    HeldElements<false> held();
+    HeldElements<true> held() const;
+
+    /// Exchanges the arrays held. Found by argument alone: `std::swap` by its full name would lose one of them.
+    friend VEXADATA_API void swap(Reference a, Reference b);
 
     /// A field of the record that this reference stands for. A reference that is a field already stands for an array and not
     /// for a record: index that array first.

@@ -118,7 +118,6 @@ class WritableString : public VEXAStringReferenceExt {
 public:
     using VEXAStringReferenceExt::VEXAStringReferenceExt;
     WritableString(const WritableString&) = default;
-    WritableString(WritableString&&) noexcept = default;
 
     /// `std::nullopt`, or a value without text, makes the element missing.
     Ref& operator=(String value) {
@@ -142,10 +141,19 @@ public:
         *this = std::move(value);
         return *this;
     }
-    template <class Other, IfStringRef<Other> = 0>
+    template <class Other,
+              std::enable_if_t<std::is_base_of_v<VEXAStringReferenceExt, Other> || isUntypedElement<Other>,
+                               int> = 0>
     Ref& operator=(const Other& other) {
         String value = other;
         return *this = std::move(value);
+    }
+
+    /// Exchanges the values. Found by argument alone: `std::swap` by its full name would lose one of them.
+    friend void swap(Ref a, Ref b) {
+        String value = a.value();
+        a = b.value();
+        b = std::move(value);
     }
 
 protected:

@@ -65,14 +65,6 @@ struct Number {
     };
 };
 
-/// The handles whose array's kind is known at run time only.
-template <class Ref>
-inline constexpr bool isUntypedElement = false;
-template <bool isConst>
-inline constexpr bool isUntypedElement<ArrayElementRef<isConst>> = true;
-template <bool isConst>
-inline constexpr bool isUntypedElement<HeldElementRef<isConst>> = true;
-
 /// The handles to single elements.
 template <class Ref>
 inline constexpr bool isElementHandle = isUntypedElement<Ref>;
@@ -110,8 +102,13 @@ VEXADATA_API bool equals(const ElementPosition& element, std::string_view text);
 /// Two elements of arrays of one kind, or the arrays that two cells hold.
 VEXADATA_API bool sameElements(const ElementPosition& a, const ElementPosition& b);
 
-/// Replaces the element by what the operation gives, computed in its own type.
+/// Replaces the element by what the operation gives. Beside a floating-point number, or divided by 0, it is computed as a double, and
+/// whole elements take the nearest value that they have; whole numbers alone wrap around.
 VEXADATA_API void combine(const ElementPosition& element, Arithmetic operation, const Number& number);
+/// The same with another element; complex ones with those of their own type.
+VEXADATA_API void combine(const ElementPosition& element, Arithmetic operation, const ElementPosition& other);
+/// As for a number.
+VEXADATA_API Order compared(const ElementPosition& a, const ElementPosition& b);
 
 /// A string element, or by narrow text a member of an enumeration.
 /// @throws NonAsciiCharInInputDataException for narrow text for a string with a byte above 127
@@ -221,7 +218,7 @@ public:
     Ref& operator=(std::u16string text) { return write(String(std::move(text))); }
     Ref& operator=(const char16_t* text) { return write(String(text)); }
     Ref& operator=(const std::string& text) { return write(std::string_view(text)); }
-    Ref& operator=(const char* text) { return write(std::string_view(text)); }
+    Ref& operator=(const char* text) { return *this = copied(text); }
     /// Writes a character.
     /// @throws NonAsciiCharInInputDataException for a byte above 127
     Ref& operator=(char unit) { return *this = widened(unit); }
@@ -247,22 +244,39 @@ public:
         return copyFrom(other);
     }
 
-    /// Computed in the type of the element, whatever real type it has; with a complex number, the array must be of its type.
+    /// For elements of any real type, by value: whole elements take the nearest value that they have, and wrap around when both
+    /// sides are whole. With a complex number, the array must be of its type.
     template <class T, IfNumber<T> = 0>
     Ref& operator+=(const T& value) {
         return combineWith(Arithmetic::ADD, value);
+    }
+    template <class Other, IfElement<Other> = 0>
+    Ref& operator+=(const Other& other) {
+        return combineWith(Arithmetic::ADD, other);
     }
     template <class T, IfNumber<T> = 0>
     Ref& operator-=(const T& value) {
         return combineWith(Arithmetic::SUBTRACT, value);
     }
+    template <class Other, IfElement<Other> = 0>
+    Ref& operator-=(const Other& other) {
+        return combineWith(Arithmetic::SUBTRACT, other);
+    }
     template <class T, IfNumber<T> = 0>
     Ref& operator*=(const T& value) {
         return combineWith(Arithmetic::MULTIPLY, value);
     }
+    template <class Other, IfElement<Other> = 0>
+    Ref& operator*=(const Other& other) {
+        return combineWith(Arithmetic::MULTIPLY, other);
+    }
     template <class T, IfNumber<T> = 0>
     Ref& operator/=(const T& value) {
         return combineWith(Arithmetic::DIVIDE, value);
+    }
+    template <class Other, IfElement<Other> = 0>
+    Ref& operator/=(const Other& other) {
+        return combineWith(Arithmetic::DIVIDE, other);
     }
 
     // Arithmetic: the element is read as a `T`, and the array must be one of these. What the type of the result is has to be
@@ -371,6 +385,27 @@ public:
         return element <= value;
     }
 
+    // Order of two elements, by value.
+
+    template <class Other, IfElement<Other> = 0>
+    friend bool operator<(const Ref& element, const Other& other) {
+        return compared(place(element), positionOf(other)) == Order::LESS;
+    }
+    template <class Other, IfElement<Other> = 0>
+    friend bool operator>(const Ref& element, const Other& other) {
+        return compared(place(element), positionOf(other)) == Order::GREATER;
+    }
+    template <class Other, IfElement<Other> = 0>
+    friend bool operator<=(const Ref& element, const Other& other) {
+        const Order found = compared(place(element), positionOf(other));
+        return found == Order::LESS || found == Order::EQUAL;
+    }
+    template <class Other, IfElement<Other> = 0>
+    friend bool operator>=(const Ref& element, const Other& other) {
+        const Order found = compared(place(element), positionOf(other));
+        return found == Order::GREATER || found == Order::EQUAL;
+    }
+
     // Equality with a complex number, for elements of its type.
 
     template <class T, IfComplex<T> = 0>
@@ -453,7 +488,10 @@ private:
     }
     template <class T>
     Ref& combineWith(Arithmetic operation, const T& value) {
-        if constexpr (isRealElement<T>) {
+        if constexpr (isElementHandle<T>) {
+            combine(writable(), operation, positionOf(value));
+            return self();
+        } else if constexpr (isRealElement<T>) {
             combine(writable(), operation, Number(value));
             return self();
         } else {
