@@ -54,8 +54,8 @@ public:
     /// True when other handles share the array. A default-constructed handle always shares.
     bool isShared() const noexcept { return impl_.use_count() >= 2; }
 
-    /// An element, or a row of them that wants more indices. The writable form makes the array private first, and stays
-    /// attached to it when the handle is copied afterwards.
+    /// An element, or a partial subscript that needs further indices; of a temporary array, only until the expression ends. The
+    /// writable form makes the array private first, and stays attached to it when the handle is copied afterwards.
     /// @throws CantIndexIntoEmptyArrayException, TooManyIndicesProvidedException; std::bad_alloc, the handle unchanged
     ArrayElementRef<false> operator[](std::size_t index) {
         detail::Access::unshare(*this);

@@ -100,7 +100,7 @@ public:
     }
 
     /// Hands the elements over in a buffer that the caller owns: the array's own when no other handle shares it, a copy
-    /// otherwise. What this handle reports afterwards is the back-end's choice.
+    /// otherwise. Ends iterators and references into the array; what it reports afterwards is the back-end's choice.
     /// @throws InvalidArrayTypeException when the back-end has no buffer of elements; std::bad_alloc
     detail::buffer_ptr<T> release() {
         void* data = nullptr;
