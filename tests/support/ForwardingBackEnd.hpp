@@ -196,6 +196,8 @@ protected:
     virtual ArrayImpl* wrapCopy(Inner<ArrayImpl> copy) const = 0;
     /// The inner array, for an operation that is passed on.
     ArrayImpl& passOn() const { return *inner_.operator->(); }
+    /// Goes on around another array.
+    void rewrap(Inner<ArrayImpl> inner) { inner_ = std::move(inner); }
 
 private:
     Inner<ArrayImpl> inner_;

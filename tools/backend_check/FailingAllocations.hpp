@@ -21,6 +21,8 @@ public:
     static bool fired() noexcept;
     /// Blocks allocated less blocks freed since `start`.
     static std::ptrdiff_t liveBlocks() noexcept;
+    /// The same in bytes.
+    static std::ptrdiff_t liveBytes() noexcept;
     /// Whether `malloc` is counted too.
     static bool seesMalloc() noexcept;
 };

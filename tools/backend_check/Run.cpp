@@ -12,6 +12,14 @@ bool contains(const std::vector<std::string>& list, const std::string& word) {
     return std::find(list.begin(), list.end(), word) != list.end();
 }
 
+bool isAsked(const Check& check, const Options& options) {
+    const std::string name = check.family + ": " + check.name;
+    return (options.families.empty() || contains(options.families, check.family)) &&
+           (options.checks.empty() ||
+            std::any_of(options.checks.begin(), options.checks.end(),
+                        [&](const std::string& part) { return name.find(part) != std::string::npos; }));
+}
+
 class Runner {
 public:
     Runner(const std::string& library, const Options& options) : library_(library), options_(options) {}
@@ -47,9 +55,9 @@ private:
         return runInChild(
             [&](const Step& step) {
                 step("loading the library");
-                const Owned<ArrayFactoryImpl> factory = loadBackend(library_);
+                Owned<ArrayFactoryImpl> factory = loadBackend(library_);
                 step("");
-                Backend backend(*factory, missing_, step);
+                Backend backend(std::move(factory), missing_, step);
                 check.run(backend);
                 return backend.note();
             },
@@ -77,11 +85,13 @@ std::vector<Row> runChecks(const std::string& library, const Checks& checks, con
     Runner runner(library, options);
     std::vector<Row> rows;
     for (const Check& check : checks) {
-        const bool asked = options.families.empty() || contains(options.families, check.family);
+        const bool asked = isAsked(check, options);
         // What is offered has to be known in any case, and what is required is reported in any case.
         if (!asked && check.provides.empty()) continue;
         Result result = runner.run(check);
-        if (asked || result.verdict == Verdict::fails) rows.push_back({&check, std::move(result)});
+        const bool fails = result.verdict == Verdict::fails;
+        if (asked || fails) rows.push_back({&check, std::move(result)});
+        if (fails && options.first) break;
     }
     return rows;
 }
