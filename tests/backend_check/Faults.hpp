@@ -16,8 +16,9 @@
 namespace wrong {
 
 inline std::string_view chosen() {
-    static const char* const name = std::getenv("VEXADATA_FAULT");
-    return name == nullptr ? "" : name;
+    static const std::string_view name =
+        std::getenv("VEXADATA_FAULT") == nullptr ? "" : std::getenv("VEXADATA_FAULT");
+    return name;
 }
 
 inline bool is(std::string_view operation, std::string_view how) {
@@ -29,6 +30,23 @@ inline bool isOf(std::string_view operation) {
     const std::string_view name = chosen();
     return name.size() > operation.size() && name[operation.size()] == '/' &&
            name.substr(0, operation.size()) == operation;
+}
+
+/// An operation of several, such as those of iterators over elements and over field values.
+struct Operation {
+    const char* prefix;
+    const char* name;
+};
+inline bool isOf(const Operation& operation) {
+    const std::string_view prefix = operation.prefix;
+    const std::string_view name = operation.name;
+    const std::string_view fault = chosen();
+    const std::size_t length = prefix.size() + name.size();
+    return fault.size() > length && fault[length] == '/' && fault.substr(0, prefix.size()) == prefix &&
+           fault.substr(prefix.size(), name.size()) == name;
+}
+inline bool is(const Operation& operation, std::string_view how) {
+    return isOf(operation) && chosen().substr(chosen().find('/') + 1) == how;
 }
 
 /// An allocation that no compiler leaves out.
@@ -66,7 +84,8 @@ inline std::size_t number(std::string_view operation, std::size_t n) {
     return n;
 }
 
-inline bool truth(std::string_view operation, bool answer) {
+template <class Name>
+bool truth(const Name& operation, bool answer) {
     if (is(operation, "true")) return true;
     if (is(operation, "false")) return false;
     return answer;
@@ -100,8 +119,8 @@ inline const char* lent(std::string_view operation, const char* given) {
 }
 
 /// Another count of references to what is given away.
-template <class T>
-T* counted(std::string_view operation, T* object) {
+template <class Name, class T>
+T* counted(const Name& operation, T* object) {
     if (object == nullptr || !isOf(operation)) return object;
     if (is(operation, "leaked")) return retained(object);
     static int calls = 0;
@@ -115,15 +134,18 @@ T* counted(std::string_view operation, T* object) {
 }
 
 /// Does `call` and goes wrong around it.
-template <class F>
-auto passed(std::string_view operation, F call) -> decltype(call()) {
+template <class Name, class F>
+auto passed(const Name& operation, F call) -> decltype(call()) {
     using Result = decltype(call());
     if (!isOf(operation)) return call();
     if (is(operation, "throws")) throw std::runtime_error("no reason");
     if (is(operation, "exits")) std::_Exit(0);
     static int calls = 0;
     if (is(operation, "races")) ++calls;
-    if (is(operation, "sometimes-loses") && ++calls % 50 == 0) static_cast<void>(new char[24]);
+    if (is(operation, "sometimes-loses") && ++calls % 50 == 0) {
+        static char* volatile lost;
+        lost = new char[24];
+    }
     if (is(operation, "loses-without-memory")) {
         char* volatile scratch = new char[8]; // lost when the call throws
         if constexpr (std::is_void_v<Result>) {

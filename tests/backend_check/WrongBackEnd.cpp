@@ -24,8 +24,8 @@ using vexa::data::impl::PropertyImpl;
 /// `prefix` begins the names of its operations.
 class WrongIterator : public ForwardingIterator {
 public:
-    WrongIterator(std::string prefix, Inner<IteratorImpl> inner, Inner<IteratorImpl> start)
-        : ForwardingIterator(std::move(inner)), prefix_(std::move(prefix)), start_(std::move(start)) {}
+    WrongIterator(const char* prefix, Inner<IteratorImpl> inner, Inner<IteratorImpl> start)
+        : ForwardingIterator(std::move(inner)), prefix_(prefix), start_(std::move(start)) {}
 
     bool isEqual(const IteratorImpl& other) const override {
         if (is(name("isEqual"), "only-itself")) return this == &other;
@@ -76,22 +76,21 @@ protected:
     }
 
 private:
-    std::string name(const char* operation) const { return prefix_ + operation; }
+    Operation name(const char* operation) const { return {prefix_, operation}; }
 
     static inline int clones_ = 0;
-    std::string prefix_;
+    const char* prefix_;
     Inner<IteratorImpl> start_;
 };
 
-IteratorImpl* wrongIterator(const char* prefix, IteratorImpl* made, IteratorImpl* start) {
-    Inner<IteratorImpl> begin(start);
-    return new WrongIterator(prefix, Inner<IteratorImpl>(made), std::move(begin));
+IteratorImpl* wrongIterator(const char* prefix, Inner<IteratorImpl> made, Inner<IteratorImpl> start) {
+    return new WrongIterator(prefix, std::move(made), std::move(start));
 }
 
 class WrongForward : public ForwardIteratorImpl {
 public:
-    WrongForward(std::string prefix, Inner<ForwardIteratorImpl> inner)
-        : prefix_(std::move(prefix)), inner_(std::move(inner)) {}
+    WrongForward(const char* prefix, Inner<ForwardIteratorImpl> inner)
+        : prefix_(prefix), inner_(std::move(inner)) {}
 
     ForwardIteratorImpl* clone() const override {
         if (is(name("clone"), "itself")) return retained(const_cast<WrongForward*>(this));
@@ -116,9 +115,9 @@ private:
         object->release();
         return new vexa::data::impl::VexaIdentifierImpl("other");
     }
-    std::string name(const char* operation) const { return prefix_ + operation; }
+    Operation name(const char* operation) const { return {prefix_, operation}; }
 
-    std::string prefix_;
+    const char* prefix_;
     Inner<ForwardIteratorImpl> inner_;
 };
 
@@ -314,6 +313,10 @@ public:
             return new WrongNumbers(Inner<ArrayImpl>(retained(&this->wrapped())));
         return Base::sharedCopy();
     }
+    const std::vector<std::size_t>& getDimensions() const override {
+        return before_ == nullptr ? Base::getDimensions()
+                                  : before_->getDimensions(); // they stay where they are
+    }
     std::uint64_t getArrayID() const override {
         if (!isOf("cow")) return Base::getArrayID();
         return reinterpret_cast<std::uintptr_t>(this); // of arrays that live together
@@ -395,6 +398,7 @@ public:
             return;
         }
         passed("releaseBuffer", [&] { Base::releaseBuffer(data, deleter); });
+        before_.reset();
         if (is("releaseBuffer", "no-deleter")) deleter = nullptr;
         if (is("releaseBuffer", "never-freed")) deleter = [](void*) {};
     }
@@ -409,13 +413,18 @@ private:
     /// Makes the storage this object's alone, unless `step` is the one that forgets to.
     void separate(std::string_view step) {
         if (!isOf("cow") || is("cow", step) || this->wrapped().referenceCount() == 1) return;
-        this->rewrap(Inner<ArrayImpl>(this->wrapped().sharedCopy()));
+        Inner<ArrayImpl> own(this->wrapped().sharedCopy());
+        if (before_ == nullptr) before_.reset(retained(&this->wrapped()));
+        this->rewrap(std::move(own));
     }
     IteratorImpl* wrong(IteratorImpl* made) {
-        return wrongIterator("iterator.", made, this->wrapped().beginIterator(nullptr, false));
+        Inner<IteratorImpl> iterator(made);
+        Inner<IteratorImpl> start(this->wrapped().beginIterator(nullptr, false));
+        return wrongIterator("iterator.", std::move(iterator), std::move(start));
     }
 
     bool exposed_ = false;
+    Inner<ArrayImpl> before_; // the array that was shared, for its dimensions
 };
 
 // --- cells, texts, members, records ------------------------------------------------------------------------------
@@ -580,8 +589,9 @@ public:
         index = place("createFieldValuesIterator", index, wrapped().getNumberOfElements());
         if (is("createFieldValuesIterator", "begin-only")) atEnd = false;
         return passed("createFieldValuesIterator", [&] {
-            return wrongIterator("values.", Wrong::createFieldValuesIterator(index, atEnd),
-                                 Wrong::createFieldValuesIterator(index, false));
+            Inner<IteratorImpl> iterator(Wrong::createFieldValuesIterator(index, atEnd));
+            Inner<IteratorImpl> start(Wrong::createFieldValuesIterator(index, false));
+            return wrongIterator("values.", std::move(iterator), std::move(start));
         });
     }
     bool isEqual(const ArrayImpl* other) const override {

@@ -197,6 +197,21 @@ void fromBuffer(Backend& backend) {
     });
 }
 
+void buffersCopiedOut(Backend& backend) {
+    backend.eachPrimitive([&](auto tag) {
+        const auto array = backend.array(tag.arrayType, {2, 3});
+        expectBuffer("copyOutBuffer",
+                     [&](void*& memory, Deleter& deleter) { array->copyOutBuffer(memory, deleter); });
+    });
+}
+void buffersHandedOver(Backend& backend) {
+    backend.eachPrimitive([&](auto tag) {
+        const auto array = backend.array(tag.arrayType, {2, 3});
+        expectBuffer("releaseBuffer",
+                     [&](void*& memory, Deleter& deleter) { array->releaseBuffer(memory, deleter); });
+    });
+}
+
 } // namespace
 
 void addCreationChecks(Checks& checks) {
@@ -215,6 +230,11 @@ void addCreationChecks(Checks& checks) {
     creation.addCapability("typed buffers", creates, "buffer", {}, buffers);
     creation.addCapability("untyped buffers", creates, "untyped-buffer", {}, untypedBuffers);
     creation.addCapability("arrays from buffers", creates, "from-buffer", {}, fromBuffer);
+    creation.addCapability("buffers copied out",
+                           "copyOutBuffer and its deleter belong to the caller (order 32)", "copy-out-buffer",
+                           {}, buffersCopiedOut);
+    creation.addCapability("buffers handed over", "releaseBuffer hands over in the same way (order 33)",
+                           "release-buffer", {}, buffersHandedOver);
     creation.addCapability("class descriptions", creates, "class", {}, classes);
     creation.addCapability("value objects", creates, "value-object", {"class"}, valueObjects);
     creation.addCapability("object arrays", creates, "object-array", {"class"}, objectArrays);

@@ -46,6 +46,8 @@ void nameOfClass(Backend& backend) {
                 adopt(backend.factory().createEnumArrayImpl({1, count}, className, Contents(count, "Red")),
                       "createEnumArrayImpl");
             const auto copy = adopt(array->sharedCopy(), "sharedCopy");
+            const auto other =
+                adopt(backend.factory().createEnumArrayImpl({1, 1}, "Other", {"Red"}), "createEnumArrayImpl");
             const char* lent = asEnums(*array).getClassName();
             const std::string of = " of an array of " + show(count) + " elements";
             for (ArrayImpl* one : {array.get(), copy.get()}) {
@@ -55,6 +57,8 @@ void nameOfClass(Backend& backend) {
                 std::string bytes(name, count); // a sanitizer sees what is not there
                 expectEqual("the number of bytes behind getClassName" + of, bytes.size(), count);
             }
+            expectEqual("getClassName of another array", std::string(asEnums(*other).getClassName()),
+                        "Other");
             if (count > 0) array->setString(0, {}, "Red");
             expectEqual("getClassName" + of + " that was lent before a write", std::string(lent), className);
         }

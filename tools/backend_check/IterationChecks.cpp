@@ -51,31 +51,39 @@ void addresses(Backend& backend) {
     });
 }
 
-/// Begin and end asked in either order, of arrays whose storage a copy may share.
+/// Writes all elements of `written` through iterators, the end asked for first or last; `spared` keeps what it holds.
+template <class T>
+void expectWritable(const std::string& what, ArrayImpl& written, ArrayImpl& spared, bool endFirst) {
+    const std::size_t count = written.getNumberOfElements();
+    const Contents before = contentsOf(spared);
+    Iterator end = endFirst ? endOf(written, true) : nullptr;
+    const Iterator here = beginOf(written, true);
+    if (!endFirst) end = endOf(written, true);
+    expectEqual("distanceTo from a writable begin to a writable end of a " + what, here->distanceTo(*end),
+                static_cast<std::int64_t>(count));
+    for (std::size_t k = 0; k < count; ++k, here->increment())
+        *static_cast<T*>(here->getElementAddress()) = valueAt<T>(counting, k + endFirst);
+    expect(here->isEqual(*end), "a writable iterator does not come to the end of a " + what);
+    for (std::size_t k = 0; k < count; ++k)
+        if (read(asNumbers<T>(written), k) != valueAt<T>(counting, k + endFirst))
+            expectEqual("position " + show(k) + " of a " + what + ", written through an iterator",
+                        read(asNumbers<T>(written), k), valueAt<T>(counting, k + endFirst));
+    expectContents("an array that shared with a " + what + ", written through an iterator", spared, before);
+}
+
+/// Begin and end asked in either order, of an array and of its copy.
 void writes(Backend& backend) {
     eachSubject(backend, {true, true, true, false}, [&](Subject& subject) {
-        ArrayImpl& array = *subject.array;
-        withElementType(array.getType(), [&](auto tag) {
+        withElementType(subject.array->getType(), [&](auto tag) {
             using T = typename decltype(tag)::type;
-            const std::size_t count = array.getNumberOfElements();
             for (const bool endFirst : {false, true}) {
-                const auto copy = adopt(array.sharedCopy(), "sharedCopy");
-                const Contents before = contentsOf(array);
-                Iterator end = endFirst ? endOf(array, true) : nullptr;
-                const Iterator here = beginOf(array, true);
-                if (!endFirst) end = endOf(array, true);
-                const std::string what = subject.what + (endFirst ? ", the end asked for first"
-                                                                  : ", the beginning asked for first");
-                expectEqual("distanceTo from a writable begin to a writable end of a " + what,
-                            here->distanceTo(*end), static_cast<std::int64_t>(count));
-                for (std::size_t k = 0; k < count; ++k, here->increment())
-                    *static_cast<T*>(here->getElementAddress()) = valueAt<T>(counting, k + endFirst);
-                expect(here->isEqual(*end), "a writable iterator does not come to the end of a " + what);
-                for (std::size_t k = 0; k < count; ++k)
-                    expectEqual("position " + show(k) + " of a " + what + ", written through an iterator",
-                                read(asNumbers<T>(array), k), valueAt<T>(counting, k + endFirst));
-                expectContents("a copy of a " + what + ", written through an iterator", *copy, before);
+                const std::string order =
+                    endFirst ? ", the end asked for first" : ", the beginning asked for first";
+                const auto copy = adopt(subject.array->sharedCopy(), "sharedCopy");
+                expectWritable<T>("copy of a " + subject.what + order, *copy, *subject.array, endFirst);
             }
+            const auto copy = adopt(subject.array->sharedCopy(), "sharedCopy");
+            expectWritable<T>(subject.what, *subject.array, *copy, subject.model.pattern() == extreme);
             for (const auto& [other, model] : subject.others)
                 expectContents("an array that shared with a " + subject.what +
                                    ", written through an iterator",

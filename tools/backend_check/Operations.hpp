@@ -10,21 +10,21 @@
 
 namespace vexa::check {
 
-/// Around the call in which allocations are to fail.
+/// Around the calls in which allocations are to fail: the n-th of all that they make, and with `onwards` all that follow.
 class Trial {
 public:
     Trial() = default;
-    Trial(std::size_t number, bool onwards) : number_(number), onwards_(onwards) {}
+    Trial(std::size_t number, bool onwards) : left_(number), onwards_(onwards) {}
 
     template <class F>
     auto operator()(F call) {
-        if (number_ == 0) return call();
+        if (left_ == 0) return call();
         struct Armed {
             explicit Armed(Trial& trial) : trial_(trial) {
-                FailingAllocations::failAt(trial.number_, trial.onwards_);
+                FailingAllocations::failAt(trial.left_, trial.onwards_);
             }
             ~Armed() {
-                trial_.fired_ = trial_.fired_ || FailingAllocations::fired();
+                trial_.count();
                 FailingAllocations::failAt(0);
             }
             Trial& trial_;
@@ -35,7 +35,16 @@ public:
     bool fired() const noexcept { return fired_; }
 
 private:
-    std::size_t number_ = 0;
+    /// After a call that came back or threw.
+    void count() noexcept {
+        fired_ = fired_ || FailingAllocations::fired();
+        if (fired_)
+            left_ = onwards_ ? 1 : 0;
+        else
+            left_ -= FailingAllocations::allocations();
+    }
+
+    std::size_t left_ = 0;
     bool onwards_ = false;
     bool fired_ = false;
 };
