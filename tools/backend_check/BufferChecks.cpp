@@ -304,10 +304,9 @@ void addBufferChecks(Checks& checks) {
     buffers.add("copyOutBuffer copies",
                 "copyOutBuffer fills in a copy of the elements in a new buffer (order 32)",
                 {"copy-out-buffer"}, copiesOut);
-    buffers.addCapability(
-        "releaseBuffer hands over",
-        "releaseBuffer hands the array's own buffer over; copies are independent (orders 1, 33)",
-        "release-buffer", {}, handsOver);
+    buffers.add("releaseBuffer hands over",
+                "releaseBuffer hands the array's own buffer over; copies are independent (orders 1, 33)",
+                {"release-buffer"}, handsOver);
     buffers.add("a buffer goes in and out", owned, {"from-buffer", "release-buffer"}, thereAndBack);
 }
 
