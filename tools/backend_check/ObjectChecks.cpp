@@ -682,7 +682,7 @@ void addObjectChecks(Checks& checks) {
                 "array properties, their iterators, their equality (orders 43 to 50, 57, 68)", array,
                 arrayProperties);
     objects.add("references to properties lead into a cell array",
-                "a chain to the value's element of a cell array (objects, 7; classes)", object,
+                "a chain to the value's element of a cell array (objects, 7)", object,
                 referencesToProperties);
     objects.add("references to array properties do too",
                 "a chain to the value's element of a cell array (order 44)", array,
