@@ -1,152 +1,305 @@
-// A back-end that passes everything on to the embedded one, but for the one thing that the environment variable
-// VEXADATA_FAULT names. faults.cmake lists the names.
+// A back-end that passes everything on to the embedded one, but for the one thing that the environment variable VEXADATA_FAULT
+// names: an operation and how it is wrong. faults.cmake lists them; what any operation can do wrong is in Faults.hpp.
 
+#include "backend_check/Faults.hpp"
 #include "support/ForwardingFactory.hpp"
 
 #include <foundation/vexadata/Exception.hpp>
 #include <vexa/data/impl/EmptyArrayImpl.hpp>
+#include <vexa/data/impl/IdentifierImpl.hpp>
 
 #include <unistd.h>
 
-#include <algorithm>
 #include <csignal>
-#include <cstdlib>
-#include <cstring>
-#include <new>
-#include <stdexcept>
-#include <string_view>
 
 namespace {
 
 using namespace support;
+using namespace wrong;
+using vexa::data::detail::RefCounted;
+using vexa::data::impl::PropertyImpl;
 
-bool fault(std::string_view name) {
-    static const char* const chosen = std::getenv("VEXADATA_FAULT");
-    return chosen != nullptr && name == chosen;
-}
+// --- iterators ---------------------------------------------------------------------------------------------------
 
-template <class T>
-T* retained(T* object) {
-    object->retain();
-    return object;
-}
-
-/// An allocation that no compiler leaves out.
-void mayThrow() {
-    char* volatile block = new char;
-    delete block;
-}
-
+/// `prefix` begins the names of its operations.
 class WrongIterator : public ForwardingIterator {
 public:
-    WrongIterator(Inner<IteratorImpl> inner, Inner<IteratorImpl> start)
-        : ForwardingIterator(std::move(inner)), start_(std::move(start)) {}
+    WrongIterator(const char* prefix, Inner<IteratorImpl> inner, Inner<IteratorImpl> start)
+        : ForwardingIterator(std::move(inner)), prefix_(prefix), start_(std::move(start)) {}
 
     bool isEqual(const IteratorImpl& other) const override {
-        return fault("iterators-never-equal") ? false : ForwardingIterator::isEqual(other);
+        if (is(name("isEqual"), "only-itself")) return this == &other;
+        if (is(name("isEqual"), "up-to")) return distanceTo(other) >= 0;
+        return truth(name("isEqual"), ForwardingIterator::isEqual(other));
     }
     std::int64_t distanceTo(const IteratorImpl& other) const override {
         const std::int64_t distance = ForwardingIterator::distanceTo(other);
-        return fault("distance-backwards") ? -distance : distance;
+        if (is(name("distanceTo"), "backwards")) return -distance;
+        if (is(name("distanceTo"), "positive")) return std::abs(distance);
+        if (is(name("distanceTo"), "bytes")) return distance * 8;
+        return is(name("distanceTo"), "byte") ? static_cast<signed char>(distance) : distance;
     }
     void decrement() override {
-        if (!fault("decrement-stays")) ForwardingIterator::decrement();
+        if (!is(name("decrement"), "ignored")) ForwardingIterator::decrement();
+    }
+    void increment() override {
+        ForwardingIterator::increment();
+        if (is(name("increment"), "twice")) ForwardingIterator::increment();
     }
     void advance(std::int64_t count) override {
-        ForwardingIterator::advance(fault("advance-forward-only") ? std::max<std::int64_t>(count, 0) : count);
+        if (is(name("advance"), "forward-only")) count = std::max<std::int64_t>(count, 0);
+        if (is(name("advance"), "at-least-one") && count == 0) count = 1;
+        if (is(name("advance"), "byte")) count = static_cast<signed char>(count);
+        ForwardingIterator::advance(count);
     }
     void saveReference(ReferenceImpl* chain) override {
-        ForwardingIterator::saveReference(fault("saved-chain-leaked") ? retained(chain) : chain);
+        if (is(name("saveReference"), "ignored")) return chain->release();
+        ForwardingIterator::saveReference(counted(name("saveReference"), chain));
     }
     void* getElementAddress() override {
-        if (fault("iterator-stands-still")) return start_->getElementAddress();
+        if (is(name("getElementAddress"), "first")) return start_->getElementAddress();
+        if (is(name("getElementAddress"), "null")) return nullptr;
         return ForwardingIterator::getElementAddress();
+    }
+    ReferenceImpl* createReference() override {
+        if (is(name("createReference"), "first")) return start_->createReference();
+        return counted(name("createReference"), ForwardingIterator::createReference());
     }
 
 protected:
     IteratorImpl* wrapCopy(Inner<IteratorImpl> copy) const override {
         Inner<IteratorImpl> start(start_->clone());
-        return new WrongIterator(fault("clone-at-begin") ? Inner<IteratorImpl>(start_->clone())
-                                                         : std::move(copy),
-                                 std::move(start));
+        if (is(name("clone"), "at-begin")) copy.reset(start_->clone());
+        if (is(name("clone"), "null")) return nullptr;
+        if (is(name("clone"), "sometimes-leaked") && ++clones_ % 50 == 0) start_->clone();
+        return counted(name("clone"), new WrongIterator(prefix_, std::move(copy), std::move(start)));
     }
 
 private:
+    Operation name(const char* operation) const { return {prefix_, operation}; }
+
+    static inline int clones_ = 0;
+    const char* prefix_;
     Inner<IteratorImpl> start_;
 };
 
-/// What can go wrong with arrays of any kind. `Self` is the class of copies.
+IteratorImpl* wrongIterator(const char* prefix, Inner<IteratorImpl> made, Inner<IteratorImpl> start) {
+    return new WrongIterator(prefix, std::move(made), std::move(start));
+}
+
+class WrongForward : public ForwardIteratorImpl {
+public:
+    WrongForward(const char* prefix, Inner<ForwardIteratorImpl> inner)
+        : prefix_(prefix), inner_(std::move(inner)) {}
+
+    ForwardIteratorImpl* clone() const override {
+        if (is(name("clone"), "itself")) return retained(const_cast<WrongForward*>(this));
+        return counted(name("clone"), new WrongForward(prefix_, Inner<ForwardIteratorImpl>(inner_->clone())));
+    }
+    RefCounted* get() const override {
+        return passed(name("get"), [&]() -> RefCounted* {
+            RefCounted* object = counted(name("get"), inner_->get());
+            return is(name("get"), "renamed") ? other(object) : object;
+        });
+    }
+    bool equal(const ForwardIteratorImpl* other) const override {
+        return truth(name("equal"), inner_->equal(static_cast<const WrongForward*>(other)->inner_.get()));
+    }
+    void increment() override {
+        inner_->increment();
+        if (is(name("increment"), "twice")) inner_->increment();
+    }
+
+private:
+    static RefCounted* other(RefCounted* object) {
+        object->release();
+        return new vexa::data::impl::VexaIdentifierImpl("other");
+    }
+    Operation name(const char* operation) const { return {prefix_, operation}; }
+
+    const char* prefix_;
+    Inner<ForwardIteratorImpl> inner_;
+};
+
+ForwardIteratorImpl* wrongForward(const char* prefix, const char* operation, ForwardIteratorImpl* made) {
+    Inner<ForwardIteratorImpl> inner(made);
+    if (is(operation, "late")) inner->increment();
+    return counted(operation, new WrongForward(prefix, std::move(inner)));
+}
+
+// --- arrays of any kind ------------------------------------------------------------------------------------------
+
+/// A chain that leads where it led when it was made, whatever is going to be written.
+class LooseChain : public ReferenceImpl {
+public:
+    explicit LooseChain(ArrayImpl* array) : array_(array) {
+        bind(array->getDimensions(), array->getMemoryLayout());
+    }
+    ArrayImpl* getArrayImpl() const override { return array_; }
+
+private:
+    ArrayImpl* array_;
+};
+
+/// `Self` is the class of copies.
 template <class Base, class Self>
 class Wrong : public Base {
 public:
     using Base::Base;
 
     ArrayImpl* sharedCopy() const override {
-        if (fault("copy-shares-storage")) return new Self(Inner<ArrayImpl>(retained(&this->wrapped())));
-        if (fault("copy-is-itself")) return retained(const_cast<Wrong*>(this));
-        if (fault("copy-loses-memory")) return leakingCopy();
-        ArrayImpl* copy = Base::sharedCopy();
-        return fault("copy-counted-twice") ? retained(copy) : copy;
+        return passed("sharedCopy", [&]() -> ArrayImpl* {
+            if (shares()) return new Self(Inner<ArrayImpl>(retained(&this->wrapped())));
+            if (is("sharedCopy", "itself")) return retained(const_cast<Wrong*>(this));
+            if (is("sharedCopy", "null-without-memory")) return nullOnFailure();
+            return counted("sharedCopy", Base::sharedCopy());
+        });
     }
     IteratorImpl* endIterator(void* unused, bool writable) override {
         IteratorImpl* end = Base::endIterator(unused, writable);
-        if (fault("iterator-ends-early") && this->wrapped().getNumberOfElements() > 0) end->decrement();
+        if (is("endIterator", "early") && !this->wrapped().isEmpty()) end->decrement();
         return end;
     }
     fv::ArrayType getType() const override {
         const fv::ArrayType type = Base::getType();
-        return fault("wrong-type") && type == fv::ArrayType::UINT32 ? fv::ArrayType::INT32 : type;
+        return is("getType", "signed") && type == fv::ArrayType::UINT32 ? fv::ArrayType::INT32 : type;
+    }
+    MemoryLayout getMemoryLayout() const override {
+        if (is("getMemoryLayout", "none")) return MemoryLayout::NONE;
+        return is("getMemoryLayout", "column-major") ? MemoryLayout::COLUMN_MAJOR : Base::getMemoryLayout();
     }
     const std::vector<std::size_t>& getDimensions() const override {
-        if (!fault("dimensions-transposed")) return Base::getDimensions();
-        transposed_ = Base::getDimensions();
-        std::reverse(transposed_.begin(), transposed_.end());
-        return transposed_;
+        if (!isOf("getDimensions")) return Base::getDimensions();
+        passed("getDimensions", [] {});
+        static std::vector<std::size_t> shared;
+        std::vector<std::size_t>& kept =
+            is("getDimensions", "one-for-all") ? shared : dimensions_[asked_++ % 2];
+        const std::vector<std::size_t>& right = Base::getDimensions();
+        const bool turns =
+            is("getDimensions", "transposed") || (is("getDimensions", "transposed-once-written") && written_);
+        kept.assign(right.begin(), right.end());
+        if (turns) std::reverse(kept.begin(), kept.end());
+        if (is("getDimensions", "word"))
+            for (std::size_t& extent : kept)
+                extent %= 65536;
+        return is("getDimensions", "moving") || is("getDimensions", "one-for-all") ? kept
+                                                                                   : (dimensions_[0] = kept);
     }
     std::size_t getNumberOfElements() const override {
-        return Base::getNumberOfElements() + (fault("one-element-too-many") ? 1 : 0);
+        return number("getNumberOfElements", Base::getNumberOfElements());
     }
-    bool isEmpty() const override { return fault("never-empty") ? false : Base::isEmpty(); }
+    bool isEmpty() const override {
+        if (is("isEmpty", "without-rows")) return Base::getDimensions()[0] == 0;
+        return truth("isEmpty", Base::isEmpty());
+    }
     std::uint64_t getArrayID() const override {
-        if (fault("crash")) std::raise(SIGSEGV);
-        return fault("identity-constant") ? 7 : Base::getArrayID();
+        if (is("getArrayID", "crash")) std::raise(SIGSEGV);
+        if (is("getArrayID", "constant")) return 7;
+        if (is("getArrayID", "of-dimensions")) return 1 + Base::getDimensions()[0];
+        if (is("getArrayID", "zero")) return 0;
+        if (is("getArrayID", "kept-by-copies")) return kept_ != 0 ? kept_ : kept_ = Base::getArrayID();
+        if (is("getArrayID", "anew")) return static_cast<std::uint64_t>(++asked_) + 1000000;
+        return number("getArrayID", Base::getArrayID());
+    }
+    void unshare() override {
+        passed("unshare", [&] { Base::unshare(); });
+        written_ = true;
     }
     bool isEqual(const ArrayImpl* other) const override {
-        if (fault("foreign-exception")) throw 42;
-        return !fault("never-equal") && (fault("always-equal") || Base::isEqual(other));
+        if (is("isEqual", "throws-int")) throw 42;
+        if (is("isEqual", "same-class") && dynamic_cast<const Self*>(other) == nullptr) return false;
+        if (is("isEqual", "itself-only")) return this == other;
+        if (is("isEqual", "remembered")) return remembered_ = remembered_ || Base::isEqual(other);
+        if (is("isEqual", "same-object-is-different") && this == other) return false;
+        return passed("isEqual", [&] { return truth("isEqual", Base::isEqual(other)); });
     }
-    void assignElementArray(std::size_t index, const std::string& fieldName, ArrayImpl* array) override {
-        if (fault("element-leaked")) array->retain();
-        Base::assignElementArray(fault("element-misplaced") ? 0 : index, fieldName, array);
-        if (fault("element-not-retained")) array->release();
+    void assignElementArray(std::size_t index, const std::string& field, ArrayImpl* array) override {
+        if (is("assignElementArray", "leaked")) array->retain();
+        if (is("assignElementArray", "own-only") && dynamic_cast<ArrayWrapper*>(array) == nullptr) return;
+        if (is("assignElementArray", "copied") && array->referenceCount() > 1) {
+            Inner<ArrayImpl> copy(array->sharedCopy());
+            return Base::assignElementArray(index, field, copy.get());
+        }
+        if (is("assignElementArray", "empty-ignored") && array->isEmpty()) return;
+        passed("assignElementArray", [&] {
+            Base::assignElementArray(
+                place("assignElementArray", index, this->wrapped().getNumberOfElements()), field, array);
+        });
+        if (is("assignElementArray", "not-retained")) array->release();
+        if (is("assignElementArray", "spills") && index != 0) Base::assignElementArray(0, field, array);
     }
-    ReferenceImpl* createElementReference(std::size_t index, const std::string& fieldName,
+    ReferenceImpl* createElementReference(std::size_t index, const std::string& field,
                                           bool forWrite) override {
-        ReferenceImpl* chain = Base::createElementReference(index, fieldName, forWrite);
-        if (chain == nullptr) return chain;
-        if (fault("chain-counted-twice")) return retained(chain);
-        return fault("chain-shares") ? loose(chain) : chain;
+        index = place("createElementReference", index, this->wrapped().getNumberOfElements());
+        if (is("createElementReference", "read-only")) forWrite = false;
+        ReferenceImpl* chain = passed("createElementReference",
+                                      [&] { return Base::createElementReference(index, field, forWrite); });
+        if (chain == nullptr)
+            return is("createElementReference", "never-null") ? new LooseChain(this) : nullptr;
+        const bool loose = is("createElementReference", "loose") ||
+                           (is("createElementReference", "loose-for-reading") && !forWrite) ||
+                           (is("createElementReference", "loose-for-writing") && forWrite);
+        if (loose) {
+            const Inner<ReferenceImpl> owner(chain);
+            return new LooseChain(chain->getArrayImpl());
+        }
+        if (is("createElementReference", "retains")) retain_(chain->getArrayImpl());
+        return counted("createElementReference", chain);
+    }
+    ReferenceImpl* forwardingOp(std::size_t index, const std::string& field) override {
+        return is("forwardingOp", "null")
+                   ? nullptr
+                   : Base::forwardingOp(place("forwardingOp", index, this->wrapped().getNumberOfElements()),
+                                        field);
     }
 
 protected:
-    ArrayImpl* wrapCopy(Inner<ArrayImpl> copy) const override { return new Self(std::move(copy)); }
+    ArrayImpl* wrapCopy(Inner<ArrayImpl> copy) const override {
+        auto* made = new Self(std::move(copy));
+        made->kept_ = kept_;
+        made->isCopy_ = true;
+        return made;
+    }
+
+    mutable std::uint64_t kept_ = 0;
+    bool isCopy_ = false;
 
 private:
-    /// A chain to the array that the element shares with others, whatever is going to be written.
-    static ReferenceImpl* loose(ReferenceImpl* chain) {
-        const Inner<ReferenceImpl> owner(chain);
-        return new vexa::data::detail::ArrayReferenceImpl(chain->getArrayImpl());
+    bool shares() const {
+        const ArrayImpl& array = this->wrapped();
+        return is("sharedCopy", "shares") ||
+               (is("sharedCopy", "shares-large") && array.getNumberOfElements() > 256) ||
+               (is("sharedCopy", "shares-scalars") && array.getNumberOfElements() == 1) ||
+               (is("sharedCopy", "shares-rows") && array.getMemoryLayout() == MemoryLayout::ROW_MAJOR) ||
+               (is("sharedCopy", "shares-copies") && isCopy_) ||
+               (is("sharedCopy", "shares-cubes") && array.getDimensions().size() > 2);
     }
-    ArrayImpl* leakingCopy() const {
-        char* volatile scratch = new char[8];
-        ArrayImpl* copy = Base::sharedCopy(); // loses `scratch` when it throws
-        delete[] scratch;
-        return copy;
+    ArrayImpl* nullOnFailure() const {
+        try {
+            return Base::sharedCopy();
+        } catch (const std::bad_alloc&) {
+            return nullptr;
+        }
     }
+    static void retain_(ArrayImpl* array) { array->retain(); }
 
-    mutable std::vector<std::size_t> transposed_;
+    mutable std::vector<std::size_t> dimensions_[2];
+    mutable int asked_ = 0;
+    mutable bool remembered_ = false;
+    bool written_ = false;
 };
 
+// --- numbers -----------------------------------------------------------------------------------------------------
+
+template <class T>
+bool sameReal(const T& a, const T& b) {
+    if constexpr (fv::detail::isComplexElement<T>)
+        return a.real() == b.real();
+    else
+        return a == b;
+}
+
+/// "cow/..." shares storage until it is written; "cow/right" does it as it should be done.
 template <class T>
 class WrongNumbers : public Wrong<ForwardingNumbers<T>, WrongNumbers<T>> {
     using Base = Wrong<ForwardingNumbers<T>, WrongNumbers<T>>;
@@ -154,46 +307,141 @@ class WrongNumbers : public Wrong<ForwardingNumbers<T>, WrongNumbers<T>> {
 public:
     using Base::Base;
 
+    ArrayImpl* sharedCopy() const override {
+        // Iterators and addresses that were handed out for writing may still write.
+        if (isOf("cow") && (!exposed_ || is("cow", "exposed")))
+            return new WrongNumbers(Inner<ArrayImpl>(retained(&this->wrapped())));
+        return Base::sharedCopy();
+    }
+    const std::vector<std::size_t>& getDimensions() const override {
+        return before_ == nullptr ? Base::getDimensions()
+                                  : before_->getDimensions(); // they stay where they are
+    }
+    std::uint64_t getArrayID() const override {
+        if (!isOf("cow")) return Base::getArrayID();
+        return reinterpret_cast<std::uintptr_t>(this); // of arrays that live together
+    }
+    void unshare() override {
+        separate("unshare");
+        Base::unshare();
+    }
     IteratorImpl* beginIterator(void* unused, bool writable) override {
-        return wrong(Base::beginIterator(unused, writable));
+        if (writable) separate("begin");
+        exposed_ = exposed_ || writable;
+        return passed("beginIterator", [&] { return wrong(Base::beginIterator(unused, writable)); });
     }
     IteratorImpl* endIterator(void* unused, bool writable) override {
-        return wrong(Base::endIterator(unused, writable));
+        if (writable) separate("end");
+        exposed_ = exposed_ || writable;
+        return passed("endIterator", [&] { return wrong(Base::endIterator(unused, writable)); });
     }
-    T* getElementAddress(std::size_t index, const std::string& fieldName, bool forWrite) override {
+    T* getElementAddress(std::size_t index, const std::string& field, bool forWrite) override {
         const std::size_t count = this->wrapped().getNumberOfElements();
-        if (fault("shifted-column") && count > 0)
+        if (is("getElementAddress", "next-column") && count > 0)
             index = (index + this->wrapped().getDimensions()[0]) % count;
-        return Base::getElementAddress(index, fieldName, forWrite);
+        return Base::getElementAddress(place("getElementAddress", index, count), field, forWrite);
     }
-    void setElementValue(std::size_t index, const std::string& fieldName, T value) override {
-        if (fault("write-ignored")) return;
-        Base::setElementValue(index, fieldName, value);
-        if (fault("write-spills")) Base::setElementValue(0, fieldName, value);
+    void setElementValue(std::size_t index, const std::string& field, T value) override {
+        const std::size_t count = this->wrapped().getNumberOfElements();
+        if (is("setElementValue", "ignored") || (is("setElementValue", "last-ignored") && index + 1 == count))
+            return;
+        if (is("setElementValue", "real-only"))
+            if constexpr (fv::detail::isComplexElement<T>) value = T(value.real(), 0);
+        if (is("setElementValue", "float"))
+            if constexpr (std::is_same_v<T, double>) value = static_cast<double>(static_cast<float>(value));
+        if (is("setElementValue", "no-nan") && !(value == value)) value = T();
+        passed("setElementValue",
+               [&] { Base::setElementValue(place("setElementValue", index, count), field, value); });
+        if (is("setElementValue", "spills")) Base::setElementValue(0, field, value);
+    }
+    const T* getTypedDataPtr() const override {
+        return is("getTypedDataPtr", "null") ? nullptr
+                                             : Base::getTypedDataPtr() + number("getTypedDataPtr", 0);
+    }
+    const void* getUntypedDataPtr() const override {
+        return is("getUntypedDataPtr", "elsewhere") ? this : Base::getUntypedDataPtr();
+    }
+    bool isEqual(const ArrayImpl* other) const override {
+        const T* a = Base::getTypedDataPtr();
+        const auto* theirs = dynamic_cast<const TypedArrayImpl<T>*>(other);
+        const std::size_t count = this->wrapped().getNumberOfElements();
+        if (theirs == nullptr || count == 0 || !isOf("isEqual")) return Base::isEqual(other);
+        const T* b = theirs->getTypedDataPtr();
+        if (is("isEqual", "bytes")) return std::memcmp(a, b, count * sizeof(T)) == 0;
+        if (is("isEqual", "first")) return a[0] == b[0];
+        if (is("isEqual", "but-last")) return std::equal(a, a + count - 1, b);
+        if (is("isEqual", "first-256")) return std::equal(a, a + std::min<std::size_t>(count, 256), b);
+        if (is("isEqual", "real")) return std::equal(a, a + count, b, sameReal<T>);
+        if (is("isEqual", "storage")) return std::equal(a, a + count, b);
+        if (is("isEqual", "not-less"))
+            return !std::lexicographical_compare(a, a + count, b, b + count, [](const T& x, const T& y) {
+                return std::abs(sizeRank(x)) < std::abs(sizeRank(y));
+            });
+        return Base::isEqual(other);
     }
     void copyOutBuffer(void*& data, void (*&deleter)(void*)) const override {
-        Base::copyOutBuffer(data, deleter);
-        if (!fault("own-storage-handed-out")) return;
+        passed("copyOutBuffer", [&] { Base::copyOutBuffer(data, deleter); });
+        const std::size_t count = this->wrapped().getNumberOfElements();
+        if (is("copyOutBuffer", "no-deleter")) deleter = nullptr;
+        if (is("copyOutBuffer", "half") && count > 1)
+            std::fill_n(static_cast<T*>(data) + count / 2, count - count / 2, T());
+        if (!is("copyOutBuffer", "own-storage")) return;
         deleter(data);
         data = const_cast<T*>(Base::getTypedDataPtr());
         deleter = [](void*) {};
     }
     void releaseBuffer(void*& data, void (*&deleter)(void*)) override {
-        Base::releaseBuffer(data, deleter);
-        if (fault("buffer-handed-over-without-deleter")) deleter = nullptr;
+        separate("release");
+        if (is("releaseBuffer", "kept")) { // hands over what it goes on using
+            data = const_cast<T*>(Base::getTypedDataPtr());
+            deleter = [](void*) {};
+            return;
+        }
+        passed("releaseBuffer", [&] { Base::releaseBuffer(data, deleter); });
+        before_.reset();
+        if (is("releaseBuffer", "no-deleter")) deleter = nullptr;
+        if (is("releaseBuffer", "never-freed")) deleter = [](void*) {};
     }
 
 private:
+    static double sizeRank(const T& value) {
+        if constexpr (fv::detail::isComplexElement<T>)
+            return static_cast<double>(value.real());
+        else
+            return static_cast<double>(value);
+    }
+    /// Makes the storage this object's alone, unless `step` is the one that forgets to.
+    void separate(std::string_view step) {
+        if (!isOf("cow") || is("cow", step) || this->wrapped().referenceCount() == 1) return;
+        Inner<ArrayImpl> own(this->wrapped().sharedCopy());
+        if (before_ == nullptr) before_.reset(retained(&this->wrapped()));
+        this->rewrap(std::move(own));
+    }
     IteratorImpl* wrong(IteratorImpl* made) {
         Inner<IteratorImpl> iterator(made);
-        Inner<IteratorImpl> start(Base::beginIterator(nullptr, false));
-        return new WrongIterator(std::move(iterator), std::move(start));
+        Inner<IteratorImpl> start(this->wrapped().beginIterator(nullptr, false));
+        return wrongIterator("iterator.", std::move(iterator), std::move(start));
     }
+
+    bool exposed_ = false;
+    Inner<ArrayImpl> before_; // the array that was shared, for its dimensions
 };
+
+// --- cells, texts, members, records ------------------------------------------------------------------------------
 
 class WrongCells : public Wrong<ForwardingCells, WrongCells> {
 public:
     using Wrong::Wrong;
+
+    void setElementValue(std::size_t index, const std::string& field, fv::Array value) override {
+        if (is("cells.setElementValue", "ignored")) return;
+        Wrong::setElementValue(place("cells.setElementValue", index, wrapped().getNumberOfElements()), field,
+                               std::move(value));
+    }
+    fv::Array* getElementAddress(std::size_t index, const std::string& field, bool forWrite) override {
+        return Wrong::getElementAddress(
+            place("cells.getElementAddress", index, wrapped().getNumberOfElements()), field, forWrite);
+    }
 };
 
 class WrongStrings : public Wrong<ForwardingStrings, WrongStrings> {
@@ -201,44 +449,69 @@ public:
     using Wrong::Wrong;
 
     void getStringElement(std::size_t index, const char16_t*& text, std::size_t& length) const override {
-        Wrong::getStringElement(index, text, length);
-        if (fault("missing-is-empty") && text == nullptr) text = u"";
-        if (fault("empty-is-missing") && length == 0) text = nullptr;
-        if (fault("text-cut-off")) length = std::min<std::size_t>(length, 100);
+        Wrong::getStringElement(place("getStringElement", index, wrapped().getNumberOfElements()), text,
+                                length);
+        if (!isOf("getStringElement")) return;
+        if (is("getStringElement", "missing-is-empty") && text == nullptr) text = u"";
+        if (is("getStringElement", "empty-is-missing") && length == 0) text = nullptr;
+        if (is("getStringElement", "cut")) length = std::min<std::size_t>(length, 100);
+        if (is("getStringElement", "byte-length")) length %= 256;
+        if (is("getStringElement", "word-length")) length %= 65536;
+        if (text == nullptr) return;
+        if (is("getStringElement", "until-nul")) length = std::min(length, std::u16string(text).size());
+        static std::u16string kept;
+        kept.assign(text, length);
+        if (is("getStringElement", "narrow"))
+            for (char16_t& unit : kept)
+                unit &= 0xff;
+        if (is("getStringElement", "one-buffer") || is("getStringElement", "narrow")) text = kept.data();
     }
-    std::string castToString(std::size_t index, const std::string& fieldName) const override {
-        const std::string text = Wrong::castToString(index, fieldName);
-        return fault("cast-loses-last-letter") ? text.substr(0, text.size() - 1) : text;
+    std::string castToString(std::size_t index, const std::string& field) const override {
+        if (is("castToString", "lenient")) {
+            const char16_t* units = nullptr;
+            std::size_t length = 0;
+            Wrong::getStringElement(index, units, length);
+            return units == nullptr ? "" : std::string(units, units + length);
+        }
+        return passed("castToString",
+                      [&] { return text("castToString", Wrong::castToString(index, field)); });
     }
-    void setString(std::size_t index, const std::string& fieldName, std::string value) override {
-        if (!fault("set-string-ignored")) Wrong::setString(index, fieldName, std::move(value));
+    void setString(std::size_t index, const std::string& field, std::string value) override {
+        if (is("setString", "ignored")) return;
+        if (is("setString", "unsigned"))
+            return Wrong::setStringElement(
+                index, field,
+                std::u16string(reinterpret_cast<const unsigned char*>(value.data()),
+                               reinterpret_cast<const unsigned char*>(value.data()) + value.size()));
+        if (is("setString", "until-nul")) value = value.c_str();
+        Wrong::setString(index, field, std::move(value));
     }
-    void setStringElement(std::size_t index, const std::string& fieldName, fv::String value) override {
-        if (fault("half-a-write")) {
-            Wrong::setStringElement(index, fieldName, {});
+    void setStringElement(std::size_t index, const std::string& field, fv::String value) override {
+        if (is("setStringElement", "half")) {
+            Wrong::setStringElement(index, field, {});
             mayThrow();
         }
-        Wrong::setStringElement(index, fieldName, std::move(value));
+        if (is("setStringElement", "until-nul") && value) value = std::u16string(value->c_str());
+        if (is("setStringElement", "missing-ignored") && !value) return;
+        if (is("setStringElement", "short") && value) value->resize(std::min<std::size_t>(value->size(), 7));
+        passed("setStringElement", [&] {
+            Wrong::setStringElement(place("setStringElement", index, wrapped().getNumberOfElements()), field,
+                                    std::move(value));
+        });
     }
-};
-
-class WrongStructs : public Wrong<ForwardingStructs, WrongStructs> {
-public:
-    using Wrong::Wrong;
-
-    ArrayImpl* getField(std::size_t index, const std::string& fieldName) const override {
-        if (fault("unknown-field-is-empty") && fieldName == "nowhere")
-            return new vexa::data::impl::EmptyArrayImpl;
-        ArrayImpl* value = Wrong::getField(index, fieldName);
-        if (fault("field-not-retained")) value->release();
-        return value;
-    }
-    void setFieldValues(std::size_t index, std::vector<fv::Array> values) override {
-        if (fault("record-reversed")) std::reverse(values.begin(), values.end());
-        Wrong::setFieldValues(index, std::move(values));
-    }
-    IteratorImpl* createFieldValuesIterator(std::size_t index, bool atEnd) override {
-        return Wrong::createFieldValuesIterator(fault("values-of-first-record") ? 0 : index, atEnd);
+    bool isEqual(const ArrayImpl* other) const override {
+        const bool lengths = is("isEqual", "lengths");
+        if (!lengths && !is("isEqual", "missing-is-empty")) return Wrong::isEqual(other);
+        for (std::size_t k = 0; k < wrapped().getNumberOfElements(); ++k) {
+            const char16_t* text[2]{};
+            std::size_t length[2]{};
+            Wrong::getStringElement(k, text[0], length[0]);
+            other->getStringElement(k, text[1], length[1]);
+            if (length[0] != length[1] || (!lengths && std::u16string_view(text[0], length[0]) !=
+                                                           std::u16string_view(text[1], length[1])))
+                return false;
+        }
+        return true;
     }
 };
 
@@ -247,57 +520,173 @@ public:
     using Wrong::Wrong;
 
     const char* getEnumNameAt(std::size_t index) const override {
-        return Wrong::getEnumNameAt(fault("first-member-only") ? 0 : index);
+        return lent("getEnumNameAt",
+                    Wrong::getEnumNameAt(place("getEnumNameAt", index, wrapped().getNumberOfElements())));
     }
-    std::string castToString(std::size_t index, const std::string& fieldName) const override {
-        while (fault("endless-loop"))
+    std::string castToString(std::size_t index, const std::string& field) const override {
+        while (is("castToString", "endless"))
             ::usleep(1000);
-        return Wrong::castToString(index, fieldName);
+        return text(
+            "enum.castToString",
+            Wrong::castToString(place("enum.castToString", index, wrapped().getNumberOfElements()), field));
     }
-    const char* getClassName() const override {
-        return fault("class-name-lost") ? "" : Wrong::getClassName();
+    void setString(std::size_t index, const std::string& field, std::string value) override {
+        if (!is("enum.setString", "ignored"))
+            Wrong::setString(place("enum.setString", index, wrapped().getNumberOfElements()), field,
+                             std::move(value));
+    }
+    void setElementValue(std::size_t index, const std::string& field, fv::Enumeration value) override {
+        if (!is("enum.setElementValue", "ignored")) Wrong::setElementValue(index, field, std::move(value));
+    }
+    const char* getClassName() const override { return lent("getClassName", Wrong::getClassName()); }
+    bool isEqual(const ArrayImpl* other) const override {
+        if (!is("isEqual", "members-only")) return Wrong::isEqual(other);
+        for (std::size_t k = 0; k < wrapped().getNumberOfElements(); ++k)
+            if (std::strcmp(getEnumNameAt(k), static_cast<const EnumArrayImpl*>(other)->getEnumNameAt(k)) !=
+                0)
+                return false;
+        return true;
     }
 };
+
+class WrongStructs : public Wrong<ForwardingStructs, WrongStructs> {
+public:
+    using Wrong::Wrong;
+
+    ArrayImpl* getField(std::size_t index, const std::string& field) const override {
+        if (is("getField", "unknown-is-empty") && field == "nowhere")
+            return new vexa::data::impl::EmptyArrayImpl;
+        return passed("getField", [&] {
+            return counted("getField",
+                           Wrong::getField(place("getField", index, wrapped().getNumberOfElements()), field));
+        });
+    }
+    void setFieldValues(std::size_t index, std::vector<fv::Array> values) override {
+        if (is("setFieldValues", "reversed")) std::reverse(values.begin(), values.end());
+        if (is("setFieldValues", "leaked") && !values.empty()) fv::detail::Access::impl(values[0])->retain();
+        if (is("setFieldValues", "first-only") && values.size() > 1) {
+            for (std::size_t k = 1; k < values.size(); ++k)
+                values[k] = fv::Array(Inner<ArrayImpl>(Wrong::getField(index, names()[k])).release());
+        }
+        if (is("setFieldValues", "half") && values.size() > 1) {
+            Wrong::assignElementArray(index, names()[0], fv::detail::Access::impl(values[0]).get());
+            mayThrow();
+        }
+        passed("setFieldValues", [&] {
+            Wrong::setFieldValues(place("setFieldValues", index, wrapped().getNumberOfElements()),
+                                  std::move(values));
+        });
+    }
+    std::size_t getNumFields() const override { return number("getNumFields", Wrong::getNumFields()); }
+    ForwardIteratorImpl* fieldNamesBegin() override {
+        return passed("fieldNamesBegin",
+                      [&] { return wrongForward("names.", "fieldNamesBegin", Wrong::fieldNamesBegin()); });
+    }
+    ForwardIteratorImpl* fieldNamesEnd() override {
+        return wrongForward("names.", "fieldNamesEnd", Wrong::fieldNamesEnd());
+    }
+    IteratorImpl* createFieldValuesIterator(std::size_t index, bool atEnd) override {
+        index = place("createFieldValuesIterator", index, wrapped().getNumberOfElements());
+        if (is("createFieldValuesIterator", "begin-only")) atEnd = false;
+        return passed("createFieldValuesIterator", [&] {
+            Inner<IteratorImpl> iterator(Wrong::createFieldValuesIterator(index, atEnd));
+            Inner<IteratorImpl> start(Wrong::createFieldValuesIterator(index, false));
+            return wrongIterator("values.", std::move(iterator), std::move(start));
+        });
+    }
+    bool isEqual(const ArrayImpl* other) const override {
+        if (!is("isEqual", "first-field")) return Wrong::isEqual(other);
+        auto& mine = const_cast<WrongStructs&>(*this);
+        const auto* theirs = static_cast<const StructArrayImpl*>(other);
+        for (std::size_t k = 0; k < wrapped().getNumberOfElements() && !mine.names().empty(); ++k)
+            if (fv::Array(Wrong::getField(k, mine.names()[0])) !=
+                fv::Array(theirs->getField(k, mine.names()[0])))
+                return false;
+        return true;
+    }
+
+private:
+    std::vector<std::string> names() {
+        std::vector<std::string> found;
+        const Inner<ForwardIteratorImpl> end(Wrong::fieldNamesEnd());
+        for (const Inner<ForwardIteratorImpl> here(Wrong::fieldNamesBegin()); !here->equal(end.get());
+             here->increment())
+            found.push_back(fv::VexaFieldIdentifier(here->get()).getString());
+        return found;
+    }
+};
+
+// --- sparse matrices ---------------------------------------------------------------------------------------------
 
 class WrongSparse : public Wrong<ForwardingSparse, WrongSparse> {
 public:
     using Wrong::Wrong;
 
     std::pair<std::size_t, std::size_t> getIndex(std::size_t k) const override {
-        const auto place = Wrong::getIndex(k);
-        return fault("index-swapped") ? std::pair(place.second, place.first) : place;
+        passed("getIndex", [] {});
+        const auto found = Wrong::getIndex(place("getIndex", k, wrapped().getNumberOfNonZeroElements()));
+        if (is("getIndex", "swapped")) return {found.second, found.first};
+        if (is("getIndex", "from-one")) return {found.first + 1, found.second + 1};
+        return is("getIndex", "int-row") ? std::pair{found.first % (std::size_t(1) << 32), found.second}
+                                         : found;
     }
     const std::size_t* getJc() const override {
-        return Wrong::getJc() + (fault("column-starts-shifted") ? 1 : 0);
+        if (is("getJc", "one-buffer")) return copy(jc_, Wrong::getJc(), Wrong::getCols() + 1);
+        return Wrong::getJc() + (is("getJc", "shifted") ? 1 : 0);
     }
     const std::size_t* getIr() const override {
-        if (fault("exits")) ::_exit(0);
-        return Wrong::getIr();
+        if (is("getIr", "exits")) ::_exit(0);
+        if (is("getIr", "one-buffer")) return copy(ir_, Wrong::getIr(), Wrong::getNumberOfNonZeroElements());
+        return is("getIr", "of-columns") ? Wrong::getJc() : Wrong::getIr();
     }
     std::size_t getRows() const override {
-        return fault("rows-are-columns") ? Wrong::getCols() : Wrong::getRows();
+        return is("getRows", "columns") ? Wrong::getCols() : number("getRows", Wrong::getRows());
     }
-};
-
-class WrongObjects : public Wrong<ForwardingObjects, WrongObjects> {
-public:
-    using Wrong::Wrong;
-
+    std::size_t getCols() const override {
+        return is("getCols", "rows") ? Wrong::getRows() : number("getCols", Wrong::getCols());
+    }
+    std::size_t getNumberOfNonZeroElements() const override {
+        return number("getNumberOfNonZeroElements", Wrong::getNumberOfNonZeroElements());
+    }
     bool isEqual(const ArrayImpl* other) const override {
-        if (fault("object-dimensions-ignored") && getDimensions() != other->getDimensions()) return true;
+        const std::size_t count = Wrong::getNumberOfNonZeroElements();
+        if (is("isEqual", "places-only"))
+            return count == other->getNumberOfNonZeroElements() &&
+                   std::equal(Wrong::getIr(), Wrong::getIr() + count, other->getIr()) &&
+                   std::equal(Wrong::getJc(), Wrong::getJc() + Wrong::getCols() + 1, other->getJc());
+        if (is("isEqual", "non-zero-count")) return count == other->getNumberOfNonZeroElements();
         return Wrong::isEqual(other);
     }
-    ObjectImpl* getElementObject(std::size_t index) const override {
-        ObjectImpl* object = Wrong::getElementObject(index);
-        return fault("object-leaked") && object != nullptr ? retained(object) : object;
+
+private:
+    static const std::size_t* copy(std::vector<std::size_t>& buffer, const std::size_t* from,
+                                   std::size_t count) {
+        buffer.reserve(200000);
+        buffer.assign(from, from + count);
+        return buffer.data();
     }
+    static inline std::vector<std::size_t> jc_, ir_;
+};
+
+// --- objects -----------------------------------------------------------------------------------------------------
+
+/// A reference to a property that forgets to make the value the property's own.
+class SharingReference : public ReferenceImpl {
+public:
+    explicit SharingReference(Inner<ReferenceImpl> inner) : inner_(std::move(inner)) { setKnownIndex(0); }
+    ArrayImpl* getArrayImpl() const override { return inner_->getArrayImpl(); }
+    ArrayImpl* getElementArray(bool) override { return inner_->getElementArray(false); }
+    ArrayImpl* getElementArrayForCopy() override { return inner_->getElementArrayForCopy(); }
+    void setArray(ArrayImpl* array) override { inner_->setArray(array); }
+
+private:
+    Inner<ReferenceImpl> inner_;
 };
 
 /// A chain to a property that calls the value the array that it refers into.
 class PosingReference : public ReferenceImpl {
 public:
     explicit PosingReference(Inner<ReferenceImpl> inner) : inner_(std::move(inner)) { setKnownIndex(0); }
-
     ArrayImpl* getArrayImpl() const override { return inner_->getElementArray(false); }
     ArrayImpl* getElementArray(bool forWrite) override { return inner_->getElementArray(forWrite); }
     void setArray(ArrayImpl* array) override { inner_->setArray(array); }
@@ -306,45 +695,298 @@ private:
     Inner<ReferenceImpl> inner_;
 };
 
+ReferenceImpl* toProperty(const char* operation, ReferenceImpl* made) {
+    if (is(operation, "poses-as-element")) return new PosingReference(Inner<ReferenceImpl>(made));
+    return is(operation, "shares") ? new SharingReference(Inner<ReferenceImpl>(made))
+                                   : counted(operation, made);
+}
+
+/// One property of an object, wrapped while it is walked over.
+class WrongProperty : public PropertyImpl {
+public:
+    explicit WrongProperty(Inner<RefCounted> inner) : inner_(std::move(inner)) {}
+    const VexaPropertyIdentifier* getIdentifier() const override {
+        static const VexaPropertyIdentifier first = *view().getIdentifier();
+        return is("property.getIdentifier", "first")  ? &first
+               : is("property.getIdentifier", "null") ? nullptr
+                                                      : view().getIdentifier();
+    }
+    std::shared_ptr<ArrayImpl> getValue() const override {
+        std::shared_ptr<ArrayImpl> value = view().getValue();
+        if (is("property.getValue", "leaked")) value->retain();
+        return is("property.getValue", "null") ? nullptr : value;
+    }
+    ReferenceImpl* getReference() override {
+        if (is("property.getReference", "loose")) return new Loose(view().getValue());
+        return toProperty("property.getReference", view().getReference());
+    }
+
+private:
+    /// Gives the value as it is, whoever else has it.
+    class Loose : public ReferenceImpl {
+    public:
+        explicit Loose(std::shared_ptr<ArrayImpl> value) : value_(std::move(value)) {}
+        ArrayImpl* getArrayImpl() const override { return value_.get(); }
+        ArrayImpl* getElementArray(bool) override { return value_.get(); }
+
+    private:
+        std::shared_ptr<ArrayImpl> value_;
+    };
+    PropertyImpl& view() const { return dynamic_cast<PropertyImpl&>(*inner_); }
+    Inner<RefCounted> inner_;
+};
+
+class WrongProperties : public ForwardIteratorImpl {
+public:
+    explicit WrongProperties(Inner<ForwardIteratorImpl> inner) : inner_(std::move(inner)) {}
+    ForwardIteratorImpl* clone() const override {
+        return counted("properties.clone", new WrongProperties(Inner<ForwardIteratorImpl>(inner_->clone())));
+    }
+    RefCounted* get() const override {
+        if (is("properties.get", "one-view"))
+            return inner_->get(); // the inner one gives one view again and again
+        return passed("properties.get", [&] {
+            return counted("properties.get", new WrongProperty(Inner<RefCounted>(inner_->get())));
+        });
+    }
+    bool equal(const ForwardIteratorImpl* other) const override {
+        return truth("properties.equal",
+                     inner_->equal(static_cast<const WrongProperties*>(other)->inner_.get()));
+    }
+    void increment() override {
+        if (!is("properties.increment", "ignored")) inner_->increment();
+    }
+
+private:
+    Inner<ForwardIteratorImpl> inner_;
+};
+
+ForwardIteratorImpl* walk(const char* operation, ForwardIteratorImpl* made) {
+    Inner<ForwardIteratorImpl> inner(made);
+    if (is(operation, "late")) inner->increment();
+    return passed(operation, [&] { return counted(operation, new WrongProperties(std::move(inner))); });
+}
+
+class WrongObjects : public Wrong<ForwardingObjects, WrongObjects> {
+public:
+    using Wrong::Wrong;
+
+    ObjectImpl* getElementObject(std::size_t index) const override {
+        return passed("getElementObject", [&] {
+            return counted("getElementObject", Wrong::getElementObject(at("getElementObject", index)));
+        });
+    }
+    void setElementObject(std::size_t index, ObjectImpl* object) override {
+        if (is("setElementObject", "ignored")) return;
+        if (is("setElementObject", "leaked")) ForwardingObject::below(object)->retain();
+        passed("setElementObject", [&] { Wrong::setElementObject(at("setElementObject", index), object); });
+    }
+    void setElementValue(std::size_t index, const std::string& field, fv::HandleObjectRef value) override {
+        if (is("objects.setElementValue", "ignored")) return;
+        Wrong::setElementObject(at("objects.setElementValue", index), fv::detail::Access::impl(value).get());
+        static_cast<void>(field);
+    }
+    fv::HandleObjectRef* getElementAddress(std::size_t index, const std::string& field,
+                                           bool forWrite) override {
+        return Wrong::getElementAddress(at("objects.getElementAddress", index), field, forWrite);
+    }
+    fv::Array getElementProperty(std::size_t index, VexaPropertyIdentifier id) const override {
+        return Wrong::getElementProperty(at("getElementProperty", index), is("getElementProperty", "x")
+                                                                              ? VexaPropertyIdentifier("x")
+                                                                              : std::move(id));
+    }
+    ForwardIteratorImpl* beginElementProperties(std::size_t index) override {
+        if (is("beginElementProperties", "shared"))
+            return walk("beginElementProperties", Inner<ObjectImpl>(Wrong::getElementObject(index))->begin());
+        return walk("beginElementProperties",
+                    Wrong::beginElementProperties(at("beginElementProperties", index)));
+    }
+    ForwardIteratorImpl* endElementProperties(std::size_t index) override {
+        return walk("endElementProperties", Wrong::endElementProperties(index));
+    }
+    bool isHeterogeneous() const override { return truth("isHeterogeneous", Wrong::isHeterogeneous()); }
+    fv::Array getArrayProperty(VexaPropertyIdentifier id) const override {
+        return is("getArrayProperty", "empty") ? fv::Array() : Wrong::getArrayProperty(std::move(id));
+    }
+    ReferenceImpl* getArrayPropertyReference(VexaPropertyIdentifier id) override {
+        return toProperty("getArrayPropertyReference",
+                          Wrong::getArrayPropertyReference(is("getArrayPropertyReference", "unit")
+                                                               ? VexaPropertyIdentifier("unit")
+                                                               : std::move(id)));
+    }
+    ForwardIteratorImpl* beginArrayProp() override { return walk("beginArrayProp", Wrong::beginArrayProp()); }
+    ForwardIteratorImpl* endArrayProp() override { return walk("endArrayProp", Wrong::endArrayProp()); }
+    ForwardIteratorImpl* cbeginArrayProp() const override {
+        return walk("cbeginArrayProp", is("cbeginArrayProp", "writes")
+                                           ? const_cast<WrongObjects*>(this)->Wrong::beginArrayProp()
+                                           : Wrong::cbeginArrayProp());
+    }
+    ForwardIteratorImpl* cendArrayProp() const override {
+        return walk("cendArrayProp", is("cbeginArrayProp", "writes")
+                                         ? const_cast<WrongObjects*>(this)->Wrong::endArrayProp()
+                                         : Wrong::cendArrayProp());
+    }
+    bool hasArrayProperty(const VexaPropertyIdentifier& id) const override {
+        return truth("hasArrayProperty", Wrong::hasArrayProperty(id));
+    }
+    std::size_t numOfArrayProperties() const override {
+        return number("numOfArrayProperties", Wrong::numOfArrayProperties());
+    }
+    bool isExternalDimensionsSet() const override {
+        return truth("isExternalDimensionsSet", Wrong::isExternalDimensionsSet());
+    }
+    std::vector<std::string> getExternalRepresentationArrayPropertyNames() const override {
+        std::vector<std::string> names = Wrong::getExternalRepresentationArrayPropertyNames();
+        if (is("getExternalRepresentationArrayPropertyNames", "none")) names.clear();
+        return names;
+    }
+    bool isEqualArrayProperties(const ArrayImpl* other) const override {
+        return truth("isEqualArrayProperties", Wrong::isEqualArrayProperties(other));
+    }
+    bool isEqual(const ArrayImpl* other) const override {
+        if (is("isEqual", "dimensions-ignored") && getDimensions() != other->getDimensions()) return true;
+        if (!is("isEqual", "first-property")) return Wrong::isEqual(other);
+        for (std::size_t k = 0; k < wrapped().getNumberOfElements(); ++k)
+            if (Wrong::getElementProperty(k, VexaPropertyIdentifier("x")) !=
+                static_cast<const ObjectArrayImpl*>(other)->getElementProperty(k,
+                                                                               VexaPropertyIdentifier("x")))
+                return false;
+        return true;
+    }
+
+private:
+    std::size_t at(const char* operation, std::size_t index) const {
+        return place(operation, index, wrapped().getNumberOfElements());
+    }
+};
+
 class WrongObject : public ForwardingObject {
 public:
     using ForwardingObject::ForwardingObject;
 
     ObjectImpl* sharedCopy() const override {
-        if (fault("object-copy-shares")) return new WrongObject(Inner<ObjectImpl>(retained(&wrapped())));
-        return ForwardingObject::sharedCopy();
+        if (is("object.sharedCopy", "shares"))
+            return new WrongObject(Inner<ObjectImpl>(retained(&wrapped())));
+        return passed("object.sharedCopy",
+                      [&] { return counted("object.sharedCopy", ForwardingObject::sharedCopy()); });
     }
-    bool hasProperty(const VexaPropertyIdentifier& id) const override {
-        return fault("has-every-property") || ForwardingObject::hasProperty(id);
+    const char* getEnumerationName() const override {
+        return lent("getEnumerationName", ForwardingObject::getEnumerationName());
     }
     std::shared_ptr<ArrayImpl> getProperty(VexaPropertyIdentifier id) const override {
-        std::shared_ptr<ArrayImpl> value = ForwardingObject::getProperty(std::move(id));
-        if (fault("property-leaked")) value->retain();
-        return value;
+        return passed("getProperty", [&] {
+            if (is("getProperty", "x") && hasProperty(VexaPropertyIdentifier("x")))
+                id = VexaPropertyIdentifier("x");
+            if (is("getProperty", "unknown-is-empty") && !ForwardingObject::hasProperty(id))
+                return fv::detail::Access::createSharedPtr<ArrayImpl>(new vexa::data::impl::EmptyArrayImpl);
+            std::shared_ptr<ArrayImpl> value = ForwardingObject::getProperty(std::move(id));
+            if (is("getProperty", "leaked")) value->retain();
+            return is("getProperty", "null") ? nullptr : value;
+        });
     }
     ReferenceImpl* getPropertyReference(VexaPropertyIdentifier id) override {
-        ReferenceImpl* chain = ForwardingObject::getPropertyReference(std::move(id));
-        return fault("property-poses-as-element") ? new PosingReference(Inner<ReferenceImpl>(chain)) : chain;
+        if (is("getPropertyReference", "x")) id = VexaPropertyIdentifier("x");
+        return passed("getPropertyReference", [&] {
+            return toProperty("getPropertyReference", ForwardingObject::getPropertyReference(std::move(id)));
+        });
     }
+    ForwardIteratorImpl* begin() override { return walk("object.begin", ForwardingObject::begin()); }
+    ForwardIteratorImpl* end() override { return walk("object.end", ForwardingObject::end()); }
     ForwardIteratorImpl* cbegin() const override {
-        return fault("read-only-walk-writes") ? wrapped().begin() : ForwardingObject::cbegin();
+        return walk("object.cbegin",
+                    is("object.cbegin", "writes") ? wrapped().begin() : ForwardingObject::cbegin());
     }
     ForwardIteratorImpl* cend() const override {
-        return fault("read-only-walk-writes") ? wrapped().end() : ForwardingObject::cend();
+        return walk("object.cend",
+                    is("object.cbegin", "writes") ? wrapped().end() : ForwardingObject::cend());
     }
+    bool hasProperty(const VexaPropertyIdentifier& id) const override {
+        return truth("hasProperty", ForwardingObject::hasProperty(id));
+    }
+    std::size_t numOfProperties() const override {
+        return number("numOfProperties", ForwardingObject::numOfProperties());
+    }
+    std::vector<std::string> getExternalRepresentationPropertyNames() const override {
+        std::vector<std::string> names = ForwardingObject::getExternalRepresentationPropertyNames();
+        if (is("getExternalRepresentationPropertyNames", "reversed"))
+            std::reverse(names.begin(), names.end());
+        return names;
+    }
+
+protected:
+    ObjectImpl* wrapCopy(Inner<ObjectImpl> copy) const override { return new WrongObject(std::move(copy)); }
 };
 
 class WrongHandleObject : public ForwardingHandleObject {
 public:
     using ForwardingHandleObject::ForwardingHandleObject;
-    long getId() const override { return fault("handle-id-lost") ? 0 : ForwardingHandleObject::getId(); }
+    long getId() const override {
+        const long id = ForwardingHandleObject::getId();
+        if (is("getId", "zero")) return 0;
+        if (is("getId", "positive")) return std::max(id, 0L);
+        return is("getId", "int") ? static_cast<int>(id) : id;
+    }
+    vexa::data::impl::ZVMID getZVMID() const override {
+        vexa::data::impl::ZVMID engine = ForwardingHandleObject::getZVMID();
+        if (is("getZVMID", "four-bytes")) std::memset(engine.bytes + 4, 0, 12);
+        if (is("getZVMID", "fifteen-bytes")) engine.bytes[15] = 0;
+        return engine;
+    }
+    void addReference() const override {
+        ForwardingHandleObject::addReference();
+        if (is("addReference", "counted")) retain();
+    }
+    ObjectImpl* sharedCopy() const override {
+        return counted("handle.sharedCopy", is("handle.sharedCopy", "no-handle")
+                                                ? new WrongObject(Inner<ObjectImpl>(retained(&wrapped())))
+                                                : ForwardingHandleObject::sharedCopy());
+    }
+
+protected:
+    ObjectImpl* wrapCopy(Inner<ObjectImpl> copy) const override {
+        return new WrongHandleObject(std::move(copy));
+    }
 };
 
 class WrongClass : public ForwardingClass {
 public:
     using ForwardingClass::ForwardingClass;
+
+    std::shared_ptr<vexa::data::impl::VexaClassIdentifierImpl> getClassIdentifier() const override {
+        if (is("getClassIdentifier", "null")) return nullptr;
+        if (is("getClassIdentifier", "leaked")) ForwardingClass::getClassIdentifier()->retain();
+        static const auto first = ForwardingClass::getClassIdentifier();
+        return is("getClassIdentifier", "first") ? first : ForwardingClass::getClassIdentifier();
+    }
+    ForwardIteratorImpl* beginProperties() const override {
+        return wrongForward("class.", "beginProperties",
+                            is("beginProperties", "array-properties")
+                                ? ForwardingClass::beginArrayProperties()
+                                : ForwardingClass::beginProperties());
+    }
+    ForwardIteratorImpl* endProperties() const override {
+        return wrongForward("class.", "endProperties", ForwardingClass::endProperties());
+    }
+    ForwardIteratorImpl* beginArrayProperties() const override {
+        return wrongForward("class.", "beginArrayProperties", ForwardingClass::beginArrayProperties());
+    }
+    ForwardIteratorImpl* endArrayProperties() const override {
+        return wrongForward("class.", "endArrayProperties", ForwardingClass::endArrayProperties());
+    }
+    ForwardIteratorImpl* beginSuperclasses() const override {
+        return wrongForward("class.", "beginSuperclasses", ForwardingClass::beginSuperclasses());
+    }
+    ForwardIteratorImpl* endSuperclasses() const override {
+        return wrongForward("class.", "endSuperclasses", ForwardingClass::endSuperclasses());
+    }
+    std::size_t getNumberOfProperties() const override {
+        return number("getNumberOfProperties", ForwardingClass::getNumberOfProperties());
+    }
+    std::size_t getNumberOfArrayProperties() const override {
+        return number("getNumberOfArrayProperties", ForwardingClass::getNumberOfArrayProperties());
+    }
     void updateVexaPropertyIdentifiersClassInfo(fv::ClassInfo& classInfo) override {
-        if (!fault("identifiers-not-linked"))
+        if (!is("updateVexaPropertyIdentifiersClassInfo", "ignored"))
             ForwardingClass::updateVexaPropertyIdentifiersClassInfo(classInfo);
     }
 };
@@ -363,6 +1005,8 @@ struct WrongKinds {
     using Class = WrongClass;
 };
 
+// --- the factory -------------------------------------------------------------------------------------------------
+
 class WrongFactory : public ForwardingBackEndFactory<WrongKinds> {
     using Base = ForwardingBackEndFactory;
 
@@ -370,43 +1014,192 @@ public:
     using Base::Base;
 
     ArrayImpl* createArrayImpl(fv::ArrayType type, Dimensions dimensions) override {
-        ArrayImpl* array = Base::createArrayImpl(type, std::move(dimensions));
-        if (fault("starts-at-one") && type == fv::ArrayType::DOUBLE && !array->isEmpty())
+        if (is("createArrayImpl", "any-type") && static_cast<int>(type) == 77) type = fv::ArrayType::DOUBLE;
+        if (is("createArrayImpl", "wraps") && dimensions.size() == 2 &&
+            dimensions[0] > (std::size_t(1) << 59))
+            dimensions[0] = 1;
+        ArrayImpl* array =
+            passed("createArrayImpl", [&] { return Base::createArrayImpl(type, std::move(dimensions)); });
+        if (is("createArrayImpl", "starts-at-one") && type == fv::ArrayType::DOUBLE && !array->isEmpty())
             *static_cast<double*>(const_cast<void*>(array->getUntypedDataPtr())) = 1;
-        return fault("created-with-two-references") && type == fv::ArrayType::CELL ? retained(array) : array;
+        return counted("createArrayImpl", array);
     }
-    ObjectImpl* createHandleObjectRefImpl(vexa::data::impl::ZVMID engine, long id) override {
-        return fault("null-for-a-refusal") ? nullptr : Base::createHandleObjectRefImpl(engine, id);
-    }
-    /// Rows one after another.
     ArrayImpl* createArrayWithDataImpl(fv::ArrayType type, Dimensions dimensions, const void* data,
                                        std::size_t count) override {
-        if (!fault("row-major-data") || type != fv::ArrayType::DOUBLE || count != 6)
-            return Base::createArrayWithDataImpl(type, std::move(dimensions), data, count);
-        const auto* values = static_cast<const double*>(data);
-        const double rows[6] = {values[0], values[3], values[1], values[4], values[2], values[5]};
-        return Base::createArrayWithDataImpl(type, std::move(dimensions), rows, count);
+        if (is("createArrayWithDataImpl", "rows")) { // takes rows one after another
+            Inner<ArrayImpl> made(Base::createArrayWithDataImpl(type, dimensions, data, count));
+            if (type != fv::ArrayType::DOUBLE || dimensions.size() != 2) return made.release();
+            auto* to = static_cast<double*>(const_cast<void*>(made->getUntypedDataPtr()));
+            for (std::size_t k = 0; k < count; ++k)
+                to[k / dimensions[1] + k % dimensions[1] * dimensions[0]] =
+                    static_cast<const double*>(data)[k];
+            return made.release();
+        }
+        count = number("createArrayWithDataImpl", count);
+        return passed("createArrayWithDataImpl", [&] {
+            return counted("createArrayWithDataImpl",
+                           Base::createArrayWithDataImpl(type, std::move(dimensions), data, count));
+        });
     }
-    ArrayImpl* createStructArrayImpl(Dimensions dimensions, Names fieldNames) override {
-        if (fault("fields-reversed")) std::reverse(fieldNames.begin(), fieldNames.end());
-        return Base::createStructArrayImpl(std::move(dimensions), std::move(fieldNames));
+    ArrayImpl* createStructArrayImpl(Dimensions dimensions, Names fields) override {
+        if (is("createStructArrayImpl", "reversed")) std::reverse(fields.begin(), fields.end());
+        if (is("createStructArrayImpl", "sorted")) std::sort(fields.begin(), fields.end());
+        if (is("createStructArrayImpl", "short"))
+            for (std::string& field : fields)
+                field.resize(std::min<std::size_t>(field.size(), 31));
+        return counted("createStructArrayImpl",
+                       Base::createStructArrayImpl(std::move(dimensions), std::move(fields)));
+    }
+    ArrayImpl* createEnumArrayImpl(Dimensions dimensions, std::string className, Names members) override {
+        if (is("createEnumArrayImpl", "sorted")) std::sort(members.begin(), members.end());
+        return counted("createEnumArrayImpl",
+                       Base::createEnumArrayImpl(std::move(dimensions),
+                                                 text("createEnumArrayImpl", std::move(className)),
+                                                 std::move(members)));
+    }
+    ArrayImpl* createSparseDoubleImpl(Dimensions dimensions, std::size_t count, Buffer<double[]> values,
+                                      Buffer<std::size_t[]> rows, Buffer<std::size_t[]> columns) override {
+        disorder("createSparseDoubleImpl", count, values, rows, columns);
+        return Base::createSparseDoubleImpl(std::move(dimensions), number("createSparseDoubleImpl", count),
+                                            std::move(values), std::move(rows), std::move(columns));
+    }
+    ArrayImpl* createSparseLogicalImpl(Dimensions dimensions, std::size_t count, Buffer<bool[]> values,
+                                       Buffer<std::size_t[]> rows, Buffer<std::size_t[]> columns) override {
+        disorder("createSparseLogicalImpl", count, values, rows, columns);
+        return Base::createSparseLogicalImpl(std::move(dimensions), count, std::move(values), std::move(rows),
+                                             std::move(columns));
+    }
+    ArrayImpl* createSparseComplexDoubleImpl(Dimensions dimensions, std::size_t count,
+                                             Buffer<std::complex<double>[]> values,
+                                             Buffer<std::size_t[]> rows,
+                                             Buffer<std::size_t[]> columns) override {
+        if (is("createSparseComplexDoubleImpl", "real"))
+            for (std::size_t k = 0; k < count; ++k)
+                values[k] = values[k].real();
+        disorder("createSparseComplexDoubleImpl", count, values, rows, columns);
+        return Base::createSparseComplexDoubleImpl(std::move(dimensions), count, std::move(values),
+                                                   std::move(rows), std::move(columns));
+    }
+    ArrayImpl* createVexaSparseLogicalImpl(Dimensions dimensions, std::size_t count, Buffer<bool[]> values,
+                                           Buffer<std::size_t[]> rows,
+                                           Buffer<std::size_t[]> starts) override {
+        disorder("createVexaSparseLogicalImpl", count, values, rows, starts);
+        return Base::createVexaSparseLogicalImpl(std::move(dimensions), count, std::move(values),
+                                                 std::move(rows), std::move(starts));
+    }
+    ArrayImpl* createVexaSparseDoubleImpl(Dimensions dimensions, std::size_t count, Buffer<double[]> values,
+                                          Buffer<std::size_t[]> rows, Buffer<std::size_t[]> starts) override {
+        disorder("createVexaSparseDoubleImpl", count, values, rows, starts);
+        return Base::createVexaSparseDoubleImpl(std::move(dimensions), count, std::move(values),
+                                                std::move(rows), std::move(starts));
+    }
+    ArrayImpl* createVexaSparseComplexDoubleImpl(Dimensions dimensions, std::size_t count,
+                                                 Buffer<std::complex<double>[]> values,
+                                                 Buffer<std::size_t[]> rows,
+                                                 Buffer<std::size_t[]> starts) override {
+        disorder("createVexaSparseComplexDoubleImpl", count, values, rows, starts);
+        return Base::createVexaSparseComplexDoubleImpl(std::move(dimensions), count, std::move(values),
+                                                       std::move(rows), std::move(starts));
+    }
+    ClassInfoImpl* createClassInfoImpl(const fv::VexaClassIdentifier& name,
+                                       const std::vector<VexaPropertyIdentifier>& properties,
+                                       const std::vector<VexaPropertyIdentifier>& arrayProperties,
+                                       const std::vector<fv::ClassInfo>& above) override {
+        const bool exchanged = is("createClassInfoImpl", "exchanged");
+        const std::vector<fv::ClassInfo> none;
+        if (is("createClassInfoImpl", "superclass-leaked") && !above.empty())
+            ForwardingClass::below(fv::detail::Access::impl(above[0]).get())->retain();
+        return counted(
+            "createClassInfoImpl",
+            Base::createClassInfoImpl(name, exchanged ? arrayProperties : properties,
+                                      exchanged ? properties : arrayProperties,
+                                      is("createClassInfoImpl", "no-superclasses") ? none : above));
+    }
+    ObjectImpl* createValueObjectImpl(ClassInfoImpl* classInfo) override {
+        if (is("createValueObjectImpl", "class-leaked")) ForwardingClass::below(classInfo)->retain();
+        return counted("createValueObjectImpl", Base::createValueObjectImpl(classInfo));
+    }
+    ArrayImpl* createValueObjectScalarImpl(ObjectImpl* object) override {
+        if (is("createValueObjectScalarImpl", "object-leaked")) object->retain();
+        return counted("createValueObjectScalarImpl", Base::createValueObjectScalarImpl(object));
+    }
+    ArrayImpl* createValueObjectArrayImpl(Dimensions dimensions, ClassInfoImpl* classInfo) override {
+        return counted("createValueObjectArrayImpl",
+                       Base::createValueObjectArrayImpl(std::move(dimensions), classInfo));
+    }
+    ObjectImpl* createHandleObjectRefImpl(vexa::data::impl::ZVMID engine, long id) override {
+        if (is("createHandleObjectRefImpl", "refuses-with-null")) return nullptr;
+        if (is("createHandleObjectRefImpl", "one-engine")) engine = {{1}};
+        return counted("createHandleObjectRefImpl", Base::createHandleObjectRefImpl(engine, id));
+    }
+    ObjectImpl* createEnumerationObjectImpl(const std::string& className,
+                                            const std::string& member) override {
+        if (is("createEnumerationObjectImpl", "exchanged"))
+            return Base::createEnumerationObjectImpl(member, className);
+        return counted(
+            "createEnumerationObjectImpl",
+            Base::createEnumerationObjectImpl(className, text("createEnumerationObjectImpl", member)));
+    }
+    void createBufferImpl(void*& data, void (*&deleter)(void*), fv::ArrayType type,
+                          std::size_t count) override {
+        if (is("createBufferImpl", "bytes") && count > 8) { // room for so many bytes instead of elements
+            data = std::malloc(count);
+            deleter = &std::free;
+            return;
+        }
+        passed("createBufferImpl",
+               [&] { Base::createBufferImpl(data, deleter, type, number("createBufferImpl", count)); });
+        if (is("createBufferImpl", "no-deleter")) deleter = nullptr;
+        static Buffer<void> kept(nullptr, &std::free);
+        if (is("createBufferImpl", "one-buffer")) {
+            deleter(data);
+            if (kept == nullptr) kept.reset(std::malloc(4000000));
+            data = kept.get();
+            deleter = [](void*) {};
+        }
+    }
+    void createUntypedBufferImpl(void*& data, void (*&deleter)(void*), std::size_t count) override {
+        passed("createUntypedBufferImpl", [&] {
+            Base::createUntypedBufferImpl(data, deleter,
+                                          is("createUntypedBufferImpl", "byte") ? count % 256 : count);
+        });
+        if (is("createUntypedBufferImpl", "null")) {
+            if (count > 6) data = nullptr;
+        }
     }
     ArrayImpl* createArrayFromBufferImpl(Dimensions dimensions, fv::ArrayType type, Buffer<void> buffer,
                                          MemoryLayout layout) override {
+        const char* name = "createArrayFromBufferImpl";
         const auto free = buffer.get_deleter();
         void* memory = buffer.get();
-        if (fault("deleter-never-called")) buffer.get_deleter() = [](void*) {};
-        if (fault("row-major-ignored")) layout = MemoryLayout::COLUMN_MAJOR;
-        if (fault("buffer-lost-without-memory")) {
+        if (is(name, "never-freed")) buffer.get_deleter() = [](void*) {};
+        if (is(name, "rows-are-columns")) layout = MemoryLayout::COLUMN_MAJOR;
+        if (is(name, "lost-without-memory")) {
             void* held = buffer.release();
             mayThrow(); // and then the buffer is lost
             buffer.reset(held);
         }
-        if (fault("refused-buffer-kept") && type == fv::ArrayType::CELL) buffer.release();
-        ArrayImpl* array =
-            Base::createArrayFromBufferImpl(std::move(dimensions), type, std::move(buffer), layout);
-        if (fault("deleter-called-twice")) free(memory);
-        return array;
+        if (is(name, "refused-is-kept") && type == fv::ArrayType::CELL) buffer.release();
+        if (is(name, "anything") && type == fv::ArrayType::CELL)
+            return Base::createArrayImpl(type, dimensions);
+        ArrayImpl* array = passed(name, [&] {
+            return Base::createArrayFromBufferImpl(std::move(dimensions), type, std::move(buffer), layout);
+        });
+        if (is(name, "freed-twice")) free(memory);
+        return counted(name, array);
+    }
+
+private:
+    /// The first two change places, with their buffers' consent or without; or a buffer is never freed.
+    template <class T>
+    static void disorder(const char* name, std::size_t count, Buffer<T[]>& values,
+                         Buffer<std::size_t[]>& rows, Buffer<std::size_t[]>& columns) {
+        if (is(name, "values-exchanged") && count > 1) std::swap(values[0], values[count - 1]);
+        if (is(name, "rows-from-one"))
+            for (std::size_t k = 0; k < count; ++k)
+                rows[k] = rows[k] == 0 ? 0 : rows[k] - 1;
+        if (is(name, "rows-never-freed")) rows.get_deleter() = [](void*) {};
+        if (is(name, "columns-never-freed")) columns.get_deleter() = [](void*) {};
     }
 };
 
@@ -443,14 +1236,21 @@ private:
 ArrayFactoryImpl* inner = nullptr;
 
 ArrayFactoryImpl* wrongFactory() {
-    if (fault("doubles-only")) return new DoublesOnlyFactory(Inner<ArrayFactoryImpl>(retained(inner)));
-    return new WrongFactory(Inner<ArrayFactoryImpl>(retained(inner)));
+    if (chosen() == "doubles-only") return new DoublesOnlyFactory(Inner<ArrayFactoryImpl>(retained(inner)));
+    const auto fresh = [] { return new WrongFactory(Inner<ArrayFactoryImpl>(retained(inner))); };
+    static ArrayFactoryImpl* const one = fresh();
+    static int asked = 0;
+    if (is("factory", "once")) return ++asked == 1 ? fresh() : nullptr;
+    if (is("factory", "not-retained")) return one;
+    if (is("factory", "retained-twice")) return retained(retained(one));
+    if (is("factory", "throws-again") && ++asked > 1) throw std::runtime_error("one at a time");
+    return counted("factory", fresh());
 }
 
 /// The embedded back-end has registered itself as the client's when this library is loaded; the engine's place goes first.
 const bool registered = [] {
-    if (fault("crash-on-load")) std::raise(SIGSEGV);
-    if (fault("throws-on-load")) throw std::runtime_error("no licence");
+    if (chosen() == "crash-on-load") std::raise(SIGSEGV);
+    if (chosen() == "throws-on-load") throw std::runtime_error("no licence");
     inner = ArrayFactoryImpl::getDefaultFactory();
     return ArrayFactoryImpl::registerVexaFactoryFunction(&wrongFactory);
 }();

@@ -116,6 +116,9 @@ public:
         const auto* wrapper = dynamic_cast<const ArrayWrapper*>(array);
         return wrapper == nullptr ? array : &wrapper->wrapped();
     }
+    static ArrayImpl* below(ArrayImpl* array) noexcept {
+        return const_cast<ArrayImpl*>(below(static_cast<const ArrayImpl*>(array)));
+    }
 
 protected:
     ~ArrayWrapper() = default;
@@ -156,7 +159,7 @@ public:
     std::size_t getNumberOfElements() const override { return wrapped().getNumberOfElements(); }
     std::size_t reservedOp10() const override { return inner_->reservedOp10(); }
     void assignElementArray(std::size_t index, const std::string& fieldName, ArrayImpl* array) override {
-        inner_->assignElementArray(index, fieldName, array);
+        inner_->assignElementArray(index, fieldName, ArrayWrapper::below(array));
     }
     std::string castToString(std::size_t index, const std::string& fieldName) const override {
         return inner_->castToString(index, fieldName);
@@ -196,6 +199,8 @@ protected:
     virtual ArrayImpl* wrapCopy(Inner<ArrayImpl> copy) const = 0;
     /// The inner array, for an operation that is passed on.
     ArrayImpl& passOn() const { return *inner_.operator->(); }
+    /// Goes on around another array.
+    void rewrap(Inner<ArrayImpl> inner) { inner_ = std::move(inner); }
 
 private:
     Inner<ArrayImpl> inner_;

@@ -114,6 +114,7 @@ public:
                                        const std::vector<VexaPropertyIdentifier>& arrayProperties,
                                        const std::vector<fv::ClassInfo>& superclasses) override {
         std::vector<fv::ClassInfo> inner;
+        inner.reserve(superclasses.size());
         for (const fv::ClassInfo& superclass : superclasses) {
             ClassInfoImpl* description = ForwardingClass::below(fv::detail::Access::impl(superclass).get());
             description->retain();

@@ -3,7 +3,7 @@
 namespace vexa::check {
 
 Owned<ArrayImpl> Backend::array(ArrayType type, const Dimensions& dimensions) const {
-    return adopt(factory_.createArrayImpl(type, dimensions), "createArrayImpl");
+    return adopt(factory_->createArrayImpl(type, dimensions), "createArrayImpl");
 }
 
 namespace {

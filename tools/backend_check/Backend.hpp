@@ -3,6 +3,7 @@
 
 #include "Expect.hpp"
 #include "Kinds.hpp"
+#include "Values.hpp"
 
 #include <vexa/data/detail/IteratorImpl.hpp>
 #include <vexa/data/detail/ReferenceImpl.hpp>
@@ -57,10 +58,16 @@ public:
     using Step = std::function<void(std::string_view)>;
 
     /// `missing` are the capabilities that the back-end does not offer; `step` is told what is about to be done.
-    Backend(ArrayFactoryImpl& factory, Names missing, Step step)
-        : factory_(factory), missing_(std::move(missing)), step_(std::move(step)) {}
+    Backend(Owned<ArrayFactoryImpl> factory, Names missing, Step step)
+        : factory_(std::move(factory)), missing_(std::move(missing)), step_(std::move(step)) {}
 
-    ArrayFactoryImpl& factory() const noexcept { return factory_; }
+    ArrayFactoryImpl& factory() const noexcept { return *factory_; }
+    /// Goes on with another factory, or the same again. The one before is released.
+    void setFactory(Owned<ArrayFactoryImpl> factory) { factory_ = std::move(factory); }
+    /// The same with a factory of its own, and silent.
+    Backend forAnotherThread(Owned<ArrayFactoryImpl> factory) const {
+        return Backend(std::move(factory), missing_, [](std::string_view) {});
+    }
     bool offers(std::string_view capability) const { return missing_.find(capability) == missing_.end(); }
 
     /// Tells what is about to be done, in case that the process ends there.
@@ -98,30 +105,11 @@ public:
     }
 
 private:
-    ArrayFactoryImpl& factory_;
+    Owned<ArrayFactoryImpl> factory_;
     Names missing_;
     Step step_;
     std::string note_;
 };
-
-/// A value that tells position `k` from its neighbours.
-template <class T>
-T valueAt(std::size_t k) {
-    if constexpr (std::is_same_v<T, bool>)
-        return k % 3 == 1;
-    else if constexpr (foundation::vexadata::detail::isComplexElement<T>)
-        return T(static_cast<typename T::value_type>(k + 1), static_cast<typename T::value_type>(k + 50));
-    else
-        return static_cast<T>(k + 1);
-}
-/// Another one.
-template <class T>
-T otherValueAt(std::size_t k) {
-    if constexpr (std::is_same_v<T, bool>)
-        return k % 3 != 1;
-    else
-        return valueAt<T>(k + 20);
-}
 
 /// Writes as the library does: storage made exclusive, then the value.
 template <class T>
@@ -136,20 +124,14 @@ T read(TypedArrayImpl<T>& array, std::size_t position) {
     return *address;
 }
 
-/// An array whose element at position k is `valueAt(k)`.
+/// An array whose element at position k is value k.
 template <class T>
-Owned<TypedArrayImpl<T>> filled(const Backend& backend, const Dimensions& dimensions) {
+Owned<TypedArrayImpl<T>> filled(const Backend& backend, const Dimensions& dimensions,
+                                std::size_t pattern = counting) {
     auto array = backend.zeros<T>(dimensions);
     for (std::size_t k = 0; k < array->getNumberOfElements(); ++k)
-        write(*array, k, valueAt<T>(k));
+        write(*array, k, valueAt<T>(pattern, k));
     return array;
-}
-
-/// @throws Failure unless the element at each position k is `valueAt(k)`
-template <class T>
-void expectFilled(const std::string& what, TypedArrayImpl<T>& array) {
-    for (std::size_t k = 0; k < array.getNumberOfElements(); ++k)
-        expectEqual(what + ": the element at position " + std::to_string(k), read(array, k), valueAt<T>(k));
 }
 
 /// The iterator that an array made; it is deleted, not released.

@@ -6,6 +6,7 @@
 #include <foundation/vexadata/Exception.hpp>
 
 #include <algorithm>
+#include <cstring>
 
 namespace vexa::check {
 
@@ -13,16 +14,6 @@ namespace {
 
 using data::MemoryLayout;
 using Deleter = void (*)(void*);
-
-/// Calls an operation that fills in a buffer. Arrays that leave it as it is refuse.
-template <class F>
-void offeredBy(const char* operation, F call) {
-    try {
-        call();
-    } catch (const fv::InvalidArrayTypeException&) {
-        throw NotOffered{std::string(operation) + " throws " + describeException()};
-    }
-}
 
 /// A buffer that the back-end filled in.
 Buffer<void> filledIn(void* memory, Deleter deleter, const std::string& operation) {
@@ -36,122 +27,218 @@ void countedFree(void* memory) {
     std::free(memory);
 }
 
-/// Elements `valueAt(0)` ... in memory that is counted when freed.
+/// Values of a pattern in memory that is counted when freed.
 template <class T>
 Buffer<void> countedValues(std::size_t count) {
-    auto* memory = static_cast<T*>(std::malloc(count * sizeof(T)));
+    auto* memory = static_cast<T*>(std::malloc(count * sizeof(T) + 1));
     for (std::size_t k = 0; k < count; ++k)
-        memory[k] = valueAt<T>(k);
+        memory[k] = valueAt<T>(counting, k);
     freed = 0;
     return Buffer<void>(memory, &countedFree);
 }
 
 template <class T>
-Owned<ArrayImpl> overBuffer(const Backend& backend, MemoryLayout layout) {
-    return adopt(backend.factory().createArrayFromBufferImpl({2, 3}, ElementTag<T>::arrayType,
-                                                             countedValues<T>(6), layout),
+Owned<ArrayImpl> overBuffer(const Backend& backend, const Dimensions& dimensions,
+                            MemoryLayout layout = MemoryLayout::COLUMN_MAJOR) {
+    std::size_t count = 1;
+    for (const std::size_t extent : dimensions)
+        count *= extent;
+    return adopt(backend.factory().createArrayFromBufferImpl(dimensions, ElementTag<T>::arrayType,
+                                                             countedValues<T>(count), layout),
                  "createArrayFromBufferImpl");
 }
 
+const std::vector<Dimensions> shapes{{2, 3}, {1, 1}, {0, 3}, {2, 3, 4}, {1, 300}, {350, 200}};
+
+/// Several buffers that live side by side and are written from end to end: each has all its room for itself.
 void canBeWritten(Backend& backend) {
     backend.eachPrimitive([&](auto tag) {
         using T = typename decltype(tag)::type;
-        for (const std::size_t count : {0U, 1U, 1000U}) {
+        for (const std::size_t count : {0U, 1U, 3U, 100U, 1000U, 70000U}) {
+            std::vector<Buffer<void>> buffers;
+            const std::string what =
+                "a buffer for " + show(count) + " " + std::string(nameOf(tag.arrayType)) + " elements";
+            for (std::size_t number = 0; number < 4; ++number) {
+                void* memory = nullptr;
+                Deleter deleter = nullptr;
+                backend.factory().createBufferImpl(memory, deleter, tag.arrayType, count);
+                if (count == 0 && memory == nullptr) continue;
+                buffers.push_back(filledIn(memory, deleter, "createBufferImpl"));
+                std::memset(memory, static_cast<int>(number + 1), count * sizeof(T));
+                expect(reinterpret_cast<std::uintptr_t>(memory) % alignof(T) == 0,
+                       what + " is not aligned for them");
+            }
+            for (std::size_t number = 0; number < buffers.size(); ++number) {
+                const auto* bytes = static_cast<const unsigned char*>(buffers[number].get());
+                for (std::size_t k = 0; k < count * sizeof(T); ++k)
+                    if (bytes[k] != number + 1) fail(what + " overlaps another one at byte " + show(k));
+            }
+        }
+    });
+}
+
+void untypedCanBeWritten(Backend& backend) {
+    for (const std::size_t count : {1U, 7U, 300U, 70000U}) {
+        std::vector<Buffer<void>> buffers;
+        for (std::size_t number = 0; number < 4; ++number) {
             void* memory = nullptr;
             Deleter deleter = nullptr;
-            backend.factory().createBufferImpl(memory, deleter, tag.arrayType, count);
-            if (count == 0 && memory == nullptr) continue;
-            const auto buffer = filledIn(memory, deleter, "createBufferImpl");
-            std::fill_n(static_cast<T*>(memory), count, valueAt<T>(1));
-            expect(reinterpret_cast<std::uintptr_t>(memory) % alignof(T) == 0,
-                   "a buffer for " + std::string(nameOf(tag.arrayType)) +
-                       " elements is not aligned for them");
+            backend.factory().createUntypedBufferImpl(memory, deleter, count);
+            buffers.push_back(filledIn(memory, deleter, "createUntypedBufferImpl"));
+            std::memset(memory, static_cast<int>(number + 1), count);
         }
-    });
+        for (std::size_t number = 0; number < buffers.size(); ++number)
+            for (std::size_t k = 0; k < count; ++k)
+                if (static_cast<const unsigned char*>(buffers[number].get())[k] != number + 1)
+                    fail("an untyped buffer of " + show(count) + " bytes overlaps another one at byte " +
+                         show(k));
+    }
 }
 
-void layout(Backend& backend, MemoryLayout order, const char* name) {
+/// Arrays that live side by side, each written from end to end.
+void arraysDoNotOverlap(Backend& backend) {
     backend.eachPrimitive([&](auto tag) {
         using T = typename decltype(tag)::type;
-        const auto made = overBuffer<T>(backend, order);
-        auto& array = as<TypedArrayImpl<T>>(*made, "TypedArrayImpl of its element type");
-        for (std::size_t k = 0; k < 6; ++k) {
-            const bool columns = order == MemoryLayout::COLUMN_MAJOR;
-            const std::size_t row = columns ? k % 2 : k / 3;
-            const std::size_t column = columns ? k / 2 : k % 3;
-            expectEqual("element (" + show(row) + "," + show(column) + ") of a " + describe(array) +
-                            " over a " + name + " buffer",
-                        read(array, positionOf(array, row, column)), valueAt<T>(k));
+        for (const Dimensions& dimensions : {Dimensions{1, 1}, {2, 3}, {7, 19}, {1, 300}, {65, 130}}) {
+            std::vector<Owned<ArrayImpl>> arrays;
+            for (std::size_t number = 0; number < 6; ++number) {
+                arrays.emplace_back(backend.zeros<T>(dimensions).release());
+                if (number % 2 == 1) arrays.push_back(adopt(arrays.back()->sharedCopy(), "sharedCopy"));
+            }
+            for (std::size_t number = 0; number < arrays.size(); ++number)
+                for (std::size_t k = 0; k < arrays[number]->getNumberOfElements(); ++k)
+                    write(asNumbers<T>(*arrays[number]), k, valueAt<T>(counting, k + number));
+            for (std::size_t number = 0; number < arrays.size(); ++number)
+                for (std::size_t k = 0; k < arrays[number]->getNumberOfElements(); ++k)
+                    if (read(asNumbers<T>(*arrays[number]), k) != valueAt<T>(counting, k + number))
+                        fail("position " + show(k) + " of a " + describe(*arrays[number]) +
+                             " changes with other arrays that live beside it");
         }
     });
 }
-void columnMajor(Backend& backend) { layout(backend, MemoryLayout::COLUMN_MAJOR, "column-major"); }
-void rowMajor(Backend& backend) { layout(backend, MemoryLayout::ROW_MAJOR, "row-major"); }
 
-void expectFreedOnce(const std::string& when) {
-    expectEqual("the number of calls of the deleter of a buffer " + when, freed, 1);
+void expectFreed(const std::string& when, int times) {
+    expectEqual("the number of calls of the deleter of a buffer " + when, freed, times);
 }
 
 void deleterOnce(Backend& backend) {
     backend.eachPrimitive([&](auto tag) {
         using T = typename decltype(tag)::type;
-        auto array = overBuffer<T>(backend, MemoryLayout::COLUMN_MAJOR);
-        auto copy = adopt(array->sharedCopy(), "sharedCopy");
-        array.reset();
-        copy.reset();
-        expectFreedOnce("after its array and a copy of that are gone");
+        for (const Dimensions& dimensions : shapes)
+            for (const MemoryLayout layout : {MemoryLayout::COLUMN_MAJOR, MemoryLayout::ROW_MAJOR})
+                for (const bool copyFirst : {false, true}) {
+                    auto array = overBuffer<T>(backend, dimensions, layout);
+                    const std::string of = " of a " + describe(*array);
+                    auto copy = adopt(array->sharedCopy(), "sharedCopy");
+                    copy->unshare();
+                    expect(freed <= 1, "the deleter of the buffer" + of + " is called more than once");
+                    (copyFirst ? copy : array).reset();
+                    (copyFirst ? array : copy).reset();
+                    expectFreed(of.substr(1) + " after that and a copy are gone", 1);
+                }
     });
 }
 
+/// Kinds that cannot lie over a buffer; the buffer goes all the same, once.
 void refusedBuffer(Backend& backend) {
     backend.eachPrimitive([&](auto tag) {
         using T = typename decltype(tag)::type;
-        try {
-            adopt(backend.factory().createArrayFromBufferImpl({2, 3}, ArrayType::CELL, countedValues<T>(6),
-                                                              MemoryLayout::COLUMN_MAJOR),
-                  "createArrayFromBufferImpl");
-        } catch (...) {
-            expectFreedOnce("after createArrayFromBufferImpl refused to make a cell array over it");
-            return;
+        for (const ArrayType type :
+             {ArrayType::CELL, ArrayType::STRUCT, ArrayType::UNKNOWN, ArrayType::SPARSE_DOUBLE}) {
+            const std::string what = "createArrayFromBufferImpl for type " + show(type);
+            try {
+                Owned<ArrayImpl>(backend.factory().createArrayFromBufferImpl(
+                    {2, 3}, type, countedValues<T>(6), MemoryLayout::COLUMN_MAJOR));
+            } catch (...) {
+                expectFreed("after " + what + " refused to make an array over it", 1);
+                continue;
+            }
+            fail(what + " throws nothing");
         }
-        fail("createArrayFromBufferImpl makes a cell array over numbers");
     });
 }
 
+/// Position by position what getElementAddress finds.
 template <class T>
-void expectValues(const std::string& what, const void* memory) {
-    const auto* elements = static_cast<const T*>(memory);
-    for (std::size_t k = 0; k < 6; ++k)
-        expectEqual(what + ": element " + show(k), elements[k], valueAt<T>(k));
+Contents shownByPosition(ArrayImpl& array) {
+    Contents shown;
+    for (std::size_t k = 0; k < array.getNumberOfElements(); ++k)
+        shown.push_back(show(read(asNumbers<T>(array), k)));
+    return shown;
+}
+template <class T>
+void expectValues(const std::string& what, const void* memory, const Contents& wanted) {
+    for (std::size_t k = 0; k < wanted.size(); ++k)
+        if (show(static_cast<const T*>(memory)[k]) != wanted[k])
+            expectEqual(what + ": element " + show(k), show(static_cast<const T*>(memory)[k]), wanted[k]);
 }
 
 void copiesOut(Backend& backend) {
-    backend.eachPrimitive([&](auto tag) {
-        using T = typename decltype(tag)::type;
-        const auto array = filled<T>(backend, {2, 3});
-        void* memory = nullptr;
-        Deleter deleter = nullptr;
-        offeredBy("copyOutBuffer", [&] { array->copyOutBuffer(memory, deleter); });
-        const auto buffer = filledIn(memory, deleter, "copyOutBuffer");
-        const std::string what = "copyOutBuffer of a " + describe(*array);
-        expect(memory != array->getTypedDataPtr(), what + " hands out the array's own storage");
-        expectValues<T>(what, memory);
-        std::fill_n(static_cast<T*>(memory), 6, T());
-        expectFilled("a " + describe(*array) + " after its copied buffer was written", *array);
+    eachSubject(backend, {true, true, true, false}, [&](Subject& subject) {
+        withElementType(subject.array->getType(), [&](auto tag) {
+            using T = typename decltype(tag)::type;
+            const Contents wanted = shownByPosition<T>(*subject.array);
+            void* memory = nullptr;
+            Deleter deleter = nullptr;
+            subject.array->copyOutBuffer(memory, deleter);
+            const auto buffer = filledIn(memory, deleter, "copyOutBuffer");
+            const std::string what = "copyOutBuffer of a " + subject.what;
+            expect(memory != asNumbers<T>(*subject.array).getTypedDataPtr(),
+                   what + " hands out the array's own storage");
+            expectValues<T>(what, memory, wanted);
+            void* second = nullptr;
+            Deleter secondDeleter = nullptr;
+            subject.array->copyOutBuffer(second, secondDeleter);
+            const auto secondBuffer = filledIn(second, secondDeleter, "copyOutBuffer");
+            expect(second != memory, what + " hands out one buffer twice");
+            std::fill_n(static_cast<T*>(memory), wanted.size(), T());
+            subject.expectUnchanged(" after its copied buffer was written");
+            subject.array.reset();
+            expectValues<T>(what + " that is gone", second, wanted);
+        });
     });
 }
 
+/// What the array reports afterwards is its choice, as long as it agrees with itself.
+void expectConsistent(const std::string& what, ArrayImpl& array) {
+    std::size_t product = 1;
+    for (const std::size_t extent : array.getDimensions())
+        product *= extent;
+    expectEqual("getNumberOfElements of a " + what, array.getNumberOfElements(), product);
+    expectEqual("isEmpty of a " + what, array.isEmpty(), product == 0);
+    expectEqual("distanceTo from begin to end of a " + what, beginOf(array)->distanceTo(*endOf(array)),
+                static_cast<std::int64_t>(product));
+    adopt(array.sharedCopy(), "sharedCopy");
+    expectOneReference("a " + what, array);
+}
+
 void handsOver(Backend& backend) {
-    backend.eachPrimitive([&](auto tag) {
-        using T = typename decltype(tag)::type;
-        auto array = filled<T>(backend, {2, 3});
-        void* memory = nullptr;
-        Deleter deleter = nullptr;
-        offeredBy("releaseBuffer", [&] { array->releaseBuffer(memory, deleter); });
-        const auto buffer = filledIn(memory, deleter, "releaseBuffer");
-        array.reset();
-        expectValues<T>(
-            "releaseBuffer of a 2x3 " + std::string(nameOf(tag.arrayType)) + " array that is gone", memory);
+    eachSubject(backend, {true, true, true, false}, [&](Subject& subject) {
+        withElementType(subject.array->getType(), [&](auto tag) {
+            using T = typename decltype(tag)::type;
+            const Contents wanted = shownByPosition<T>(*subject.array);
+            const auto copy = adopt(subject.array->sharedCopy(), "sharedCopy");
+            void* memory = nullptr;
+            Deleter deleter = nullptr;
+            subject.array->releaseBuffer(memory, deleter);
+            const auto buffer = filledIn(memory, deleter, "releaseBuffer");
+            const std::string what = "releaseBuffer of a " + subject.what;
+            expectValues<T>(what, memory, wanted);
+            expectContents("a copy after " + what, *copy, subject.model.contents());
+            const std::string after = subject.what + " after releaseBuffer";
+            expectConsistent(after, *subject.array);
+            for (std::size_t k = 0; k < subject.array->getNumberOfElements(); ++k)
+                write(asNumbers<T>(*subject.array), k, T());
+            const auto next = make(backend, subject.model.sample(), {5, 7}, alike); // takes what was freed
+            expectValues<T>(what + " which was written to", memory, wanted);
+            subject.array.reset();
+            expectValues<T>(what + " that is gone", memory, wanted);
+            std::fill_n(static_cast<T*>(memory), wanted.size(), T());
+            expectContents("a copy after the buffer of " + what + " was written", *copy,
+                           subject.model.contents());
+            for (const auto& [other, model] : subject.others)
+                expectContents("an array that shared with a " + after, *other, model.contents());
+        });
     });
 }
 
@@ -159,16 +246,38 @@ void handsOver(Backend& backend) {
 void thereAndBack(Backend& backend) {
     backend.eachPrimitive([&](auto tag) {
         using T = typename decltype(tag)::type;
-        auto array = overBuffer<T>(backend, MemoryLayout::COLUMN_MAJOR);
-        void* memory = nullptr;
-        Deleter deleter = nullptr;
-        array->releaseBuffer(memory, deleter);
-        {
-            const auto buffer = filledIn(memory, deleter, "releaseBuffer");
-            array.reset();
-            expectValues<T>("releaseBuffer of an array over a buffer", memory);
-        }
-        expectFreedOnce("that releaseBuffer handed over again");
+        for (const Dimensions& dimensions : shapes)
+            for (const bool copied : {false, true}) {
+                auto array = overBuffer<T>(backend, dimensions);
+                const std::string what = describe(*array) + " over a buffer";
+                const Contents wanted = shownByPosition<T>(*array);
+                if (wanted.empty()) continue;
+                auto copy = copied ? adopt(array->sharedCopy(), "sharedCopy") : nullptr;
+                void* memory = nullptr;
+                Deleter deleter = nullptr;
+                array->releaseBuffer(memory, deleter);
+                {
+                    const auto buffer = filledIn(memory, deleter, "releaseBuffer");
+                    array.reset();
+                    expectValues<T>("releaseBuffer of a " + what, memory, wanted);
+                    copy.reset();
+                    expectValues<T>("releaseBuffer of a " + what + ", whose copy is gone", memory, wanted);
+                }
+                expectFreed("of a " + what + " that releaseBuffer handed over again", 1);
+            }
+    });
+}
+
+/// Elements that lie over a buffer are written where they lie.
+void writesToBuffer(Backend& backend) {
+    backend.eachPrimitive([&](auto tag) {
+        using T = typename decltype(tag)::type;
+        const auto array = overBuffer<T>(backend, {2, 3});
+        const auto copy = adopt(array->sharedCopy(), "sharedCopy");
+        for (std::size_t k = 0; k < 6; ++k)
+            write(asNumbers<T>(*array), k, T());
+        expectEqual("an array over a buffer after writes", contentsOf(*array), Contents(6, show(T())));
+        expectEqual("a copy of it", contentsOf(*copy).front(), show(valueAt<T>(counting, 0)));
     });
 }
 
@@ -176,14 +285,29 @@ void thereAndBack(Backend& backend) {
 
 void addBufferChecks(Checks& checks) {
     Family buffers(checks, "buffers");
-    buffers.add("buffers can be written and freed", {"buffer"}, canBeWritten);
-    buffers.add("a column-major buffer becomes an array", {"from-buffer"}, columnMajor);
-    buffers.add("a row-major buffer becomes an array", {"from-buffer"}, rowMajor);
-    buffers.add("the deleter is called once", {"from-buffer"}, deleterOnce);
-    buffers.add("a buffer that is refused is freed", {"from-buffer"}, refusedBuffer);
-    buffers.addCapability("copyOutBuffer copies", "copy-out-buffer", {}, copiesOut);
-    buffers.addCapability("releaseBuffer hands over", "release-buffer", {}, handsOver);
-    buffers.add("a buffer goes in and out", {"from-buffer", "release-buffer"}, thereAndBack);
+    const std::string owned =
+        "a buffer is the back-end's from the call on; its deleter is called once (factory, 25)";
+    buffers.add(
+        "buffers can be written and freed",
+        "createBufferImpl fills in a new buffer for a count of elements and the function that frees it "
+        "(factory, 23)",
+        {"buffer"}, canBeWritten);
+    buffers.add("untyped buffers can be written and freed",
+                "createUntypedBufferImpl does the same for a count of bytes (factory, 24)",
+                {"untyped-buffer"}, untypedCanBeWritten);
+    buffers.add("arrays do not overlap", "every result is a new array with storage of its own (factory, 1)",
+                {}, arraysDoNotOverlap);
+    buffers.add("the deleter is called once", owned, {"from-buffer"}, deleterOnce);
+    buffers.add("a buffer that is refused is freed", "when this throws, the buffer is freed (factory, 25)",
+                {"from-buffer"}, refusedBuffer);
+    buffers.add("an array over a buffer is written", owned, {"from-buffer"}, writesToBuffer);
+    buffers.add("copyOutBuffer copies",
+                "copyOutBuffer fills in a copy of the elements in a new buffer (order 32)",
+                {"copy-out-buffer"}, copiesOut);
+    buffers.add("releaseBuffer hands over",
+                "releaseBuffer hands the array's own buffer over; copies are independent (orders 1, 33)",
+                {"release-buffer"}, handsOver);
+    buffers.add("a buffer goes in and out", owned, {"from-buffer", "release-buffer"}, thereAndBack);
 }
 
 } // namespace vexa::check

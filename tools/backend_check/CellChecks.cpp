@@ -1,6 +1,7 @@
 // Cell arrays: what they hold, references into it, and who owns it.
 
 #include "Check.hpp"
+#include "Foreign.hpp"
 #include "Samples.hpp"
 
 #include <foundation/vexadata/ArrayFactory.hpp>
@@ -12,7 +13,6 @@ namespace vexa::check {
 namespace {
 
 using Cells = fv::TypedArray<fv::Array>;
-using Contents = std::vector<std::string>;
 
 Owned<ArrayImpl> emptyCells(const Backend& backend, const Dimensions& dimensions) {
     return backend.array(ArrayType::CELL, dimensions);
@@ -24,25 +24,43 @@ Owned<ReferenceImpl> chainInto(ArrayImpl& array, std::size_t index, bool forWrit
 }
 
 void startEmpty(Backend& backend) {
-    const auto cells = emptyCells(backend, {2, 3});
-    expectContents("a new " + describe(*cells), *cells, Contents(6, "empty"));
+    for (const Dimensions& dimensions : {Dimensions{1, 1}, {2, 3}, {2, 2, 2}, {1, 300}}) {
+        const auto cells = emptyCells(backend, dimensions);
+        expectContents("a new " + describe(*cells), *cells, Contents(cells->getNumberOfElements(), "empty"));
+    }
 }
 
 void holdsWhatIsStored(Backend& backend) {
-    for (std::size_t stored = 0; stored < 6; ++stored) {
-        const auto cells = emptyCells(backend, {2, 3});
+    for (std::size_t stored = 0; stored < 300; stored += stored < 6 ? 1 : 50) {
+        const auto cells = emptyCells(backend, {2, 150});
         assign(*cells, stored, {}, *scalar(backend, 7));
-        Contents wanted(6, "empty");
-        wanted[stored] = "1x1 [7]";
+        Contents wanted(300, "empty");
+        wanted[stored] = "1x1 double [7]";
         expectContents("a cell array after assignElementArray(" + show(stored) + ")", *cells, wanted);
     }
 }
 
+/// Arrays of other back-ends among them, and the empty array.
 void replaces(Backend& backend) {
-    const auto cells = emptyCells(backend, {1, 2});
+    const auto cells = emptyCells(backend, {1, 3});
+    const auto other = foreign(Owned<ArrayImpl>(filled<double>(backend, {2, 2}).release()));
     assign(*cells, 0, {}, *scalar(backend, 1));
-    assign(*cells, 0, {}, *scalar(backend, 2));
-    expectContents("a cell array of which an element was replaced", *cells, {"1x1 [2]", "empty"});
+    assign(*cells, 0, {}, *other);
+    assign(*cells, 1, {}, *other);
+    assign(*cells, 1, {}, *emptyArray());
+    assign(*cells, 2, {}, *scalar(backend, 1));
+    assign(*cells, 2, {}, *scalar(backend, 2));
+    const Contents wanted{"2x2 double [1, 2, 3, 4]", "empty", "1x1 double [2]"};
+    expectContents("a cell array of which elements were replaced", *cells, wanted);
+    expectEqual("the reference count of an array of another back-end in one cell", other->referenceCount(),
+                chainInto(*cells, 0, false)->getArrayImpl() == other.get() ? 2 : 1);
+    const auto copy = adopt(cells->sharedCopy(), "sharedCopy");
+    const auto chain = chainInto(*cells, 0, true);
+    chain->prepareForWrite();
+    write(asNumbers<double>(*chain->getArrayImpl()), 0, 9.0);
+    expectContents("a copy after a write inside a cell with an array of another back-end", *copy, wanted);
+    expectEqual("an array of another back-end after a write inside the cell that held it",
+                read(asNumbers<double>(*other), 0), 1.0);
 }
 
 void typedOperations(Backend& backend) {
@@ -50,31 +68,44 @@ void typedOperations(Backend& backend) {
     CellArrayImpl& typed = asCells(*cells);
     typed.unshare();
     typed.setElementValue(1, {}, fv::Array(scalar(backend, 5).release()));
-    expectContents("a cell array after setElementValue(1)", *cells, {"empty", "1x1 [5]"});
+    expectContents("a cell array after setElementValue(1)", *cells, {"empty", "1x1 double [5]"});
     const fv::Array* element = typed.getElementAddress(1, {}, false);
     expect(element != nullptr, "getElementAddress of a cell array returns null");
     expectEqual("the number of elements of the Array at getElementAddress(1)", element->getNumberOfElements(),
                 1);
+    const fv::Array* first = typed.getTypedDataPtr();
+    expect(first == nullptr || first + 1 == element,
+           "getTypedDataPtr of a cell array is not one element before getElementAddress(1)");
 }
 
-void chainKnowsItsArray(Backend& backend) {
-    const auto cells = emptyCells(backend, {1, 1});
-    const auto held = backend.zeros<double>({3, 2});
-    assign(*cells, 0, {}, *held);
+/// Several at once, into cells of different shapes.
+void chainsKnowTheirArrays(Backend& backend) {
+    const auto cells = emptyCells(backend, {1, 3});
+    const std::vector<Dimensions> shapes{{3, 2}, {1, 4}, {2, 2, 2}};
+    for (std::size_t k = 0; k < 3; ++k)
+        assign(*cells, k, {}, *backend.zeros<double>(shapes[k]));
     for (const bool forWrite : {false, true}) {
-        const auto chain = chainInto(*cells, 0, forWrite);
-        const std::string of = " of a chain into a cell, forWrite " + show(forWrite);
-        expectOneReference("a chain into a cell, forWrite " + show(forWrite), *chain);
-        expectEqual("dimensions" + of, chain->dimensions(), {3, 2});
-        expectEqual("indexCount" + of, chain->indexCount(), 0);
-        expectEqual("getNumberOfElements of the array" + of, chain->getArrayImpl()->getNumberOfElements(), 6);
+        std::vector<Owned<ReferenceImpl>> chains;
+        for (std::size_t k = 0; k < 3; ++k)
+            chains.push_back(chainInto(*cells, k, forWrite));
+        for (std::size_t k = 0; k < 3; ++k) {
+            const std::string of = " of a chain into cell " + show(k) + ", forWrite " + show(forWrite);
+            expectOneReference("a chain into a cell, forWrite " + show(forWrite), *chains[k]);
+            expectEqual("dimensions" + of, chains[k]->dimensions(), shapes[k]);
+            expectEqual("indexCount" + of, chains[k]->indexCount(), 0);
+            expectEqual("getDimensions of the array" + of, chains[k]->getArrayImpl()->getDimensions(),
+                        shapes[k]);
+        }
     }
+    const Owned<ReferenceImpl> forwarded(cells->forwardingOp(1, {}));
+    expect(forwarded != nullptr && forwarded->dimensions() == shapes[1],
+           "order 13 of a cell array gives another chain");
 }
 
 /// Writes to the element's array as the library does through a chain.
 void writeThrough(ReferenceImpl& chain, double value) {
     chain.prepareForWrite();
-    write(as<TypedArrayImpl<double>>(*chain.getArrayImpl(), "TypedArrayImpl<double>"), 0, value);
+    write(asNumbers<double>(*chain.getArrayImpl()), 0, value);
 }
 
 /// The array in the cell has another owner, who must not see the write; the cell must.
@@ -86,23 +117,17 @@ void writesSpareOtherOwners(Backend& backend, bool forWrite) {
     writeThrough(*chain, 2);
     const std::string after = " after a write through a chain made with forWrite " + show(forWrite);
     expectEqual("the array that the cell was filled with," + after, scalarValue(*held), 1.0);
-    expectContents("the cell" + after, *cells, {"1x1 [2]"});
+    expectContents("the cell" + after, *cells, {"1x1 double [2]"});
+    // The chain was made before others came to own the array.
+    const auto copy = adopt(cells->sharedCopy(), "sharedCopy");
+    const auto later = share(*chainInto(*cells, 0, false)->getArrayImpl());
+    writeThrough(*chain, 3);
+    expectContents("a copy made before another write through the same chain", *copy, {"1x1 double [2]"});
+    expectEqual("an array taken before another write through the same chain", scalarValue(*later), 2.0);
+    expectContents("the cell after another write through the same chain", *cells, {"1x1 double [3]"});
 }
 void writeChains(Backend& backend) { writesSpareOtherOwners(backend, true); }
 void readChains(Backend& backend) { writesSpareOtherOwners(backend, false); }
-
-void nestedWritesSpareCopies(Backend& backend) {
-    for (const bool inCopy : {true, false}) {
-        const auto cells = emptyCells(backend, {1, 1});
-        assign(*cells, 0, {}, *scalar(backend, 1));
-        const auto copy = adopt(cells->sharedCopy(), "sharedCopy");
-        writeThrough(*chainInto(inCopy ? *copy : *cells, 0, true), 2);
-        const std::string after =
-            std::string(" after a write inside ") + (inCopy ? "its copy" : "the original");
-        expectContents("a cell array" + after, inCopy ? *cells : *copy, {"1x1 [1]"});
-        expectContents("the array written to", inCopy ? *copy : *cells, {"1x1 [2]"});
-    }
-}
 
 /// Two levels deep, through handles as users write it.
 void cellsInCells(Backend& backend) {
@@ -127,25 +152,33 @@ void cellsInCells(Backend& backend) {
                 0.0);
 }
 
-/// What a cell holds is retained once while held, and released once after.
+/// What a cell holds is retained once while held, and released once after, whoever else made it.
 void balance(Backend& backend) {
-    const auto held = scalar(backend, 1);
-    auto cells = emptyCells(backend, {1, 2});
-    assign(*cells, 0, {}, *held);
-    const bool sameObject = chainInto(*cells, 0, false)->getArrayImpl() == held.get();
-    expectEqual("the reference count of an array in a cell", held->referenceCount(), sameObject ? 2 : 1);
-    assign(*cells, 1, {}, *held);
-    assign(*cells, 0, {}, *scalar(backend, 2));
-    assign(*cells, 1, {}, *scalar(backend, 2));
-    expectOneReference("an array that was replaced in its cell", *held);
-    assign(*cells, 0, {}, *held);
-    auto copy = adopt(cells->sharedCopy(), "sharedCopy");
-    cells.reset();
-    expect(
-        held->referenceCount() >= (sameObject ? 2U : 1U),
-        "the reference count of an array in the copy of a cell array is too small after the original has gone");
-    copy.reset();
-    expectOneReference("an array after its cell arrays have gone", *held);
+    for (const bool byOther : {false, true}) {
+        const auto held = byOther ? foreign(scalar(backend, 1)) : scalar(backend, 1);
+        auto cells = emptyCells(backend, {1, 2});
+        assign(*cells, 0, {}, *held);
+        const bool sameObject = chainInto(*cells, 0, false)->getArrayImpl() == held.get();
+        expectEqual("the reference count of an array in a cell", held->referenceCount(), sameObject ? 2 : 1);
+        assign(*cells, 0, {}, *held);
+        expectEqual("the reference count of an array that was stored into its cell again",
+                    held->referenceCount(), sameObject ? 2 : 1);
+        assign(*cells, 1, {}, *held);
+        assign(*cells, 0, {}, *scalar(backend, 2));
+        assign(*cells, 1, {}, *scalar(backend, 2));
+        expectOneReference("an array that was replaced in its cell", *held);
+        asCells(*cells).setElementValue(0, {}, fv::Array(share(*held).release()));
+        expect(held->referenceCount() >= (sameObject ? 2U : 1U),
+               "the reference count of an array that setElementValue stored is too small");
+        auto copy = adopt(cells->sharedCopy(), "sharedCopy");
+        cells.reset();
+        expect(held->referenceCount() >= (sameObject ? 2U : 1U),
+               "the reference count of an array in the copy of a cell array is too small after the original "
+               "has gone");
+        expectContents("the copy of a cell array that is gone", *copy, {"1x1 double [1]", "1x1 double [2]"});
+        copy.reset();
+        expectOneReference("an array after its cell arrays have gone", *held);
+    }
 }
 
 void chainsLeaveCounts(Backend& backend) {
@@ -153,8 +186,13 @@ void chainsLeaveCounts(Backend& backend) {
     const auto cells = emptyCells(backend, {1, 1});
     assign(*cells, 0, {}, *held);
     const std::uint64_t before = held->referenceCount();
-    for (int k = 0; k < 3; ++k)
-        chainInto(*cells, 0, false)->getArrayImpl();
+    for (int k = 0; k < 3; ++k) {
+        const auto chain = chainInto(*cells, 0, false);
+        chain->getArrayImpl();
+        expectOneReference("a cell array with a chain into it", *cells);
+        expectEqual("the reference count of an array in a cell with a chain to it", held->referenceCount(),
+                    before);
+    }
     expectEqual("the reference count of an array in a cell after chains into it are gone",
                 held->referenceCount(), before);
     expectOneReference("a cell array after chains into it are gone", *cells);
@@ -165,17 +203,25 @@ void chainsLeaveCounts(Backend& backend) {
 void addCellChecks(Checks& checks) {
     Family cells(checks, "cells");
     const std::vector<std::string> needs{"cell", "double"};
-    cells.add("new cells are empty", {"cell"}, startEmpty);
-    cells.add("an array is stored in its element", needs, holdsWhatIsStored);
-    cells.add("an element is replaced", needs, replaces);
-    cells.add("typed reads and writes", needs, typedOperations);
-    cells.add("chains know the array held", needs, chainKnowsItsArray);
-    cells.add("chains for writing spare other owners", needs, writeChains);
-    cells.add("chains for reading do so when written through", needs, readChains);
-    cells.add("writes inside spare copies", needs, nestedWritesSpareCopies);
-    cells.add("cells in cells", needs, cellsInCells);
-    cells.add("what is held is retained and released", needs, balance);
-    cells.add("chains leave the counts", needs, chainsLeaveCounts);
+    const std::string assigned = "assignElementArray stores the array into the element (order 17)";
+    const std::string retained = "what is passed is borrowed: a reference is added to keep it (order 17)";
+    const std::string exclusive =
+        "a chain makes the array held exclusively owned before its write, also one made for reading (order 12)";
+    cells.add("new cells are empty", "createArrayImpl makes an array of empty cells (factory, 1)", {"cell"},
+              startEmpty);
+    cells.add("an array is stored in its element", assigned, needs, holdsWhatIsStored);
+    cells.add("an element is replaced", assigned, needs, replaces);
+    cells.add("typed reads and writes", "setElementValue stores, getElementAddress finds (orders 38, 39)",
+              needs, typedOperations);
+    cells.add("chains know the array held",
+              "createElementReference is a new chain into what an element holds (order 12)", needs,
+              chainsKnowTheirArrays);
+    cells.add("chains for writing spare other owners", exclusive, needs, writeChains);
+    cells.add("chains for reading do so when written through", exclusive, needs, readChains);
+    cells.add("cells in cells", exclusive, needs, cellsInCells);
+    cells.add("what is held is retained and released", retained, needs, balance);
+    cells.add("chains leave the counts", "a chain does not count its array (chains)", needs,
+              chainsLeaveCounts);
 }
 
 } // namespace vexa::check

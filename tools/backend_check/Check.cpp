@@ -4,9 +4,10 @@ namespace vexa::check {
 
 Checks allChecks() {
     Checks checks;
-    for (const auto add : {&addCreationChecks, &addSharedChecks, &addDenseChecks, &addIterationChecks,
-                           &addBufferChecks, &addCellChecks, &addStructChecks, &addTextChecks, &addEnumChecks,
-                           &addSparseChecks, &addObjectChecks, &addFailureChecks})
+    for (const auto add : {&addCreationChecks, &addFactoryChecks, &addSharedChecks, &addDenseChecks,
+                           &addIterationChecks, &addBufferChecks, &addCellChecks, &addStructChecks,
+                           &addNestingChecks, &addTextChecks, &addEnumChecks, &addSparseChecks,
+                           &addObjectChecks, &addHandleChecks, &addFailureChecks, &addThreadChecks})
         add(checks);
     return checks;
 }

@@ -12,6 +12,8 @@ namespace vexa::check {
 struct Check {
     std::string family;
     std::string name;
+    /// The sentence of the contract that the back-end is held to.
+    std::string sentence;
     /// Capabilities without which the check is left out.
     std::vector<std::string> needs;
     /// The capability that this check finds out about, if any.
@@ -27,12 +29,15 @@ class Family {
 public:
     Family(Checks& checks, std::string name) : checks_(checks), name_(std::move(name)) {}
 
-    void add(std::string name, std::vector<std::string> needs, std::function<void(Backend&)> run) {
-        checks_.push_back({name_, std::move(name), std::move(needs), {}, std::move(run)});
+    void add(std::string name, std::string sentence, std::vector<std::string> needs,
+             std::function<void(Backend&)> run) {
+        checks_.push_back(
+            {name_, std::move(name), std::move(sentence), std::move(needs), {}, std::move(run)});
     }
-    void addCapability(std::string name, std::string provides, std::vector<std::string> needs,
-                       std::function<void(Backend&)> run) {
-        checks_.push_back({name_, std::move(name), std::move(needs), std::move(provides), std::move(run)});
+    void addCapability(std::string name, std::string sentence, std::string provides,
+                       std::vector<std::string> needs, std::function<void(Backend&)> run) {
+        checks_.push_back({name_, std::move(name), std::move(sentence), std::move(needs), std::move(provides),
+                           std::move(run)});
     }
 
 private:
@@ -54,6 +59,10 @@ void addEnumChecks(Checks& checks);
 void addSparseChecks(Checks& checks);
 void addObjectChecks(Checks& checks);
 void addBufferChecks(Checks& checks);
+void addFactoryChecks(Checks& checks);
+void addNestingChecks(Checks& checks);
+void addHandleChecks(Checks& checks);
+void addThreadChecks(Checks& checks);
 void addFailureChecks(Checks& checks);
 
 } // namespace vexa::check

@@ -29,17 +29,21 @@ using Clock = std::chrono::steady_clock;
 // A record is a letter, a text and a NUL.
 constexpr char stepTag = 's';
 constexpr char failureTag = 'x'; // found, and not yet the verdict
-constexpr std::string_view verdictTags = "hfn";
+constexpr char endingTag = 't';  // how the process ends, in its own words
+constexpr std::string_view verdictTags = "hfnc";
+
+/// With which the thread sanitizer ends a process, see Sanitizers.cpp.
+constexpr int raceStatus = 66;
 
 int reportPipe = -1; // of the child: where its records go
 
 void send(char tag, std::string_view text) noexcept {
-    std::array<char, 4096> record{};
+    std::array<char, 4096> record;
     const std::size_t length = std::min(text.size(), record.size() - 2);
     record[0] = tag;
     std::memcpy(record.data() + 1, text.data(), length);
-    for (std::size_t k = 1; k <= length; ++k)
-        if (record[k] == '\0') record[k] = ' ';
+    std::replace(record.data() + 1, record.data() + 1 + length, '\0', ' ');
+    record[length + 1] = '\0';
     const std::size_t size = length + 2;
     for (std::size_t sent = 0; sent < size;) {
         const ssize_t written = ::write(reportPipe, record.data() + sent, size - sent);
@@ -53,10 +57,12 @@ void send(char tag, std::string_view text) noexcept {
     ::_exit(0); // no destructors: the back-end may be in any state
 }
 
+/// The failure is no verdict: what was being done at the time goes with it.
 [[noreturn]] void reportTerminate() noexcept {
-    std::string reason = "the process is ended by std::terminate";
+    std::string reason = "ended by std::terminate";
     if (std::current_exception() != nullptr) reason += " after " + describeException();
-    finish(Verdict::fails, reason);
+    send(endingTag, reason);
+    ::_exit(0);
 }
 
 [[noreturn]] void beChild(const std::function<std::string(const Step&)>& work, bool quiet) noexcept {
@@ -75,6 +81,8 @@ void send(char tag, std::string_view text) noexcept {
         finish(Verdict::fails, failure.reason);
     } catch (const NotOffered& missing) {
         finish(Verdict::notOffered, missing.reason);
+    } catch (const NotChecked& unseen) {
+        finish(Verdict::notChecked, unseen.reason);
     } catch (...) {
         finish(Verdict::fails, "throws " + describeException());
     }
@@ -121,11 +129,12 @@ std::string howItEnded(int status) {
         const int signal = WTERMSIG(status);
         return "ended by signal " + std::to_string(signal) + " (" + ::strsignal(signal) + ")";
     }
+    if (WEXITSTATUS(status) == raceStatus) return "a data race that the thread sanitizer found";
     return "the process left with exit status " + std::to_string(WEXITSTATUS(status));
 }
 
 /// The verdict among the records, or `ending` with the last step or the failure that it came after.
-Result resultFrom(std::string_view records, const std::string& ending) {
+Result resultFrom(std::string_view records, std::string ending) {
     std::string lastStep;
     std::string failure;
     while (!records.empty()) {
@@ -135,6 +144,10 @@ Result resultFrom(std::string_view records, const std::string& ending) {
         if (verdict != std::string_view::npos)
             return {static_cast<Verdict>(verdict), std::string(record.substr(1))};
         if (record.empty()) continue;
+        if (record[0] == endingTag) {
+            ending = record.substr(1);
+            continue;
+        }
         (record[0] == failureTag ? failure : lastStep) = record.substr(1);
         if (record[0] == stepTag) failure.clear();
     }
@@ -164,10 +177,11 @@ Result runInChild(const std::function<std::string(const Step&)>& work, std::chro
     if (!inTime) ::kill(child, SIGKILL);
     int status = 0;
     while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {}
-    // Neither a failure nor a refusal says anything about a back-end that had no memory.
+    // Neither a failure nor a refusal says anything about a back-end that had no memory. What cannot be seen here needs none.
     Result result = resultFrom(records, inTime ? howItEnded(status)
                                                : "not done after " + std::to_string(limit.count()) + " s");
-    if (*refused && result.verdict != Verdict::holds) throw OutOfMemory();
+    const bool conclusive = result.verdict == Verdict::holds || result.verdict == Verdict::notChecked;
+    if (*refused && !conclusive) throw OutOfMemory();
     return result;
 }
 

@@ -9,7 +9,7 @@
 
 namespace vexa::check {
 
-enum class Verdict { holds, fails, notOffered };
+enum class Verdict { holds, fails, notOffered, notChecked };
 
 struct Result {
     Verdict verdict;

@@ -30,10 +30,12 @@ void expectNewArray(const Backend& backend, const ArrayImpl& array, const std::v
     expect(array.getArrayID() != 0, getArrayID + " is 0, which stands for an empty array");
 }
 
+const std::string creates = "every result of a factory carries one reference for the caller";
+
 /// Arrays that `createArrayImpl` makes.
 void addKind(Family& family, ArrayType type) {
     const std::string name(nameOf(type));
-    family.addCapability(name + " arrays", name, {}, [type](Backend& backend) {
+    family.addCapability(name + " arrays", creates, name, {}, [type](Backend& backend) {
         const Dimensions dimensions{2, 3};
         const auto array = offered(backend, "createArrayImpl",
                                    [&] { return backend.factory().createArrayImpl(type, dimensions); });
@@ -74,7 +76,7 @@ void enums(Backend& backend) {
 
 void addSparse(Family& family, ArrayType type) {
     const std::string name(nameOf(type));
-    family.addCapability(name + " arrays", name, {}, [type](Backend& backend) {
+    family.addCapability(name + " arrays", creates, name, {}, [type](Backend& backend) {
         const auto array = offered(backend, "the creator", [&] {
             return createSparse(backend.factory(), type, {2, 3}, {1, 2}, {1, 0}, {0, 2}, false);
         });
@@ -85,8 +87,8 @@ void addSparse(Family& family, ArrayType type) {
 void compressedColumns(Backend& backend) {
     bool any = false;
     eachSample(backend, [&](const Sample& sample) {
-        if (!sample.matricesOnly) return;
-        const ArrayType type = sample.make(backend, {1, 1})->getType();
+        if (!sample.sparse) return;
+        const ArrayType type = make(backend, sample, {1, 1})->getType();
         const auto create = [&] {
             return createSparse(backend.factory(), type, {2, 3}, {1, 2}, {1, 0}, {0, 1, 1, 2}, true);
         };
@@ -195,6 +197,21 @@ void fromBuffer(Backend& backend) {
     });
 }
 
+void buffersCopiedOut(Backend& backend) {
+    backend.eachPrimitive([&](auto tag) {
+        const auto array = backend.array(tag.arrayType, {2, 3});
+        expectBuffer("copyOutBuffer",
+                     [&](void*& memory, Deleter& deleter) { array->copyOutBuffer(memory, deleter); });
+    });
+}
+void buffersHandedOver(Backend& backend) {
+    backend.eachPrimitive([&](auto tag) {
+        const auto array = backend.array(tag.arrayType, {2, 3});
+        expectBuffer("releaseBuffer",
+                     [&](void*& memory, Deleter& deleter) { array->releaseBuffer(memory, deleter); });
+    });
+}
+
 } // namespace
 
 void addCreationChecks(Checks& checks) {
@@ -202,23 +219,29 @@ void addCreationChecks(Checks& checks) {
     forEachPrimitive([&](auto tag) { addKind(creation, tag.arrayType); });
     for (const auto type : {ArrayType::CELL, ArrayType::STRING})
         addKind(creation, type);
-    creation.addCapability("struct arrays", "struct", {}, structs);
-    creation.addCapability("enum arrays", "enum", {}, enums);
+    creation.addCapability("struct arrays", creates, "struct", {}, structs);
+    creation.addCapability("enum arrays", creates, "enum", {}, enums);
     for (const auto type :
          {ArrayType::SPARSE_LOGICAL, ArrayType::SPARSE_DOUBLE, ArrayType::SPARSE_COMPLEX_DOUBLE})
         addSparse(creation, type);
-    creation.addCapability("arrays from compressed columns", "compressed-columns", {}, compressedColumns);
-    creation.addCapability("arrays from data", "data", {}, fromData);
-    creation.addCapability("typed buffers", "buffer", {}, buffers);
-    creation.addCapability("untyped buffers", "untyped-buffer", {}, untypedBuffers);
-    creation.addCapability("arrays from buffers", "from-buffer", {}, fromBuffer);
-    creation.addCapability("class descriptions", "class", {}, classes);
-    creation.addCapability("value objects", "value-object", {"class"}, valueObjects);
-    creation.addCapability("object arrays", "object-array", {"class"}, objectArrays);
-    creation.addCapability("arrays of one object", "object-scalar", {"value-object", "double"},
+    creation.addCapability("arrays from compressed columns", creates, "compressed-columns", {},
+                           compressedColumns);
+    creation.addCapability("arrays from data", creates, "data", {}, fromData);
+    creation.addCapability("typed buffers", creates, "buffer", {}, buffers);
+    creation.addCapability("untyped buffers", creates, "untyped-buffer", {}, untypedBuffers);
+    creation.addCapability("arrays from buffers", creates, "from-buffer", {}, fromBuffer);
+    creation.addCapability("buffers copied out",
+                           "copyOutBuffer and its deleter belong to the caller (order 32)", "copy-out-buffer",
+                           {}, buffersCopiedOut);
+    creation.addCapability("buffers handed over", "releaseBuffer hands over in the same way (order 33)",
+                           "release-buffer", {}, buffersHandedOver);
+    creation.addCapability("class descriptions", creates, "class", {}, classes);
+    creation.addCapability("value objects", creates, "value-object", {"class"}, valueObjects);
+    creation.addCapability("object arrays", creates, "object-array", {"class"}, objectArrays);
+    creation.addCapability("arrays of one object", creates, "object-scalar", {"value-object", "double"},
                            objectScalars);
-    creation.addCapability("handle objects", "handle-object", {}, handleObjects);
-    creation.addCapability("enumeration objects", "enumeration-object", {}, enumerationObjects);
+    creation.addCapability("handle objects", creates, "handle-object", {}, handleObjects);
+    creation.addCapability("enumeration objects", creates, "enumeration-object", {}, enumerationObjects);
 }
 
 } // namespace vexa::check

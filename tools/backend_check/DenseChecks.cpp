@@ -1,56 +1,27 @@
 // Arrays of primitive elements: how elements lie, and how they are read and written one by one.
 
 #include "Check.hpp"
+#include "Samples.hpp"
 
 #include <foundation/vexadata/Exception.hpp>
 
-#include <array>
+#include <memory>
 
 namespace vexa::check {
 
 namespace {
 
-namespace fv = foundation::vexadata;
-
 void startAtZero(Backend& backend) {
     backend.eachPrimitive([&](auto tag) {
         using T = typename decltype(tag)::type;
-        const auto array = backend.zeros<T>({2, 3});
-        for (std::size_t k = 0; k < 6; ++k)
-            expectEqual("the element at position " + show(k) + " of a new " + describe(*array),
-                        read(*array, k), T());
-    });
-}
-
-/// The position at which an array holds the k-th of the values that it was made from; `count` when nowhere.
-template <class T>
-std::size_t whereIs(TypedArrayImpl<T>& array, T value) {
-    std::size_t position = 0;
-    while (position < array.getNumberOfElements() && read(array, position) != value)
-        ++position;
-    return position;
-}
-
-/// Columns one after another in the data that it is made from, whatever the array's own layout.
-void columnMajorData(Backend& backend) {
-    backend.eachPrimitive([&](auto tag) {
-        using T = typename decltype(tag)::type;
-        std::array<T, 6> data{};
-        for (std::size_t k = 0; k < data.size(); ++k)
-            data[k] = valueAt<T>(k);
-        const Owned<ArrayImpl> made =
-            adopt(backend.factory().createArrayWithDataImpl(tag.arrayType, {2, 3}, data.data(), data.size()),
-                  "createArrayWithDataImpl");
-        auto& array = dynamic_cast<TypedArrayImpl<T>&>(*made);
-        for (std::size_t k = 0; k < data.size(); ++k) {
-            const std::size_t row = k % 2;
-            const std::size_t column = k / 2;
-            const std::size_t wanted = positionOf(array, row, column);
-            if (read(array, wanted) == data[k]) continue;
-            const std::size_t found = whereIs(array, data[k]);
-            fail("element (" + show(row) + "," + show(column) + ") of a " + describe(array) +
-                 (found == data.size() ? " is not in it" : " lies at position " + show(found)) +
-                 ", expected at position " + show(wanted));
+        for (const Dimensions& dimensions :
+             {Dimensions{1, 1}, {2, 3}, {1, 5}, {2, 3, 4}, {300, 1}, {350, 200}}) {
+            filled<T>(backend, dimensions); // leaves its values in the memory that comes next
+            const auto array = backend.zeros<T>(dimensions);
+            const std::string what = " of a new " + describe(*array);
+            for (std::size_t k = 0; k < array->getNumberOfElements(); ++k)
+                if (!(read(*array, k) == T()))
+                    expectEqual("the element at position " + show(k) + what, read(*array, k), T());
         }
     });
 }
@@ -58,71 +29,131 @@ void columnMajorData(Backend& backend) {
 void copiesTheData(Backend& backend) {
     backend.eachPrimitive([&](auto tag) {
         using T = typename decltype(tag)::type;
-        std::array<T, 2> data{valueAt<T>(1), valueAt<T>(1)};
-        const Owned<ArrayImpl> made =
-            adopt(backend.factory().createArrayWithDataImpl(tag.arrayType, {1, 2}, data.data(), 2),
-                  "createArrayWithDataImpl");
-        data[0] = data[1] = otherValueAt<T>(1);
-        expectEqual("an element after the data that the array was made from has changed",
-                    read(dynamic_cast<TypedArrayImpl<T>&>(*made), 0), valueAt<T>(1));
+        for (const std::size_t count : {1U, 2U, 300U, 70000U}) {
+            const auto data = std::make_unique<T[]>(count);
+            std::fill_n(data.get(), count, valueAt<T>(counting, 1));
+            const Owned<ArrayImpl> made =
+                adopt(backend.factory().createArrayWithDataImpl(tag.arrayType, {1, count}, data.get(), count),
+                      "createArrayWithDataImpl");
+            std::fill_n(data.get(), count, T());
+            for (const std::size_t k : somePositions(count))
+                expectEqual("an element after the data that the array was made from has changed",
+                            read(asNumbers<T>(*made), k), valueAt<T>(counting, 1));
+            write(asNumbers<T>(*made), count - 1, valueAt<T>(counting, 4));
+            expectEqual("the data after the array that was made from it has changed", data[count - 1], T());
+        }
     });
 }
 
+/// Columns one after another in the data that an array is made from, whatever its own layout: as indices find them.
+void indicesFindElements(Backend& backend) {
+    eachSubject(backend, {true, false, true, false}, [&](Subject& subject) {
+        withElementType(subject.array->getType(), [&](auto tag) {
+            using T = typename decltype(tag)::type;
+            auto& array = asNumbers<T>(*subject.array);
+            for (std::size_t k = 0; k < subject.model.size(); ++k) {
+                data::detail::ArrayReferenceImpl* made = new data::detail::ArrayReferenceImpl(&array);
+                const Owned<ReferenceImpl> chain(made);
+                Dimensions indices;
+                std::size_t rest = k;
+                for (const std::size_t extent : subject.dimensions) {
+                    chain->addIndex(rest % extent);
+                    indices.push_back(rest % extent);
+                    rest /= extent;
+                }
+                expectEqual("the element at index " + show(indices) + " of a " + subject.what,
+                            show(read(array, chain->getLinearIndex())), subject.model.contents()[k]);
+            }
+        });
+    });
+}
+
+/// Before and after a write, and of arrays whose storage a copy may share.
 void sideBySide(Backend& backend) {
-    backend.eachPrimitive([&](auto tag) {
-        using T = typename decltype(tag)::type;
-        const auto array = filled<T>(backend, {2, 3});
-        const T* first = array->getTypedDataPtr();
-        expect(first != nullptr, "getTypedDataPtr of a " + describe(*array) + " returns null");
-        const void* untyped = array->getUntypedDataPtr();
-        expect(untyped == nullptr || untyped == first,
-               "getUntypedDataPtr and getTypedDataPtr of a " + describe(*array) + " differ");
-        for (std::size_t k = 0; k < 6; ++k) {
-            const T* address = array->getElementAddress(k, {}, false);
-            expect(address == first + k, "getElementAddress(" + show(k) + ") of a " + describe(*array) +
-                                             " is not " + show(k) + " elements after getTypedDataPtr");
-        }
+    eachSubject(backend, {true, true, true, false}, [&](Subject& subject) {
+        withElementType(subject.array->getType(), [&](auto tag) {
+            using T = typename decltype(tag)::type;
+            auto& array = asNumbers<T>(*subject.array);
+            const auto expectSideBySide = [&](const std::string& what) {
+                const T* first = array.getTypedDataPtr();
+                expect(first != nullptr, "getTypedDataPtr of a " + what + " returns null");
+                const void* untyped = array.getUntypedDataPtr();
+                expect(untyped == nullptr || untyped == first,
+                       "getUntypedDataPtr and getTypedDataPtr of a " + what + " differ");
+                for (std::size_t k = 0; k < subject.model.size(); ++k)
+                    if (array.getElementAddress(k, {}, false) != first + k)
+                        fail("getElementAddress(" + show(k) + ") of a " + what + " is not " + show(k) +
+                             " elements after getTypedDataPtr");
+                expect(reinterpret_cast<std::uintptr_t>(first) % alignof(T) == 0,
+                       "the elements of a " + what + " are not aligned for their type");
+            };
+            expectSideBySide(subject.what);
+            subject.model.change(backend, array, subject.model.size() - 1);
+            expectSideBySide(subject.what + " after a write");
+            const auto copy = adopt(array.sharedCopy(), "sharedCopy");
+            expect(array.getTypedDataPtr() != nullptr, "getTypedDataPtr of a copied array is null");
+            expectSideBySide(subject.what + " after a copy");
+        });
     });
 }
 
 void writesOneElement(Backend& backend) {
     backend.eachPrimitive([&](auto tag) {
         using T = typename decltype(tag)::type;
-        for (std::size_t written = 0; written < 6; ++written) {
-            const auto array = filled<T>(backend, {2, 3});
-            write(*array, written, otherValueAt<T>(written));
-            for (std::size_t k = 0; k < 6; ++k)
-                expectEqual("the element at position " + show(k) + " of a " + describe(*array) +
-                                " after setElementValue(" + show(written) + ")",
-                            read(*array, k), k == written ? otherValueAt<T>(k) : valueAt<T>(k));
+        for (const Dimensions& dimensions : {Dimensions{2, 3}, {2, 3, 2, 2}, {1, 300}}) {
+            const auto array = filled<T>(backend, dimensions);
+            const std::size_t count = array->getNumberOfElements();
+            std::vector<std::size_t> numbers;
+            for (std::size_t k = 0; k < count; ++k)
+                numbers.push_back(k);
+            for (std::size_t written = 0; written<count; written += count> 100 ? 37 : 1) {
+                numbers[written] = anotherThan(numbers[written], [](std::size_t a, std::size_t b) {
+                    return valueAt<T>(counting, a) == valueAt<T>(counting, b);
+                });
+                write(*array, written, valueAt<T>(counting, numbers[written]));
+                for (std::size_t k = 0; k < count; ++k)
+                    if (read(*array, k) != valueAt<T>(counting, numbers[k]))
+                        expectEqual("the element at position " + show(k) + " of a " + describe(*array) +
+                                        " after setElementValue(" + show(written) + ")",
+                                    read(*array, k), valueAt<T>(counting, numbers[k]));
+            }
         }
-    });
-}
-
-void higherDimensions(Backend& backend) {
-    backend.eachPrimitive([&](auto tag) {
-        using T = typename decltype(tag)::type;
-        const auto array = filled<T>(backend, {2, 3, 2, 2});
-        expectFilled("a " + describe(*array), *array);
     });
 }
 
 /// What is for other kinds is refused, and there is nothing to refer into.
 void refusesOtherKinds(Backend& backend) {
-    backend.eachPrimitive([&](auto tag) {
-        using T = typename decltype(tag)::type;
-        const auto array = backend.zeros<T>({2, 2});
-        const std::string of = " of a " + describe(*array);
-        expect(array->createElementReference(0, {}, false) == nullptr,
-               "createElementReference" + of + " is not null, although its elements hold no arrays");
-        const auto other = backend.zeros<T>({1, 1});
+    eachSubject(backend, {false, false, true, false}, [&](Subject& subject) {
+        ArrayImpl& array = *subject.array;
+        const std::string of = " of a " + subject.what;
+        for (const bool forWrite : {false, true}) {
+            ReferenceImpl* chain = array.createElementReference(0, {}, forWrite);
+            if (chain != nullptr) chain->release();
+            expect(chain == nullptr,
+                   "createElementReference" + of + " is not null, although its elements hold no arrays");
+        }
+        expect(array.forwardingOp(0, {}) == nullptr, "order 13" + of + " is not null");
+        const auto other = make(backend, subject.model.sample(), {1, 1});
+        const auto refuses = [&](const char* operation, auto call) {
+            expectThrows<fv::InvalidArrayTypeException>(operation + of, "InvalidArrayTypeException", call);
+        };
         expectThrows<fv::CantAssignArrayToThisArrayException>(
             "assignElementArray" + of, "CantAssignArrayToThisArrayException",
-            [&] { array->assignElementArray(0, {}, other.get()); });
-        expectThrows<fv::InvalidArrayTypeException>("getNumberOfNonZeroElements" + of,
-                                                    "InvalidArrayTypeException",
-                                                    [&] { array->getNumberOfNonZeroElements(); });
+            [&] { array.assignElementArray(0, {}, other.get()); });
+        if (array.getType() != ArrayType::CHAR) {
+            expectThrows<fv::TypeMismatchException>("castToString" + of, "TypeMismatchException",
+                                                    [&] { array.castToString(0, {}); });
+            expectThrows<fv::TypeMismatchException>("setString" + of, "TypeMismatchException",
+                                                    [&] { array.setString(0, {}, "1"); });
+        }
+        refuses("getNumberOfNonZeroElements", [&] { array.getNumberOfNonZeroElements(); });
+        refuses("getJc", [&] { array.getJc(); });
+        refuses("getIr", [&] { array.getIr(); });
+        refuses("getRows", [&] { array.getRows(); });
+        refuses("getCols", [&] { array.getCols(); });
+        refuses("getIndex", [&] { array.getIndex(0); });
         expectOneReference("an array that another one refused to hold", *other);
+        subject.expectUnchanged(" after operations of other kinds were refused");
     });
 }
 
@@ -130,13 +161,25 @@ void refusesOtherKinds(Backend& backend) {
 
 void addDenseChecks(Checks& checks) {
     Family dense(checks, "dense");
-    dense.add("new elements are zero", {}, startAtZero);
-    dense.add("data arrives in column-major order", {"data"}, columnMajorData);
-    dense.add("data is copied", {"data"}, copiesTheData);
-    dense.add("elements lie side by side", {}, sideBySide);
-    dense.add("a write changes one element", {}, writesOneElement);
-    dense.add("four dimensions", {}, higherDimensions);
-    dense.add("operations of other kinds are refused", {}, refusesOtherKinds);
+    dense.add("new elements are zero", "createArrayImpl makes an array of zeros (factory, 1)", {},
+              startAtZero);
+    dense.add("data is copied",
+              "createArrayWithDataImpl makes an array with copies of the elements (factory, 9)", {"data"},
+              copiesTheData);
+    dense.add(
+        "indices find their elements",
+        "element positions are linear, in the order of the memory layout; data comes in column-major order "
+        "(factory, 9, 25)",
+        {}, indicesFindElements);
+    dense.add("elements lie side by side",
+              "getTypedDataPtr is the first element of contiguous storage (orders 34, 38, 40)", {},
+              sideBySide);
+    dense.add("a write changes one element", "setElementValue stores its value at the index (order 39)", {},
+              writesOneElement);
+    dense.add(
+        "operations of other kinds are refused",
+        "what a kind does not have throws as its default does, or is null (orders 12, 13, 17 to 19, 23 to 28)",
+        {}, refusesOtherKinds);
 }
 
 } // namespace vexa::check

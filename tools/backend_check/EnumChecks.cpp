@@ -9,34 +9,59 @@ namespace vexa::check {
 
 namespace {
 
-using Contents = std::vector<std::string>;
-
 const Contents members{"Red", "Green", "Red", "Blue"};
 
-Owned<ArrayImpl> colours(const Backend& backend) {
-    return adopt(backend.factory().createEnumArrayImpl({2, 2}, "Colors", members), "createEnumArrayImpl");
+Owned<ArrayImpl> colours(const Backend& backend, const std::string& className = "Colors") {
+    return adopt(backend.factory().createEnumArrayImpl({2, 2}, className, members), "createEnumArrayImpl");
 }
 
+/// All names of an array, lent at once.
 void namesOfMembers(Backend& backend) {
-    const auto array = colours(backend);
-    for (std::size_t k = 0; k < 4; ++k) {
-        const char* name = asEnums(*array).getEnumNameAt(k);
-        expect(name != nullptr, "getEnumNameAt(" + show(k) + ") returns null");
-        expectEqual("getEnumNameAt(" + show(k) + ")", std::string(name), members[k]);
-        expectEqual("castToString(" + show(k) + ")", array->castToString(k, {}), members[k]);
-    }
+    eachSubject(backend, {true, true, false, false}, [&](Subject& subject) {
+        if (subject.model.sample().name != "enum") return;
+        const EnumArrayImpl& array = asEnums(*subject.array);
+        std::vector<const char*> names;
+        for (std::size_t k = 0; k < subject.model.size(); ++k) {
+            names.push_back(array.getEnumNameAt(k));
+            expect(names.back() != nullptr,
+                   "getEnumNameAt(" + show(k) + ") of a " + subject.what + " returns null");
+        }
+        for (std::size_t k = 0; k < names.size(); ++k) {
+            const std::string& wanted = subject.model.contents()[k];
+            if (names[k] != wanted)
+                expectEqual("getEnumNameAt(" + show(k) + ") of a " + subject.what, std::string(names[k]),
+                            wanted);
+            if (k < 300)
+                expectEqual("castToString(" + show(k) + ") of a " + subject.what, array.castToString(k, {}),
+                            wanted);
+        }
+    });
 }
 
 /// A reference to the array copies as many bytes as the array has elements.
 void nameOfClass(Backend& backend) {
-    const auto array = adopt(backend.factory().createEnumArrayImpl({1, 500}, "C", Contents(500, "Red")),
-                             "createEnumArrayImpl");
-    const char* name = asEnums(*array).getClassName();
-    expect(name != nullptr, "getClassName returns null");
-    expectEqual("getClassName", std::string(name), "C");
-    expectEqual("the number of bytes behind getClassName", std::string(name, 500).size(), 500);
-    const auto copy = adopt(array->sharedCopy(), "sharedCopy");
-    expectEqual("getClassName of a copy", std::string(asEnums(*copy).getClassName()), "C");
+    for (const std::string& className : {std::string("C"), std::string("AClassName"), std::string(400, 'L')})
+        for (const std::size_t count : {0U, 1U, 15U, 16U, 17U, 500U, 70000U}) {
+            const auto array =
+                adopt(backend.factory().createEnumArrayImpl({1, count}, className, Contents(count, "Red")),
+                      "createEnumArrayImpl");
+            const auto copy = adopt(array->sharedCopy(), "sharedCopy");
+            const auto other =
+                adopt(backend.factory().createEnumArrayImpl({1, 1}, "Other", {"Red"}), "createEnumArrayImpl");
+            const char* lent = asEnums(*array).getClassName();
+            const std::string of = " of an array of " + show(count) + " elements";
+            for (ArrayImpl* one : {array.get(), copy.get()}) {
+                const char* name = asEnums(*one).getClassName();
+                expect(name != nullptr, "getClassName" + of + " returns null");
+                expectEqual("getClassName" + of, std::string(name), className);
+                std::string bytes(name, count); // a sanitizer sees what is not there
+                expectEqual("the number of bytes behind getClassName" + of, bytes.size(), count);
+            }
+            expectEqual("getClassName of another array", std::string(asEnums(*other).getClassName()),
+                        "Other");
+            if (count > 0) array->setString(0, {}, "Red");
+            expectEqual("getClassName" + of + " that was lent before a write", std::string(lent), className);
+        }
 }
 
 void writes(Backend& backend) {
@@ -46,23 +71,51 @@ void writes(Backend& backend) {
     expectContents("an enum array after setString", *array, {"Red", "Blue", "Red", "Blue"});
     asEnums(*array).setElementValue(3, {}, fv::Enumeration("Green"));
     expectContents("an enum array after setElementValue", *array, {"Red", "Blue", "Red", "Green"});
+    expect(array->createElementReference(0, {}, false) == nullptr,
+           "createElementReference of an enum array is not null");
+}
+
+/// More members than fit into a byte, or into two.
+void manyMembers(Backend& backend) {
+    for (const std::size_t count : {255U, 256U, 257U, 300U, 70000U}) {
+        Contents names;
+        for (std::size_t k = 0; k < count; ++k)
+            names.push_back("M" + std::to_string(k * 7 % count));
+        const auto array =
+            adopt(backend.factory().createEnumArrayImpl({count, 1}, "Many", names), "createEnumArrayImpl");
+        expectContents("an array of " + show(count) + " members", *array, names);
+        array->setString(0, {}, names.back());
+        names.front() = names.back();
+        expectContents("an array of " + show(count) + " members, one of them written", *array, names);
+        expectContents("a copy of it", *adopt(array->sharedCopy(), "sharedCopy"), names);
+    }
 }
 
 void classesDiffer(Backend& backend) {
     const auto array = colours(backend);
-    const auto other =
-        adopt(backend.factory().createEnumArrayImpl({2, 2}, "Colours", members), "createEnumArrayImpl");
-    expect(!array->isEqual(other.get()), "isEqual of enum arrays of two classes is true");
+    for (const char* other : {"Colours", "Color", "colors", ""}) {
+        const auto second = colours(backend, other);
+        expect(!array->isEqual(second.get()) && !second->isEqual(array.get()),
+               "isEqual of enum arrays of the classes Colors and " + std::string(other) + " is true");
+    }
+    expect(array->isEqual(colours(backend).get()), "isEqual of equal enum arrays is false");
 }
 
 } // namespace
 
 void addEnumChecks(Checks& checks) {
     Family enums(checks, "enumerations");
-    enums.add("names of members", {"enum"}, namesOfMembers);
-    enums.add("name of the class", {"enum"}, nameOfClass);
-    enums.add("members are written by name", {"enum"}, writes);
-    enums.add("classes tell arrays apart", {"enum"}, classesDiffer);
+    const std::string name =
+        "getEnumNameAt is the NUL-terminated name, valid until the array is changed (orders 18, 43)";
+    const std::string write = "setString and setElementValue set the member by its name (orders 19, 39)";
+    enums.add("names of members", name, {"enum"}, namesOfMembers);
+    enums.add("name of the class",
+              "getClassName is as long as the array lives and holds as many bytes as elements (order 41)",
+              {"enum"}, nameOfClass);
+    enums.add("members are written by name", write, {"enum"}, writes);
+    enums.add("many members", name, {"enum"}, manyMembers);
+    enums.add("classes tell arrays apart", "isEqual is element-wise equality (order 35)", {"enum"},
+              classesDiffer);
 }
 
 } // namespace vexa::check

@@ -6,9 +6,10 @@
 
 #include <cxxabi.h>
 
+#include <array>
+#include <charconv>
 #include <cstdlib>
 #include <memory>
-#include <sstream>
 #include <typeinfo>
 
 namespace vexa::check {
@@ -30,23 +31,27 @@ std::string inParentheses(const std::string& first, const std::string& second) {
 
 std::string show(bool value) { return value ? "true" : "false"; }
 
+/// The shortest text that tells the value from every other.
 std::string show(double value) {
-    std::ostringstream text;
-    text << value;
-    return text.str();
+    std::array<char, 32> text{};
+    return {text.data(), std::to_chars(text.data(), text.data() + text.size(), value).ptr};
 }
 
 std::string show(const std::string& text) { return '"' + text + '"'; }
 
 std::string show(const std::u16string& text) {
-    std::ostringstream shown;
+    static constexpr std::string_view digits = "0123456789abcdef";
+    std::string shown = "\"";
     for (const char16_t unit : text) {
-        if (unit >= u' ' && unit < u'\x7f')
-            shown << static_cast<char>(unit);
-        else
-            shown << "\\u" << std::hex << +unit;
+        if (unit >= u' ' && unit < u'\x7f') {
+            shown.push_back(static_cast<char>(unit));
+            continue;
+        }
+        shown += "\\u";
+        for (int shift = unit > 0xfff ? 12 : unit > 0xff ? 8 : unit > 0xf ? 4 : 0; shift >= 0; shift -= 4)
+            shown.push_back(digits[unit >> shift & 0xf]);
     }
-    return '"' + shown.str() + '"';
+    return shown + '"';
 }
 
 std::string show(const std::vector<std::size_t>& dimensions) {

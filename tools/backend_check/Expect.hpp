@@ -24,6 +24,11 @@ struct NotOffered {
     std::string reason;
 };
 
+/// What the check is about cannot be seen here.
+struct NotChecked {
+    std::string reason;
+};
+
 /// @throws Failure after telling the listener, in case that the back-end does not survive the clearing up
 [[noreturn]] void fail(std::string reason);
 void listenToFailures(void (*listener)(const std::string& reason));

@@ -1,5 +1,7 @@
 #include "FailingAllocations.hpp"
 
+#include <malloc.h>
+
 #include <cerrno>
 #include <cstdint>
 #include <cstdlib>
@@ -22,6 +24,7 @@ struct Counters {
     bool fired = false;
     std::size_t untilFailure = 0; // 0: none fails
     std::ptrdiff_t live = 0;
+    std::ptrdiff_t bytes = 0;
 };
 
 // Constant-initialised, so that reaching it never allocates.
@@ -38,11 +41,18 @@ bool admit() noexcept {
 }
 
 void* counted(void* block) noexcept {
-    if (counters.counting && block != nullptr) ++counters.live;
+    if (counters.counting && block != nullptr) {
+        ++counters.live;
+        counters.bytes += static_cast<std::ptrdiff_t>(::malloc_usable_size(block));
+    }
     return block;
 }
-void forget(const void* block) noexcept {
-    if (counters.counting && block != nullptr) --counters.live;
+/// Before it is freed.
+void forget(void* block) noexcept {
+    if (counters.counting && block != nullptr) {
+        --counters.live;
+        counters.bytes -= static_cast<std::ptrdiff_t>(::malloc_usable_size(block));
+    }
 }
 
 std::atomic<bool>* refusals = nullptr;
@@ -106,8 +116,9 @@ void* calloc(std::size_t number, std::size_t size) noexcept {
 }
 void* realloc(void* block, std::size_t size) noexcept {
     if (!admit()) return outOfMemory();
+    forget(block);
     void* moved = given(__libc_realloc(block, size), size == 0 ? SIZE_MAX : size);
-    if (moved != nullptr) forget(block);
+    if (moved == nullptr && size != 0) counted(block);
     return counted(moved);
 }
 void* aligned_alloc(std::size_t alignment, std::size_t size) noexcept {
@@ -184,6 +195,7 @@ bool FailingAllocations::fired() noexcept { return counters.fired; }
 std::size_t FailingAllocations::allocations() noexcept { return counters.allocations; }
 std::ptrdiff_t FailingAllocations::liveBlocks() noexcept { return counters.live; }
 void FailingAllocations::noteRefusals(std::atomic<bool>* note) noexcept { refusals = note; }
+std::ptrdiff_t FailingAllocations::liveBytes() noexcept { return counters.bytes; }
 bool FailingAllocations::seesMalloc() noexcept {
 #ifdef VEXA_CHECK_SANITIZED
     return false;

@@ -24,6 +24,8 @@ public:
     static std::ptrdiff_t liveBlocks() noexcept;
     /// From now on, `note` becomes true when the system refuses a request of usual size, on any thread; null ends that.
     static void noteRefusals(std::atomic<bool>* note) noexcept;
+    /// The same in bytes.
+    static std::ptrdiff_t liveBytes() noexcept;
     /// Whether `malloc` is counted too.
     static bool seesMalloc() noexcept;
 };

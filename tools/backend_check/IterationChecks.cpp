@@ -1,6 +1,7 @@
 // Iterators.
 
 #include "Check.hpp"
+#include "Ranges.hpp"
 #include "Samples.hpp"
 
 #include <cstdint>
@@ -9,178 +10,129 @@ namespace vexa::check {
 
 namespace {
 
-/// How many elements an iterator of the array passes.
-std::size_t lengthOf(ArrayImpl& array) {
-    const ArrayType type = array.getType();
-    const bool sparse = type >= ArrayType::SPARSE_LOGICAL && type <= ArrayType::SPARSE_COMPLEX_DOUBLE;
-    return sparse ? array.getNumberOfNonZeroElements() : array.getNumberOfElements();
+Range rangeOf(ArrayImpl& array, const std::string& what, bool writable) {
+    return {what + (writable ? " (writable)" : ""), [&array, writable] { return beginOf(array, writable); },
+            [&array, writable] { return endOf(array, writable); }, lengthOf(array)};
 }
 
-void passesAll(Backend& backend) {
-    eachSample(backend, [&](const Sample& sample) {
-        const auto array = sample.make(backend, {2, 3});
-        const std::size_t length = lengthOf(*array);
-        const Iterator here = beginOf(*array);
-        const Iterator end = endOf(*array);
-        std::size_t passed = 0;
-        while (!here->isEqual(*end) && passed <= length) {
-            here->increment();
-            ++passed;
-        }
-        if (passed > length)
-            fail("an iterator of a " + describe(*array) + " does not reach the end in " + show(length) +
-                 " steps");
-        expectEqual("the number of elements that an iterator of a " + describe(*array) + " passes", passed,
-                    length);
-    });
+/// A check of the iterators of arrays, read-only and writable, and of those over field values.
+std::function<void(Backend&)> overRanges(void (*expectation)(const Range&), bool large = true) {
+    return [=](Backend& backend) {
+        eachSubject(backend, {true, large, false, true}, [&](Subject& subject) {
+            if (subject.model.size() > 1000 && expectation != &expectToPassAll && subject.origin->name != "")
+                return;
+            for (const bool writable : {false, true})
+                expectation(rangeOf(*subject.array, subject.what, writable));
+            subject.expectUnchanged(" after iteration");
+        });
+    };
 }
 
-void emptyRange(Backend& backend) {
-    eachSample(backend, [&](const Sample& sample) {
-        const auto array = sample.make(backend, {0, 3});
-        expect(beginOf(*array)->isEqual(*endOf(*array)),
-               "begin and end of a " + describe(*array) + " differ");
-    });
-}
-
-void distances(Backend& backend) {
-    eachSample(backend, [&](const Sample& sample) {
-        const auto array = sample.make(backend, {2, 3});
-        const auto length = static_cast<std::int64_t>(lengthOf(*array));
-        const Iterator begin = beginOf(*array);
-        const Iterator end = endOf(*array);
-        const std::string of = " of a " + describe(*array);
-        expectEqual("distanceTo from begin to end" + of, begin->distanceTo(*end), length);
-        expectEqual("distanceTo from end to begin" + of, end->distanceTo(*begin), -length);
-        expectEqual("distanceTo from begin to begin" + of, begin->distanceTo(*beginOf(*array)), 0);
-    });
-}
-
-/// Any way to a position is the same position.
-void moves(Backend& backend) {
-    eachSample(backend, [&](const Sample& sample) {
-        const auto array = sample.make(backend, {2, 3});
-        const auto length = static_cast<std::int64_t>(lengthOf(*array));
-        const Iterator begin = beginOf(*array);
-        const std::string of = " of a " + describe(*array);
-        for (std::int64_t k = 0; k <= length; ++k) {
-            const Iterator ahead = beginOf(*array);
-            ahead->advance(k);
-            const Iterator back = endOf(*array);
-            back->advance(k - length);
-            const Iterator stepped = endOf(*array);
-            for (std::int64_t step = length; step > k; --step)
-                stepped->decrement();
-            expectEqual("after advance(" + show(k) + ") from begin, the distance" + of,
-                        begin->distanceTo(*ahead), k);
-            expect(ahead->isEqual(*back),
-                   "advance(" + show(k - length) + ") from end" + of + " leads elsewhere");
-            expect(ahead->isEqual(*stepped), "decrement from end" + of + " leads elsewhere");
-        }
-    });
-}
-
-void equalOnlyThere(Backend& backend) {
-    eachSample(backend, [&](const Sample& sample) {
-        const auto array = sample.make(backend, {2, 3});
-        const Iterator first = beginOf(*array);
-        const Iterator second = beginOf(*array);
-        expect(first->isEqual(*second),
-               "isEqual of two begin iterators of a " + describe(*array) + " is false");
-        second->increment();
-        expect(!first->isEqual(*second) && !second->isEqual(*first),
-               "isEqual of iterators of a " + describe(*array) + " at positions 0 and 1 is true");
-    });
-}
-
-void clones(Backend& backend) {
-    eachSample(backend, [&](const Sample& sample) {
-        const auto array = sample.make(backend, {2, 3});
-        const std::string of = " of an iterator of a " + describe(*array);
-        const Iterator here = beginOf(*array);
-        here->increment();
-        const Iterator clone(here->clone());
-        expect(clone != nullptr && clone != here, "clone" + of + " makes no new iterator");
-        expect(clone->isEqual(*here), "a clone" + of + " stands elsewhere");
-        clone->increment();
-        expectEqual("the distance of an iterator of a " + describe(*array) +
-                        " from begin after its clone moved",
-                    beginOf(*array)->distanceTo(*here), 1);
-    });
-}
-
-/// In the order of positions.
+/// The position of an iterator of an array of primitive elements is that of its element.
 void addresses(Backend& backend) {
-    backend.eachPrimitive([&](auto tag) {
-        using T = typename decltype(tag)::type;
-        const auto array = filled<T>(backend, {2, 3});
-        const Iterator here = beginOf(*array);
-        for (std::size_t k = 0; k < 6; ++k, here->increment()) {
-            const auto* address = static_cast<const T*>(here->getElementAddress());
-            const std::string what = "the iterator of a " + describe(*array) + " at position " + show(k);
-            expect(address != nullptr, what + " gives no address");
-            expectEqual("the element of " + what, *address, valueAt<T>(k));
-        }
-        here->getElementAddress(); // asked past the end too
-        ReferenceImpl* chain = here->createReference();
-        if (chain != nullptr) chain->release();
-        expect(chain == nullptr, "createReference of an iterator of a " + describe(*array) +
-                                     " is not null, although its elements have addresses");
+    eachSubject(backend, {true, true, true, true}, [&](Subject& subject) {
+        ArrayImpl& array = *subject.array;
+        withElementType(array.getType(), [&](auto tag) {
+            using T = typename decltype(tag)::type;
+            for (const bool writable : {false, true}) {
+                const std::string what = "the iterator of a " + subject.what + " at position ";
+                const Iterator here = beginOf(array, writable);
+                for (std::size_t k = 0; k < array.getNumberOfElements(); ++k, here->increment())
+                    if (here->getElementAddress() != asNumbers<T>(array).getElementAddress(k, {}, false))
+                        fail("the element of " + what + show(k) +
+                             " lies elsewhere than getElementAddress says");
+                here->getElementAddress(); // asked past the end too
+                ReferenceImpl* chain = here->createReference();
+                if (chain != nullptr) chain->release();
+                expect(chain == nullptr, "createReference of an iterator of a " + subject.what +
+                                             " is not null, although its elements have addresses");
+            }
+        });
     });
 }
 
+/// Writes all elements of `written` through iterators, the end asked for first or last; `spared` keeps what it holds.
+template <class T>
+void expectWritable(const std::string& what, ArrayImpl& written, ArrayImpl& spared, bool endFirst) {
+    const std::size_t count = written.getNumberOfElements();
+    const Contents before = contentsOf(spared);
+    Iterator end = endFirst ? endOf(written, true) : nullptr;
+    const Iterator here = beginOf(written, true);
+    if (!endFirst) end = endOf(written, true);
+    expectEqual("distanceTo from a writable begin to a writable end of a " + what, here->distanceTo(*end),
+                static_cast<std::int64_t>(count));
+    for (std::size_t k = 0; k < count; ++k, here->increment())
+        *static_cast<T*>(here->getElementAddress()) = valueAt<T>(counting, k + endFirst);
+    expect(here->isEqual(*end), "a writable iterator does not come to the end of a " + what);
+    for (std::size_t k = 0; k < count; ++k)
+        if (read(asNumbers<T>(written), k) != valueAt<T>(counting, k + endFirst))
+            expectEqual("position " + show(k) + " of a " + what + ", written through an iterator",
+                        read(asNumbers<T>(written), k), valueAt<T>(counting, k + endFirst));
+    expectContents("an array that shared with a " + what + ", written through an iterator", spared, before);
+}
+
+/// Begin and end asked in either order, of an array and of its copy.
 void writes(Backend& backend) {
-    backend.eachPrimitive([&](auto tag) {
-        using T = typename decltype(tag)::type;
-        const auto array = backend.zeros<T>({2, 3});
-        const Iterator here = beginOf(*array, true);
-        for (std::size_t k = 0; k < 6; ++k, here->increment())
-            *static_cast<T*>(here->getElementAddress()) = valueAt<T>(k);
-        expectFilled("a " + describe(*array) + " written through an iterator", *array);
+    eachSubject(backend, {true, true, true, false}, [&](Subject& subject) {
+        withElementType(subject.array->getType(), [&](auto tag) {
+            using T = typename decltype(tag)::type;
+            for (const bool endFirst : {false, true}) {
+                const std::string order =
+                    endFirst ? ", the end asked for first" : ", the beginning asked for first";
+                const auto copy = adopt(subject.array->sharedCopy(), "sharedCopy");
+                expectWritable<T>("copy of a " + subject.what + order, *copy, *subject.array, endFirst);
+            }
+            const auto copy = adopt(subject.array->sharedCopy(), "sharedCopy");
+            expectWritable<T>(subject.what, *subject.array, *copy, subject.model.pattern() == extreme);
+            for (const auto& [other, model] : subject.others)
+                expectContents("an array that shared with a " + subject.what +
+                                   ", written through an iterator",
+                               *other, model.contents());
+        });
     });
 }
 
 /// Chains to elements that are not primitive.
 void references(Backend& backend) {
-    eachSample(backend, [&](const Sample& sample) {
-        const auto array = sample.make(backend, {2, 3});
-        const Iterator here = beginOf(*array);
-        const std::string of = " of the iterator of a " + describe(*array);
+    eachSubject(backend, {true, false, false, false}, [&](Subject& subject) {
+        ArrayImpl& array = *subject.array;
+        const std::string of = " of the iterator of a " + subject.what;
+        const Iterator here = beginOf(array);
         if (here->getElementAddress() != nullptr) return;
-        for (std::size_t k = 0; k < 6; ++k, here->increment()) {
-            const auto chain = adopt(here->createReference(), "createReference" + of);
-            expectOneReference("the chain" + of, *chain);
-            expect(chain->getArrayImpl() == array.get(),
+        std::vector<Owned<ReferenceImpl>> chains;
+        for (std::size_t k = 0; k < subject.model.size(); ++k, here->increment())
+            chains.push_back(adopt(here->createReference(), "createReference" + of));
+        for (std::size_t k = 0; k < chains.size(); ++k) {
+            expectOneReference("the chain" + of, *chains[k]);
+            expect(chains[k]->getArrayImpl() == &array,
                    "getArrayImpl of the chain" + of + " is another array");
-            expectEqual("getLinearIndex of the chain" + of, chain->getLinearIndex(), k);
+            expectEqual("getLinearIndex of the chain" + of, chains[k]->getLinearIndex(), k);
         }
+        expectOneReference("a " + subject.what + " with chains into it", array);
     });
 }
 
 void keepsChain(Backend& backend) {
-    eachSample(backend, [&](const Sample& sample) {
-        const auto array = sample.make(backend, {2, 3});
-        const Owned<ReferenceImpl> chain(new data::detail::ArrayReferenceImpl(array.get()));
-        Iterator here = beginOf(*array);
-        const std::string by = " by an iterator of a " + describe(*array);
-        chain->retain();
-        here->saveReference(chain.get());
-        expectEqual("the reference count of a chain kept" + by, chain->referenceCount(), 2);
-        here.reset();
-        expectEqual("the reference count of a chain that was kept" + by + " which is gone",
-                    chain->referenceCount(), 1);
+    eachSubject(backend, {true, false, false, true}, [&](Subject& subject) {
+        const Owned<ReferenceImpl> chain(new data::detail::ArrayReferenceImpl(subject.array.get()));
+        for (const bool writable : {false, true})
+            expectToKeepChains(rangeOf(*subject.array, subject.what, writable), *chain);
     });
 }
 
 void leavesCounts(Backend& backend) {
-    eachSample(backend, [&](const Sample& sample) {
-        const auto array = sample.make(backend, {2, 3});
-        {
-            const Iterator begin = beginOf(*array, true);
+    eachSubject(backend, {true, false, false, true}, [&](Subject& subject) {
+        for (const bool writable : {false, true}) {
+            const Iterator begin = beginOf(*subject.array, writable);
             const Iterator clone(begin->clone());
-            expectOneReference("an iterator of a " + describe(*array), *begin);
+            const Iterator end = endOf(*subject.array, writable);
+            expectOneReference("an iterator of a " + subject.what, *begin);
+            expectOneReference("an end iterator of a " + subject.what, *end);
+            expectOneReference("a " + subject.what + " with iterators", *subject.array);
         }
-        expectOneReference("a " + describe(*array) + " after its iterators are gone", *array);
+        expectOneReference("a " + subject.what + " after its iterators are gone", *subject.array);
+        expectOneReference("a copy after iterators are gone",
+                           *adopt(subject.array->sharedCopy(), "sharedCopy"));
     });
 }
 
@@ -188,17 +140,32 @@ void leavesCounts(Backend& backend) {
 
 void addIterationChecks(Checks& checks) {
     Family iteration(checks, "iteration");
-    iteration.add("begin to end passes every element", {}, passesAll);
-    iteration.add("without elements begin is end", {}, emptyRange);
-    iteration.add("distances", {}, distances);
-    iteration.add("advance and decrement", {}, moves);
-    iteration.add("iterators are equal only at one position", {}, equalOnlyThere);
-    iteration.add("clones move on their own", {}, clones);
-    iteration.add("addresses in the order of positions", {}, addresses);
-    iteration.add("writes through an iterator arrive", {}, writes);
-    iteration.add("chains to elements", {}, references);
-    iteration.add("a saved chain is kept and released", {}, keepsChain);
-    iteration.add("iterators leave the counts", {}, leavesCounts);
+    const std::string position = "isEqual says that two iterators stand at one position (iterators, 5)";
+    iteration.add("begin to end passes every element",
+                  "beginIterator stands at the first element, endIterator past the last (orders 4, 5)", {},
+                  overRanges(&expectToPassAll));
+    iteration.add("distances", "distanceTo is the number of elements to the other position (iterators, 6)",
+                  {}, overRanges(&expectDistances));
+    iteration.add("advance and decrement",
+                  "advance moves by a count, back when negative (iterators, 4, 7, 8)", {},
+                  overRanges(&expectMoves));
+    iteration.add("iterators are equal only at one position", position, {},
+                  overRanges(&expectEqualOnlyThere));
+    iteration.add("clones move on their own",
+                  "clone is an independent copy at the same position (iterators, 3)", {},
+                  overRanges(&expectIndependentClones));
+    iteration.add("addresses in the order of positions",
+                  "getElementAddress is the address of the current element (iterators, 13)", {}, addresses);
+    iteration.add(
+        "writes through an iterator arrive",
+        "with `writable` the storage is exclusively owned before the iterator is handed out (order 4)", {},
+        writes);
+    iteration.add("chains to elements",
+                  "createReference is a new chain to the current element (iterators, 10)", {}, references);
+    iteration.add("a saved chain is kept and released",
+                  "a saved chain is kept as long as its iterator (iterators, 11)", {}, keepsChain);
+    iteration.add("iterators leave the counts",
+                  "an iterator is owned alone; its count stays at 1 (orders 4, 5)", {}, leavesCounts);
 }
 
 } // namespace vexa::check

@@ -2,7 +2,23 @@
 
 #include <dlfcn.h>
 
+#include <fstream>
+#include <iterator>
+
 namespace vexa::check {
+
+namespace {
+
+std::string loaded; // its path
+
+/// What an instrumented library calls at the entry of each function is named in its table of symbols.
+bool isInstrumented(const std::string& file) {
+    std::ifstream stream(file, std::ios::binary);
+    const std::string bytes{std::istreambuf_iterator<char>(stream), {}};
+    return bytes.find("__tsan_func_entry") != std::string::npos;
+}
+
+} // namespace
 
 Owned<ArrayFactoryImpl> loadBackend(const std::string& path) {
     // Without a slash the loader would look in its own directories.
@@ -11,6 +27,7 @@ Owned<ArrayFactoryImpl> loadBackend(const std::string& path) {
         const char* reason = ::dlerror();
         fail(std::string("it cannot be loaded: ") + (reason == nullptr ? "no reason given" : reason));
     }
+    loaded = file;
     ArrayFactoryImpl* factory = ArrayFactoryImpl::getDefaultFactory();
     if (factory == nullptr)
         fail(
@@ -18,6 +35,10 @@ Owned<ArrayFactoryImpl> loadBackend(const std::string& path) {
             "vexa::data::impl::ArrayFactoryImpl::registerClientFactoryFunction from the initialiser of a variable at "
             "namespace scope, and the function that it registers returns a factory");
     return Owned<ArrayFactoryImpl>(factory);
+}
+
+bool underThreadSanitizer() {
+    return ::dlsym(RTLD_DEFAULT, "__tsan_init") != nullptr && isInstrumented(loaded);
 }
 
 } // namespace vexa::check

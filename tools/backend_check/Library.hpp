@@ -11,4 +11,7 @@ namespace vexa::check {
 /// @throws Failure which says why there is none
 Owned<ArrayFactoryImpl> loadBackend(const std::string& path);
 
+/// Whether this command and the library that was loaded last were built for the thread sanitizer.
+bool underThreadSanitizer();
+
 } // namespace vexa::check

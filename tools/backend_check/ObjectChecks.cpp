@@ -1,10 +1,10 @@
-// Class descriptions, value objects, arrays of them, handle objects.
+// Class descriptions, value objects, arrays of them.
 
 #include "Check.hpp"
+#include "Foreign.hpp"
+#include "Ranges.hpp"
 #include "Samples.hpp"
 
-#include <vexa/data/detail/ForwardIteratorImpl.hpp>
-#include <vexa/data/detail/ReferenceImpl.hpp>
 #include <vexa/data/impl/IdentifierImpl.hpp>
 
 #include <memory>
@@ -15,62 +15,142 @@ namespace vexa::check {
 namespace {
 
 using data::detail::ForwardIteratorImpl;
-using data::detail::ReferenceImpl;
-using data::impl::HandleObjectRefImpl;
+using data::detail::RefCounted;
 using data::impl::PropertyImpl;
 using Texts = std::vector<std::string>;
+using Identifiers = std::vector<fv::VexaPropertyIdentifier>;
 
 template <class T>
-Texts namesIn(ForwardIteratorImpl* first, ForwardIteratorImpl* last, std::string (*nameOfObject)(T&)) {
-    const auto here = adopt(first, "begin");
-    const auto end = adopt(last, "end");
-    expectOneReference("a new iterator", *here);
-    Texts found;
-    for (; !here->equal(end.get()) && found.size() < 100; here->increment()) {
-        const auto object = adopt(here->get(), "get of an iterator");
-        auto* typed = dynamic_cast<T*>(object.get());
-        expect(typed != nullptr, "get of an iterator returns an object of another type");
-        found.push_back(nameOfObject(*typed));
-    }
-    return found;
+T& typed(RefCounted& object) {
+    auto* found = dynamic_cast<T*>(&object);
+    expect(found != nullptr, "get of an iterator returns an object of another type");
+    return *found;
 }
 
-using Identifier = data::impl::VexaPropertyIdentifierImpl;
-std::string nameOfIdentifier(Identifier& identifier) { return identifier.propertyName(); }
-std::string nameOfClass(ClassInfoImpl& description) { return description.getClassIdentifier()->name(); }
-std::string nameOfProperty(PropertyImpl& property) { return property.getIdentifier()->getPropertyName(); }
+std::string nameOfIdentifier(RefCounted& object) {
+    return typed<data::impl::VexaPropertyIdentifierImpl>(object).propertyName();
+}
+std::string nameOfClass(RefCounted& object) {
+    const auto identifier = typed<ClassInfoImpl>(object).getClassIdentifier();
+    expect(identifier != nullptr, "getClassIdentifier returns null");
+    return identifier->name();
+}
+std::string nameOfProperty(RefCounted& object) {
+    const auto* identifier = typed<PropertyImpl>(object).getIdentifier();
+    expect(identifier != nullptr, "getIdentifier of a property returns null");
+    return identifier->getPropertyName();
+}
 
+Owned<ClassInfoImpl> newClass(const Backend& backend, const std::string& name, const Texts& properties,
+                              const Texts& arrayProperties = {},
+                              const std::vector<fv::ClassInfo>& above = {}) {
+    const auto identifiers = [](const Texts& names) {
+        Identifiers made;
+        for (const std::string& one : names)
+            made.push_back(property(one));
+        return made;
+    };
+    return adopt(backend.factory().createClassInfoImpl(fv::VexaClassIdentifier(name), identifiers(properties),
+                                                       identifiers(arrayProperties), above),
+                 "createClassInfoImpl");
+}
+
+// --- classes -----------------------------------------------------------------------------------------------------
+
+/// With properties of all numbers, and names that look alike, several classes at once.
 void describesClasses(Backend& backend) {
-    const auto description = pointClass(backend);
-    expectEqual("the name of a class", nameOfClass(*description), "Point");
-    expectEqual("getNumberOfProperties", description->getNumberOfProperties(), 2);
-    expectEqual("getNumberOfArrayProperties", description->getNumberOfArrayProperties(), 1);
-    expectEqual("the properties of a class",
-                namesIn(description->beginProperties(), description->endProperties(), nameOfIdentifier),
-                {"x", "y"});
-    expectEqual(
-        "the array properties of a class",
-        namesIn(description->beginArrayProperties(), description->endArrayProperties(), nameOfIdentifier),
-        {"unit"});
+    Texts many;
+    for (int k = 0; k < 100; ++k)
+        many.push_back("property" + std::to_string(k * 7 % 100));
+    const std::vector<std::pair<Texts, Texts>> lists{{{"x", "y"}, {"unit"}},
+                                                     {{}, {}},
+                                                     {{"b", "a", "B", "aa"}, {"a", "b", "c"}},
+                                                     {many, {"x"}},
+                                                     {{}, many}};
+    std::vector<Owned<ClassInfoImpl>> classes;
+    for (std::size_t k = 0; k < lists.size(); ++k)
+        classes.push_back(newClass(backend, "Class" + std::to_string(k), lists[k].first, lists[k].second));
+    for (std::size_t k = 0; k < lists.size(); ++k) {
+        ClassInfoImpl& one = *classes[k];
+        expectEqual("the name of a class", nameOfClass(one), "Class" + std::to_string(k));
+        expectEqual("getNumberOfProperties", one.getNumberOfProperties(), lists[k].first.size());
+        expectEqual("getNumberOfArrayProperties", one.getNumberOfArrayProperties(), lists[k].second.size());
+        expectSequence({"the properties of a class", [&] { return one.beginProperties(); },
+                        [&] { return one.endProperties(); }, &nameOfIdentifier},
+                       lists[k].first);
+        expectSequence({"the array properties of a class", [&] { return one.beginArrayProperties(); },
+                        [&] { return one.endArrayProperties(); }, &nameOfIdentifier},
+                       lists[k].second);
+        expectSequence({"the superclasses of a class without any", [&] { return one.beginSuperclasses(); },
+                        [&] { return one.endSuperclasses(); }, &nameOfClass},
+                       {});
+        expectOneReference("a class description after walks over it", one);
+    }
 }
 
 void describesSuperclasses(Backend& backend) {
-    const fv::ClassInfo above(pointClass(backend).release());
-    const auto below = adopt(backend.factory().createClassInfoImpl(fv::VexaClassIdentifier("Pixel"),
-                                                                   {property("colour")}, {}, {above}),
-                             "createClassInfoImpl");
-    expectEqual("the superclasses of a class",
-                namesIn(below->beginSuperclasses(), below->endSuperclasses(), nameOfClass), {"Point"});
+    std::vector<fv::ClassInfo> above;
+    for (const char* name : {"Point", "Coloured", "Named"})
+        above.emplace_back(newClass(backend, name, {std::string("of") + name}).release());
+    auto below = newClass(backend, "Pixel", {"depth"}, {}, above);
+    expectSequence({"the superclasses of a class", [&] { return below->beginSuperclasses(); },
+                    [&] { return below->endSuperclasses(); }, &nameOfClass},
+                   {"Point", "Coloured", "Named"});
+    above.clear();
+    expectSequence({"the superclasses of a class that nobody else holds",
+                    [&] { return below->beginSuperclasses(); }, [&] { return below->endSuperclasses(); },
+                    &nameOfClass},
+                   {"Point", "Coloured", "Named"});
+}
+
+void balanceOfClasses(Backend& backend) {
+    const auto above = newClass(backend, "Above", {"x"});
+    {
+        const fv::ClassInfo info(share(*above).release());
+        const auto below = newClass(backend, "Below", {"y"}, {}, {info});
+        const auto end = adopt(below->endSuperclasses(), "endSuperclasses");
+        for (const auto here = adopt(below->beginSuperclasses(), "beginSuperclasses");
+             !here->equal(end.get()); here->increment())
+            adopt(here->get(), "get");
+    }
+    expectOneReference("a class description after its subclass is gone", *above);
+    if (!backend.offers("value-object")) return;
+    {
+        const auto object =
+            adopt(backend.factory().createValueObjectImpl(above.get()), "createValueObjectImpl");
+        object->getClassInfo();
+        const auto copy = adopt(object->sharedCopy(), "sharedCopy of an object");
+        copy->getClassInfo();
+    }
+    expectOneReference("a class description after its objects are gone", *above);
+    if (!backend.offers("object-array")) return;
+    {
+        const auto array = adopt(backend.factory().createValueObjectArrayImpl({1, 2}, above.get()),
+                                 "createValueObjectArrayImpl");
+        asObjects(*array).getClassInfo();
+        adopt(array->sharedCopy(), "sharedCopy");
+    }
+    expectOneReference("a class description after its object arrays are gone", *above);
 }
 
 /// Making a handle links the identifiers to it.
 void linksIdentifiers(Backend& backend) {
     const fv::ClassInfo info(pointClass(backend).release());
-    const auto here = adopt(fv::detail::Access::impl(info)->beginProperties(), "beginProperties");
-    const fv::VexaPropertyIdentifier identifier(here->get());
-    expectEqual("getClassName of a property identifier after updateVexaPropertyIdentifiersClassInfo",
-                identifier.getClassName(), "Point");
+    ClassInfoImpl& description = *fv::detail::Access::impl(info);
+    const auto expectLinked = [](ForwardIteratorImpl* begin, ForwardIteratorImpl* last,
+                                 const std::string& what) {
+        const auto here = adopt(begin, "begin");
+        const auto end = adopt(last, "end");
+        for (; !here->equal(end.get()); here->increment())
+            expectEqual("getClassName of " + what + " after updateVexaPropertyIdentifiersClassInfo",
+                        fv::VexaPropertyIdentifier(here->get()).getClassName(), "Point");
+    };
+    expectLinked(description.beginProperties(), description.endProperties(), "a property identifier");
+    expectLinked(description.beginArrayProperties(), description.endArrayProperties(),
+                 "the identifier of an array property");
 }
+
+// --- objects -----------------------------------------------------------------------------------------------------
 
 double valueOf(const ObjectImpl& object, const std::string& name) {
     const std::shared_ptr<ArrayImpl> value = object.getProperty(property(name));
@@ -81,203 +161,478 @@ double valueOf(const ObjectImpl& object, const std::string& name) {
 void properties(Backend& backend) {
     const auto point = newPoint(backend, 1, 2);
     expectEqual("numOfProperties", point->numOfProperties(), 2);
-    expectEqual("hasProperty of one that is there", point->hasProperty(property("y")), true);
-    expectEqual("hasProperty of one that is not there", point->hasProperty(property("z")), false);
+    for (const char* name : {"x", "y"})
+        expectEqual("hasProperty of one that is there", point->hasProperty(property(name)), true);
+    for (const char* name : {"z", "", "X", "xx", "unit"}) {
+        expectEqual("hasProperty of one that is not there", point->hasProperty(property(name)), false);
+        expectThrows("getProperty of one that is not there", [&] { point->getProperty(property(name)); });
+        expectThrows("getPropertyReference of one that is not there",
+                     [&] { Owned<ReferenceImpl>(point->getPropertyReference(property(name))); });
+    }
     expectEqual("property x", valueOf(*point, "x"), 1.0);
     expectEqual("property y", valueOf(*point, "y"), 2.0);
     expectEqual("getExternalRepresentationPropertyNames", point->getExternalRepresentationPropertyNames(),
                 {"x", "y"});
-    expectThrows("getProperty of one that is not there", [&] { point->getProperty(property("z")); });
+    expectEqual("the class of an object", point->getClassInfo().getClassIdentifier().getString(), "Point");
+    const auto fresh =
+        adopt(backend.factory().createValueObjectImpl(pointClass(backend).get()), "createValueObjectImpl");
+    expect(fresh->getProperty(property("x")) != nullptr, "getProperty of a new object returns null");
+}
+
+/// Values of all kinds, of other back-ends too, stored and replaced one by one.
+void storesValues(Backend& backend) {
+    const auto point = newPoint(backend, 1, 2);
+    const auto other = foreign(scalar(backend, 7));
+    setProperty(*point, "x", *other);
+    expectEqual("an object with a value of another back-end", shownObject(*point),
+                "x=1x1 double [7], y=1x1 double [2]");
+    setProperty(*point, "y", *emptyArray());
+    expectEqual("an object with an empty value", shownObject(*point), "x=1x1 double [7], y=empty");
+    setProperty(*point, "x", *backend.zeros<double>({2, 2}));
+    expectEqual("an object with another value", shownObject(*point), "x=2x2 double [0, 0, 0, 0], y=empty");
+    expectOneReference("an array of another back-end that was replaced in a property", *other);
+    const auto first = adopt(point->getPropertyReference(property("x")), "getPropertyReference");
+    const auto second = adopt(point->getPropertyReference(property("y")), "getPropertyReference");
+    expectOneReference("a reference to a property", *first);
+    first->setArray(scalar(backend, 3).get());
+    second->setArray(scalar(backend, 4).get());
+    expectEqual("an object after writes through two references", shownObject(*point),
+                "x=1x1 double [3], y=1x1 double [4]");
+    for (const auto& [chain, wanted] : {std::pair{first.get(), 3.0}, {second.get(), 4.0}}) {
+        ArrayImpl* value = chain->getElementArray(false);
+        expect(value != nullptr && scalarValue(*value) == wanted,
+               "the reference to a property gives another array");
+    }
 }
 
 void propertyIterators(Backend& backend) {
     const auto point = newPoint(backend, 1, 2);
-    expectEqual("the properties of an object", namesIn(point->begin(), point->end(), nameOfProperty),
-                {"x", "y"});
-    expectEqual("the properties of a constant object",
-                namesIn(point->cbegin(), point->cend(), nameOfProperty), {"x", "y"});
+    expectSequence({"the properties of an object", [&] { return point->begin(); },
+                    [&] { return point->end(); }, &nameOfProperty},
+                   {"x", "y"});
+    expectSequence({"the properties of a constant object", [&] { return point->cbegin(); },
+                    [&] { return point->cend(); }, &nameOfProperty},
+                   {"x", "y"});
     const auto here = adopt(point->begin(), "begin");
+    const auto first = adopt(here->get(), "get of an iterator");
     here->increment();
-    const auto object = adopt(here->get(), "get of an iterator");
-    auto& second = dynamic_cast<PropertyImpl&>(*object);
-    expectEqual("getValue of the second property", scalarValue(*second.getValue()), 2.0);
-    adopt(second.getReference(), "getReference")->setArray(scalar(backend, 5).get());
-    expectEqual("property y after a write through its reference", valueOf(*point, "y"), 5.0);
+    const auto second = adopt(here->get(), "get of an iterator");
+    const auto* identifier = typed<PropertyImpl>(*first).getIdentifier();
+    expectEqual("getValue of the first property", scalarValue(*typed<PropertyImpl>(*first).getValue()), 1.0);
+    expectEqual("getValue of the second property", scalarValue(*typed<PropertyImpl>(*second).getValue()),
+                2.0);
+    adopt(typed<PropertyImpl>(*second).getReference(), "getReference")->setArray(scalar(backend, 5).get());
+    adopt(typed<PropertyImpl>(*first).getReference(), "getReference")->setArray(scalar(backend, 6).get());
+    expectEqual("an object after writes through its properties", shownObject(*point),
+                "x=1x1 double [6], y=1x1 double [5]");
+    expectEqual("getValue of the first property after a write",
+                scalarValue(*typed<PropertyImpl>(*first).getValue()), 6.0);
+    expectEqual("an identifier that a property lent", identifier->getPropertyName(), "x");
+    expectOneReference("an object after walks over its properties", *point);
 }
 
+/// Each property alone, on either side, through references and iterators.
 void copiesOfObjects(Backend& backend) {
-    const auto point = newPoint(backend, 1, 2);
-    const auto copy = adopt(point->sharedCopy(), "sharedCopy of an object");
-    expectOneReference("a copy of an object", *copy);
-    setProperty(*copy, "x", *scalar(backend, 10));
-    setProperty(*point, "y", *scalar(backend, 20));
-    expectEqual("property x of an object after a write to its copy", valueOf(*point, "x"), 1.0);
-    expectEqual("property x of the copy", valueOf(*copy, "x"), 10.0);
-    expectEqual("property y of a copy after a write to the original", valueOf(*copy, "y"), 2.0);
+    for (const bool writeCopy : {false, true})
+        for (const char* name : {"x", "y"})
+            for (const bool byIterator : {false, true}) {
+                auto point = newPoint(backend, 1, 2);
+                auto copy = adopt(point->sharedCopy(), "sharedCopy of an object");
+                expectOneReference("a copy of an object", *copy);
+                const std::string before = shownObject(*point);
+                expectEqual("a copy of an object", shownObject(*copy), before);
+                expectEqual("the class of a copy", copy->getClassInfo().getClassIdentifier().getString(),
+                            "Point");
+                ObjectImpl& written = writeCopy ? *copy : *point;
+                if (byIterator) {
+                    const auto here = adopt(written.begin(), "begin");
+                    if (*name == 'y') here->increment();
+                    const auto one = adopt(here->get(), "get");
+                    const auto chain = adopt(typed<PropertyImpl>(*one).getReference(), "getReference");
+                    write(asNumbers<double>(*chain->getElementArray(true)), 0, 10.0);
+                } else
+                    setProperty(written, name, *scalar(backend, 10));
+                const std::string after =
+                    " after a write to property " + std::string(name) + " of the other one";
+                expectEqual("an object" + after, shownObject(writeCopy ? *point : *copy), before);
+                expectEqual("property " + std::string(name) + " that was written", valueOf(written, name),
+                            10.0);
+                (writeCopy ? point : copy).reset();
+                expectEqual("property " + std::string(name) + " with the other object gone",
+                            valueOf(written, name), 10.0);
+            }
 }
 
 void balanceOfProperties(Backend& backend) {
     const auto held = scalar(backend, 1);
     auto point = newPoint(backend, 1, 2);
     setProperty(*point, "x", *held);
+    const std::uint64_t before = held->referenceCount();
     for (int k = 0; k < 3; ++k)
         point->getProperty(property("x"));
-    expect(held->referenceCount() <= 2, "the reference count of an array in a property grows with reading");
+    const auto here = adopt(point->begin(), "begin");
+    typed<PropertyImpl>(*adopt(here->get(), "get")).getValue();
+    adopt(typed<PropertyImpl>(*adopt(here->get(), "get")).getReference(), "getReference")
+        ->getElementArray(false);
+    adopt(point->getPropertyReference(property("x")), "getPropertyReference")->getElementArray(false);
+    expectEqual("the reference count of an array in a property, which grows with reading,",
+                held->referenceCount(), before);
+    {
+        const std::shared_ptr<ArrayImpl> value = point->getProperty(property("x"));
+        setProperty(*point, "x", *scalar(backend, 3));
+        expectEqual("a value that getProperty gave, after the property was replaced", scalarValue(*value),
+                    1.0);
+    }
+    expectOneReference("an array that was replaced in its property", *held);
+    setProperty(*point, "x", *held);
     auto copy = adopt(point->sharedCopy(), "sharedCopy of an object");
     point.reset();
+    expectEqual("property x of the copy of an object that is gone", valueOf(*copy, "x"), 1.0);
     copy.reset();
     expectOneReference("an array after the objects that held it have gone", *held);
 }
 
-Owned<ArrayImpl> points(const Backend& backend, std::size_t columns = 2) {
+void membersOfEnumerations(Backend& backend) {
+    for (const std::string& member : {std::string("Red"), std::string("G"), std::string(100, 'm')}) {
+        const auto object = adopt(backend.factory().createEnumerationObjectImpl("Colors", member),
+                                  "createEnumerationObjectImpl");
+        const auto second = adopt(backend.factory().createEnumerationObjectImpl("Sizes", "Small"),
+                                  "createEnumerationObjectImpl");
+        const auto copy = adopt(object->sharedCopy(), "sharedCopy of an enumeration object");
+        const char* name = object->getEnumerationName();
+        const char* other = second->getEnumerationName();
+        const char* ofCopy = copy->getEnumerationName();
+        expect(name != nullptr && other != nullptr && ofCopy != nullptr, "getEnumerationName returns null");
+        expectEqual("getEnumerationName", std::string(name), member);
+        expectEqual("getEnumerationName of another object", std::string(other), "Small");
+        expectEqual("getEnumerationName of a copy", std::string(ofCopy), member);
+        expectEqual("the class of an enumeration object",
+                    object->getClassInfo().getClassIdentifier().getString(), "Colors");
+        expectEqual("the class of another one", second->getClassInfo().getClassIdentifier().getString(),
+                    "Sizes");
+    }
+}
+
+// --- references to properties, in objects and in arrays of them -------------------------------------------------
+
+using Reference = std::function<Owned<ReferenceImpl>()>;
+
+/// A chain leads into a cell array that holds the value: before and after it is replaced, whatever its kind.
+void expectElementOfCells(const Backend& backend, const std::string& operation, const Reference& reference) {
+    const std::string what = "the array of what " + operation + " returns";
+    const auto other = foreign(scalar(backend, 7));
+    const auto wide = backend.zeros<double>({2, 3});
+    for (ArrayImpl* value :
+         {static_cast<ArrayImpl*>(nullptr), other.get(), static_cast<ArrayImpl*>(wide.get())}) {
+        if (value != nullptr) reference()->setArray(value);
+        const auto chain = reference();
+        const ArrayImpl* array = chain->getArrayImpl();
+        expect(array != nullptr, what + " is null");
+        expectEqual("getType of " + what, array->getType(), ArrayType::CELL);
+        ArrayImpl* held = chain->getElementArray(false);
+        expect(held != nullptr, "getElementArray of what " + operation + " returns is null");
+        if (value != nullptr)
+            expectEqual("getElementArray of what " + operation + " returns", shownArray(*held),
+                        shownArray(*value));
+    }
+}
+
+void referencesToProperties(Backend& backend) {
+    const auto point = newPoint(backend, 1, 2);
+    for (const std::size_t k : {0U, 1U}) {
+        expectElementOfCells(backend, "getPropertyReference", [&] {
+            return adopt(point->getPropertyReference(property(k == 0 ? "x" : "y")), "getPropertyReference");
+        });
+        expectElementOfCells(backend, "getReference of a property", [&] {
+            const auto here = adopt(point->begin(), "begin");
+            if (k == 1) here->increment();
+            const auto one = adopt(here->get(), "get of an iterator");
+            return adopt(typed<PropertyImpl>(*one).getReference(), "getReference of a property");
+        });
+    }
+}
+
+/// Each property that the walk passes refuses each way to write to it.
+void expectRefusals(const Backend& backend, const std::string& operation,
+                    const std::function<ForwardIteratorImpl*()>& begin,
+                    const std::function<ForwardIteratorImpl*()>& last) {
+    const auto value = scalar(backend, 5);
+    const auto end = adopt(last(), "end");
+    for (const auto here = adopt(begin(), operation); !here->equal(end.get()); here->increment()) {
+        const auto one = adopt(here->get(), "get of an iterator");
+        const auto chain = adopt(typed<PropertyImpl>(*one).getReference(), "getReference of a property");
+        const auto refused = [&](const char* way, const std::function<void()>& write) {
+            const std::string what = way + (" through getReference of a property from " + operation);
+            expectThrows<fv::CantAssignArrayToThisArrayException>(what, "CantAssignArrayToThisArrayException",
+                                                                  write);
+        };
+        refused("setArray", [&] { chain->setArray(value.get()); });
+        refused("prepareForWrite", [&] { chain->prepareForWrite(); });
+        refused("getElementArray for writing", [&] { chain->getElementArray(true); });
+        refused("createReference for writing", [&] { chain->createReference(true, false); });
+    }
+    expectOneReference("an array whose storing was refused", *value);
+}
+
+void readOnlyWalks(Backend& backend) {
+    auto point = newPoint(backend, 1, 2);
+    for (const char* which : {"an object", "a copy of an object"}) {
+        expectRefusals(
+            backend, "cbegin", [&] { return std::as_const(*point).cbegin(); },
+            [&] { return std::as_const(*point).cend(); });
+        expectEqual(which + std::string(" after writes that were refused"), shownObject(*point),
+                    "x=1x1 double [1], y=1x1 double [2]");
+        point = adopt(point->sharedCopy(), "sharedCopy of an object");
+    }
+}
+
+// --- arrays ------------------------------------------------------------------------------------------------------
+
+Owned<ArrayImpl> points(const Backend& backend, const Dimensions& dimensions = {1, 2}) {
     const auto description = pointClass(backend);
-    return adopt(backend.factory().createValueObjectArrayImpl({1, columns}, description.get()),
+    return adopt(backend.factory().createValueObjectArrayImpl(dimensions, description.get()),
                  "createValueObjectArrayImpl");
 }
 
 void balanceOfObjects(Backend& backend) {
     const auto point = newPoint(backend, 1, 2);
     auto array = points(backend);
-    asObjects(*array).setElementObject(0, point.get());
-    {
+    for (const bool byValue : {false, true}) {
+        if (byValue)
+            asObjects(*array).setElementValue(0, {}, fv::HandleObjectRef(share(*point).release()));
+        else
+            asObjects(*array).setElementObject(0, point.get());
         const auto object = adopt(asObjects(*array).getElementObject(0), "getElementObject");
         expectEqual("property y of the object that was stored", valueOf(*object, "y"), 2.0);
         const std::uint64_t count = object->referenceCount();
         adopt(asObjects(*array).getElementObject(0), "getElementObject");
+        asObjects(*array).getElementProperty(0, property("x"));
+        asObjects(*array).getElementAddress(0, {}, false);
         expect(object->referenceCount() == count,
                "the reference count of an object grows with each getElementObject");
     }
+    asObjects(*array).setElementObject(0, point.get());
+    asObjects(*array).setElementObject(1, point.get());
+    asObjects(*array).setElementObject(0, newPoint(backend, 3, 4).get());
+    auto copy = adopt(array->sharedCopy(), "sharedCopy");
     array.reset();
+    expectEqual("an object in the copy of an array that is gone",
+                shownObject(*adopt(asObjects(*copy).getElementObject(1), "getElementObject")),
+                "x=1x1 double [1], y=1x1 double [2]");
+    copy.reset();
     expectOneReference("an object after the array that held it has gone", *point);
 }
 
 void arrayDescribesItself(Backend& backend) {
-    const auto array = points(backend);
-    const ObjectArrayImpl& objects = asObjects(*array);
-    expectEqual("the class of an object array", objects.getClassInfo().getClassIdentifier().getString(),
-                "Point");
-    expectEqual("isHeterogeneous of an array of one class", objects.isHeterogeneous(), false);
-    expectEqual("isExternalDimensionsSet of a new array", objects.isExternalDimensionsSet(), false);
-}
-
-void elementsOfArrays(Backend& backend) {
-    const auto array = points(backend);
-    ObjectArrayImpl& objects = asObjects(*array);
-    objects.setElementObject(1, newPoint(backend, 3, 4).get());
-    fv::Array value = objects.getElementProperty(1, property("y"));
-    expectEqual("getElementProperty(1, y)", scalarValue(*fv::detail::Access::impl(value)), 4.0);
-    expectEqual("the properties of element 1",
-                namesIn(objects.beginElementProperties(1), objects.endElementProperties(1), nameOfProperty),
-                {"x", "y"});
-}
-
-void arrayProperties(Backend& backend) {
-    const auto array = points(backend);
-    ObjectArrayImpl& objects = asObjects(*array);
-    expectEqual("numOfArrayProperties", objects.numOfArrayProperties(), 1);
-    expectEqual("hasArrayProperty of one that is there", objects.hasArrayProperty(property("unit")), true);
-    expectEqual("hasArrayProperty of one that is not there", objects.hasArrayProperty(property("x")), false);
-    adopt(objects.getArrayPropertyReference(property("unit")), "getArrayPropertyReference")
-        ->setArray(scalar(backend, 9).get());
-    fv::Array value = objects.getArrayProperty(property("unit"));
-    expectEqual("getArrayProperty after a write", scalarValue(*fv::detail::Access::impl(value)), 9.0);
-    expectEqual("the array properties",
-                namesIn(objects.beginArrayProp(), objects.endArrayProp(), nameOfProperty), {"unit"});
-    const auto other = points(backend);
-    expect(!objects.isEqualArrayProperties(other.get()), "isEqualArrayProperties of different ones is true");
-    const auto copy = adopt(array->sharedCopy(), "sharedCopy");
-    expect(objects.isEqualArrayProperties(copy.get()), "isEqualArrayProperties of those of a copy is false");
-}
-
-/// Handles of object arrays compare without a test of dimensions before.
-void otherDimensions(Backend& backend) {
-    const auto two = points(backend, 2);
-    const auto three = points(backend, 3);
-    for (const auto& [a, b] : {std::pair(two.get(), three.get()), std::pair(three.get(), two.get())}) {
-        const auto what = [a = a, b = b](const char* operation) {
-            return operation + (" of " + show(a->getDimensions())) + " and " + show(b->getDimensions()) +
-                   " arrays of new objects";
-        };
-        backend.step(what("isEqualArrayProperties"));
-        asObjects(*a).isEqualArrayProperties(b);
-        backend.step(what("isEqual"));
-        expectEqual(what("isEqual"), a->isEqual(b), false);
+    for (const Dimensions& dimensions : {Dimensions{1, 2}, {0, 0}, {2, 3}}) {
+        const auto array = points(backend, dimensions);
+        const ObjectArrayImpl& objects = asObjects(*array);
+        expectEqual("the class of an object array", objects.getClassInfo().getClassIdentifier().getString(),
+                    "Point");
+        expectEqual("isHeterogeneous of an array of one class", objects.isHeterogeneous(), false);
+        expectEqual("isExternalDimensionsSet of a new array", objects.isExternalDimensionsSet(), false);
+        expectEqual("getExternalRepresentationArrayPropertyNames",
+                    objects.getExternalRepresentationArrayPropertyNames(), {"unit"});
+        const auto copy = adopt(array->sharedCopy(), "sharedCopy");
+        expectEqual("the class of a copy of an object array",
+                    asObjects(*copy).getClassInfo().getClassIdentifier().getString(), "Point");
     }
 }
 
-void expectElementOfCells(ReferenceImpl* made, const std::string& operation) {
-    const auto chain = adopt(made, operation);
-    const ArrayImpl* array = chain->getArrayImpl();
-    const std::string what = "the array of what " + operation + " returns";
-    expect(array != nullptr, what + " is null");
-    expectEqual("getType of " + what, array->getType(), ArrayType::CELL);
-    ArrayImpl* held = chain->getElementArray(false);
-    expect(held != nullptr && held->getType() == ArrayType::DOUBLE,
-           "getElementArray of what " + operation + " returns is not the value of the property");
-}
-void referencesToProperties(Backend& backend) {
-    const auto point = newPoint(backend, 1, 2);
-    expectElementOfCells(point->getPropertyReference(property("x")), "getPropertyReference");
-    const auto first = adopt(adopt(point->begin(), "begin")->get(), "get of an iterator");
-    expectElementOfCells(dynamic_cast<PropertyImpl&>(*first).getReference(), "getReference of a property");
-}
-void referencesToArrayProperties(Backend& backend) {
-    const auto array = points(backend);
-    const auto reference = [&] { return asObjects(*array).getArrayPropertyReference(property("unit")); };
-    adopt(reference(), "getArrayPropertyReference")->setArray(scalar(backend, 9).get());
-    expectElementOfCells(reference(), "getArrayPropertyReference");
+/// Arrays that were made without a class take objects of any.
+void classesMixed(Backend& backend) {
+    const auto array = offered(backend, "createArrayImpl for value objects", [&] {
+        return backend.factory().createArrayImpl(ArrayType::VALUE_OBJECT, {1, 3});
+    });
+    ObjectArrayImpl& objects = asObjects(*array);
+    const auto pixel = newClass(backend, "Pixel", {"depth"});
+    objects.setElementObject(0, newPoint(backend, 1, 2).get());
+    objects.setElementObject(1, newPoint(backend, 3, 4).get());
+    expectEqual("isHeterogeneous of an array with objects of one class", objects.isHeterogeneous(), false);
+    objects.setElementObject(
+        2, adopt(backend.factory().createValueObjectImpl(pixel.get()), "createValueObjectImpl").get());
+    expectEqual("isHeterogeneous of an array with objects of two classes", objects.isHeterogeneous(), true);
+    expectEqual("the object at element 1",
+                shownObject(*adopt(objects.getElementObject(1), "getElementObject")),
+                "x=1x1 double [3], y=1x1 double [4]");
 }
 
-void expectRefusal(ForwardIteratorImpl* iterator, const std::string& operation, ArrayImpl& value) {
-    const auto object = adopt(adopt(iterator, operation)->get(), "get of an iterator");
-    auto& view = dynamic_cast<PropertyImpl&>(*object);
-    const auto chain = adopt(view.getReference(), "getReference");
-    const std::string through = " through getReference of a property from " + operation;
-    expectThrows("setArray" + through, [&] { chain->setArray(&value); });
-    expectThrows("prepareForWrite" + through, [&] { chain->prepareForWrite(); });
-    expectThrows("getElementArray for writing" + through, [&] { chain->getElementArray(true); });
-    expectThrows("createReference for writing" + through, [&] { chain->createReference(true, false); });
+/// Read and walked by element, with the objects of several elements held at once.
+void elementsOfArrays(Backend& backend) {
+    const auto array = points(backend, {2, 3});
+    ObjectArrayImpl& objects = asObjects(*array);
+    for (std::size_t k = 0; k < 6; ++k)
+        objects.setElementObject(
+            k, newPoint(backend, static_cast<double>(k), static_cast<double>(10 * k)).get());
+    std::vector<Owned<ObjectImpl>> held;
+    for (std::size_t k = 0; k < 6; ++k)
+        held.push_back(adopt(objects.getElementObject(k), "getElementObject"));
+    for (std::size_t k = 0; k < 6; ++k) {
+        const auto value = static_cast<double>(k);
+        const std::string wanted =
+            "x=1x1 double [" + show(value) + "], y=1x1 double [" + show(10 * value) + "]";
+        expectEqual("the object at element " + show(k) + ", held with all others", shownObject(*held[k]),
+                    wanted);
+        const fv::HandleObjectRef* address = objects.getElementAddress(k, {}, false);
+        if (address != nullptr)
+            expectEqual("the object at getElementAddress(" + show(k) + ")",
+                        shownObject(*fv::detail::Access::impl(*address)), wanted);
+        fv::Array y = objects.getElementProperty(k, property("y"));
+        expectEqual("getElementProperty(" + show(k) + ", y)", scalarValue(*fv::detail::Access::impl(y)),
+                    10 * value);
+        expectThrows("getElementProperty of one that is not there",
+                     [&] { objects.getElementProperty(k, property("z")); });
+    }
+    held.clear();
+    for (const std::size_t k : {0U, 5U})
+        expectSequence({"the properties of element " + show(k),
+                        [&] { return objects.beginElementProperties(k); },
+                        [&] { return objects.endElementProperties(k); }, &nameOfProperty},
+                       {"x", "y"});
 }
-void readOnlyWalks(Backend& backend) {
-    const auto point = newPoint(backend, 1, 2);
-    const auto value = scalar(backend, 5);
-    expectRefusal(std::as_const(*point).cbegin(), "cbegin", *value);
-    expectEqual("property x after a write that was refused", valueOf(*point, "x"), 1.0);
+
+/// One object in several elements, and held by somebody else: a write through one element's properties changes that one.
+void sharedObjects(Backend& backend) {
+    for (std::size_t written = 0; written < 3; ++written) {
+        const auto array = points(backend, {1, 3});
+        ObjectArrayImpl& objects = asObjects(*array);
+        const auto point = newPoint(backend, 1, 2);
+        for (std::size_t k = 0; k < 3; ++k)
+            objects.setElementObject(k, point.get());
+        const auto copy = adopt(array->sharedCopy(), "sharedCopy");
+        const auto here = adopt(objects.beginElementProperties(written), "beginElementProperties");
+        const auto one = adopt(here->get(), "get");
+        const auto chain = adopt(typed<PropertyImpl>(*one).getReference(), "getReference");
+        write(asNumbers<double>(*chain->getElementArray(true)), 0, 9.0);
+        Contents wanted(3, "x=1x1 double [1], y=1x1 double [2]");
+        expectContents("a copy after a write through the properties of an element", *copy, wanted);
+        expectEqual("an object after a write through an element that holds it too", shownObject(*point),
+                    wanted[0]);
+        wanted[written] = "x=1x1 double [9], y=1x1 double [2]";
+        expectContents("an object array of which one object was written", *array, wanted);
+    }
 }
+
+void arrayProperties(Backend& backend) {
+    const auto description = newClass(backend, "Track", {"x"}, {"unit", "label"});
+    const auto make = [&] {
+        return adopt(backend.factory().createValueObjectArrayImpl({1, 2}, description.get()),
+                     "createValueObjectArrayImpl");
+    };
+    const auto array = make();
+    ObjectArrayImpl& objects = asObjects(*array);
+    const auto valueAt = [](ArrayImpl& one, const char* name) {
+        fv::Array value = asObjects(one).getArrayProperty(property(name));
+        return shownArray(*fv::detail::Access::impl(value));
+    };
+    expectEqual("numOfArrayProperties", objects.numOfArrayProperties(), 2);
+    for (const char* name : {"unit", "label"})
+        expectEqual("hasArrayProperty of one that is there", objects.hasArrayProperty(property(name)), true);
+    for (const char* name : {"x", "units", ""}) {
+        expectEqual("hasArrayProperty of one that is not there", objects.hasArrayProperty(property(name)),
+                    false);
+        expectThrows("getArrayProperty of one that is not there",
+                     [&] { objects.getArrayProperty(property(name)); });
+        expectThrows("getArrayPropertyReference of one that is not there",
+                     [&] { Owned<ReferenceImpl>(objects.getArrayPropertyReference(property(name))); });
+    }
+    const auto set = [&](ArrayImpl& one, const char* name, double value) {
+        adopt(asObjects(one).getArrayPropertyReference(property(name)), "getArrayPropertyReference")
+            ->setArray(scalar(backend, value).get());
+    };
+    set(*array, "unit", 8);
+    set(*array, "label", 9);
+    expectEqual("getArrayProperty(unit) after a write", valueAt(*array, "unit"), "1x1 double [8]");
+    expectEqual("getArrayProperty(label) after a write", valueAt(*array, "label"), "1x1 double [9]");
+    expectSequence({"the array properties", [&] { return objects.beginArrayProp(); },
+                    [&] { return objects.endArrayProp(); }, &nameOfProperty},
+                   {"unit", "label"});
+    expectSequence({"the array properties of a constant array", [&] { return objects.cbeginArrayProp(); },
+                    [&] { return objects.cendArrayProp(); }, &nameOfProperty},
+                   {"unit", "label"});
+    expectEqual("getExternalRepresentationArrayPropertyNames",
+                objects.getExternalRepresentationArrayPropertyNames(), {"unit", "label"});
+    for (const char* name : {"unit", "label"}) {
+        const auto copy = adopt(array->sharedCopy(), "sharedCopy");
+        expect(objects.isEqualArrayProperties(copy.get()) &&
+                   asObjects(*copy).isEqualArrayProperties(array.get()),
+               "isEqualArrayProperties of those of a copy is false");
+        set(*copy, name, 90);
+        expectEqual("an array property after a write to a copy", valueAt(*array, name),
+                    *name == 'u' ? "1x1 double [8]" : "1x1 double [9]");
+        expectEqual("an array property of a copy after a write", valueAt(*copy, name), "1x1 double [90]");
+        expect(!objects.isEqualArrayProperties(copy.get()) &&
+                   !asObjects(*copy).isEqualArrayProperties(array.get()),
+               "isEqualArrayProperties of different ones is true");
+    }
+    const auto other = make();
+    expect(!objects.isEqualArrayProperties(other.get()), "isEqualArrayProperties of different ones is true");
+    set(*other, "unit", 8);
+    set(*other, "label", 9);
+    expect(objects.isEqualArrayProperties(other.get()), "isEqualArrayProperties of equal ones is false");
+}
+
+void referencesToArrayProperties(Backend& backend) {
+    const auto array = points(backend);
+    ObjectArrayImpl& objects = asObjects(*array);
+    expectElementOfCells(backend, "getArrayPropertyReference", [&] {
+        return adopt(objects.getArrayPropertyReference(property("unit")), "getArrayPropertyReference");
+    });
+    expectElementOfCells(backend, "getReference of an array property", [&] {
+        const auto one =
+            adopt(adopt(objects.beginArrayProp(), "beginArrayProp")->get(), "get of an iterator");
+        return adopt(typed<PropertyImpl>(*one).getReference(), "getReference of an array property");
+    });
+}
+
 void readOnlyWalksOfArrays(Backend& backend) {
     const auto array = points(backend);
-    const auto value = scalar(backend, 5);
-    expectRefusal(asObjects(*array).cbeginArrayProp(), "cbeginArrayProp", *value);
+    const ObjectArrayImpl& objects = asObjects(*array);
+    expectRefusals(
+        backend, "cbeginArrayProp", [&] { return objects.cbeginArrayProp(); },
+        [&] { return objects.cendArrayProp(); });
+}
+
+/// Handles of object arrays compare without a test of dimensions before. New objects and one object everywhere: the dimensions
+/// alone differ, in the number of elements, in their order, in the number of dimensions.
+void otherDimensions(Backend& backend) {
+    const std::vector<Dimensions> shapes{{1, 2}, {1, 3}, {2, 1}, {2, 3}, {3, 2}, {1, 2, 3}, {0, 0}, {0, 3}};
+    const auto point = newPoint(backend, 1, 2);
+    for (const bool set : {false, true}) {
+        std::vector<Owned<ArrayImpl>> arrays;
+        for (const Dimensions& shape : shapes) {
+            arrays.push_back(points(backend, shape));
+            for (std::size_t k = 0; set && k < arrays.back()->getNumberOfElements(); ++k)
+                asObjects(*arrays.back()).setElementObject(k, point.get());
+        }
+        for (const auto& a : arrays)
+            for (const auto& b : arrays) {
+                if (a == b) continue;
+                const std::string of = " of " + show(a->getDimensions()) + " and " +
+                                       show(b->getDimensions()) + " arrays of " +
+                                       (set ? "one object" : "new objects");
+                backend.step("isEqualArrayProperties" + of);
+                asObjects(*a).isEqualArrayProperties(b.get());
+                backend.step("isEqual" + of);
+                expectEqual("isEqual" + of, a->isEqual(b.get()), false);
+            }
+    }
 }
 
 void scalars(Backend& backend) {
     const auto point = newPoint(backend, 1, 2);
-    const auto array =
+    auto array =
         adopt(backend.factory().createValueObjectScalarImpl(point.get()), "createValueObjectScalarImpl");
-    expectContents("an array of one object", *array, {"x=1, y=2"});
-}
-
-void handles(Backend& backend) {
-    const auto object =
-        adopt(backend.factory().createHandleObjectRefImpl({{1, 2, 3}}, 7), "createHandleObjectRefImpl");
-    const auto expectHandle = [](ObjectImpl& one, const std::string& what) {
-        auto* handle = dynamic_cast<HandleObjectRefImpl*>(&one);
-        expect(handle != nullptr, what + " has no HandleObjectRefImpl beside its ObjectImpl");
-        expectEqual("getId of " + what, handle->getId(), 7);
-        expect(handle->getZVMID() == data::impl::ZVMID{{1, 2, 3}}, "getZVMID of " + what + " is another one");
-    };
-    expectHandle(*object, "a handle object");
-    expectHandle(*adopt(object->sharedCopy(), "sharedCopy of a handle object"), "a copy of a handle object");
-}
-
-void membersOfEnumerations(Backend& backend) {
-    const auto object =
-        adopt(backend.factory().createEnumerationObjectImpl("Colors", "Red"), "createEnumerationObjectImpl");
-    const char* name = object->getEnumerationName();
-    expect(name != nullptr, "getEnumerationName returns null");
-    expectEqual("getEnumerationName", std::string(name), "Red");
-    expectEqual("the class of an enumeration object", object->getClassInfo().getClassIdentifier().getString(),
-                "Colors");
+    expectContents("an array of one object", *array, {"x=1x1 double [1], y=1x1 double [2]"});
+    expectEqual("the class of an array of one object",
+                asObjects(*array).getClassInfo().getClassIdentifier().getString(), "Point");
+    auto copy = adopt(array->sharedCopy(), "sharedCopy");
+    asObjects(*copy).setElementObject(0, newPoint(backend, 3, 4).get());
+    expectContents("an array of one object after a write to its copy", *array,
+                   {"x=1x1 double [1], y=1x1 double [2]"});
+    copy.reset();
+    array.reset();
+    expectOneReference("an object after the array of it is gone", *point);
 }
 
 } // namespace
@@ -286,25 +641,64 @@ void addObjectChecks(Checks& checks) {
     Family objects(checks, "objects");
     const Texts object{"value-object", "class", "double"};
     const Texts array{"object-array", "value-object", "class", "double"};
-    objects.add("classes name their properties", {"class"}, describesClasses);
-    objects.add("classes name their superclasses", {"class"}, describesSuperclasses);
-    objects.add("identifiers are linked to the class", {"class"}, linksIdentifiers);
-    objects.add("properties are read and written", object, properties);
-    objects.add("properties in their order", object, propertyIterators);
-    objects.add("copies of objects are independent", object, copiesOfObjects);
-    objects.add("values are retained and released", object, balanceOfProperties);
-    objects.add("objects are retained and released", array, balanceOfObjects);
-    objects.add("arrays describe their class", array, arrayDescribesItself);
-    objects.add("elements of object arrays", array, elementsOfArrays);
-    objects.add("properties of the array", array, arrayProperties);
-    objects.add("arrays of other dimensions are unequal", array, otherDimensions);
-    objects.add("references to properties lead into a cell array", object, referencesToProperties);
-    objects.add("references to array properties do too", array, referencesToArrayProperties);
-    objects.add("read-only walks refuse writes", object, readOnlyWalks);
-    objects.add("read-only walks of array properties do too", array, readOnlyWalksOfArrays);
-    objects.add("arrays of one object", {"object-scalar", "value-object", "class", "double"}, scalars);
-    objects.add("handle objects name what they denote", {"handle-object"}, handles);
-    objects.add("enumeration objects name their member", {"enumeration-object"}, membersOfEnumerations);
+    const std::string walks = "iterators are new ones, with one reference for the caller (objects, 8 to 11)";
+    objects.add("classes name their properties",
+                "iterators over the identifiers of a class (classes, 4 to 8, 11, 12)", {"class"},
+                describesClasses);
+    objects.add("classes name their superclasses", "iterators over the superclasses (classes, 9, 10)",
+                {"class"}, describesSuperclasses);
+    objects.add("classes are retained and released", "what is passed is borrowed (factory, 11 to 14)",
+                {"class"}, balanceOfClasses);
+    objects.add("identifiers are linked to the class",
+                "calls updateClassInfo on every property identifier held (classes, 14)", {"class"},
+                linksIdentifiers);
+    objects.add("properties are read and written",
+                "an unknown property is the back-end's to report (objects, 5 to 7, 16 to 18)", object,
+                properties);
+    objects.add("properties hold arrays of all kinds", "a writable reference to a property (objects, 7)",
+                object, storesValues);
+    objects.add("properties in their order", walks, object, propertyIterators);
+    objects.add("copies of objects are independent", "sharedCopy gives an independent copy (objects, 3)",
+                object, copiesOfObjects);
+    objects.add("values are retained and released", "the value of a property, shared (objects, 6)", object,
+                balanceOfProperties);
+    objects.add("enumeration objects name their member",
+                "the name is NUL-terminated and lives as long as the object (objects, 4; factory, 16)",
+                {"enumeration-object"}, membersOfEnumerations);
+    objects.add("objects are retained and released",
+                "getElementObject gives one reference, setElementObject borrows (orders 59, 60)", array,
+                balanceOfObjects);
+    objects.add("arrays describe their class",
+                "class, classes mixed, external dimensions and names (orders 41, 42, 55 to 57)", array,
+                arrayDescribesItself);
+    objects.add("arrays of mixed classes", "isHeterogeneous: elements of different classes (order 42)", array,
+                classesMixed);
+    objects.add("elements of object arrays",
+                "properties and objects by element (orders 38, 58 to 60, 66, 67)", array, elementsOfArrays);
+    objects.add("objects in several elements",
+                "by a write to a property, the object is the element's alone (order 66)", array,
+                sharedObjects);
+    objects.add("properties of the array",
+                "array properties, their iterators, their equality (orders 43 to 50, 57, 68)", array,
+                arrayProperties);
+    objects.add("references to properties lead into a cell array",
+                "a chain to the value's element of a cell array (objects, 7)", object,
+                referencesToProperties);
+    objects.add("references to array properties do too",
+                "a chain to the value's element of a cell array (order 44)", array,
+                referencesToArrayProperties);
+    objects.add(
+        "read-only walks refuse writes",
+        "what properties from cbegin refer to throws CantAssignArrayToThisArrayException when written (objects, 10, 11)",
+        object, readOnlyWalks);
+    objects.add("read-only walks of array properties do too",
+                "what properties from cbeginArrayProp refer to throws when written, too (orders 47, 48)",
+                array, readOnlyWalksOfArrays);
+    objects.add("arrays of other dimensions are unequal",
+                "isEqual of object arrays is asked about arrays with any dimensions (order 35)", array,
+                otherDimensions);
+    objects.add("arrays of one object", "an array of the object, which is borrowed (factory, 13)",
+                {"object-scalar", "value-object", "class", "double"}, scalars);
 }
 
 } // namespace vexa::check

@@ -16,6 +16,8 @@ std::string_view wordFor(Verdict verdict) {
         return "holds";
     case Verdict::fails:
         return "FAILS";
+    case Verdict::notChecked:
+        return "not checked";
     default:
         return "not offered";
     }
@@ -53,7 +55,8 @@ Totals totalsOf(const std::vector<Row>& rows) {
         return static_cast<std::size_t>(std::count_if(
             rows.begin(), rows.end(), [&](const Row& row) { return row.result.verdict == verdict; }));
     };
-    return {count(Verdict::holds), count(Verdict::fails), count(Verdict::notOffered)};
+    return {count(Verdict::holds), count(Verdict::fails), count(Verdict::notOffered),
+            count(Verdict::notChecked)};
 }
 
 std::string tableOf(const std::vector<Row>& rows) {
@@ -73,9 +76,10 @@ std::string tableOf(const std::vector<Row>& rows) {
 }
 
 std::string summaryOf(const Totals& totals) {
-    const std::size_t all = totals.hold + totals.fail + totals.notOffered;
+    const std::size_t all = totals.hold + totals.fail + totals.notOffered + totals.notChecked;
     return std::to_string(all) + " checks: " + std::to_string(totals.hold) + " hold, " +
-           std::to_string(totals.fail) + " fail, " + std::to_string(totals.notOffered) + " are not offered";
+           std::to_string(totals.fail) + " fail, " + std::to_string(totals.notOffered) +
+           " are not offered, " + std::to_string(totals.notChecked) + " are not checked";
 }
 
 } // namespace vexa::check

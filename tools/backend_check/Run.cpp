@@ -1,8 +1,10 @@
 #include "Run.hpp"
 
 #include "Library.hpp"
+#include "Samples.hpp"
 
 #include <algorithm>
+#include <sstream>
 
 namespace vexa::check {
 
@@ -10,6 +12,14 @@ namespace {
 
 bool contains(const std::vector<std::string>& list, const std::string& word) {
     return std::find(list.begin(), list.end(), word) != list.end();
+}
+
+bool isAsked(const Check& check, const Options& options) {
+    const std::string name = check.family + ": " + check.name;
+    return (options.families.empty() || contains(options.families, check.family)) &&
+           (options.checks.empty() ||
+            std::any_of(options.checks.begin(), options.checks.end(),
+                        [&](const std::string& part) { return name.find(part) != std::string::npos; }));
 }
 
 class Runner {
@@ -28,7 +38,41 @@ public:
         return result;
     }
 
+    /// Finds out in one process what is offered. False when that needs a look at each by itself: something fails, or is
+    /// required and not offered.
+    bool findOut(const Checks& checks) {
+        const Result result =
+            runInChild([&](const Step& step) { return missingOf(checks, step); }, options_.limit, true);
+        std::istringstream names(result.reason);
+        for (std::string name; names >> name;)
+            missing_.insert(name);
+        const bool sure = result.verdict == Verdict::holds &&
+                          std::none_of(missing_.begin(), missing_.end(),
+                                       [this](const std::string& name) { return isRequired(name); });
+        if (!sure) missing_.clear();
+        return sure;
+    }
+
 private:
+    /// The capabilities that are not offered, with blanks between them.
+    std::string missingOf(const Checks& checks, const Step& step) const {
+        const Owned<ArrayFactoryImpl> factory = loadBackend(library_);
+        Names missing;
+        std::string names;
+        for (const Check& check : checks) {
+            if (check.provides.empty()) continue;
+            try {
+                Backend backend(share(*factory), missing, step);
+                if (!offersAll(backend, check.needs)) throw NotOffered{};
+                check.run(backend);
+            } catch (const NotOffered&) {
+                missing.insert(check.provides);
+                names += check.provides + " ";
+            }
+        }
+        return names;
+    }
+
     bool isRequired(const std::string& capability) const {
         return contains(options_.required, "all") || contains(options_.required, capability);
     }
@@ -47,9 +91,9 @@ private:
         return runInChild(
             [&](const Step& step) {
                 step("loading the library");
-                const Owned<ArrayFactoryImpl> factory = loadBackend(library_);
+                Owned<ArrayFactoryImpl> factory = loadBackend(library_);
                 step("");
-                Backend backend(*factory, missing_, step);
+                Backend backend(std::move(factory), missing_, step);
                 check.run(backend);
                 return backend.note();
             },
@@ -76,12 +120,16 @@ Result tryLoading(const std::string& library, const Options& options) {
 std::vector<Row> runChecks(const std::string& library, const Checks& checks, const Options& options) {
     Runner runner(library, options);
     std::vector<Row> rows;
+    const bool someOnly = !options.families.empty() || !options.checks.empty();
+    const bool known = someOnly && runner.findOut(checks);
     for (const Check& check : checks) {
-        const bool asked = options.families.empty() || contains(options.families, check.family);
+        const bool asked = isAsked(check, options);
         // What is offered has to be known in any case, and what is required is reported in any case.
-        if (!asked && check.provides.empty()) continue;
+        if (!asked && (known || check.provides.empty())) continue;
         Result result = runner.run(check);
-        if (asked || result.verdict == Verdict::fails) rows.push_back({&check, std::move(result)});
+        const bool fails = result.verdict == Verdict::fails;
+        if (asked || fails) rows.push_back({&check, std::move(result)});
+        if (fails && options.first) break;
     }
     return rows;
 }

@@ -10,8 +10,10 @@
 namespace vexa::check {
 
 struct Options {
-    std::vector<std::string> families; ///< none means all
-    std::vector<std::string> required; ///< capabilities; "all" is one of them
+    std::vector<std::string> families{}; ///< none means all
+    std::vector<std::string> checks{};   ///< parts of "family: name"; none means all
+    bool first = false;                  ///< no further than the first failure
+    std::vector<std::string> required{}; ///< capabilities; "all" is one of them
     std::chrono::seconds limit{10};
     bool verbose = false;
 };

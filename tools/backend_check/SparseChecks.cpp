@@ -5,17 +5,19 @@
 
 #include <foundation/vexadata/Exception.hpp>
 
+#include <complex>
+
 namespace vexa::check {
 
 namespace {
 
-using Contents = std::vector<std::string>;
+constexpr std::array sparseTypes{ArrayType::SPARSE_LOGICAL, ArrayType::SPARSE_DOUBLE,
+                                 ArrayType::SPARSE_COMPLEX_DOUBLE};
 
 /// Runs `f` with each type of sparse array that is offered.
 void eachType(Backend& backend, const std::function<void(ArrayType)>& f) {
     std::size_t count = 0;
-    for (const auto type :
-         {ArrayType::SPARSE_LOGICAL, ArrayType::SPARSE_DOUBLE, ArrayType::SPARSE_COMPLEX_DOUBLE}) {
+    for (const auto type : sparseTypes) {
         if (!backend.offers(nameOf(type))) continue;
         backend.step(std::string(nameOf(type)) + " arrays");
         f(type);
@@ -25,82 +27,218 @@ void eachType(Backend& backend, const std::function<void(ArrayType)>& f) {
     backend.note(show(count) + (count == 1 ? " element type" : " element types"));
 }
 
-/// 3 by 4, with values 1, 2, 3, 4 at (2,0), (0,1), (2,1), (1,3).
-Owned<ArrayImpl> fromTriplets(const Backend& backend, ArrayType type) {
-    return adopt(
-        createSparse(backend.factory(), type, {3, 4}, {4, 3, 1, 2}, {1, 2, 2, 0}, {3, 1, 0, 1}, false),
-        "the creator of sparse arrays");
-}
-Owned<ArrayImpl> fromColumns(const Backend& backend, ArrayType type) {
-    return adopt(
-        createSparse(backend.factory(), type, {3, 4}, {1, 2, 3, 4}, {2, 0, 2, 1}, {0, 1, 3, 3, 4}, true),
-        "the creator of sparse arrays in compressed columns");
+using Places = std::vector<std::pair<std::size_t, std::size_t>>;
+
+/// A matrix with values 1, 2, ... at places that are sorted by column and row.
+struct Matrix {
+    Dimensions dimensions;
+    Places places;
+};
+
+const std::vector<Matrix>& matrices() {
+    static const std::vector<Matrix> all = [] {
+        std::vector<Matrix> made{{{3, 4}, {{2, 0}, {0, 1}, {2, 1}, {1, 3}}},
+                                 {{1, 1}, {{0, 0}}},
+                                 {{1, 1}, {}},
+                                 {{0, 0}, {}},
+                                 {{0, 3}, {}},
+                                 {{3, 0}, {}},
+                                 {{5, 1}, {{0, 0}, {1, 0}, {4, 0}}},
+                                 {{1, 5}, {{0, 4}}},
+                                 {{2, 6}, {{1, 0}, {0, 5}, {1, 5}}},
+                                 {{3, 3}, {}},
+                                 {{300, 300}, {}},
+                                 {{200, 400}, {}},
+                                 {{(std::size_t(1) << 40) + 1, 3},
+                                  {{7, 0}, {std::size_t(1) << 40, 0}, {(std::size_t(1) << 33) + 1, 2}}}};
+        for (std::size_t column = 0; column < 300; ++column)
+            for (std::size_t row = column % 3; row < 300; row += column % 7 == 3 ? 300 : 97)
+                made[10].places.emplace_back(row, column);
+        for (std::size_t column = 0; column < 400; ++column)
+            for (std::size_t row = 0; row < 200; ++row)
+                if ((row + column) % 9 != 0) made[11].places.emplace_back(row, column);
+        return made;
+    }();
+    return all;
 }
 
-Contents wantedOf(ArrayType type) {
-    switch (type) {
-    case ArrayType::SPARSE_LOGICAL:
-        return {"(2,0)=true", "(0,1)=true", "(2,1)=true", "(1,3)=true"};
-    case ArrayType::SPARSE_DOUBLE:
-        return {"(2,0)=1", "(0,1)=2", "(2,1)=3", "(1,3)=4"};
-    default:
-        return {"(2,0)=(1,0)", "(0,1)=(2,0)", "(2,1)=(3,0)", "(1,3)=(4,0)"};
+double valueFor(ArrayType type, std::size_t k) {
+    return type == ArrayType::SPARSE_LOGICAL ? 1 : static_cast<double>(k + 1);
+}
+
+/// Reversed, or scattered, or in order.
+Owned<ArrayImpl> fromTriplets(const Backend& backend, ArrayType type, const Matrix& matrix,
+                              std::size_t order) {
+    const std::size_t count = matrix.places.size();
+    std::vector<double> values;
+    std::vector<std::size_t> rows;
+    std::vector<std::size_t> columns;
+    for (std::size_t number = 0; number < count; ++number) {
+        std::size_t k = order == 0 ? number : count - 1 - number;
+        if (order == 2 && count % 7 != 0) k = number * 7 % count;
+        values.push_back(valueFor(type, k));
+        rows.push_back(matrix.places[k].first);
+        columns.push_back(matrix.places[k].second);
     }
+    return adopt(createSparse(backend.factory(), type, matrix.dimensions, values, rows, columns, false),
+                 "the creator of sparse arrays");
 }
 
-void expectMatrix(ArrayImpl& array) {
-    const std::string of = " of a " + describe(array);
-    expectEqual("getNumberOfNonZeroElements" + of, array.getNumberOfNonZeroElements(), 4);
-    const std::vector<std::pair<std::size_t, std::size_t>> places{{2, 0}, {0, 1}, {2, 1}, {1, 3}};
-    for (std::size_t k = 0; k < 4; ++k)
-        expectEqual("getIndex(" + show(k) + ")" + of + " (row, column)", array.getIndex(k), places[k]);
-    expectContents("the non-zeros" + of, array, wantedOf(array.getType()));
+std::vector<std::size_t> startsOf(const Matrix& matrix) {
+    std::vector<std::size_t> starts(matrix.dimensions[1] + 1, 0);
+    for (const auto& place : matrix.places)
+        ++starts[place.second + 1];
+    for (std::size_t column = 0; column < matrix.dimensions[1]; ++column)
+        starts[column + 1] += starts[column];
+    return starts;
+}
+std::vector<std::size_t> rowsOf(const Matrix& matrix) {
+    std::vector<std::size_t> rows;
+    for (const auto& place : matrix.places)
+        rows.push_back(place.first);
+    return rows;
 }
 
-void triplets(Backend& backend) {
-    eachType(backend, [&](ArrayType type) { expectMatrix(*fromTriplets(backend, type)); });
-}
-void compressed(Backend& backend) {
-    eachType(backend, [&](ArrayType type) { expectMatrix(*fromColumns(backend, type)); });
-}
-
-void extents(Backend& backend) {
-    eachType(backend, [&](ArrayType type) {
-        const auto array = fromTriplets(backend, type);
-        const std::string of = " of a " + describe(*array);
-        expectEqual("getRows" + of, array->getRows(), 3);
-        expectEqual("getCols" + of, array->getCols(), 4);
-        expectEqual("getNumberOfElements" + of, array->getNumberOfElements(), 12);
-    });
+Owned<ArrayImpl> fromColumns(const Backend& backend, ArrayType type, const Matrix& matrix) {
+    std::vector<double> values;
+    for (std::size_t k = 0; k < matrix.places.size(); ++k)
+        values.push_back(valueFor(type, k));
+    return adopt(createSparse(backend.factory(), type, matrix.dimensions, values, rowsOf(matrix),
+                              startsOf(matrix), true),
+                 "the creator of sparse arrays in compressed columns");
 }
 
 void expectIndices(const std::string& what, const std::size_t* found,
                    const std::vector<std::size_t>& wanted) {
-    expect(found != nullptr, what + " returns null");
+    expect(found != nullptr || wanted.empty(), what + " returns null");
     for (std::size_t k = 0; k < wanted.size(); ++k)
-        expectEqual(what + ": entry " + show(k), found[k], wanted[k]);
+        if (found[k] != wanted[k]) expectEqual(what + ": entry " + show(k), found[k], wanted[k]);
 }
-void columnStarts(Backend& backend) {
-    eachType(backend, [&](ArrayType type) {
-        const auto array = fromTriplets(backend, type);
-        expectIndices("getJc of a " + describe(*array), array->getJc(), {0, 1, 3, 3, 4});
-    });
+
+void expectMatrix(ArrayImpl& array, const Matrix& matrix, const std::string& origin) {
+    const std::string of = " of a " + describe(array) + origin;
+    const std::size_t count = matrix.places.size();
+    expectEqual("getNumberOfNonZeroElements" + of, array.getNumberOfNonZeroElements(), count);
+    // Upwards, then downwards, then hither and thither: an array may remember where it was.
+    const auto expectPlace = [&](std::size_t k) {
+        if (array.getIndex(k) != matrix.places[k])
+            expectEqual("getIndex(" + show(k) + ")" + of + " (row, column)", array.getIndex(k),
+                        matrix.places[k]);
+    };
+    for (std::size_t k = 0; k < count; ++k)
+        expectPlace(k);
+    for (std::size_t k = count; k-- > 0;)
+        expectPlace(k);
+    for (std::size_t k = 0; k < count && k < 2000; ++k)
+        expectPlace(k * 4099 % count);
+    const Iterator here = beginOf(array);
+    for (std::size_t k = 0; k < count; ++k, here->increment()) {
+        const double wanted = valueFor(array.getType(), k);
+        const void* address = here->getElementAddress();
+        expect(address != nullptr, "the iterator" + of + " gives no address");
+        const bool right = array.getType() == ArrayType::SPARSE_LOGICAL ? *static_cast<const bool*>(address)
+                           : array.getType() == ArrayType::SPARSE_DOUBLE
+                               ? *static_cast<const double*>(address) == wanted
+                               : *static_cast<const std::complex<double>*>(address) == wanted;
+        if (!right) fail("non-zero " + show(k) + of + " is not " + show(wanted));
+    }
+    expect(here->isEqual(*endOf(array)), "the iterator" + of + " does not end after the non-zeros");
+    if (count == 0) expect(beginOf(array)->isEqual(*endOf(array)), "begin and end" + of + " differ");
 }
-void rowIndices(Backend& backend) {
+
+/// Runs `f` with every matrix, made in every way, and copies of it.
+void eachMatrix(Backend& backend, bool compressed,
+                const std::function<void(ArrayImpl&, const Matrix&, const std::string&)>& f) {
     eachType(backend, [&](ArrayType type) {
-        const auto array = fromTriplets(backend, type);
-        expectIndices("getIr of a " + describe(*array), array->getIr(), {2, 0, 2, 1});
+        for (const Matrix& matrix : matrices())
+            for (std::size_t order = 0; order < (compressed ? 1U : 3U); ++order) {
+                if (order != 0 && matrix.places.size() > 1000 && type != ArrayType::SPARSE_DOUBLE) continue;
+                auto array = compressed ? fromColumns(backend, type, matrix)
+                                        : fromTriplets(backend, type, matrix, order);
+                f(*array, matrix, "");
+                const auto copy = adopt(array->sharedCopy(), "sharedCopy");
+                expect(array->isEqual(copy.get()),
+                       "isEqual of a " + describe(*array) + " and its copy is false");
+                array.reset();
+                f(*copy, matrix, " that is a copy");
+            }
     });
 }
 
-void withoutNonZeros(Backend& backend) {
+void triplets(Backend& backend) { eachMatrix(backend, false, &expectMatrix); }
+void compressed(Backend& backend) { eachMatrix(backend, true, &expectMatrix); }
+
+void extents(Backend& backend) {
+    eachMatrix(backend, false, [&](ArrayImpl& array, const Matrix& matrix, const std::string& origin) {
+        const std::string of = " of a " + describe(array) + origin;
+        expectEqual("getDimensions" + of, array.getDimensions(), matrix.dimensions);
+        expectEqual("getRows" + of, array.getRows(), matrix.dimensions[0]);
+        expectEqual("getCols" + of, array.getCols(), matrix.dimensions[1]);
+        expectEqual("getNumberOfElements" + of, array.getNumberOfElements(),
+                    matrix.dimensions[0] * matrix.dimensions[1]);
+        expectEqual("isEmpty" + of, array.isEmpty(), matrix.dimensions[0] * matrix.dimensions[1] == 0);
+    });
+}
+
+void columnStarts(Backend& backend) {
+    for (const bool columns : {false, backend.offers("compressed-columns")})
+        eachMatrix(backend, columns, [&](ArrayImpl& array, const Matrix& matrix, const std::string& origin) {
+            expectIndices("getJc of a " + describe(array) + origin, array.getJc(), startsOf(matrix));
+        });
+}
+void rowIndices(Backend& backend) {
+    for (const bool columns : {false, backend.offers("compressed-columns")})
+        eachMatrix(backend, columns, [&](ArrayImpl& array, const Matrix& matrix, const std::string& origin) {
+            expectIndices("getIr of a " + describe(array) + origin, array.getIr(), rowsOf(matrix));
+        });
+}
+
+/// Starts, rows and values, lent at once by two arrays.
+void lendsIndices(Backend& backend) {
     eachType(backend, [&](ArrayType type) {
-        const auto array = adopt(createSparse(backend.factory(), type, {2, 3}, {}, {}, {}, false),
-                                 "the creator of sparse arrays");
-        expectEqual("getNumberOfNonZeroElements of an all-zero matrix", array->getNumberOfNonZeroElements(),
-                    0);
-        expectIndices("getJc of an all-zero matrix", array->getJc(), {0, 0, 0, 0});
-        expect(beginOf(*array)->isEqual(*endOf(*array)), "begin and end of an all-zero matrix differ");
+        const Matrix& first = matrices()[0];
+        const Matrix& second = matrices()[8];
+        const auto a = fromTriplets(backend, type, first, 1);
+        const std::size_t* starts = a->getJc();
+        const std::size_t* rows = a->getIr();
+        const auto b = fromTriplets(backend, type, second, 1);
+        const std::size_t* otherStarts = b->getJc();
+        const std::size_t* otherRows = b->getIr();
+        a->getIndex(1);
+        expectIndices("getJc of one of two arrays", starts, startsOf(first));
+        expectIndices("getIr of one of two arrays", rows, rowsOf(first));
+        expectIndices("getJc of the other of two arrays", otherStarts, startsOf(second));
+        expectIndices("getIr of the other of two arrays", otherRows, rowsOf(second));
+        ReferenceImpl* chain = a->createElementReference(0, {}, false);
+        if (chain != nullptr) chain->release();
+        expect(chain == nullptr, "createElementReference of a sparse array is not null");
+    });
+}
+
+/// One non-zero elsewhere, one more, one less, in another column only.
+void placesTellApart(Backend& backend) {
+    eachType(backend, [&](ArrayType type) {
+        const Matrix matrix{{3, 4}, {{2, 0}, {0, 1}, {2, 1}, {1, 3}}};
+        const auto array = fromTriplets(backend, type, matrix, 0);
+        for (std::size_t k = 0; k < matrix.places.size(); ++k)
+            for (int change = 0; change < 3; ++change) {
+                Matrix other = matrix;
+                if (change == 0) {
+                    other.places.erase(other.places.begin() + static_cast<std::ptrdiff_t>(k));
+                } else {
+                    auto& place = other.places[k];
+                    place = change == 1 ? std::pair{(place.first + 1) % 3, place.second}
+                                        : std::pair{place.first, (place.second + 2) % 4};
+                    std::sort(other.places.begin(), other.places.end(), [](const auto& a, const auto& b) {
+                        return std::pair{a.second, a.first} < std::pair{b.second, b.first};
+                    });
+                    if (std::adjacent_find(other.places.begin(), other.places.end()) != other.places.end())
+                        continue;
+                }
+                const auto second = fromTriplets(backend, type, other, 0);
+                expect(!array->isEqual(second.get()) && !second->isEqual(array.get()),
+                       "isEqual of " + describe(*array) + "s whose non-zeros lie elsewhere is true");
+            }
     });
 }
 
@@ -112,37 +250,105 @@ Buffer<T[]> countedBuffer(const std::vector<T>& values) {
         std::free(memory);
     });
 }
+template <class T>
+Buffer<T[]> countedValues() {
+    T* memory = static_cast<T*>(std::malloc(2 * sizeof(T)));
+    memory[0] = memory[1] = T(1);
+    return Buffer<T[]>(memory, [](void* block) {
+        ++freed;
+        std::free(block);
+    });
+}
 
-/// The three buffers of each creator belong to the back-end.
-void buffersFreed(Backend& backend) {
-    for (const bool columns : {false, true}) {
-        if (columns && !backend.offers("compressed-columns")) continue;
-        freed = 0;
-        const auto create = columns ? &ArrayFactoryImpl::createVexaSparseDoubleImpl
-                                    : &ArrayFactoryImpl::createSparseDoubleImpl;
-        adopt((backend.factory().*
-               create)({2, 2}, 2, countedBuffer<double>({1, 2}), countedBuffer<std::size_t>({0, 1}),
-                       countedBuffer<std::size_t>(columns ? std::vector<std::size_t>{0, 1, 2}
-                                                          : std::vector<std::size_t>{0, 1})),
-              "the creator of sparse arrays");
-        expectEqual(
-            std::string("the number of buffers freed, of the three that a sparse array was made from") +
-                (columns ? " in compressed columns" : ""),
-            freed, 3);
+/// The three buffers of each creator belong to the back-end, also when it refuses.
+template <class T>
+void expectBuffersFreed(const Backend& backend, ArrayType type,
+                        ArrayImpl* (ArrayFactoryImpl::*triplets)(Dimensions, std::size_t, Buffer<T[]>,
+                                                                 Buffer<std::size_t[]>,
+                                                                 Buffer<std::size_t[]>),
+                        ArrayImpl* (ArrayFactoryImpl::*columns)(Dimensions, std::size_t, Buffer<T[]>,
+                                                                Buffer<std::size_t[]>,
+                                                                Buffer<std::size_t[]>)) {
+    if (!backend.offers(nameOf(type))) return;
+    for (const bool compressed : {false, true}) {
+        if (compressed && !backend.offers("compressed-columns")) continue;
+        for (const std::size_t row : {1U, 7U}) { // the second is out of range
+            freed = 0;
+            try {
+                auto array =
+                    adopt((backend.factory().*(compressed ? columns : triplets))(
+                              {2, 2}, 2, countedValues<T>(), countedBuffer<std::size_t>({0, row}),
+                              countedBuffer<std::size_t>(compressed ? std::vector<std::size_t>{0, 1, 2}
+                                                                    : std::vector<std::size_t>{0, 1})),
+                          "the creator of sparse arrays");
+                auto copy = adopt(array->sharedCopy(), "sharedCopy");
+                array.reset();
+            } catch (const Failure&) {
+                throw;
+            } catch (...) {
+                expect(row == 7, "the creator of sparse arrays throws " + describeException());
+            }
+            expectEqual("the number of buffers freed, of the three that a " + std::string(nameOf(type)) +
+                            " array " + (row == 7 ? "with a row out of range" : "") + " was made from" +
+                            (compressed ? " in compressed columns" : ""),
+                        freed, 3);
+        }
     }
+}
+
+void buffersFreed(Backend& backend) {
+    eachType(backend, [](ArrayType) {});
+    using F = ArrayFactoryImpl;
+    expectBuffersFreed<bool>(backend, sparseTypes[0], &F::createSparseLogicalImpl,
+                             &F::createVexaSparseLogicalImpl);
+    expectBuffersFreed<double>(backend, sparseTypes[1], &F::createSparseDoubleImpl,
+                               &F::createVexaSparseDoubleImpl);
+    expectBuffersFreed<std::complex<double>>(backend, sparseTypes[2], &F::createSparseComplexDoubleImpl,
+                                             &F::createVexaSparseComplexDoubleImpl);
+}
+
+/// Complex values keep both parts; values of either sign and size.
+void complexValues(Backend& backend) {
+    const std::vector<std::complex<double>> values{{1, 2}, {0, 3}, {-1e300, 5e-300}, {4, -0.5}};
+    const auto made = adopt(backend.factory().createSparseComplexDoubleImpl(
+                                {3, 4}, 4, bufferOf(values), bufferOf<std::size_t>({0, 1, 2, 0}),
+                                bufferOf<std::size_t>({0, 1, 2, 3})),
+                            "createSparseComplexDoubleImpl");
+    const auto other =
+        adopt(backend.factory().createSparseComplexDoubleImpl(
+                  {3, 4}, 4, bufferOf<std::complex<double>>({{1, 2}, {0, 3}, {-1e300, 6e-300}, {4, -0.5}}),
+                  bufferOf<std::size_t>({0, 1, 2, 0}), bufferOf<std::size_t>({0, 1, 2, 3})),
+              "createSparseComplexDoubleImpl");
+    Contents wanted;
+    const Places places{{0, 0}, {1, 1}, {2, 2}, {0, 3}};
+    for (std::size_t k = 0; k < 4; ++k)
+        wanted.push_back(show(places[k]) + "=" + show(values[k]));
+    expectContents("the non-zeros of a sparse-complex-double array", *made, wanted);
+    expect(!made->isEqual(other.get()),
+           "isEqual of sparse-complex-double arrays that differ in an imaginary part is true");
 }
 
 } // namespace
 
 void addSparseChecks(Checks& checks) {
     Family sparse(checks, "sparse");
-    sparse.add("triplets in any order", {}, triplets);
-    sparse.add("compressed columns", {"compressed-columns"}, compressed);
-    sparse.add("rows and columns", {}, extents);
-    sparse.add("column starts", {}, columnStarts);
-    sparse.add("row indices", {}, rowIndices);
-    sparse.add("no non-zeros", {}, withoutNonZeros);
-    sparse.add("buffers are freed once", {"sparse-double"}, buffersFreed);
+    const std::string rowsAndColumns = "getRows and getCols are the extents (orders 25, 26)";
+    const std::string from = "sparse matrices from triplets in any order (factory, 2 to 4; orders 27, 28)";
+    sparse.add("triplets in any order", from, {}, triplets);
+    sparse.add("compressed columns", "sparse matrices in compressed columns (factory, 5 to 7)",
+               {"compressed-columns"}, compressed);
+    sparse.add("rows and columns", rowsAndColumns, {}, extents);
+    sparse.add("column starts", "getJc is the column starts, one more than columns (order 23)", {},
+               columnStarts);
+    sparse.add("row indices", "getIr is the row indices of the non-zeros (order 24)", {}, rowIndices);
+    sparse.add("indices are lent together", "valid until the array is changed (orders 23, 24)", {},
+               lendsIndices);
+    sparse.add("places tell arrays apart", "isEqual is element-wise equality (order 35)", {},
+               placesTellApart);
+    sparse.add("complex values", from, {"sparse-complex-double"}, complexValues);
+    sparse.add("buffers are freed once",
+               "buffers passed by value are the back-end's, also when it throws (factory, 2 to 7)", {},
+               buffersFreed);
 }
 
 } // namespace vexa::check

@@ -1,18 +1,16 @@
 // Struct arrays.
 
 #include "Check.hpp"
+#include "Ranges.hpp"
 #include "Samples.hpp"
 
-#include <vexa/data/detail/ForwardIteratorImpl.hpp>
 #include <vexa/data/impl/IdentifierImpl.hpp>
 
 namespace vexa::check {
 
 namespace {
 
-using data::detail::ForwardIteratorImpl;
 using data::impl::VexaIdentifierImpl;
-using Contents = std::vector<std::string>;
 
 const Contents fields{"velocity", "a", "name"};
 
@@ -21,45 +19,46 @@ Owned<ArrayImpl> records(const Backend& backend, const Dimensions& dimensions,
     return adopt(backend.factory().createStructArrayImpl(dimensions, names), "createStructArrayImpl");
 }
 
-std::string nameAt(const ForwardIteratorImpl& iterator) {
-    const auto object = adopt(iterator.get(), "get of a field name iterator");
-    const auto* name = dynamic_cast<const VexaIdentifierImpl*>(object.get());
+std::string nameOfField(data::detail::RefCounted& object) {
+    const auto* name = dynamic_cast<const VexaIdentifierImpl*>(&object);
     expect(name != nullptr, "get of a field name iterator returns no VexaIdentifierImpl");
     return name->name();
 }
 
-void fieldNames(Backend& backend) {
-    const auto array = records(backend, {1, 2});
-    StructArrayImpl& structs = asStructs(*array);
-    expectEqual("getNumFields", structs.getNumFields(), 3);
-    const auto here = adopt(structs.fieldNamesBegin(), "fieldNamesBegin");
-    const auto end = adopt(structs.fieldNamesEnd(), "fieldNamesEnd");
-    expectOneReference("a new field name iterator", *here);
-    Contents found;
-    for (; !here->equal(end.get()) && found.size() < 10; here->increment())
-        found.push_back(nameAt(*here));
-    expectEqual("the field names", found, fields);
+/// Names that look alike, and many.
+std::vector<Contents> fieldLists() {
+    Contents many;
+    for (int k = 0; k < 300; ++k)
+        many.push_back("aVeryLongFieldName" + std::to_string(k * 7 % 300) + "OfManyThatAreAlike");
+    return {fields, {"x"}, {"b", "a", "B", "aa", "ab", "a1", "a_"}, many, {}};
 }
 
-void fieldNameIterators(Backend& backend) {
-    const auto array = records(backend, {1, 1});
-    const auto here = adopt(asStructs(*array).fieldNamesBegin(), "fieldNamesBegin");
-    const auto clone = adopt(here->clone(), "clone of a field name iterator");
-    expectOneReference("a cloned field name iterator", *clone);
-    expect(clone->equal(here.get()), "a clone of a field name iterator stands elsewhere");
-    clone->increment();
-    expect(!clone->equal(here.get()), "field name iterators at positions 0 and 1 are equal");
-    expectEqual("the name at a field name iterator after its clone moved", nameAt(*here), fields[0]);
+void fieldNames(Backend& backend) {
+    for (const Contents& names : fieldLists())
+        for (const bool copied : {false, true}) {
+            auto array = records(backend, {1, 2}, names);
+            if (copied) array = adopt(array->sharedCopy(), "sharedCopy");
+            StructArrayImpl& structs = asStructs(*array);
+            expectEqual("getNumFields", structs.getNumFields(), names.size());
+            if (names.size() < 10 || !copied)
+                expectSequence({"the field names", [&] { return structs.fieldNamesBegin(); },
+                                [&] { return structs.fieldNamesEnd(); }, &nameOfField},
+                               names.size() > 20 ? Contents(names) : names);
+            expectOneReference("a struct array after walks over its field names", *array);
+        }
 }
 
 void withoutFields(Backend& backend) {
     const auto array = records(backend, {2, 2}, {});
     StructArrayImpl& structs = asStructs(*array);
     expectEqual("getNumFields of a struct array without fields", structs.getNumFields(), 0);
-    expect(adopt(structs.fieldNamesBegin(), "fieldNamesBegin")
-               ->equal(adopt(structs.fieldNamesEnd(), "fieldNamesEnd").get()),
-           "the field names of a struct array without fields begin before their end");
     structs.setFieldValues(0, {});
+    const Iterator begin(structs.createFieldValuesIterator(1, false));
+    const Iterator end(structs.createFieldValuesIterator(1, true));
+    expect(begin != nullptr && end != nullptr && begin->isEqual(*end),
+           "the field values of a struct array without fields begin before their end");
+    const auto copy = adopt(array->sharedCopy(), "sharedCopy");
+    expect(array->isEqual(copy.get()), "isEqual of struct arrays without fields is false");
 }
 
 std::string shownField(const StructArrayImpl& array, std::size_t index, const std::string& name) {
@@ -67,64 +66,141 @@ std::string shownField(const StructArrayImpl& array, std::size_t index, const st
         adopt(array.getField(index, name), "getField(" + show(index) + ", " + show(name) + ")");
     return value->isEmpty() ? "empty" : show(scalarValue(*value));
 }
-void expectFields(const std::string& when, StructArrayImpl& array, const Contents& wanted) {
+void expectFields(const std::string& when, StructArrayImpl& array, const Contents& wanted,
+                  const Contents& names = fields) {
     Contents found;
     for (std::size_t k = 0; k < array.getNumberOfElements(); ++k)
-        for (const std::string& name : fields)
+        for (const std::string& name : names)
             found.push_back(shownField(array, k, name));
-    expectEqual("the values of " + show(fields) + " of one record after another " + when, found, wanted);
+    expectEqual("the values of " + show(names) + " of one record after another " + when, found, wanted);
 }
 
 void fieldsStartEmpty(Backend& backend) {
-    const auto array = records(backend, {1, 2});
-    expectFields("of a new struct array", asStructs(*array), Contents(6, "empty"));
+    for (const Dimensions& dimensions : {Dimensions{1, 1}, {1, 2}, {3, 20}}) {
+        const auto array = records(backend, dimensions);
+        expectFields("of a new struct array", asStructs(*array),
+                     Contents(3 * array->getNumberOfElements(), "empty"));
+    }
 }
 
+/// Each field of each of many records, under every list of names, read by name.
 void storesFields(Backend& backend) {
-    const auto array = records(backend, {1, 2});
-    assign(*array, 1, "a", *scalar(backend, 1));
-    assign(*array, 0, "name", *scalar(backend, 2));
-    expectFields("after assignElementArray", asStructs(*array),
-                 {"empty", "empty", "2", "empty", "1", "empty"});
+    for (const Contents& names : fieldLists()) {
+        if (names.empty()) continue;
+        const auto array = records(backend, {1, 3}, names);
+        Contents wanted(3 * names.size());
+        for (std::size_t k = wanted.size(); k-- > 0;) {
+            assign(*array, k / names.size(), names[k % names.size()],
+                   *scalar(backend, static_cast<double>(k)));
+            wanted[k] = show(static_cast<double>(k));
+        }
+        expectFields("after assignElementArray", asStructs(*array), wanted, names);
+        if (names.size() < 2) continue;
+        assign(*array, 1, names.back(), *scalar(backend, 7000));
+        wanted[2 * names.size() - 1] = "7000";
+        expectFields("after one was replaced", asStructs(*array), wanted, names);
+    }
 }
 
 void storesRecords(Backend& backend) {
-    const auto array = records(backend, {1, 2});
-    std::vector<fv::Array> values;
-    for (const double value : {1.0, 2.0, 3.0})
-        values.emplace_back(scalar(backend, value).release());
-    array->unshare();
-    asStructs(*array).setFieldValues(1, values);
-    expectFields("after setFieldValues(1)", asStructs(*array), {"empty", "empty", "empty", "1", "2", "3"});
+    for (const Dimensions& dimensions : {Dimensions{1, 2}, {2, 3}, {1, 300}}) {
+        const auto array = records(backend, dimensions);
+        const std::size_t count = array->getNumberOfElements();
+        Contents wanted(3 * count, "empty");
+        for (const std::size_t k : somePositions(count)) {
+            std::vector<fv::Array> values;
+            for (std::size_t field = 0; field < 3; ++field) {
+                const auto value = static_cast<double>(10 * k + field);
+                values.emplace_back(scalar(backend, value).release());
+                wanted[3 * k + field] = show(value);
+            }
+            array->unshare();
+            asStructs(*array).setFieldValues(k, values);
+            for (const fv::Array& value : values)
+                expect(value.getNumberOfElements() == 1, "setFieldValues takes the caller's values away");
+        }
+        expectFields("after setFieldValues", asStructs(*array), wanted);
+    }
 }
 
 void unknownFields(Backend& backend) {
     const auto array = records(backend, {1, 1});
-    expectThrows("getField of a field that is not there",
-                 [&] { Owned<ArrayImpl>(asStructs(*array).getField(0, "nowhere")); });
-    expectThrows("assignElementArray to a field that is not there",
-                 [&] { assign(*array, 0, "nowhere", *scalar(backend, 1)); });
+    for (const char* name : {"nowhere", "", "A", "nam", "names", "velocitz"}) {
+        const std::string field = " of a field that is not there, " + show(std::string(name)) + ",";
+        expectThrows("getField" + field, [&] { Owned<ArrayImpl>(asStructs(*array).getField(0, name)); });
+        expectThrows("assignElementArray" + field, [&] { assign(*array, 0, name, *scalar(backend, 1)); });
+    }
+    expectFields("after unknown names", asStructs(*array), Contents(3, "empty"));
 }
 
-/// In the order of the fields.
+Owned<ArrayImpl> numbered(const Backend& backend, const Dimensions& dimensions) {
+    auto array = records(backend, dimensions);
+    for (std::size_t k = 0; k < 3 * array->getNumberOfElements(); ++k)
+        assign(*array, k / 3, fields[k % 3], *scalar(backend, static_cast<double>(k)));
+    return array;
+}
+
+Iterator fieldValues(StructArrayImpl& structs, std::size_t record, bool atEnd) {
+    Iterator made(structs.createFieldValuesIterator(record, atEnd));
+    expect(made != nullptr, "createFieldValuesIterator returns null");
+    return made;
+}
+
+/// In the order of the fields, of each record, with several chains at once.
 void valueIterators(Backend& backend) {
-    const auto array = records(backend, {1, 2});
-    for (std::size_t k = 0; k < 3; ++k)
-        assign(*array, 1, fields[k], *scalar(backend, static_cast<double>(k)));
+    const auto array = numbered(backend, {1, 3});
     StructArrayImpl& structs = asStructs(*array);
-    const Iterator here(structs.createFieldValuesIterator(1, false));
-    const Iterator end(structs.createFieldValuesIterator(1, true));
-    expect(here != nullptr && end != nullptr, "createFieldValuesIterator returns null");
-    expectEqual("distanceTo from the first field value to the end", here->distanceTo(*end), 3);
-    for (std::size_t k = 0; k < 3; ++k, here->increment()) {
-        expect(!here->isEqual(*end), "the field values end before field " + show(k));
-        const auto chain = adopt(here->createReference(), "createReference of a field value iterator");
-        ArrayImpl* value = chain->getElementArray(false);
-        expect(value != nullptr, "the chain to a field value has no array");
-        expectEqual("field value " + show(k), value->isEmpty() ? "empty" : show(scalarValue(*value)),
-                    show(k));
+    for (std::size_t record = 0; record < 3; ++record) {
+        std::vector<Owned<ReferenceImpl>> chains;
+        const Iterator here = fieldValues(structs, record, false);
+        for (std::size_t k = 0; k < 3; ++k, here->increment())
+            chains.push_back(adopt(here->createReference(), "createReference of a field value iterator"));
+        for (std::size_t k = 0; k < 3; ++k) {
+            ArrayImpl* value = chains[k]->getElementArray(false);
+            expect(value != nullptr, "the chain to a field value has no array");
+            expectEqual("field value " + show(k) + " of record " + show(record), shownArray(*value),
+                        "1x1 double [" + show(3 * record + k) + "]");
+            expectOneReference("a chain to a field value", *chains[k]);
+        }
+        expectEqual("the address of a field value", here->getElementAddress() == nullptr, true);
     }
-    expect(here->isEqual(*end), "the field values go on after the last field");
+    expectOneReference("a struct array after walks over its values", *array);
+}
+
+/// A check of all iterators, over field values.
+std::function<void(Backend&)> overValues(void (*expectation)(const Range&)) {
+    return [=](Backend& backend) {
+        const auto array = numbered(backend, {1, 3});
+        StructArrayImpl& structs = asStructs(*array);
+        for (std::size_t record = 0; record < 3; ++record)
+            expectation({"record " + show(record) + " (its field values)",
+                         [&, record] { return fieldValues(structs, record, false); },
+                         [&, record] { return fieldValues(structs, record, true); }, 3});
+        expectOneReference("a struct array after iterators over its values", *array);
+    };
+}
+
+void valueIteratorsKeepChains(Backend& backend) {
+    const auto array = numbered(backend, {1, 2});
+    const Owned<ReferenceImpl> chain(new data::detail::ArrayReferenceImpl(array.get()));
+    expectToKeepChains({"record (its field values)", [&] { return fieldValues(asStructs(*array), 1, false); },
+                        [&] { return fieldValues(asStructs(*array), 1, true); }, 3},
+                       *chain);
+}
+
+/// Writes through the chain that a field value iterator gives.
+void valueIteratorsWrite(Backend& backend) {
+    const auto array = numbered(backend, {1, 2});
+    const auto copy = adopt(array->sharedCopy(), "sharedCopy");
+    const Iterator here = fieldValues(asStructs(*array), 1, false);
+    here->advance(2);
+    const auto chain = adopt(here->createReference(), "createReference of a field value iterator");
+    ArrayImpl* value = chain->getElementArray(true);
+    expect(value != nullptr, "the chain to a field value has no array");
+    write(asNumbers<double>(*value), 0, 50.0);
+    expectFields("after a write through a field value iterator", asStructs(*array),
+                 {"0", "1", "2", "3", "4", "50"});
+    expectFields("of a copy after that write", asStructs(*copy), {"0", "1", "2", "3", "4", "5"});
 }
 
 void writesSpareOtherOwners(Backend& backend) {
@@ -135,29 +211,52 @@ void writesSpareOtherOwners(Backend& backend) {
         const auto copy = adopt(array->sharedCopy(), "sharedCopy");
         const auto chain = adopt(array->createElementReference(0, "a", forWrite), "createElementReference");
         chain->prepareForWrite();
-        write(as<TypedArrayImpl<double>>(*chain->getArrayImpl(), "TypedArrayImpl<double>"), 0, 2.0);
+        write(asNumbers<double>(*chain->getArrayImpl()), 0, 2.0);
         const std::string after = " after a write through a chain made with forWrite " + show(forWrite);
         expectEqual("the array that the field was set to," + after, scalarValue(*held), 1.0);
         expectEqual("the field of a copy" + after, shownField(asStructs(*copy), 0, "a"), "1");
         expectEqual("the field" + after, shownField(asStructs(*array), 0, "a"), "2");
+        const auto taken = adopt(asStructs(*array).getField(0, "a"), "getField");
+        chain->prepareForWrite();
+        write(asNumbers<double>(*chain->getArrayImpl()), 0, 3.0);
+        expectEqual("an array that getField gave" + after, scalarValue(*taken), 2.0);
     }
 }
 
 void balance(Backend& backend) {
     const auto held = scalar(backend, 1);
-    auto array = records(backend, {1, 1});
-    assign(*array, 0, "a", *held);
-    const bool sameObject = adopt(asStructs(*array).getField(0, "a"), "getField").get() == held.get();
+    auto array = records(backend, {1, 2});
+    assign(*array, 1, "a", *held);
+    const bool sameObject = adopt(asStructs(*array).getField(1, "a"), "getField").get() == held.get();
     expectEqual("the reference count of an array in a field", held->referenceCount(), sameObject ? 2 : 1);
     {
-        const auto field = adopt(asStructs(*array).getField(0, "a"), "getField");
+        const auto field = adopt(asStructs(*array).getField(1, "a"), "getField");
         expectEqual("the reference count of an array that getField returned", field->referenceCount(),
                     sameObject ? 3 : field->referenceCount());
         std::vector<fv::Array> values(3, fv::Array(share(*held).release()));
-        asStructs(*array).setFieldValues(0, std::move(values));
+        asStructs(*array).setFieldValues(1, std::move(values));
     }
+    assign(*array, 1, "a", *scalar(backend, 2));
+    expectFields("after one value was stored thrice and replaced once", asStructs(*array),
+                 {"empty", "empty", "empty", "1", "2", "1"});
+    auto copy = adopt(array->sharedCopy(), "sharedCopy");
     array.reset();
-    expectOneReference("an array after its struct array has gone", *held);
+    expectFields("of a copy whose original is gone", asStructs(*copy),
+                 {"empty", "empty", "empty", "1", "2", "1"});
+    copy.reset();
+    expectOneReference("an array after its struct arrays have gone", *held);
+}
+
+/// Structs whose fields are called differently are different.
+void namesTellApart(Backend& backend) {
+    const auto array = records(backend, {1, 2}, {"a", "b"});
+    for (const Contents& other : {Contents{"a", "c"}, {"c", "b"}, {"a"}, {"a", "b", "c"}, {"a", "B"}, {}}) {
+        const auto second = records(backend, {1, 2}, other);
+        expect(!array->isEqual(second.get()) && !second->isEqual(array.get()),
+               "isEqual of struct arrays with the fields a, b and " + show(other) + " is true");
+    }
+    expect(array->isEqual(records(backend, {1, 2}, {"a", "b"}).get()),
+           "isEqual of struct arrays with equal fields is false");
 }
 
 } // namespace
@@ -165,16 +264,37 @@ void balance(Backend& backend) {
 void addStructChecks(Checks& checks) {
     Family structs(checks, "structs");
     const std::vector<std::string> needs{"struct", "double"};
-    structs.add("field names in the order given", {"struct"}, fieldNames);
-    structs.add("field name iterators", {"struct"}, fieldNameIterators);
-    structs.add("no fields", {"struct"}, withoutFields);
-    structs.add("new fields are empty", {"struct"}, fieldsStartEmpty);
-    structs.add("a field is stored in its record", needs, storesFields);
-    structs.add("a record is replaced in field order", needs, storesRecords);
-    structs.add("unknown fields are reported", needs, unknownFields);
-    structs.add("field values in field order", needs, valueIterators);
-    structs.add("writes inside spare other owners", needs, writesSpareOtherOwners);
-    structs.add("what is held is retained and released", needs, balance);
+    const std::string names =
+        "fieldNamesBegin and fieldNamesEnd give VexaIdentifierImpl objects (orders 41 to 43)";
+    const std::string values =
+        "createFieldValuesIterator walks the field values of a record in field order (order 45)";
+    const std::string stored = "assignElementArray stores into a field, getField gives it (orders 17, 47)";
+    structs.add("field names in the order given", names, {"struct"}, fieldNames);
+    structs.add("no fields", names, {"struct"}, withoutFields);
+    structs.add("new fields are empty", "a new struct array holds empty arrays (factory, 10)", {"struct"},
+                fieldsStartEmpty);
+    structs.add("a field is stored in its record", stored, needs, storesFields);
+    structs.add("a record is replaced in field order",
+                "setFieldValues replaces all field values of an element, in field order (order 48)", needs,
+                storesRecords);
+    structs.add("unknown fields are reported", "an unknown name is the back-end's to report (order 47)",
+                needs, unknownFields);
+    structs.add("field values in field order", values, needs, valueIterators);
+    structs.add("field values from begin to end", values, needs, overValues(&expectToPassAll));
+    structs.add("field values: distances", values, needs, overValues(&expectDistances));
+    structs.add("field values: advance and decrement", values, needs, overValues(&expectMoves));
+    structs.add("field values: equal only at one position", values, needs, overValues(&expectEqualOnlyThere));
+    structs.add("field values: clones", values, needs, overValues(&expectIndependentClones));
+    structs.add("field values: saved chains", "a saved chain is kept as long as its iterator (iterators, 11)",
+                needs, valueIteratorsKeepChains);
+    structs.add("field values: writes", values, needs, valueIteratorsWrite);
+    structs.add("writes inside spare other owners",
+                "a chain makes the array held exclusively owned before its write (order 12)", needs,
+                writesSpareOtherOwners);
+    structs.add("what is held is retained and released",
+                "getField gives one reference for the caller (order 47)", needs, balance);
+    structs.add("names of fields tell arrays apart", "isEqual is element-wise equality (order 35)", needs,
+                namesTellApart);
 }
 
 } // namespace vexa::check

@@ -30,9 +30,10 @@ what holds, what fails and why, what the back-end does not offer.)";
 
 constexpr const char* notes =
     R"(A back-end registers its factory while its library is loaded. What it does not
-offer, its factory refuses: the creator throws or returns null. Checks that need
+offer, its factory refuses: the creator throws. Checks that need
 such a capability are left out and counted as not offered, which is no pass;
---require turns them into failures.
+--require turns them into failures. What cannot be seen here is not checked: races,
+unless the command and the back-end were built with -fsanitize=thread.
 
 Each check runs in a process of its own, which loads the library anew: a crash
 or an endless loop fails that check and no other. What the back-end prints is
@@ -109,6 +110,10 @@ CommandLine parseCommandLine(CLI::App& app, const Checks& checks, int argc, char
         ->check(CLI::IsMember(familiesOf(checks)).description(""))
         ->allow_extra_args(false)
         ->type_name("NAME");
+    app.add_option("--check", options.checks,
+                   "Run only the checks whose \"family: name\" contains this; may be repeated")
+        ->allow_extra_args(false)
+        ->type_name("TEXT");
     app.add_option("--require", options.required,
                    "A capability that must be offered, or all; may be repeated")
         ->check(CLI::IsMember(capabilitiesOf(checks)).description(""))
@@ -119,7 +124,10 @@ CommandLine parseCommandLine(CLI::App& app, const Checks& checks, int argc, char
         ->check(CLI::Range(1L, 86400L).description(""))
         ->type_name("SECONDS")
         ->default_str("");
-    app.add_flag("--list", commandLine.list, "Print the checks and the capabilities they need, and exit");
+    app.add_flag("--first", options.first, "Stop at the first check that fails");
+    app.add_flag(
+        "--list", commandLine.list,
+        "Print the checks, the capabilities they need and what of the contract they are about, and exit");
     CLI::Option* quiet =
         app.add_flag("-q,--quiet", commandLine.quiet, "Print only what fails, and the totals");
     app.add_flag("-v,--verbose", options.verbose, "Let the back-end print what it likes")->excludes(quiet);
@@ -139,7 +147,7 @@ std::string listOf(const Checks& checks) {
         if (!check.provides.empty()) line += "; capability " + check.provides;
         for (const std::string& need : check.needs)
             line.append(&need == &check.needs.front() ? "; needs " : ", ").append(need);
-        text += line + '\n';
+        text += line + "\n    " + check.sentence + '\n';
     }
     return text;
 }

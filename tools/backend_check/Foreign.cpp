@@ -1,0 +1,159 @@
+#include "Foreign.hpp"
+
+#include "Samples.hpp"
+
+#include <foundation/vexadata/Enumeration.hpp>
+#include <foundation/vexadata/StructElement.hpp>
+#include <vexa/data/detail/ForwardIteratorImpl.hpp>
+
+namespace vexa::check {
+
+namespace {
+
+/// What all kinds of array have.
+template <class Interface>
+class Foreign : public Interface {
+public:
+    explicit Foreign(Owned<ArrayImpl> inner) : inner_(std::move(inner)) {}
+
+    ArrayImpl* sharedCopy() const override {
+        return foreign(Owned<ArrayImpl>(inner_->sharedCopy())).release();
+    }
+    IteratorImpl* beginIterator(void* unused, bool writable) override {
+        return inner_->beginIterator(unused, writable);
+    }
+    IteratorImpl* endIterator(void* unused, bool writable) override {
+        return inner_->endIterator(unused, writable);
+    }
+    ArrayType getType() const override { return inner_->getType(); }
+    data::MemoryLayout getMemoryLayout() const override { return inner_->getMemoryLayout(); }
+    ReferenceImpl* createElementReference(std::size_t index, const std::string& fieldName,
+                                          bool forWrite) override {
+        return inner_->createElementReference(index, fieldName, forWrite);
+    }
+    const Dimensions& getDimensions() const override { return inner_->getDimensions(); }
+    std::size_t getNumberOfElements() const override { return inner_->getNumberOfElements(); }
+    void assignElementArray(std::size_t index, const std::string& fieldName, ArrayImpl* array) override {
+        inner_->assignElementArray(index, fieldName, array);
+    }
+    std::string castToString(std::size_t index, const std::string& fieldName) const override {
+        return inner_->castToString(index, fieldName);
+    }
+    void getStringElement(std::size_t index, const char16_t*& text, std::size_t& length) const override {
+        inner_->getStringElement(index, text, length);
+    }
+    const std::size_t* getJc() const override { return inner_->getJc(); }
+    const std::size_t* getIr() const override { return inner_->getIr(); }
+    std::size_t getRows() const override { return inner_->getRows(); }
+    std::size_t getCols() const override { return inner_->getCols(); }
+    std::size_t getNumberOfNonZeroElements() const override { return inner_->getNumberOfNonZeroElements(); }
+    std::pair<std::size_t, std::size_t> getIndex(std::size_t k) const override { return inner_->getIndex(k); }
+    bool isEmpty() const override { return inner_->isEmpty(); }
+    std::uint64_t getArrayID() const override { return inner_->getArrayID(); }
+    void unshare() override { inner_->unshare(); }
+    bool isEqual(const ArrayImpl* other) const override { return inner_->isEqual(other); }
+
+protected:
+    ArrayImpl& inner() const noexcept { return *inner_; }
+
+private:
+    Owned<ArrayImpl> inner_;
+};
+
+template <class T, class Interface = TypedArrayImpl<T>>
+class ForeignTyped : public Foreign<Interface> {
+public:
+    using Foreign<Interface>::Foreign;
+    T* getElementAddress(std::size_t index, const std::string& fieldName, bool forWrite) override {
+        return typed().getElementAddress(index, fieldName, forWrite);
+    }
+    const T* getTypedDataPtr() const override { return typed().getTypedDataPtr(); }
+
+protected:
+    Interface& typed() const { return dynamic_cast<Interface&>(this->inner()); }
+};
+
+template <class T, class Interface = TypedArrayImpl<T>>
+class ForeignElements final : public ForeignTyped<T, Interface> {
+public:
+    using ForeignTyped<T, Interface>::ForeignTyped;
+    void setElementValue(std::size_t index, const std::string& fieldName, T value) override {
+        this->typed().setElementValue(index, fieldName, std::move(value));
+    }
+};
+
+class ForeignStrings final : public ForeignTyped<fv::String, StringArrayImpl> {
+public:
+    using ForeignTyped::ForeignTyped;
+    void setStringElement(std::size_t index, const std::string& fieldName, fv::String value) override {
+        typed().setStringElement(index, fieldName, std::move(value));
+    }
+};
+
+class ForeignEnums final : public ForeignTyped<fv::Enumeration, EnumArrayImpl> {
+public:
+    using ForeignTyped::ForeignTyped;
+    void setElementValue(std::size_t index, const std::string& fieldName, fv::Enumeration value) override {
+        typed().setElementValue(index, fieldName, std::move(value));
+    }
+    const char* getClassName() const override { return typed().getClassName(); }
+    const char* getEnumNameAt(std::size_t index) const override { return typed().getEnumNameAt(index); }
+};
+
+class ForeignStructs final : public ForeignTyped<fv::StructElement, StructArrayImpl> {
+public:
+    using ForeignTyped::ForeignTyped;
+    void setElementValue(std::size_t index, const std::string& fieldName, fv::StructElement value) override {
+        typed().setElementValue(index, fieldName, std::move(value));
+    }
+    data::detail::ForwardIteratorImpl* fieldNamesBegin() override { return typed().fieldNamesBegin(); }
+    data::detail::ForwardIteratorImpl* fieldNamesEnd() override { return typed().fieldNamesEnd(); }
+    std::size_t getNumFields() const override { return typed().getNumFields(); }
+    IteratorImpl* createFieldValuesIterator(std::size_t index, bool atEnd) override {
+        return typed().createFieldValuesIterator(index, atEnd);
+    }
+    ArrayImpl* getField(std::size_t index, const std::string& fieldName) const override {
+        return typed().getField(index, fieldName);
+    }
+    void setFieldValues(std::size_t index, std::vector<fv::Array> values) override {
+        typed().setFieldValues(index, std::move(values));
+    }
+};
+
+class ForeignSparse final : public Foreign<ArrayImpl> {
+public:
+    using Foreign::Foreign;
+};
+
+} // namespace
+
+Owned<ArrayImpl> foreign(Owned<ArrayImpl> array) {
+    const auto as = [&](auto make) { return Owned<ArrayImpl>(make(std::move(array))); };
+    switch (array->getType()) {
+#define VEXADATA_ELEMENT(T)                                                                                  \
+    case fv::detail::arrayTypeOf<T>:                                                                         \
+        return as([](auto inner) { return new ForeignElements<T>(std::move(inner)); });
+#include <foundation/vexadata/PrimitiveTypes.inc>
+    case ArrayType::CELL:
+        return as([](auto inner) { return new ForeignElements<fv::Array>(std::move(inner)); });
+    case ArrayType::STRING:
+        return as([](auto inner) { return new ForeignStrings(std::move(inner)); });
+    case ArrayType::ENUM:
+        return as([](auto inner) { return new ForeignEnums(std::move(inner)); });
+    case ArrayType::STRUCT:
+        return as([](auto inner) { return new ForeignStructs(std::move(inner)); });
+    case ArrayType::SPARSE_LOGICAL:
+    case ArrayType::SPARSE_DOUBLE:
+    case ArrayType::SPARSE_COMPLEX_DOUBLE:
+        return as([](auto inner) { return new ForeignSparse(std::move(inner)); });
+    default:
+        return array;
+    }
+}
+
+Owned<ArrayImpl> emptyArray() {
+    const fv::Array handle;
+    return share(*fv::detail::Access::impl(handle));
+}
+
+} // namespace vexa::check

@@ -1,0 +1,267 @@
+// Arrays in arrays in arrays: writes inside, at any depth, and what they must spare.
+
+#include "Check.hpp"
+#include "FailingAllocations.hpp"
+#include "Samples.hpp"
+
+#include <vexa/data/detail/ForwardIteratorImpl.hpp>
+
+namespace vexa::check {
+
+namespace {
+
+/// One thing that holds an array.
+struct Level {
+    std::string name;
+    std::vector<std::string> needs;
+    /// A new array that holds `content`. What else owns the content then goes to `spared`.
+    Owned<ArrayImpl> (*hold)(const Backend&, ArrayImpl& content, std::vector<Owned<ObjectImpl>>& spared);
+    /// The array held, borrowed; for writing it is the holder's alone.
+    ArrayImpl* (*inside)(ArrayImpl& holder, bool forWrite);
+    /// Stores `content` into a holder of this level.
+    void (*put)(ArrayImpl& holder, ArrayImpl& content);
+};
+
+ArrayImpl* throughChain(Owned<ReferenceImpl> chain, bool forWrite) {
+    if (forWrite) chain->prepareForWrite();
+    return chain->getArrayImpl();
+}
+
+Owned<data::impl::PropertyImpl> secondProperty(ArrayImpl& objects) {
+    const auto here = adopt(asObjects(objects).beginElementProperties(1), "beginElementProperties");
+    here->increment();
+    auto object = adopt(here->get(), "get of a property iterator");
+    return Owned<data::impl::PropertyImpl>(&dynamic_cast<data::impl::PropertyImpl&>(*object.release()));
+}
+
+Owned<ArrayImpl> newObjects(const Backend& backend) {
+    const auto description = pointClass(backend);
+    return adopt(backend.factory().createValueObjectArrayImpl({1, 2}, description.get()),
+                 "createValueObjectArrayImpl");
+}
+
+const std::vector<std::string> objectNeeds{"object-array", "value-object", "class", "double"};
+
+const std::vector<Level> levels{
+    {"a cell",
+     {"cell", "double"},
+     [](const Backend& backend, ArrayImpl& content, std::vector<Owned<ObjectImpl>>&) {
+         auto cells = backend.array(ArrayType::CELL, {1, 2});
+         assign(*cells, 1, {}, content);
+         return cells;
+     },
+     [](ArrayImpl& cells, bool forWrite) {
+         return throughChain(adopt(cells.createElementReference(1, {}, forWrite), "createElementReference"),
+                             forWrite);
+     },
+     [](ArrayImpl& cells, ArrayImpl& content) { assign(cells, 1, {}, content); }},
+    {"a field",
+     {"struct", "double"},
+     [](const Backend& backend, ArrayImpl& content, std::vector<Owned<ObjectImpl>>&) {
+         auto records =
+             adopt(backend.factory().createStructArrayImpl({1, 2}, {"z", "b"}), "createStructArrayImpl");
+         assign(*records, 1, "b", content);
+         return records;
+     },
+     [](ArrayImpl& records, bool forWrite) {
+         return throughChain(
+             adopt(records.createElementReference(1, "b", forWrite), "createElementReference"), forWrite);
+     },
+     [](ArrayImpl& records, ArrayImpl& content) { assign(records, 1, "b", content); }},
+    {"a property", objectNeeds,
+     [](const Backend& backend, ArrayImpl& content, std::vector<Owned<ObjectImpl>>& spared) {
+         auto objects = newObjects(backend);
+         auto point = newPoint(backend, *scalar(backend, 5), content);
+         asObjects(*objects).setElementObject(1, point.get());
+         spared.push_back(std::move(point));
+         return objects;
+     },
+     [](ArrayImpl& objects, bool forWrite) {
+         if (forWrite) {
+             objects.unshare();
+             const auto chain = adopt(secondProperty(objects)->getReference(), "getReference");
+             ArrayImpl* held = chain->getElementArray(true);
+             chain->prepareForWrite();
+             return held;
+         }
+         fv::Array held = asObjects(objects).getElementProperty(1, property("y"));
+         return fv::detail::Access::impl(held).get();
+     },
+     [](ArrayImpl& objects, ArrayImpl& content) {
+         objects.unshare();
+         adopt(secondProperty(objects)->getReference(), "getReference")->setArray(&content);
+     }},
+    {"a property of an array", objectNeeds,
+     [](const Backend& backend, ArrayImpl& content, std::vector<Owned<ObjectImpl>>&) {
+         auto objects = newObjects(backend);
+         adopt(asObjects(*objects).getArrayPropertyReference(property("unit")), "getArrayPropertyReference")
+             ->setArray(&content);
+         return objects;
+     },
+     [](ArrayImpl& objects, bool forWrite) {
+         objects.unshare();
+         return adopt(asObjects(objects).getArrayPropertyReference(property("unit")),
+                      "getArrayPropertyReference")
+             ->getElementArray(forWrite);
+     },
+     [](ArrayImpl& objects, ArrayImpl& content) {
+         objects.unshare();
+         adopt(asObjects(objects).getArrayPropertyReference(property("unit")), "getArrayPropertyReference")
+             ->setArray(&content);
+     }}};
+
+using Path = std::vector<const Level*>;
+
+double valueIn(ArrayImpl& top, const Path& path, std::size_t from = 0) {
+    ArrayImpl* array = &top;
+    for (; from < path.size(); ++from) {
+        array = path[from]->inside(*array, false);
+        expect(array != nullptr, path[from]->name + " holds no array");
+    }
+    return scalarValue(*array);
+}
+
+void writeIn(ArrayImpl& top, const Path& path, double value) {
+    ArrayImpl* array = &top;
+    for (const Level* level : path)
+        array = level->inside(*array, true);
+    write(asNumbers<double>(*array), 0, value);
+}
+
+/// Runs `f` with every path of one to three levels that are offered, the outermost first.
+void eachPath(Backend& backend, const std::function<void(const Path&, const std::string&)>& f) {
+    std::vector<Path> paths{{}};
+    std::size_t count = 0;
+    for (std::size_t first = 0; first < paths.size(); ++first) {
+        if (paths[first].size() == 3) break;
+        for (const Level& level : levels) {
+            if (!offersAll(backend, level.needs)) continue;
+            paths.push_back(paths[first]);
+            paths.back().push_back(&level);
+            std::string what;
+            for (const Level* one : paths.back())
+                what.append(what.empty() ? "" : " of ").append(one->name);
+            backend.step("an array in " + what);
+            f(paths.back(), what);
+            ++count;
+        }
+    }
+    if (count == 0) throw NotOffered{"no kind of array that holds arrays is offered"};
+    backend.note(show(count) + " ways to nest");
+}
+
+/// Every array on the way has other owners, or none of them has.
+void spareOtherOwners(Backend& backend) {
+    eachPath(backend, [&](const Path& path, const std::string& what) {
+        for (const bool owned : {false, true})
+            for (const bool inCopy : {false, true}) {
+                std::vector<Owned<ArrayImpl>> arrays; // from the leaf to the top
+                std::vector<Owned<ObjectImpl>> objects;
+                arrays.push_back(scalar(backend, 1));
+                for (std::size_t k = path.size(); k-- > 0;)
+                    arrays.push_back(path[k]->hold(backend, *arrays.back(), objects));
+                if (!owned) {
+                    objects.clear();
+                    arrays.erase(arrays.begin(), arrays.end() - 1);
+                }
+                ArrayImpl& top = *arrays.back();
+                const auto copy = adopt(top.sharedCopy(), "sharedCopy");
+                writeIn(inCopy ? *copy : top, path, 2);
+                const std::string after =
+                    " after a write inside " + std::string(inCopy ? "the copy" : "the original");
+                expectEqual("the value in " + what + after, valueIn(inCopy ? *copy : top, path), 2.0);
+                expectEqual("the value in " + what + " of the other" + after,
+                            valueIn(inCopy ? top : *copy, path), 1.0);
+                for (std::size_t k = 0; k + 1 < arrays.size(); ++k)
+                    expectEqual("the value in an array at depth " + show(path.size() - k) + " that " + what +
+                                    " holds and somebody else too" + after,
+                                valueIn(*arrays[k], path, path.size() - k), 1.0);
+                for (const auto& object : objects)
+                    expect(shownObject(*object).find("[2]") == std::string::npos,
+                           "an object that somebody else holds too shows a write inside " + what + after);
+                writeIn(inCopy ? top : *copy, path, 3);
+                expectEqual("the value in " + what + " after a write inside the other one too",
+                            valueIn(inCopy ? *copy : top, path), 2.0);
+            }
+    });
+}
+
+/// One array in two places of one holder, and one holder in another twice.
+void sameArrayTwice(Backend& backend) {
+    eachPath(backend, [&](const Path& path, const std::string& what) {
+        if (!backend.offers("cell")) throw NotOffered{"needs cell"};
+        std::vector<Owned<ObjectImpl>> objects;
+        auto held = scalar(backend, 1);
+        for (std::size_t k = path.size(); k-- > 0;)
+            held = path[k]->hold(backend, *held, objects);
+        const auto cells = backend.array(ArrayType::CELL, {1, 2});
+        assign(*cells, 0, {}, *held);
+        assign(*cells, 1, {}, *held);
+        held.reset();
+        objects.clear();
+        Path inSecond{&levels.front()};
+        inSecond.insert(inSecond.end(), path.begin(), path.end());
+        writeIn(*cells, inSecond, 2);
+        const auto first = adopt(cells->createElementReference(0, {}, false), "createElementReference");
+        expectEqual("the value in " + what +
+                        " of an array that is in two cells, after a write inside the other",
+                    valueIn(*first->getArrayImpl(), path), 1.0);
+        expectEqual("the value in " + what + " of the cell that was written to", valueIn(*cells, inSecond),
+                    2.0);
+    });
+}
+
+/// It is refused, or a copy of what the array was is stored; it never holds itself.
+void intoItself(Backend& backend) {
+    eachPath(backend, [&](const Path& path, const std::string& what) {
+        if (path.size() != 1 || (path[0] != &levels[0] && path[0] != &levels[1])) return;
+        std::ptrdiff_t lost = 0;
+        for (int times = 0; times < 3; ++times) { // what the back-end makes once is made the first time
+            FailingAllocations::start();
+            {
+                std::vector<Owned<ObjectImpl>> objects;
+                auto array = scalar(backend, 1);
+                for (std::size_t k = path.size(); k-- > 0;)
+                    array = path[k]->hold(backend, *array, objects);
+                objects.clear();
+                bool stored = true;
+                ArrayImpl* innermost = array.get();
+                for (std::size_t k = 0; k + 1 < path.size(); ++k)
+                    innermost = path[k]->inside(*innermost, true);
+                try {
+                    path.back()->put(*innermost, *array);
+                } catch (...) {
+                    stored = false;
+                }
+                if (stored) {
+                    Path twice = path;
+                    twice.insert(twice.end(), path.begin(), path.end());
+                    expectEqual("the value in " + what + " of an array that was stored into itself",
+                                valueIn(*array, twice), 1.0);
+                    writeIn(*array, twice, 2);
+                    expectEqual("the value in it after a write", valueIn(*array, twice), 2.0);
+                } else
+                    expectEqual("the value in " + what + " after storing the array into itself was refused",
+                                valueIn(*array, path), 1.0);
+            }
+            lost = FailingAllocations::liveBlocks();
+            FailingAllocations::stop();
+        }
+        expect(lost <= 0, "an array that was stored into " + what + " of itself loses " + show(lost) +
+                              " block(s) of memory");
+    });
+}
+
+} // namespace
+
+void addNestingChecks(Checks& checks) {
+    Family nesting(checks, "nesting");
+    const std::string own = "by a write inside an element, its array is the element's alone (order 12)";
+    nesting.add("writes at any depth spare other owners", own, {}, spareOtherOwners);
+    nesting.add("one array in two places", own, {}, sameArrayTwice);
+    nesting.add("an array into itself",
+                "assignElementArray stores an array, borrowed, and nothing is lost (order 17)", {},
+                intoItself);
+}
+
+} // namespace vexa::check
