@@ -80,7 +80,7 @@ void manyMembers(Backend& backend) {
     for (const std::size_t count : {255U, 256U, 257U, 300U, 70000U}) {
         Contents names;
         for (std::size_t k = 0; k < count; ++k)
-            names.push_back("M" + std::to_string(k * 7 % count));
+            names.push_back(std::string(1, 'M').append(std::to_string(k * 7 % count)));
         const auto array =
             adopt(backend.factory().createEnumArrayImpl({count, 1}, "Many", names), "createEnumArrayImpl");
         expectContents("an array of " + show(count) + " members", *array, names);
