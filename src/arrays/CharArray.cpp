@@ -48,7 +48,9 @@ std::u16string toUTF16(const Array& array) {
         return CharArray(array).toUTF16();
     } catch (const InvalidArrayTypeException&) {
         const TypedArray<String> strings = array;
-        if (strings.getDimensions() == std::vector<std::size_t>{1, 1}) {
+        // Of the back-end: the handle's are a copy, which takes memory.
+        const std::vector<std::size_t>& dimensions = detail::Access::impl(strings)->getDimensions();
+        if (dimensions.size() == 2 && dimensions[0] == 1 && dimensions[1] == 1) {
             return strings[0];
         }
         throw; // strings that are no scalar count as the wrong type, deliberately

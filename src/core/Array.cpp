@@ -1,3 +1,5 @@
+#include "Equality.hpp"
+
 #include <foundation/vexadata/Array.hpp>
 #include <vexa/data/impl/EmptyArrayImpl.hpp>
 
@@ -7,16 +9,14 @@ Array::Array() noexcept : impl_(vexa::data::impl::EmptyArrayImpl::processWide())
 Array::~Array() = default;
 
 bool operator==(const Array& a, const Array& b) noexcept {
-    const auto& left = detail::Access::impl(a);
-    const auto& right = detail::Access::impl(b);
-    if (left == right) {
-        return true;
-    }
-    if (left->getArrayID() == right->getArrayID()) {
+    return detail::equal(*detail::Access::impl(a), *detail::Access::impl(b));
+}
+
+bool detail::equal(const ArrayImpl& a, const ArrayImpl& b) {
+    if (&a == &b || a.getArrayID() == b.getArrayID()) {
         return true; // before dimensions are looked at: all empty arrays have identity 0
     }
-    return left->getDimensions() == right->getDimensions() && left->getType() == right->getType() &&
-           left->isEqual(right.get());
+    return a.getDimensions() == b.getDimensions() && a.getType() == b.getType() && a.isEqual(&b);
 }
 
 } // namespace foundation::vexadata

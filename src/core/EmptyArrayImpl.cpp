@@ -6,6 +6,19 @@
 
 namespace vexa::data::impl {
 
+namespace {
+
+const std::vector<std::size_t>& zeroByZero() {
+    static const auto& dimensions =
+        *new std::vector<std::size_t>{0, 0}; // never destroyed, as the array below
+    return dimensions;
+}
+
+/// Made when the library is loaded: handles that promise not to throw cannot tell that memory is out.
+[[maybe_unused]] const bool madeWhenLoaded = (EmptyArrayImpl::processWide(), zeroByZero(), true);
+
+} // namespace
+
 EmptyArrayImpl::EmptyArrayImpl() noexcept = default;
 EmptyArrayImpl::~EmptyArrayImpl() = default;
 
@@ -24,10 +37,7 @@ MemoryLayout EmptyArrayImpl::getMemoryLayout() const { return MemoryLayout::NONE
 detail::ReferenceImpl* EmptyArrayImpl::createElementReference(std::size_t, const std::string&, bool) {
     throw;
 }
-const std::vector<std::size_t>& EmptyArrayImpl::getDimensions() const {
-    static const auto& zeroByZero = *new std::vector<std::size_t>{0, 0}; // never destroyed, as above
-    return zeroByZero;
-}
+const std::vector<std::size_t>& EmptyArrayImpl::getDimensions() const { return zeroByZero(); }
 std::size_t EmptyArrayImpl::getNumberOfElements() const { return 0; }
 const std::size_t* EmptyArrayImpl::getJc() const { throw; }
 const std::size_t* EmptyArrayImpl::getIr() const { throw; }

@@ -1,3 +1,5 @@
+#include "../core/Equality.hpp"
+
 #include <foundation/vexadata/Exception.hpp>
 #include <foundation/vexadata/Object.hpp>
 #include <foundation/vexadata/Text.hpp>
@@ -63,7 +65,9 @@ bool ValueObject::operator==(const ValueObject& other) const {
     for (; mine.first != mine.second; ++mine.first, ++count) {
         const Property property = *mine.first;
         const Array theirs(other.impl_->getProperty(property.getIdentifier()));
-        if (property.castToArray() != theirs) {
+        const Array own = property.castToArray();
+        if (!detail::equal(*Access::impl(own),
+                           *Access::impl(theirs))) { // `==` of arrays would end the process
             return false;
         }
     }

@@ -6,7 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <csignal>
 #include <optional>
 #include <stdexcept>
 
@@ -21,19 +20,6 @@ using Parameters = std::tuple<std::size_t, Thrown>;
 
 class BackEndFails : public testing::TestWithParam<Parameters> {
 protected:
-    void SetUp() override {
-        // The first error that a thread's iterators hold back takes a block that the thread keeps.
-        EXPECT_THROW(holdAndRethrow(), int);
-    }
-    static void holdAndRethrow() {
-        try {
-            throw 1;
-        } catch (...) {
-            foundation::vexadata::detail::holdError();
-        }
-        foundation::vexadata::detail::rethrowHeldError();
-    }
-
     enum class Outcome { succeeded, asThrown, otherError };
 
     Outcome outcomeOf(const Operation& operation, World& world) const {
@@ -57,10 +43,11 @@ protected:
     bool inject(const Operation& operation, std::size_t number, const std::string& expected) {
         AllocationCountdown::start();
         std::optional<World> world(std::in_place, factory_);
-        failure::throwAt(number, thrown());
+        world->made();
+        failure::failAt(number, failure::Failing::operation, thrown());
         const Outcome outcome = outcomeOf(operation, *world);
-        failure::throwNothing();
-        const bool fired = failure::hasThrown();
+        failure::failNothing();
+        const bool fired = failure::hasFailed();
         if (fired && outcome == Outcome::asThrown) {
             EXPECT_EQ(world->text(), expected) << "a failed operation has changed something";
         }
@@ -99,16 +86,5 @@ INSTANTIATE_TEST_SUITE_P(Families, BackEndFails,
                                           testing::Values(Thrown::libraryError, Thrown::standardError,
                                                           Thrown::foreignType)),
                          nameOf);
-
-TEST(BackEndFailsDeathTest, EndsTheProcessWhereNothingCanBeThrown) {
-    World world(failure::throwingFactory());
-    for (const Operation& operation : failure::endingWithTheBackEnd()) {
-        const auto run = [&] {
-            failure::throwAt(1, Thrown::libraryError);
-            operation.run(world);
-        };
-        EXPECT_EXIT(run(), testing::KilledBySignal(SIGABRT), "") << operation.name;
-    }
-}
 
 } // namespace

@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <csignal>
 #include <optional>
 
 namespace {
@@ -24,6 +23,7 @@ protected:
     bool inject(const Operation& operation, std::size_t number, const std::string& expected) {
         AllocationCountdown::start();
         std::optional<World> world(std::in_place, factory_);
+        world->made();
         AllocationCountdown::failAt(number, memory() == Memory::failsFromThenOn);
         const Outcome outcome = support::outcomeOf([&] { operation.run(*world); });
         const bool fired = AllocationCountdown::fired();
@@ -64,18 +64,5 @@ INSTANTIATE_TEST_SUITE_P(Families, OutOfMemory,
                          testing::Combine(testing::Range<std::size_t>(0, failure::families().size()),
                                           testing::Values(Memory::failsOnce, Memory::failsFromThenOn)),
                          nameOf);
-
-TEST(OutOfMemoryDeathTest, EndsTheProcessWhereNothingCanBeThrown) {
-    const ArrayFactory factory;
-    World world(factory);
-    for (const Operation& operation : failure::endingWithoutMemory()) {
-        const auto run = [&] {
-            AllocationCountdown::start();
-            AllocationCountdown::failAt(1, true);
-            operation.run(world);
-        };
-        EXPECT_EXIT(run(), testing::KilledBySignal(SIGABRT), "") << operation.name;
-    }
-}
 
 } // namespace

@@ -21,8 +21,8 @@ std::size_t sweep(const Family& family, const ArrayFactory& factory, const char*
     std::size_t injections = 0;
     for (const Operation& operation : family.operations) {
         SCOPED_TRACE(operation.name);
-        World warm(factory); // what is made once a process is made here
-        operation.run(warm);
+        World warm(factory);
+        operation.run(warm.made()); // what is made once a process is made here
         std::size_t number = 1;
         while (number < limit && inject(operation, number, text) && !testing::Test::HasFailure()) {
             ++number;

@@ -18,17 +18,25 @@ using support::IteratorImpl;
 using support::ReferenceImpl;
 
 struct Countdown {
-    std::size_t left = 0; // 0: nothing throws
+    std::size_t left = 0; // 0: nothing fails
+    Failing failing = Failing::operation;
     Thrown thrown = Thrown::libraryError;
     bool done = false;
 };
 constinit thread_local Countdown countdown;
 
-void countDown() {
-    if (countdown.left == 0 || --countdown.left > 0) {
+/// Whether a step of this kind fails now.
+bool fails(Failing kind) {
+    if (kind != countdown.failing || countdown.left == 0 || --countdown.left > 0) {
+        return false;
+    }
+    return countdown.done = true;
+}
+
+void countDown(Failing kind) {
+    if (!fails(kind)) {
         return;
     }
-    countdown.done = true;
     switch (countdown.thrown) {
     case Thrown::libraryError:
         throw foundation::vexadata::TypeMismatchException();
@@ -129,15 +137,19 @@ struct Kinds : support::ForwardingKinds {
 } // namespace
 
 foundation::vexadata::ArrayFactory throwingFactory() {
-    support::beforeOperation = &countDown;
+    support::beforeOperation = [] { countDown(Failing::operation); };
+    support::beforeQuery = [] { countDown(Failing::query); };
+    support::giveNull = [] { return fails(Failing::result); };
     auto* factory = new support::ForwardingBackEndFactory<Kinds>(
         Inner<support::ArrayFactoryImpl>(support::ArrayFactoryImpl::getDefaultFactory()));
     return foundation::vexadata::ArrayFactory(
         foundation::vexadata::detail::Access::createSharedPtr<support::ArrayFactoryImpl>(factory));
 }
 
-void throwAt(std::size_t number, Thrown thrown) noexcept { countdown = {number, thrown, false}; }
-void throwNothing() noexcept { countdown.left = 0; }
-bool hasThrown() noexcept { return countdown.done; }
+void failAt(std::size_t number, Failing failing, Thrown thrown) noexcept {
+    countdown = {number, failing, thrown, false};
+}
+void failNothing() noexcept { countdown.left = 0; }
+bool hasFailed() noexcept { return countdown.done; }
 
 } // namespace failure

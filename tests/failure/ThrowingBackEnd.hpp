@@ -8,7 +8,10 @@
 
 namespace failure {
 
-/// What comes out of a failing operation.
+/// What fails: an operation, by throwing; a query that must not throw, by throwing all the same; an operation that gives a
+/// pointer, by giving null.
+enum class Failing { operation, query, result };
+
 enum class Thrown { libraryError, standardError, foreignType };
 
 /// An error that no interface knows.
@@ -17,10 +20,10 @@ struct Foreign {};
 /// A factory over the embedded back-end.
 foundation::vexadata::ArrayFactory throwingFactory();
 
-/// From now on, operation number `number` (1 is the next one) throws, once.
-void throwAt(std::size_t number, Thrown thrown) noexcept;
-void throwNothing() noexcept;
+/// From now on, step number `number` (1 is the next one) of those that may fail so fails, once.
+void failAt(std::size_t number, Failing failing, Thrown thrown = Thrown::libraryError) noexcept;
+void failNothing() noexcept;
 /// Whether the failure asked for has happened.
-bool hasThrown() noexcept;
+bool hasFailed() noexcept;
 
 } // namespace failure

@@ -26,6 +26,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -55,8 +56,29 @@ struct ReleaseInner {
         object->release();
     }
 };
-/// Called before every operation that is passed on, unless it must not throw. May throw. Null means nothing.
+/// Called before every operation that is passed on, unless it must not throw. May throw. A null function means nothing.
 inline void (*beforeOperation)() = nullptr;
+/// The same before the queries that must not throw.
+inline void (*beforeQuery)() = nullptr;
+
+/// True when the pointer that an operation gives is to be null instead.
+inline bool (*giveNull)() = nullptr;
+
+/// What an operation gives: `made`, or null.
+template <class T>
+T* given(T* made) {
+    if (giveNull == nullptr || made == nullptr || !giveNull()) {
+        return made;
+    }
+    if constexpr (std::is_base_of_v<vexa::data::detail::RefCounted, T>) {
+        made->release();
+    }
+    return nullptr;
+}
+template <class T>
+std::shared_ptr<T> given(std::shared_ptr<T> made) {
+    return giveNull == nullptr || made == nullptr || !giveNull() ? made : nullptr;
+}
 
 template <class T>
 class Inner : public std::unique_ptr<T, ReleaseInner> {
@@ -79,7 +101,7 @@ public:
 
     IteratorImpl& wrapped() const noexcept { return *inner_; }
 
-    IteratorImpl* clone() const override { return wrapCopy(Inner<IteratorImpl>(inner_->clone())); }
+    IteratorImpl* clone() const override { return given(wrapCopy(Inner<IteratorImpl>(inner_->clone()))); }
     void advance(std::int64_t count) override { inner_->advance(count); }
     bool isEqual(const IteratorImpl& other) const override { return inner_->isEqual(below(other)); }
     std::int64_t distanceTo(const IteratorImpl& other) const override {
@@ -88,11 +110,11 @@ public:
     void decrement() override { inner_->decrement(); }
     void increment() override { inner_->increment(); }
     void reservedOp9() override { inner_->reservedOp9(); }
-    ReferenceImpl* createReference() override { return inner_->createReference(); }
+    ReferenceImpl* createReference() override { return given(inner_->createReference()); }
     /// Not failed before: whoever is asked owns the chain already.
     void saveReference(ReferenceImpl* chain) override { (*inner_).saveReference(chain); }
     void reservedOp12() override { inner_->reservedOp12(); }
-    void* getElementAddress() override { return inner_->getElementAddress(); }
+    void* getElementAddress() override { return given(inner_->getElementAddress()); }
 
 protected:
     static const IteratorImpl& below(const IteratorImpl& other) {
@@ -133,30 +155,30 @@ public:
 
     ArrayImpl& wrapped() const noexcept override { return *inner_; }
 
-    ArrayImpl* sharedCopy() const override { return wrapCopy(Inner<ArrayImpl>(inner_->sharedCopy())); }
-    void* reservedOp1() override { return inner_->reservedOp1(); }
-    void* reservedOp2() override { return inner_->reservedOp2(); }
+    ArrayImpl* sharedCopy() const override { return given(wrapCopy(Inner<ArrayImpl>(inner_->sharedCopy()))); }
+    void* reservedOp1() override { return given(inner_->reservedOp1()); }
+    void* reservedOp2() override { return given(inner_->reservedOp2()); }
     IteratorImpl* beginIterator(void* unused, bool writable) override {
-        return inner_->beginIterator(unused, writable);
+        return given(inner_->beginIterator(unused, writable));
     }
     IteratorImpl* endIterator(void* unused, bool writable) override {
-        return inner_->endIterator(unused, writable);
+        return given(inner_->endIterator(unused, writable));
     }
     void reservedOp5() override { inner_->reservedOp5(); }
-    void* reservedOp6() override { return inner_->reservedOp6(); }
+    void* reservedOp6() override { return given(inner_->reservedOp6()); }
     void reservedOp7() override { inner_->reservedOp7(); }
     void reservedOp8() override { inner_->reservedOp8(); }
-    fv::ArrayType getType() const override { return wrapped().getType(); }
-    MemoryLayout getMemoryLayout() const override { return wrapped().getMemoryLayout(); }
+    fv::ArrayType getType() const override { return asked().getType(); }
+    MemoryLayout getMemoryLayout() const override { return asked().getMemoryLayout(); }
     ReferenceImpl* createElementReference(std::size_t index, const std::string& fieldName,
                                           bool forWrite) override {
-        return inner_->createElementReference(index, fieldName, forWrite);
+        return given(inner_->createElementReference(index, fieldName, forWrite));
     }
     ReferenceImpl* forwardingOp(std::size_t index, const std::string& fieldName) override {
-        return inner_->forwardingOp(index, fieldName);
+        return given(inner_->forwardingOp(index, fieldName));
     }
-    const std::vector<std::size_t>& getDimensions() const override { return wrapped().getDimensions(); }
-    std::size_t getNumberOfElements() const override { return wrapped().getNumberOfElements(); }
+    const std::vector<std::size_t>& getDimensions() const override { return asked().getDimensions(); }
+    std::size_t getNumberOfElements() const override { return asked().getNumberOfElements(); }
     std::size_t reservedOp10() const override { return inner_->reservedOp10(); }
     void assignElementArray(std::size_t index, const std::string& fieldName, ArrayImpl* array) override {
         inner_->assignElementArray(index, fieldName, ArrayWrapper::below(array));
@@ -174,14 +196,14 @@ public:
     void getStringElement(std::size_t index, const char16_t*& text, std::size_t& length) const override {
         inner_->getStringElement(index, text, length);
     }
-    const std::size_t* getJc() const override { return inner_->getJc(); }
-    const std::size_t* getIr() const override { return inner_->getIr(); }
+    const std::size_t* getJc() const override { return given(inner_->getJc()); }
+    const std::size_t* getIr() const override { return given(inner_->getIr()); }
     std::size_t getRows() const override { return inner_->getRows(); }
     std::size_t getCols() const override { return inner_->getCols(); }
     std::size_t getNumberOfNonZeroElements() const override { return inner_->getNumberOfNonZeroElements(); }
     std::pair<std::size_t, std::size_t> getIndex(std::size_t k) const override { return inner_->getIndex(k); }
-    bool isEmpty() const override { return wrapped().isEmpty(); }
-    std::uint64_t getArrayID() const override { return wrapped().getArrayID(); }
+    bool isEmpty() const override { return asked().isEmpty(); }
+    std::uint64_t getArrayID() const override { return asked().getArrayID(); }
     void unshare() override { inner_->unshare(); }
     void copyOutBuffer(void*& data, void (*&deleter)(void*)) const override {
         inner_->copyOutBuffer(data, deleter);
@@ -189,12 +211,19 @@ public:
     void releaseBuffer(void*& data, void (*&deleter)(void*)) override {
         inner_->releaseBuffer(data, deleter);
     }
-    const void* getUntypedDataPtr() const override { return inner_->getUntypedDataPtr(); }
+    const void* getUntypedDataPtr() const override { return given(inner_->getUntypedDataPtr()); }
     bool isEqual(const ArrayImpl* other) const override {
-        return wrapped().isEqual(ArrayWrapper::below(other));
+        return asked().isEqual(ArrayWrapper::below(other));
     }
 
 protected:
+    /// The inner array, for a query.
+    const ArrayImpl& asked() const {
+        if (beforeQuery != nullptr) {
+            beforeQuery();
+        }
+        return *inner_;
+    }
     /// A wrapper of this kind around a copy of the inner array.
     virtual ArrayImpl* wrapCopy(Inner<ArrayImpl> copy) const = 0;
     /// The inner array, for an operation that is passed on.
@@ -226,9 +255,9 @@ public:
     void reservedOp36() override { typed().reservedOp36(); }
     void reservedOp37() override { typed().reservedOp37(); }
     T* getElementAddress(std::size_t index, const std::string& fieldName, bool forWrite) override {
-        return typed().getElementAddress(index, fieldName, forWrite);
+        return given(typed().getElementAddress(index, fieldName, forWrite));
     }
-    const T* getTypedDataPtr() const override { return std::as_const(typed()).getTypedDataPtr(); }
+    const T* getTypedDataPtr() const override { return given(std::as_const(typed()).getTypedDataPtr()); }
 
 protected:
     Interface& typed() const { return static_cast<Interface&>(this->passOn()); }
@@ -297,9 +326,11 @@ public:
     void setElementValue(std::size_t index, const std::string& fieldName, fv::Enumeration value) override {
         typed().setElementValue(index, fieldName, std::move(value));
     }
-    const char* getClassName() const override { return typed().getClassName(); }
+    const char* getClassName() const override { return given(typed().getClassName()); }
     void reservedOp42() override { typed().reservedOp42(); }
-    const char* getEnumNameAt(std::size_t index) const override { return typed().getEnumNameAt(index); }
+    const char* getEnumNameAt(std::size_t index) const override {
+        return given(typed().getEnumNameAt(index));
+    }
 
 protected:
     ArrayImpl* wrapCopy(Inner<ArrayImpl> copy) const override { return new ForwardingEnums(std::move(copy)); }
@@ -313,16 +344,16 @@ public:
     void setElementValue(std::size_t index, const std::string& fieldName, fv::StructElement value) override {
         typed().setElementValue(index, fieldName, std::move(value));
     }
-    ForwardIteratorImpl* fieldNamesBegin() override { return typed().fieldNamesBegin(); }
-    ForwardIteratorImpl* fieldNamesEnd() override { return typed().fieldNamesEnd(); }
+    ForwardIteratorImpl* fieldNamesBegin() override { return given(typed().fieldNamesBegin()); }
+    ForwardIteratorImpl* fieldNamesEnd() override { return given(typed().fieldNamesEnd()); }
     std::size_t getNumFields() const override { return typed().getNumFields(); }
     void reservedOp44() override { typed().reservedOp44(); }
     IteratorImpl* createFieldValuesIterator(std::size_t index, bool atEnd) override {
-        return typed().createFieldValuesIterator(index, atEnd);
+        return given(typed().createFieldValuesIterator(index, atEnd));
     }
     void reservedOp46() override { typed().reservedOp46(); }
     ArrayImpl* getField(std::size_t index, const std::string& fieldName) const override {
-        return typed().getField(index, fieldName);
+        return given(typed().getField(index, fieldName));
     }
     void setFieldValues(std::size_t index, std::vector<fv::Array> values) override {
         typed().setFieldValues(index, std::move(values));
@@ -345,19 +376,21 @@ public:
         return wrapper == nullptr ? object : &wrapper->wrapped();
     }
 
-    ObjectImpl* sharedCopy() const override { return wrapCopy(Inner<ObjectImpl>(inner_->sharedCopy())); }
-    const char* getEnumerationName() const override { return inner_->getEnumerationName(); }
+    ObjectImpl* sharedCopy() const override {
+        return given(wrapCopy(Inner<ObjectImpl>(inner_->sharedCopy())));
+    }
+    const char* getEnumerationName() const override { return given(inner_->getEnumerationName()); }
     fv::ClassInfo getClassInfo() const override { return inner_->getClassInfo(); }
     std::shared_ptr<ArrayImpl> getProperty(VexaPropertyIdentifier id) const override {
-        return inner_->getProperty(std::move(id));
+        return given(inner_->getProperty(std::move(id)));
     }
     ReferenceImpl* getPropertyReference(VexaPropertyIdentifier id) override {
-        return inner_->getPropertyReference(std::move(id));
+        return given(inner_->getPropertyReference(std::move(id)));
     }
-    ForwardIteratorImpl* begin() override { return inner_->begin(); }
-    ForwardIteratorImpl* end() override { return inner_->end(); }
-    ForwardIteratorImpl* cbegin() const override { return std::as_const(*inner_).cbegin(); }
-    ForwardIteratorImpl* cend() const override { return std::as_const(*inner_).cend(); }
+    ForwardIteratorImpl* begin() override { return given(inner_->begin()); }
+    ForwardIteratorImpl* end() override { return given(inner_->end()); }
+    ForwardIteratorImpl* cbegin() const override { return given(std::as_const(*inner_).cbegin()); }
+    ForwardIteratorImpl* cend() const override { return given(std::as_const(*inner_).cend()); }
     void reservedOp12() override { inner_->reservedOp12(); }
     void reservedOp13() override { inner_->reservedOp13(); }
     void reservedOp14() override { inner_->reservedOp14(); }
@@ -412,12 +445,16 @@ public:
         return typed().getArrayProperty(std::move(id));
     }
     ReferenceImpl* getArrayPropertyReference(VexaPropertyIdentifier id) override {
-        return typed().getArrayPropertyReference(std::move(id));
+        return given(typed().getArrayPropertyReference(std::move(id)));
     }
-    ForwardIteratorImpl* beginArrayProp() override { return typed().beginArrayProp(); }
-    ForwardIteratorImpl* endArrayProp() override { return typed().endArrayProp(); }
-    ForwardIteratorImpl* cbeginArrayProp() const override { return std::as_const(typed()).cbeginArrayProp(); }
-    ForwardIteratorImpl* cendArrayProp() const override { return std::as_const(typed()).cendArrayProp(); }
+    ForwardIteratorImpl* beginArrayProp() override { return given(typed().beginArrayProp()); }
+    ForwardIteratorImpl* endArrayProp() override { return given(typed().endArrayProp()); }
+    ForwardIteratorImpl* cbeginArrayProp() const override {
+        return given(std::as_const(typed()).cbeginArrayProp());
+    }
+    ForwardIteratorImpl* cendArrayProp() const override {
+        return given(std::as_const(typed()).cendArrayProp());
+    }
     bool hasArrayProperty(const VexaPropertyIdentifier& id) const override {
         return typed().hasArrayProperty(id);
     }
@@ -439,17 +476,19 @@ public:
     void setElementObject(std::size_t index, ObjectImpl* object) override {
         typed().setElementObject(index, ForwardingObject::below(object));
     }
-    ObjectImpl* getElementObject(std::size_t index) const override { return typed().getElementObject(index); }
+    ObjectImpl* getElementObject(std::size_t index) const override {
+        return given(typed().getElementObject(index));
+    }
     void reservedOp61() override { typed().reservedOp61(); }
     void reservedOp62() override { typed().reservedOp62(); }
     void reservedOp63() override { typed().reservedOp63(); }
     void reservedOp64() override { typed().reservedOp64(); }
     void reservedOp65() override { typed().reservedOp65(); }
     ForwardIteratorImpl* beginElementProperties(std::size_t index) override {
-        return typed().beginElementProperties(index);
+        return given(typed().beginElementProperties(index));
     }
     ForwardIteratorImpl* endElementProperties(std::size_t index) override {
-        return typed().endElementProperties(index);
+        return given(typed().endElementProperties(index));
     }
     bool isEqualArrayProperties(const ArrayImpl* other) const override {
         return typed().isEqualArrayProperties(ArrayWrapper::below(other));
@@ -473,14 +512,16 @@ public:
 
     void reservedOp3() override { inner_->reservedOp3(); }
     std::shared_ptr<vexa::data::impl::VexaClassIdentifierImpl> getClassIdentifier() const override {
-        return inner_->getClassIdentifier();
+        return given(inner_->getClassIdentifier());
     }
-    ForwardIteratorImpl* beginProperties() const override { return inner_->beginProperties(); }
-    ForwardIteratorImpl* endProperties() const override { return inner_->endProperties(); }
-    ForwardIteratorImpl* beginArrayProperties() const override { return inner_->beginArrayProperties(); }
-    ForwardIteratorImpl* endArrayProperties() const override { return inner_->endArrayProperties(); }
-    ForwardIteratorImpl* beginSuperclasses() const override { return inner_->beginSuperclasses(); }
-    ForwardIteratorImpl* endSuperclasses() const override { return inner_->endSuperclasses(); }
+    ForwardIteratorImpl* beginProperties() const override { return given(inner_->beginProperties()); }
+    ForwardIteratorImpl* endProperties() const override { return given(inner_->endProperties()); }
+    ForwardIteratorImpl* beginArrayProperties() const override {
+        return given(inner_->beginArrayProperties());
+    }
+    ForwardIteratorImpl* endArrayProperties() const override { return given(inner_->endArrayProperties()); }
+    ForwardIteratorImpl* beginSuperclasses() const override { return given(inner_->beginSuperclasses()); }
+    ForwardIteratorImpl* endSuperclasses() const override { return given(inner_->endSuperclasses()); }
     std::size_t getNumberOfProperties() const override { return inner_->getNumberOfProperties(); }
     std::size_t getNumberOfArrayProperties() const override { return inner_->getNumberOfArrayProperties(); }
     void reservedOp13() override { inner_->reservedOp13(); }

@@ -36,6 +36,9 @@ public:
 
     /// Puts the wrapper of its kind around an array whose one reference it takes over.
     static ArrayImpl* wrap(ArrayImpl* made) {
+        if (made == nullptr) {
+            return nullptr;
+        }
         Inner<ArrayImpl> array(made);
         switch (made->getType()) {
 #define VEXADATA_ELEMENT(T)                                                                                  \
@@ -64,50 +67,50 @@ public:
     }
 
     ArrayImpl* createArrayImpl(fv::ArrayType type, Dimensions dimensions) override {
-        return wrap(inner_->createArrayImpl(type, std::move(dimensions)));
+        return given(wrap(inner_->createArrayImpl(type, std::move(dimensions))));
     }
     ArrayImpl* createSparseLogicalImpl(Dimensions dimensions, std::size_t count, Buffer<bool[]> values,
                                        Buffer<std::size_t[]> rows, Buffer<std::size_t[]> columns) override {
-        return wrap(inner_->createSparseLogicalImpl(std::move(dimensions), count, std::move(values),
-                                                    std::move(rows), std::move(columns)));
+        return given(wrap(inner_->createSparseLogicalImpl(std::move(dimensions), count, std::move(values),
+                                                          std::move(rows), std::move(columns))));
     }
     ArrayImpl* createSparseDoubleImpl(Dimensions dimensions, std::size_t count, Buffer<double[]> values,
                                       Buffer<std::size_t[]> rows, Buffer<std::size_t[]> columns) override {
-        return wrap(inner_->createSparseDoubleImpl(std::move(dimensions), count, std::move(values),
-                                                   std::move(rows), std::move(columns)));
+        return given(wrap(inner_->createSparseDoubleImpl(std::move(dimensions), count, std::move(values),
+                                                         std::move(rows), std::move(columns))));
     }
     ArrayImpl* createSparseComplexDoubleImpl(Dimensions dimensions, std::size_t count,
                                              Buffer<std::complex<double>[]> values,
                                              Buffer<std::size_t[]> rows,
                                              Buffer<std::size_t[]> columns) override {
-        return wrap(inner_->createSparseComplexDoubleImpl(std::move(dimensions), count, std::move(values),
-                                                          std::move(rows), std::move(columns)));
+        return given(wrap(inner_->createSparseComplexDoubleImpl(
+            std::move(dimensions), count, std::move(values), std::move(rows), std::move(columns))));
     }
     ArrayImpl* createVexaSparseLogicalImpl(Dimensions dimensions, std::size_t count, Buffer<bool[]> values,
                                            Buffer<std::size_t[]> rows,
                                            Buffer<std::size_t[]> starts) override {
-        return wrap(inner_->createVexaSparseLogicalImpl(std::move(dimensions), count, std::move(values),
-                                                        std::move(rows), std::move(starts)));
+        return given(wrap(inner_->createVexaSparseLogicalImpl(std::move(dimensions), count, std::move(values),
+                                                              std::move(rows), std::move(starts))));
     }
     ArrayImpl* createVexaSparseDoubleImpl(Dimensions dimensions, std::size_t count, Buffer<double[]> values,
                                           Buffer<std::size_t[]> rows, Buffer<std::size_t[]> starts) override {
-        return wrap(inner_->createVexaSparseDoubleImpl(std::move(dimensions), count, std::move(values),
-                                                       std::move(rows), std::move(starts)));
+        return given(wrap(inner_->createVexaSparseDoubleImpl(std::move(dimensions), count, std::move(values),
+                                                             std::move(rows), std::move(starts))));
     }
     ArrayImpl* createVexaSparseComplexDoubleImpl(Dimensions dimensions, std::size_t count,
                                                  Buffer<std::complex<double>[]> values,
                                                  Buffer<std::size_t[]> rows,
                                                  Buffer<std::size_t[]> starts) override {
-        return wrap(inner_->createVexaSparseComplexDoubleImpl(std::move(dimensions), count, std::move(values),
-                                                              std::move(rows), std::move(starts)));
+        return given(wrap(inner_->createVexaSparseComplexDoubleImpl(
+            std::move(dimensions), count, std::move(values), std::move(rows), std::move(starts))));
     }
     void reservedOp8() override { inner_->reservedOp8(); }
     ArrayImpl* createArrayWithDataImpl(fv::ArrayType type, Dimensions dimensions, const void* data,
                                        std::size_t count) override {
-        return wrap(inner_->createArrayWithDataImpl(type, std::move(dimensions), data, count));
+        return given(wrap(inner_->createArrayWithDataImpl(type, std::move(dimensions), data, count)));
     }
     ArrayImpl* createStructArrayImpl(Dimensions dimensions, Names fieldNames) override {
-        return wrap(inner_->createStructArrayImpl(std::move(dimensions), std::move(fieldNames)));
+        return given(wrap(inner_->createStructArrayImpl(std::move(dimensions), std::move(fieldNames))));
     }
     ClassInfoImpl* createClassInfoImpl(const fv::VexaClassIdentifier& name,
                                        const std::vector<VexaPropertyIdentifier>& properties,
@@ -120,35 +123,35 @@ public:
             description->retain();
             inner.emplace_back(description);
         }
-        return new typename Kinds::Class(
-            Inner<ClassInfoImpl>(inner_->createClassInfoImpl(name, properties, arrayProperties, inner)));
+        return given(new typename Kinds::Class(
+            Inner<ClassInfoImpl>(inner_->createClassInfoImpl(name, properties, arrayProperties, inner))));
     }
     ObjectImpl* createValueObjectImpl(ClassInfoImpl* classInfo) override {
-        return new typename Kinds::Object(
-            Inner<ObjectImpl>(inner_->createValueObjectImpl(ForwardingClass::below(classInfo))));
+        return given(new typename Kinds::Object(
+            Inner<ObjectImpl>(inner_->createValueObjectImpl(ForwardingClass::below(classInfo)))));
     }
     ArrayImpl* createValueObjectScalarImpl(ObjectImpl* object) override {
-        return wrap(inner_->createValueObjectScalarImpl(ForwardingObject::below(object)));
+        return given(wrap(inner_->createValueObjectScalarImpl(ForwardingObject::below(object))));
     }
     ArrayImpl* createValueObjectArrayImpl(Dimensions dimensions, ClassInfoImpl* classInfo) override {
-        return wrap(
-            inner_->createValueObjectArrayImpl(std::move(dimensions), ForwardingClass::below(classInfo)));
+        return given(wrap(
+            inner_->createValueObjectArrayImpl(std::move(dimensions), ForwardingClass::below(classInfo))));
     }
     ObjectImpl* createHandleObjectRefImpl(vexa::data::impl::ZVMID engine, long id) override {
-        return new
-            typename Kinds::HandleObject(Inner<ObjectImpl>(inner_->createHandleObjectRefImpl(engine, id)));
+        return given(new typename Kinds::HandleObject(
+            Inner<ObjectImpl>(inner_->createHandleObjectRefImpl(engine, id))));
     }
     ObjectImpl* createEnumerationObjectImpl(const std::string& className,
                                             const std::string& member) override {
-        return new
-            typename Kinds::Object(Inner<ObjectImpl>(inner_->createEnumerationObjectImpl(className, member)));
+        return given(new typename Kinds::Object(
+            Inner<ObjectImpl>(inner_->createEnumerationObjectImpl(className, member))));
     }
     void reservedOp17() override { inner_->reservedOp17(); }
     void reservedOp18() override { inner_->reservedOp18(); }
     void reservedOp19() override { inner_->reservedOp19(); }
     ArrayImpl* createEnumArrayImpl(Dimensions dimensions, std::string className, Names members) override {
-        return wrap(
-            inner_->createEnumArrayImpl(std::move(dimensions), std::move(className), std::move(members)));
+        return given(wrap(
+            inner_->createEnumArrayImpl(std::move(dimensions), std::move(className), std::move(members))));
     }
     void reservedOp21() override { inner_->reservedOp21(); }
     void reservedOp22() override { inner_->reservedOp22(); }
@@ -161,8 +164,8 @@ public:
     }
     ArrayImpl* createArrayFromBufferImpl(Dimensions dimensions, fv::ArrayType type, Buffer<void> buffer,
                                          MemoryLayout layout) override {
-        return wrap(
-            inner_->createArrayFromBufferImpl(std::move(dimensions), type, std::move(buffer), layout));
+        return given(
+            wrap(inner_->createArrayFromBufferImpl(std::move(dimensions), type, std::move(buffer), layout)));
     }
 
 private:
