@@ -1,5 +1,6 @@
 // What clients can do, one line an operation. Sweeps run each of them again and again with one step failing.
 #include "World.hpp"
+#include "support/Catalogue.hpp"
 
 #include <algorithm>
 #include <functional>
@@ -452,11 +453,27 @@ const Family workspaces{
          }},
     }};
 
+/// What the catalogue does with each kind.
+Family kinds() {
+    Family family{"Kinds", {}};
+    for (const support::Kind& kind : support::catalogue()) {
+        const bool walksEnd = kind.name.starts_with("Sparse"); // the process
+        family.operations.push_back({kind.name, [&kind, walksEnd](World& w) {
+                                         Array array = kind.make(w.factory, 1);
+                                         const Array partner = array;
+                                         if (!walksEnd) {
+                                             kind.change(w.factory, array, 2);
+                                         }
+                                     }});
+    }
+    return family;
+}
+
 } // namespace
 
 const std::vector<Family>& families() {
-    static const std::vector<Family> all{factory, arrays,  texts,        cells,     records,
-                                         sparse,  objects, cFunctions(), workspaces};
+    static const std::vector<Family> all{factory, arrays,  texts,        cells,   records,
+                                         sparse,  objects, cFunctions(), kinds(), workspaces};
     return all;
 }
 

@@ -4,6 +4,7 @@
 #include <foundation/vexadata/VexaData.hpp>
 #include <vexa/client/Workspace.hpp>
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <utility>
@@ -77,8 +78,8 @@ std::shared_ptr<vexa::data::detail::ReferenceImpl> elementOf(const Array& array,
 
 /// A public operation. Runs over a fresh world; what it returns is dropped at once.
 struct Operation {
-    const char* name;
-    void (*run)(World& world);
+    std::string name;
+    std::function<void(World& world)> run;
     /// True when a failure inside is an answer, not an error.
     bool swallows = false;
 };

@@ -1,13 +1,14 @@
 // Many threads at once over the same arrays.
 #pragma once
 
-#include <foundation/vexadata/VexaData.hpp>
+#include "support/Catalogue.hpp"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <functional>
 #include <iostream>
 #include <numeric>
@@ -20,6 +21,12 @@ namespace storm {
 using namespace foundation::vexadata;
 
 constexpr std::size_t workers = 4;
+
+/// How many times more rounds than in a short run: as VEXADATA_SOAK in the environment has it.
+inline std::size_t times() {
+    const char* soak = std::getenv("VEXADATA_SOAK");
+    return soak == nullptr ? 1 : std::strtoul(soak, nullptr, 10);
+}
 
 /// Runs `work(worker)` on all workers, which begin together; gives the sum of what they return.
 inline std::uint64_t run(const std::function<std::uint64_t(std::size_t)>& work) {
@@ -52,16 +59,7 @@ struct Held {
     double stamp = 0;
 };
 
-/// One kind of array, filled according to a number.
-struct Kind {
-    const char* name;
-    Array (*make)(double stamp);
-    /// Changes the array from one stamp to another in place, through element handles, references or iterators.
-    void (*write)(Array& array, double stamp);
-    bool (*holds)(const Array& array, double stamp);
-};
-
-extern const std::vector<Kind> kinds;
+using support::Kind;
 
 /// One worker's handles, some of which share an array with each other and with those of other workers. Nothing but the
 /// counts in the arrays orders what the workers do.
@@ -100,7 +98,7 @@ private:
         case 2: // write
             if (!held.array.isEmpty()) {
                 held.stamp = static_cast<double>(random_() % 100000);
-                kind_.write(held.array, held.stamp);
+                kind_.change(factory_, held.array, held.stamp);
             }
             break;
         default: // read
@@ -109,6 +107,7 @@ private:
     }
 
     const Kind& kind_;
+    ArrayFactory factory_;
     std::vector<Held> handles_;
     std::minstd_rand random_;
     std::uint64_t faults_ = 0;
