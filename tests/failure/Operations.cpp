@@ -19,6 +19,13 @@ auto zeros(ArrayFactory& factory, std::size_t count) {
 
 const std::u16string longText(30, u'y');
 
+/// With an equal array that shares nothing with it. Does without the memory that it cannot have.
+template <auto part>
+void compare(World& w) {
+    World other(w.factory);
+    use(Array((w.*part)()) == Array((other.*part)()));
+}
+
 const Family factory{
     "Factory",
     {
@@ -108,6 +115,7 @@ const Family arrays{
     "Arrays",
     {
         {"Array()", [](World&) { use(Array()); }},
+        {"equality", compare<&World::numbers>, true},
         {"copy", [](World& w) { use(Array(w.numbers())); }},
         {"to a typed array", [](World& w) { use(TypedArray<double>(Array(w.numbers()))); }},
         {"read a[i][j]", [](World& w) { use(double(std::as_const(w.numbers())[1][2])); }},
@@ -186,6 +194,8 @@ const Family texts{
         {"write a narrow string", [](World& w) { w.strings()[1] = "a text that is long enough"; }},
         {"write an element", [](World& w) { w.strings()[1] = w.strings()[0]; }},
         {"make it missing", [](World& w) { w.strings()[0] = std::nullopt; }},
+        {"equality of strings", compare<&World::strings>, true},
+        {"equality of members", compare<&World::members>, true},
         {"compare with text", [](World& w) { use(w.strings()[0] == "x"); }, true},
         {"compare elements", [](World& w) { use(w.strings()[0] == w.strings()[1]); }, true},
         {"has_value", [](World& w) { use(w.strings()[1].has_value()); }},
@@ -226,6 +236,7 @@ const Family texts{
 const Family cells{
     "Cells",
     {
+        {"equality", compare<&World::cells>, true},
         {"read", [](World& w) { use(Array(std::as_const(w.cells())[0])); }},
         {"read typed", [](World& w) { use(TypedArray<double>(w.cells()[0])); }},
         {"read a scalar inside", [](World& w) { use(Reference<Array>(w.cells()[1]).getType()); }},
@@ -275,6 +286,7 @@ const Family cells{
 const Family records{
     "Records",
     {
+        {"equality", compare<&World::records>, true},
         {"read a field", [](World& w) { use(Array(std::as_const(w.records())[0]["inner"])); }},
         {"read inside a field", [](World& w) { use(double(std::as_const(w.records())[1]["size"][1][2])); }},
         {"write a field", [](World& w) { w.records()[0]["size"] = w.characters(); }},
@@ -324,6 +336,7 @@ const Family records{
 const Family sparse{
     "Sparse",
     {
+        {"equality", compare<&World::sparse>, true},
         {"getNumberOfNonZeroElements", [](World& w) { use(w.sparse().getNumberOfNonZeroElements()); }},
         {"compressed columns",
          [](World& w) {
@@ -388,6 +401,8 @@ const Family objects{
              other["x"] = w.factory.createArray<double>({2, 3}, {1, 2, 3, 4, 5, 6});
              use(w.object() == other);
          }},
+        {"equality of arrays of objects", compare<&World::objects>, true},
+        {"equality of handles", compare<&World::handles>, true},
         {"read an object", [](World& w) { use(ValueObject(std::as_const(w.objects())[0])); }},
         {"write an object", [](World& w) { w.objects()[1] = w.object(); }},
         {"copy an object", [](World& w) { w.objects()[1] = w.objects()[0]; }},
