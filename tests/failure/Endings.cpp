@@ -114,7 +114,7 @@ const std::vector<Ending>& endings() {
               loseMemory();
           }},
          deepListed,
-         {nothing}},
+         {stack}},
         {{"comparing deep cells",
           [](World& w) {
               const Array one = deepCells(w), other = deepCells(w);
@@ -122,11 +122,11 @@ const std::vector<Ending>& endings() {
               use(one == other);
           }},
          deepListed,
-         {nothing}},
+         {stack}},
         {{"comparing deep objects of two classes",
           [](World& w) { use(deepObjects(w, "One") == deepObjects(w, "Other")); }},
          deepListed,
-         {nothing}},
+         {stack}},
         {{"null from a back-end", [](World& w) { use(w.numbers().getType()); }},
          "a null pointer from a back-end that has to give an object",
          {result}},

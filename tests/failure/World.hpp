@@ -94,7 +94,7 @@ const std::vector<Family>& families();
 Family cFunctions(); ///< one of them
 
 /// What has to fail for an operation to end the process.
-enum class Cause { memory, operation, query, result, nothing };
+enum class Cause { memory, operation, query, result, stack, nothing };
 
 /// An operation that ends the process.
 struct Ending {
