@@ -39,6 +39,7 @@ static void values(struct scene* s) {
     object_set_value_x(s->box[1], shared);
     EXPECT(object_reference_is_equal(s->box[0], s->box[1]));
     EXPECT(scene_count((vexa_counted*)shared) == count + 1);
+    scene_release((vexa_counted*)shared);
 }
 
 static void handles(struct scene* s) {
@@ -63,6 +64,7 @@ static void handles(struct scene* s) {
            handle_ref_is_equal_x(s->handle[0], s->handle[0]));
     EXPECT(handle_object_ref_is_equal_x(s->nine, s->nine) && !handle_object_ref_is_equal_x(s->nine, NULL));
     EXPECT(handle_object_ref_reference_shared_copy_x(s->handle[0], &shared) == 1 && shared != NULL);
+    scene_release((vexa_counted*)shared);
 }
 
 int main(void) {

@@ -51,3 +51,4 @@ struct scene scene_create(void) {
 }
 
 int scene_count(const vexa_counted* object) { return static_cast<int>(object->referenceCount()); }
+void scene_release(const vexa_counted* object) { object->release(); }

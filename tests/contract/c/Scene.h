@@ -20,6 +20,7 @@ struct scene {
 
 struct scene scene_create(void);
 int scene_count(const vexa_counted* object); /* its references */
+void scene_release(const vexa_counted* object);
 
 #ifdef __cplusplus
 }

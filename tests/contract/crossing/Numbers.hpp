@@ -1,11 +1,12 @@
-// What the clients of a published contract have in common: how they report, and what they do with arrays of numbers.
+// What the clients of a published contract do with arrays of numbers.
 #pragma once
+
+#include "Expect.hpp"
 
 #include <foundation/vexadata/VexaData.hpp>
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdio>
 #include <functional>
 #include <numeric>
 #include <utility>
@@ -15,29 +16,6 @@ using namespace foundation::vexadata;
 using vexa::data::MemoryLayout;
 
 namespace {
-
-int conditions = 0;
-int faults = 0;
-
-void expect(bool holds, const char* what, int line) {
-    ++conditions;
-    if (!holds) {
-        ++faults;
-        std::printf("line %d: does not hold: %s\n", line, what);
-    }
-}
-#define EXPECT(...) expect(__VA_ARGS__, #__VA_ARGS__, __LINE__)
-
-/// Whether `E` and nothing else comes out of `action`.
-template <class E, class Action>
-bool throws(Action action) {
-    try {
-        action();
-    } catch (const E& error) {
-        return *error.what() != '\0';
-    } catch (...) {}
-    return false;
-}
 
 template <class T>
 buffer_ptr<T> bufferOf(const ArrayFactory& factory, const std::vector<T>& values) {
@@ -105,11 +83,6 @@ void numbers() {
 
     buffer_ptr<double> released = row.release();
     EXPECT(released[3] == 4.0);
-}
-
-int report() {
-    std::printf("%d conditions, %d faults\n", conditions, faults);
-    return faults == 0 ? 0 : 1;
 }
 
 } // namespace

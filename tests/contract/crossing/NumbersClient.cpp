@@ -1,8 +1,12 @@
 // A client of a back-end that has arrays of numbers only.
 #include "Numbers.hpp"
 
-int main() {
-    numbers();
+namespace {
+
+void others() {
     EXPECT(throws<InvalidArrayTypeException>([] { return ArrayFactory().createArray<bool>({1, 1}); }));
-    return report();
 }
+
+} // namespace
+
+int main() { return report({numbers, others}); }

@@ -27,6 +27,9 @@ struct Row {
 /// Keeps a row until the program starts.
 bool add(const Row& row);
 
+/// The same for the types of functions, which were compared when they were compiled.
+bool addTypes(int count);
+
 /// The same for the address of a function or variable, which is the first word of a pointer to it.
 bool addAddress(const void* pointer);
 template <class Pointer>
@@ -112,6 +115,8 @@ template <class Type, Type... functions>
 struct Function {
 #ifdef VEXADATA_CONTRACT_LINKED
     static inline const bool made = (addFunction(functions) && ...);
+#else
+    static inline const bool made = addTypes(sizeof...(functions));
 #endif
 };
 
