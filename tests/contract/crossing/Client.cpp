@@ -70,14 +70,20 @@ void cells() {
     TypedArray<Array> cells =
         factory.createArray<Array>({1, 3}, {inner, factory.createCharArray("c"), inner});
     const TypedArray<Array> before = cells;
+    const auto held = references(inner);
+    {
+        const TypedArray<double> out = before[0];
+        EXPECT(out == inner && references(inner) == held + 1);
+    }
+    EXPECT(references(inner) == held);
     cells[0].held()[2] = 30.0;
     Reference<TypedArray<double>> numbers = cells[0];
     numbers[0] = 10.0;
     EXPECT(cells[0].held()[2] == 30.0 && numbers[0] == 10.0 && inner[2] == 3.0 && before[0].held()[0] == 1.0);
     EXPECT(std::accumulate(numbers.begin(), numbers.end(), 0.0) == 42.0);
-    const auto held = numbers.chain()->referenceCount();
+    const auto counted = numbers.chain()->referenceCount();
     const auto position = numbers.begin(); // keeps the chain
-    EXPECT(*position == 10.0 && numbers.chain()->referenceCount() > held);
+    EXPECT(*position == 10.0 && numbers.chain()->referenceCount() > counted);
     cells[1] = cells[2];
     Reference<Array> last = cells[2];
     last = Array();

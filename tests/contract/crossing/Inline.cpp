@@ -8,12 +8,34 @@
 #include <vexa/data/detail/NonPrimitiveIteratorImpl.hpp>
 #include <vexa/data/impl/IdentifierImpl.hpp>
 
+#include <algorithm>
 #include <atomic>
 #include <cstdint>
+#include <cstdlib>
+#include <new>
 #include <string>
 #include <thread>
 #include <utility>
 #include <vector>
+
+namespace {
+
+long allocations = 0; // alive
+
+} // namespace
+
+void* operator new(std::size_t size) {
+    ++allocations;
+    return std::malloc(size);
+}
+void* operator new[](std::size_t size) { return operator new(size); }
+void operator delete(void* memory) noexcept {
+    allocations -= memory != nullptr;
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept { operator delete(memory); }
+void operator delete[](void* memory) noexcept { operator delete(memory); }
+void operator delete[](void* memory, std::size_t) noexcept { operator delete(memory); }
 
 using namespace foundation::vexadata;
 using namespace vexa::data;
@@ -62,7 +84,7 @@ IndexList listOf(const std::vector<std::uint64_t>& values) {
     return list;
 }
 
-void indexLists() {
+void useOfIndexLists() {
     EXPECT(holds(IndexList(), {}, 3) && holds(listOf({1, 2, 3}), {1, 2, 3}, 3) &&
            holds(listOf({1, 2, 3, 4}), {1, 2, 3, 4}, 6));
     const std::vector<std::uint64_t> shortOne{1, 2, 3};
@@ -83,6 +105,12 @@ void indexLists() {
     list.data()[2] = 9;
     list.reserve(20);
     EXPECT(list.length() == 3 && list.capacity() == 20 && list.data()[2] == 9 && list.data()[19] == 0);
+}
+
+void indexLists() {
+    const long before = allocations;
+    useOfIndexLists();
+    EXPECT(allocations == before);
 }
 
 using Sizes = std::vector<std::size_t>;
