@@ -304,10 +304,10 @@ def families():
 
 def changes_of_slots(text, siblings):
     """Calls of another operation of the interface that takes and gives the same."""
-    for match in re.finditer(r"(?<=->|\w\.|\)\.)(\w+)(?=\()", without_comments(text)):
+    for match in re.finditer(r"(?:->|\b(?:array|chain|impl)\.)(\w+)(?=\()", without_comments(text)):
         if match[1] in siblings:
             line = text.split("\n")[text.count("\n", 0, match.start())]
-            yield f"{siblings[match[1]]} in: {' '.join(line.split())}", text[:match.start()] + siblings[match[1]] + text[match.end():]
+            yield f"{siblings[match[1]]} in: {' '.join(line.split())}", text[:match.start(1)] + siblings[match[1]] + text[match.end():]
 
 
 def mutants_of(header, siblings):
@@ -384,8 +384,9 @@ class Compiler:
         programs = [("NumbersClient.cpp", [], {"LD_PRELOAD": str(doubles)}), ("Client.cpp", [self.client_library], {})]
         if header.startswith("vexa/data/"):  # with its own copies of what the library exports too
             programs.insert(0, ("Inline.cpp", ["-O1"], {}))
+        optimised = ["-O2"] if re.search("(Typed|Sparse)Array.hpp", header) else []  # else the library's instances are called
         for source, libraries, environment in programs:
-            if said := self.built(overlay, CROSSING / source, *libraries, *self.libraries, "-o", overlay / "client"):
+            if said := self.built(overlay, CROSSING / source, *optimised, *libraries, *self.libraries, "-o", overlay / "client"):
                 return BY_HEADER, said
             if said := self.failed(overlay / "client", **environment):
                 return BY_CLIENT, said

@@ -132,6 +132,11 @@ void classesAndObjects() {
     std::string properties;
     for (const VexaPropertyIdentifier& id : point.getPropertyIDs())
         properties += id.getClassName() + '.' + id.getPropertyName() + ' ';
+    auto second = point.getPropertyIDs().begin();
+    auto first = second++;
+    EXPECT((*first).getPropertyName() == "x" && (*second).getPropertyName() == "y" && first != second);
+    first = second;
+    EXPECT(first == second && ++second != first);
     for (const ClassInfo& superclass : point.getSuperclasses())
         properties += superclass.getClassIdentifier().getString();
     EXPECT(properties == "Point.x Point.y Named.name Named");

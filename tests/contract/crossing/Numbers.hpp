@@ -44,11 +44,12 @@ void numbers() {
     for (double& value : getWritableElements<double>(a))
         value = -value;
     EXPECT(*getReadOnlyElements<double>(a).begin() == -30.0 && getBufferPtr(b)[5] == 6.0);
+    const TypedArray<double> unseen = a;
     {
         auto view = writableView(a);
         view(1, 2) = 8.0;
     }
-    EXPECT(readOnlyView(a)(1, 2) == 8.0 && readOnlyView(b).extent(1) == 3);
+    EXPECT(readOnlyView(a)(1, 2) == 8.0 && unseen[1][2] == -1.0 && readOnlyView(b).extent(1) == 3);
 
     Array untyped = b;
     const double read = untyped[1][0];
