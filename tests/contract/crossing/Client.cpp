@@ -175,6 +175,11 @@ void handleObjects() {
     EXPECT(std::equal(std::begin(engine.bytes), std::end(engine.bytes), seven.getZVMID().bytes));
     Reference<HandleObjectRef> stored = handles[1];
     HandleRef(stored).addReference();
+    const auto chain = stored.chain();
+    const auto counted = chain->referenceCount();
+    chain->retain();
+    { const HandleRef adopted(chain.get()); }
+    EXPECT(chain->referenceCount() == counted);
     EXPECT(vexa::client::countOfReferences(engine, -8) != 0 &&
            vexa::client::countOfReferences(engine, 7) == 0);
 }
