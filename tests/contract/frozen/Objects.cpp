@@ -88,28 +88,25 @@ static_assert(sizeof(ZVMID) == 16 && alignof(ZVMID) == 1 && std::is_trivially_co
 template struct Member<0, unsigned char[16], &ZVMID::bytes>;
 
 // Functions with C linkage, whose names tell nothing of their types.
-static_assert(std::is_same_v<void(RefCounted*), decltype(object_destroy_impl_x)>);
-static_assert(std::is_same_v<ClassInfoImpl*(ObjectImpl*), decltype(object_get_class_info_x)>);
-static_assert(std::is_same_v<ClassInfoImpl*(ArrayImpl*), decltype(object_array_get_class_info_x)>);
-static_assert(std::is_same_v<bool(ArrayImpl*), decltype(object_array_is_heterogeneous_x)>);
-static_assert(std::is_same_v<ForwardIteratorImpl*(ReferenceImpl*), decltype(object_reference_begin_x)>);
-static_assert(std::is_same_v<ForwardIteratorImpl*(ReferenceImpl*), decltype(object_reference_end_x)>);
-static_assert(std::is_same_v<ClassInfoImpl*(ReferenceImpl*), decltype(object_reference_get_class_info_x)>);
-static_assert(std::is_same_v<const char*(ReferenceImpl*), decltype(object_reference_get_enumeration_name_x)>);
-static_assert(std::is_same_v<int(ReferenceImpl*, ObjectImpl**), decltype(object_reference_shared_copy_x)>);
-static_assert(std::is_same_v<void(ReferenceImpl*, ObjectImpl*), decltype(object_set_value_x)>);
-static_assert(std::is_same_v<bool(ReferenceImpl*, ReferenceImpl*), decltype(object_reference_is_equal)>);
-static_assert(
-    std::is_same_v<bool(HandleObjectRefImpl*, HandleObjectRefImpl*), decltype(handle_object_ref_is_equal_x)>);
-static_assert(std::is_same_v<bool(ReferenceImpl*, ReferenceImpl*), decltype(handle_ref_is_equal_x)>);
-static_assert(
-    std::is_same_v<bool(ReferenceImpl*, HandleObjectRefImpl*), decltype(handle_ref_is_equal_to_object_x)>);
-static_assert(std::is_same_v<int(HandleObjectRefImpl*, long*), decltype(handle_object_ref_get_id_x)>);
-static_assert(std::is_same_v<int(HandleObjectRefImpl*, ZVMID*), decltype(handle_object_ref_get_zvm_id_x)>);
-static_assert(std::is_same_v<int(ReferenceImpl*, long*), decltype(handle_ref_get_id_x)>);
-static_assert(std::is_same_v<int(ReferenceImpl*, ZVMID*), decltype(handle_ref_get_zvm_id_x)>);
-static_assert(
-    std::is_same_v<int(ReferenceImpl*, ObjectImpl**), decltype(handle_object_ref_reference_shared_copy_x)>);
-static_assert(std::is_same_v<void(ReferenceImpl*, HandleObjectRefImpl*), decltype(handle_ref_set_value_x)>);
+template struct Function<void (*)(RefCounted*), &object_destroy_impl_x>;
+template struct Function<ClassInfoImpl* (*)(ObjectImpl*), &object_get_class_info_x>;
+template struct Function<ClassInfoImpl* (*)(ArrayImpl*), &object_array_get_class_info_x>;
+template struct Function<bool (*)(ArrayImpl*), &object_array_is_heterogeneous_x>;
+template struct Function<ForwardIteratorImpl* (*)(ReferenceImpl*), &object_reference_begin_x,
+                         &object_reference_end_x>;
+template struct Function<ClassInfoImpl* (*)(ReferenceImpl*), &object_reference_get_class_info_x>;
+template struct Function<const char* (*)(ReferenceImpl*), &object_reference_get_enumeration_name_x>;
+template struct Function<int (*)(ReferenceImpl*, ObjectImpl**), &object_reference_shared_copy_x,
+                         &handle_object_ref_reference_shared_copy_x>;
+template struct Function<void (*)(ReferenceImpl*, ObjectImpl*), &object_set_value_x>;
+template struct Function<bool (*)(ReferenceImpl*, ReferenceImpl*), &object_reference_is_equal,
+                         &handle_ref_is_equal_x>;
+template struct Function<bool (*)(HandleObjectRefImpl*, HandleObjectRefImpl*), &handle_object_ref_is_equal_x>;
+template struct Function<bool (*)(ReferenceImpl*, HandleObjectRefImpl*), &handle_ref_is_equal_to_object_x>;
+template struct Function<int (*)(HandleObjectRefImpl*, long*), &handle_object_ref_get_id_x>;
+template struct Function<int (*)(HandleObjectRefImpl*, ZVMID*), &handle_object_ref_get_zvm_id_x>;
+template struct Function<int (*)(ReferenceImpl*, long*), &handle_ref_get_id_x>;
+template struct Function<int (*)(ReferenceImpl*, ZVMID*), &handle_ref_get_zvm_id_x>;
+template struct Function<void (*)(ReferenceImpl*, HandleObjectRefImpl*), &handle_ref_set_value_x>;
 
 } // namespace contract

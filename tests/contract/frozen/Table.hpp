@@ -27,6 +27,16 @@ struct Row {
 /// Keeps a row until the program starts.
 bool add(const Row& row);
 
+/// The same for the types of functions, which were compared when they were compiled.
+bool addTypes(int count);
+
+/// The same for the address of a function or variable, which is the first word of a pointer to it.
+bool addAddress(const void* pointer);
+template <class Pointer>
+bool addFunction(Pointer function) {
+    return addAddress(&function);
+}
+
 template <class>
 struct MemberType;
 template <class Type, class Class>
@@ -73,6 +83,41 @@ template <class Class, class Base, std::size_t size,
 struct Derived {
     static_assert(sizeof(Class) == size && std::is_base_of_v<Base, Class> &&
                   std::is_convertible_v<Class*, Base*>);
+};
+
+/// How a function takes and gives a value: a copy of its own in registers, or the address of one in memory.
+enum class Passed { inRegisters, inMemory };
+
+/// Where a derived class puts what it adds: at the end, or in the padding there.
+template <class T>
+struct Followed : T {
+    char next;
+};
+
+/// Values that cross or lie in clients' objects: their size, their alignment, the end of their members, how they are passed.
+template <std::size_t size, std::size_t alignment, std::ptrdiff_t end, Passed passed, class... Types>
+struct Values {
+    static_assert(((sizeof(Types) == size && alignof(Types) == alignment) && ...));
+    static_assert((((passed == Passed::inRegisters) == (std::is_trivially_copy_constructible_v<Types> &&
+                                                        std::is_trivially_destructible_v<Types>)) &&
+                   ...));
+    template <class T>
+    struct One {
+        static constexpr auto pointer = &Followed<T>::next;
+        static bool make() { return add({Kind::member, __PRETTY_FUNCTION__, end, &pointer}); }
+    };
+    static inline const bool made = (One<Types>::make() && ...);
+};
+
+/// Functions and variables that the library exports, all of one type. Overloads are told apart by it. A program that is linked
+/// with the library keeps their addresses too, to see which of the exports have no row.
+template <class Type, Type... functions>
+struct Function {
+#ifdef VEXADATA_CONTRACT_LINKED
+    static inline const bool made = (addFunction(functions) && ...);
+#else
+    static inline const bool made = addTypes(sizeof...(functions));
+#endif
 };
 
 } // namespace contract

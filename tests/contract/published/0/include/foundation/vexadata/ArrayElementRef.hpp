@@ -1,0 +1,70 @@
+// Handles to elements of arrays whose kind is not known at compile time, and of cell arrays. One level deeper, into the array
+// that such an element holds, leads `held()` (HeldElementRef.hpp). Elements of a `TypedArray<T>` have ArrayElementTypedRef; a
+// reference that is kept is a `Reference<T>`.
+#pragma once
+
+#include <foundation/vexadata/UntypedElement.hpp>
+
+#include <cstddef>
+#include <memory>
+#include <utility>
+
+namespace foundation::vexadata {
+
+template <bool isConst>
+class HeldElements;
+
+/// What `Array::operator[]` returns: an element of any kind of array, or a partial subscript that needs further indices. Values,
+/// texts and records are read and written when the array's kind is exactly theirs, fields reached by name, and array handles
+/// are constructed from it and assigned to it when the element holds an array. Validity and indices as for
+/// ArrayElementTypedRef.
+template <bool isConst>
+class ArrayElementRef : public detail::Indexing<ArrayElementRef<isConst>>,
+                        public detail::UntypedElement<ArrayElementRef<isConst>, isConst> {
+    using Untyped = detail::UntypedElement<ArrayElementRef<isConst>, isConst>;
+
+public:
+    explicit ArrayElementRef(detail::ElementPosition position) noexcept : position_(std::move(position)) {}
+    /// Shares the chain of an element that is known already.
+    explicit ArrayElementRef(const std::shared_ptr<detail::ReferenceImpl>& chain) noexcept
+        : position_(chain) {}
+    ArrayElementRef(const ArrayElementRef&) = default;
+    ArrayElementRef(ArrayElementRef&&) noexcept = default;
+    ~ArrayElementRef() = default;
+
+    /// Appends an index. On an element that an iterator gave, which needs none, the index goes into the array that it holds.
+    /// @throws StringIndexMustBeLastException, CantIndexIntoEmptyArrayException, TooManyIndicesProvidedException; index errors
+    /// of the array held
+    [[gnu::always_inline]] ArrayElementRef operator[](std::size_t index) && {
+        return position_.isFixed() ? inside(index)
+                                   : static_cast<detail::Indexing<ArrayElementRef>&&>(*this)[index];
+    }
+    ArrayElementRef operator[](std::size_t index) const& {
+        return position_.isFixed() ? inside(index)
+                                   : static_cast<const detail::Indexing<ArrayElementRef>&>(*this)[index];
+    }
+    using Untyped::operator[];
+
+    /// The way into the array that the element holds: `cells[i].held()[j]` is its element j.
+    HeldElements<isConst> held() const;
+
+    /// Writes the other element's content; never makes this handle refer elsewhere.
+    ArrayElementRef& operator=(const ArrayElementRef& other) { return this->copyFrom(other); }
+    using Untyped::operator=;
+
+private:
+    ArrayElementRef inside(std::size_t index) const {
+        std::shared_ptr<detail::ReferenceImpl> chain = position_.chain();
+        return ArrayElementRef(detail::createReferenceWithIndex<isConst>(chain, index));
+    }
+
+    friend Untyped;
+    const detail::ElementPosition& forRead() const noexcept { return position_; }
+    const detail::ElementPosition& forWrite() const noexcept { return position_; }
+    const detail::ElementPosition& kept() const noexcept { return position_; }
+
+    friend struct detail::Access;
+    detail::ElementPosition position_;
+};
+
+} // namespace foundation::vexadata

@@ -1,0 +1,153 @@
+// Records: elements of struct arrays, and handles to them.
+#pragma once
+
+#include <foundation/vexadata/Array.hpp>
+#include <foundation/vexadata/ForwardIterator.hpp>
+#include <foundation/vexadata/Identifiers.hpp>
+#include <foundation/vexadata/TypedIterator.hpp>
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace foundation::vexadata {
+
+namespace detail {
+
+/// See `setElement` for records.
+VEXADATA_API void storeRecord(const ElementPosition& position, std::vector<Array> values);
+/// The field values of a record, in their order, each shared with it.
+VEXADATA_API std::vector<Array> valuesOf(const ElementPosition& position);
+
+} // namespace detail
+
+/// A record: an ordered list of named fields, each holding an array. A view that copies no value; valid as long as the
+/// struct array that it came from lives, is not reassigned and is not made private by a later write. Assigning makes the view
+/// one of another record and writes nothing; the handles to elements that derive from it write.
+///
+/// Every operation throws index errors, and passes errors of the back-end on.
+class VEXADATA_API StructElement {
+public:
+    using const_iterator = TypedIterator<const Array>;
+
+    explicit StructElement(detail::ElementPosition position) noexcept : position_(std::move(position)) {}
+    explicit StructElement(const std::shared_ptr<detail::ReferenceImpl>& chain) noexcept : position_(chain) {}
+
+    /// The names of the fields in their order.
+    Range<ForwardIterator, const VexaFieldIdentifier> getFieldNames() const;
+    std::size_t getNumberOfFields() const;
+
+    /// The value of a field, shared with the record until one of them is written. Constant, so that indexing into it on
+    /// the spot reads without making a copy first; assign it to an `Array` to keep or to change it.
+    const Array operator[](const std::string& fieldName) const;
+    void operator[](std::size_t) const = delete; // a zero would be taken for a null text
+
+    /// The field values, in the order of the names.
+    const_iterator begin() const { return cbegin(); }
+    const_iterator end() const { return cend(); }
+    const_iterator cbegin() const;
+    const_iterator cend() const;
+
+protected:
+    friend struct detail::Access;
+    detail::ElementPosition position_;
+};
+
+/// A record that can be written. Reading as for StructElement.
+class VEXADATA_API StructRefExt : public StructElement {
+public:
+    using iterator = TypedIterator<Array>;
+    using StructElement::StructElement;
+
+    /// The field, to be written or looked into. Nothing happens to the struct array before that.
+    /// @throws CanOnlyUseOneStringIndexException when this handle is a field already
+    Reference<Array> operator[](const std::string& fieldName);
+    using StructElement::operator[];
+
+    /// The field values for writing; the struct array is made private first.
+    iterator begin();
+    iterator end();
+    using StructElement::begin;
+    using StructElement::end;
+};
+
+namespace detail {
+
+/// Replacing the record behind the handle `Ref`.
+template <class Ref>
+class WritableRecord : public StructRefExt {
+public:
+    using StructRefExt::StructRefExt;
+    WritableRecord(const WritableRecord&) = default;
+    WritableRecord(WritableRecord&&) noexcept = default;
+    ~WritableRecord() = default;
+
+    /// Replaces all values, which take the fields in their order.
+    /// @throws WrongVectorSizeForStructException when their number differs, all fields as they were; index errors
+    Ref& operator=(std::vector<Array> values) {
+        storeRecord(position_, std::move(values));
+        return static_cast<Ref&>(*this);
+    }
+    /// Stores the other record's values, shared with it; never makes this handle refer elsewhere.
+    WritableRecord& operator=(const WritableRecord& other) {
+        storeRecord(position_, valuesOf(other.position_));
+        return *this;
+    }
+    Ref& operator=(const StructElement& other) {
+        storeRecord(position_, valuesOf(Access::position(other)));
+        return static_cast<Ref&>(*this);
+    }
+};
+
+} // namespace detail
+
+/// A read-only record; validity and indices as for other elements.
+template <>
+class ArrayElementTypedRef<StructElement, true>
+    : public StructElement,
+      public detail::Indexing<ArrayElementTypedRef<StructElement, true>>,
+      private detail::NotAssignable {
+public:
+    using StructElement::StructElement;
+    using detail::Indexing<ArrayElementTypedRef>::operator[];
+    const Array operator[](const std::string& fieldName) const {
+        return StructElement::operator[](fieldName);
+    }
+};
+
+/// A record of a struct array; validity and indices as for other elements.
+template <>
+class ArrayElementTypedRef<StructElement, false>
+    : public detail::WritableRecord<ArrayElementTypedRef<StructElement, false>>,
+      public detail::Indexing<ArrayElementTypedRef<StructElement, false>> {
+public:
+    using detail::WritableRecord<ArrayElementTypedRef<StructElement, false>>::WritableRecord;
+    using detail::WritableRecord<ArrayElementTypedRef<StructElement, false>>::operator=;
+    using detail::Indexing<ArrayElementTypedRef>::operator[];
+    const Array operator[](const std::string& fieldName) const {
+        return StructElement::operator[](fieldName);
+    }
+    Reference<Array> operator[](const std::string& fieldName) { return StructRefExt::operator[](fieldName); }
+};
+
+/// A record whose indices were checked when the reference was formed.
+template <>
+class Reference<StructElement> : public detail::WritableRecord<Reference<StructElement>> {
+public:
+    using detail::WritableRecord<Reference<StructElement>>::WritableRecord;
+    using detail::WritableRecord<Reference<StructElement>>::operator=;
+    /// @throws NotEnoughIndicesProvidedException, EArrayIndexOutOfRange
+    Reference(const ArrayElementTypedRef<StructElement, false>& element)
+        : WritableRecord(detail::completePosition(element)) {}
+    /// @throws TypeMismatchException when the array is no struct array; index errors
+    Reference(const ArrayElementRef<false>& element)
+        : WritableRecord(detail::completePosition<StructElement>(element)) {}
+
+    /// The chain of the element.
+    std::shared_ptr<detail::ReferenceImpl> chain() const { return position_.chain(); }
+};
+
+} // namespace foundation::vexadata

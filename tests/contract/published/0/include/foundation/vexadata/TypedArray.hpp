@@ -1,0 +1,148 @@
+// The handle of an array whose element type is known at compile time.
+#pragma once
+
+#include <foundation/vexadata/Array.hpp>
+#include <foundation/vexadata/EnumElement.hpp>
+#include <foundation/vexadata/ObjectElement.hpp>
+#include <foundation/vexadata/StringElement.hpp>
+#include <foundation/vexadata/StructElement.hpp>
+#include <foundation/vexadata/TypedIterator.hpp>
+
+#include <complex>
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <type_traits>
+#include <utility>
+
+namespace foundation::vexadata {
+
+namespace detail {
+
+/// An array's own buffer and the function that frees it.
+template <class T>
+using buffer_ptr = std::unique_ptr<T[], void (*)(void*)>;
+
+} // namespace detail
+
+/// An array of elements `T`, any of the catalogue's element types. Copies, moves and assigns between its own kind as
+/// `Array` does; from other arrays it checks their kind.
+template <class T>
+class VEXADATA_API TypedArray : public Array {
+    static_assert(
+        detail::isElementType<T>,
+        "T of TypedArray<T> must be an element type: bool, char16_t, float, double, std::int8_t to std::int64_t, "
+        "std::uint8_t to std::uint64_t, std::complex of one of these ten numbers, String, Array (cells), "
+        "StructElement, Enumeration, ValueObject or HandleObjectRef");
+
+public:
+    using value_type = T;
+    using iterator = TypedIterator<T>;
+    using const_iterator = TypedIterator<const T>;
+
+    /// @throws InvalidArrayTypeException when the array is not one of elements `T`; a moved argument is emptied even then
+    TypedArray(const Array& array) : Array(array) { requireType(*this); }
+    TypedArray(Array&& array) : Array(std::move(array)) { requireType(*this); }
+    /// The array that an element holds.
+    /// @throws TypeMismatchException when it is not one of elements `T`; index errors
+    template <class Ref, std::enable_if_t<detail::isArrayReference<Ref>, int> = 0>
+    TypedArray(const Ref& element)
+        : TypedArray(detail::castTo<TypedArray<T>, true>(detail::chainOf(element))) {}
+    /// Adopts the one reference that `impl` carries; its kind is not checked.
+    explicit TypedArray(vexa::data::impl::ArrayImpl* impl) : Array(impl) {}
+    /// Shares `impl`; its kind is not checked.
+    TypedArray(std::shared_ptr<vexa::data::impl::ArrayImpl> impl) noexcept : Array(std::move(impl)) {}
+    TypedArray(const TypedArray&) noexcept = default;
+    TypedArray(TypedArray&&) noexcept = default;
+    TypedArray& operator=(const TypedArray&) noexcept = default;
+    TypedArray& operator=(TypedArray&&) noexcept = default;
+    ~TypedArray() override {} // not defaulted: such a one is not always part of the instantiation
+
+    /// Shares the array. A moved argument keeps it too: only handles of one type are emptied by assignment.
+    /// @throws InvalidArrayTypeException when the array is not one of elements `T`; this handle has not changed then
+    TypedArray& operator=(const Array& array) {
+        requireType(array);
+        Array::operator=(array);
+        return *this;
+    }
+
+    /// @throws TypeMismatchException when the element does not hold an array of elements `T`; index errors
+    template <class Ref, std::enable_if_t<detail::isArrayReference<Ref>, int> = 0>
+    TypedArray& operator=(const Ref& element) {
+        return *this = TypedArray(element);
+    }
+
+    /// Read-only iterators in storage order; they never copy the array.
+    [[gnu::always_inline]] const_iterator begin() const {
+        return const_iterator(this->impl_->beginIterator(nullptr, false));
+    }
+    const_iterator cbegin() const { return begin(); }
+    [[gnu::always_inline]] const_iterator end() const { return endOf<const T>(false); }
+    const_iterator cend() const { return end(); }
+    /// Writable iterators; the array is made private first.
+    /// @throws std::bad_alloc, the handle unchanged
+    [[gnu::always_inline]] iterator begin() {
+        detail::Access::unshare(*this);
+        return iterator(this->impl_->beginIterator(nullptr, true));
+    }
+    [[gnu::always_inline]] iterator end() {
+        detail::Access::unshare(*this);
+        return endOf<T>(true);
+    }
+
+    /// An element, or a row of them that wants more indices; as `Array::operator[]`.
+    [[gnu::always_inline]] detail::ElementRefOf<T, false> operator[](std::size_t index) {
+        detail::Access::unshare(*this);
+        return detail::ElementRefOf<T, false>(detail::ElementPosition::first(this->impl_.get(), index));
+    }
+    [[gnu::always_inline]] detail::ElementRefOf<T, true> operator[](std::size_t index) const {
+        return detail::ElementRefOf<T, true>(detail::ElementPosition::first(this->impl_.get(), index));
+    }
+
+    /// Hands the elements over in a buffer that the caller owns: the array's own when no other handle shares it, a copy
+    /// otherwise. Ends iterators and references into the array; what it reports afterwards is the back-end's choice.
+    /// @throws InvalidArrayTypeException when the back-end has no buffer of elements; std::bad_alloc
+    detail::buffer_ptr<T> release() {
+        void* data = nullptr;
+        void (*deleter)(void*) = nullptr;
+        if (detail::Access::isPrivate(this->impl_)) {
+            this->impl_->releaseBuffer(data, deleter);
+        } else {
+            this->impl_->copyOutBuffer(data, deleter);
+        }
+        return detail::buffer_ptr<T>(static_cast<T*>(data), deleter);
+    }
+
+private:
+    /// A back-end that cannot tell the kind of its array ends the process.
+    static ArrayType typeOf(const Array& array) noexcept { return array.getType(); }
+    static void requireType(const Array& array) {
+        if (!detail::acceptsType<T>(typeOf(array))) {
+            detail::raise<InvalidArrayTypeException>();
+        }
+    }
+
+    /// String, struct and enumeration arrays end where the number of elements says.
+    static constexpr bool endsByCount =
+        std::is_same_v<T, String> || std::is_same_v<T, StructElement> || std::is_same_v<T, Enumeration>;
+    template <class U>
+    [[gnu::always_inline]] TypedIterator<U> endOf(bool writable) const {
+        if constexpr (endsByCount) {
+            TypedIterator<U> it(this->impl_->beginIterator(nullptr, writable));
+            it.advance(static_cast<std::ptrdiff_t>(this->impl_->getNumberOfElements()));
+            return it;
+        } else {
+            return TypedIterator<U>(this->impl_->endIterator(nullptr, writable));
+        }
+    }
+};
+
+#define VEXADATA_ELEMENT(T)                                                                                  \
+    extern template class VEXADATA_API TypedArray<T>;                                                        \
+    extern template VEXADATA_API TypedArray<T> detail::castTo<TypedArray<T>, false>(                         \
+        std::shared_ptr<detail::ReferenceImpl>);                                                             \
+    extern template VEXADATA_API TypedArray<T> detail::castTo<TypedArray<T>, true>(                          \
+        std::shared_ptr<detail::ReferenceImpl>);
+#include <foundation/vexadata/ElementTypes.inc>
+
+} // namespace foundation::vexadata

@@ -1,0 +1,134 @@
+// Errors of the embedded back-end, where the library has none that says as much.
+#pragma once
+
+#include <foundation/vexadata/Exception.hpp>
+
+#include <cstddef>
+#include <memory>
+#include <string>
+
+namespace vexa::client {
+
+/// A buffer was handed over that cannot be the storage of an array: there is none although the array has elements, or its
+/// memory layout is neither column- nor row-major.
+class VEXADATA_API InvalidBufferException final : public foundation::vexadata::Exception {
+public:
+    const char* what() const noexcept override;
+    ~InvalidBufferException() override;
+    InvalidBufferException() = default;
+    InvalidBufferException(const InvalidBufferException&) = default;
+    InvalidBufferException& operator=(const InvalidBufferException&) = default;
+};
+
+/// The column starts of a sparse matrix in compressed columns do not rise from 0 to the number of its values.
+class VEXADATA_API InvalidColumnStartsException final : public foundation::vexadata::Exception {
+public:
+    const char* what() const noexcept override;
+    ~InvalidColumnStartsException() override;
+    InvalidColumnStartsException() = default;
+    InvalidColumnStartsException(const InvalidColumnStartsException&) = default;
+    InvalidColumnStartsException& operator=(const InvalidColumnStartsException&) = default;
+};
+
+/// Base of errors whose message tells what was wrong. Copies share the text, which lives as long as any of them.
+class VEXADATA_API NamedException : public foundation::vexadata::Exception {
+public:
+    const char* what() const noexcept override;
+    ~NamedException() override;
+    NamedException(const NamedException&) = default;
+    NamedException& operator=(const NamedException&) = default;
+
+protected:
+    explicit NamedException(std::string message);
+
+private:
+    std::shared_ptr<const std::string> message_;
+};
+
+/// A struct array has no field of this name.
+class VEXADATA_API UnknownFieldException final : public NamedException {
+public:
+    explicit UnknownFieldException(const std::string& name);
+    ~UnknownFieldException() override;
+};
+
+/// A list of field names holds one twice, or one that is not a letter followed by letters, digits and underscores.
+class VEXADATA_API InvalidFieldNameException final : public NamedException {
+public:
+    InvalidFieldNameException(const std::string& name, const std::string& reason);
+    ~InvalidFieldNameException() override;
+};
+
+/// An enumeration array does not know a member of this name.
+class VEXADATA_API UnknownMemberException final : public NamedException {
+public:
+    UnknownMemberException(const std::string& name, const std::string& className);
+    ~UnknownMemberException() override;
+};
+
+/// An enumeration array was asked for with member names, but not with one for each element.
+class VEXADATA_API WrongNumberOfNamesException final : public NamedException {
+public:
+    WrongNumberOfNamesException(std::size_t names, std::size_t elements);
+    ~WrongNumberOfNamesException() override;
+};
+
+/// A class has no property of this name; or there is no class, as in an element without object.
+class VEXADATA_API UnknownPropertyException final : public NamedException {
+public:
+    /// `className` is empty when there is no class.
+    UnknownPropertyException(const std::string& name, const std::string& className);
+    ~UnknownPropertyException() override;
+};
+
+/// Several superclasses define a property of this name, and none was named with it.
+class VEXADATA_API AmbiguousPropertyException final : public NamedException {
+public:
+    AmbiguousPropertyException(const std::string& name, const std::string& className);
+    ~AmbiguousPropertyException() override;
+};
+
+/// A class cannot have this property of its own: the name is no identifier, comes twice, or is that of another class.
+class VEXADATA_API InvalidPropertyException final : public NamedException {
+public:
+    InvalidPropertyException(const std::string& name, const std::string& className,
+                             const std::string& reason);
+    ~InvalidPropertyException() override;
+};
+
+/// The name of a class or of an enumeration has a NUL.
+class VEXADATA_API InvalidClassNameException final : public NamedException {
+public:
+    explicit InvalidClassNameException(const std::string& name);
+    ~InvalidClassNameException() override;
+};
+
+/// A class cannot have this superclass, which is the class itself or has it among its own.
+class VEXADATA_API InvalidSuperclassException final : public NamedException {
+public:
+    InvalidSuperclassException(const std::string& name, const std::string& className);
+    ~InvalidSuperclassException() override;
+};
+
+/// Classes of another back-end have no objects, arrays or subclasses here.
+class VEXADATA_API ForeignClassException final : public NamedException {
+public:
+    explicit ForeignClassException(const std::string& name);
+    ~ForeignClassException() override;
+};
+
+/// An object of another class was stored into an array of objects of one class.
+class VEXADATA_API WrongClassException final : public NamedException {
+public:
+    WrongClassException(const std::string& found, const std::string& expected);
+    ~WrongClassException() override;
+};
+
+/// A variable cannot have this name: it is made of other characters than letters, digits and underscores, or begins with a digit.
+class VEXADATA_API InvalidVariableNameException final : public NamedException {
+public:
+    explicit InvalidVariableNameException(const std::string& name);
+    ~InvalidVariableNameException() override;
+};
+
+} // namespace vexa::client

@@ -1,0 +1,50 @@
+// Iterators of arrays. Binary contract: virtual operations in the order of their numbers; the two entries of the
+// destructor are operations 1 and 2.
+#pragma once
+
+#include <foundation/vexadata/Forward.hpp>
+#include <vexa/data/detail/RefCounted.hpp>
+
+#include <cstdint>
+
+namespace vexa::data::detail {
+
+/// A position in an array, made by the array. A typed iterator owns it alone and deletes it; the count it
+/// inherits stays at 1. Errors of any operation reach the caller unchanged.
+class VEXADATA_API IteratorImpl : public RefCounted {
+public:
+    ~IteratorImpl() override = default; // inline: `reservedOp9` keeps the one vtable in the library
+
+    /// Operation 3. An independent copy at the same position; the caller owns it.
+    virtual IteratorImpl* clone() const = 0;
+    /// Operation 4. Moves by `count` elements, back when negative.
+    virtual void advance(std::int64_t count) = 0;
+    /// Operation 5. Both stand at the same position. The other comes from the same array, which need not be tested.
+    virtual bool isEqual(const IteratorImpl& other) const = 0;
+    /// Operation 6. Number of elements from this position to the other, which comes from the same array.
+    virtual std::int64_t distanceTo(const IteratorImpl& other) const = 0;
+    /// Operation 7. Moves back one element.
+    virtual void decrement() = 0;
+    /// Operation 8. Moves forward one element.
+    virtual void increment() = 0;
+    /// Operation 9. Never called by this library; keeps its place.
+    virtual void reservedOp9();
+    /// Operation 10. A new chain to the current element, one reference for the caller; null for primitive
+    /// elements, which have an address instead.
+    virtual ReferenceImpl* createReference() = 0;
+    /// Operation 11. Keeps `chain` alive as long as this iterator. The caller has added the reference that is
+    /// adopted here.
+    virtual void saveReference(ReferenceImpl* chain) = 0;
+    /// Operation 12. Never called by this library; keeps its place.
+    virtual void reservedOp12();
+    /// Operation 13. Address of the current element. Asked past the end too, where the address is not read.
+    /// Null for elements that are not primitive.
+    virtual void* getElementAddress() = 0;
+
+protected:
+    IteratorImpl() noexcept = default;
+    IteratorImpl(const IteratorImpl&) noexcept = default;
+    IteratorImpl& operator=(const IteratorImpl&) = default;
+};
+
+} // namespace vexa::data::detail

@@ -1,0 +1,65 @@
+// The interface of array back-ends with elements of one type, continuing the order of ArrayImpl: 36 to 40.
+#pragma once
+
+#include <vexa/data/impl/ArrayImpl.hpp>
+
+#include <complex>
+#include <cstddef>
+#include <string>
+
+namespace vexa::data::impl {
+
+/// An array whose elements are of type `T`. Character, logical, numeric and cell arrays add nothing to it; string,
+/// struct, enumeration and object arrays have interfaces of their own that continue it.
+template <class T>
+class VEXADATA_API TypedArrayImpl : public ArrayImpl {
+public:
+    ~TypedArrayImpl() override {} // not defaulted: such a one is not always part of the instantiation
+
+    virtual void reservedOp36(); ///< order 36, not called by this library
+    virtual void reservedOp37(); ///< order 37, not called by this library
+    /// Order 38. Address of element `index`, valid until the array is changed. `forWrite` is always passed false.
+    virtual T* getElementAddress(std::size_t index, const std::string& fieldName, bool forWrite) = 0;
+    /// Order 39. Stores `value`. The storage has been made exclusive before by order 31.
+    virtual void setElementValue(std::size_t index, const std::string& fieldName, T value) = 0;
+    /// Order 40. First element of contiguous storage, in the order of the memory layout; may be null without
+    /// elements. Valid until the array is changed or released.
+    virtual const T* getTypedDataPtr() const = 0;
+
+protected:
+    TypedArrayImpl() noexcept = default;
+    TypedArrayImpl(const TypedArrayImpl&) noexcept = default;
+};
+
+/// String elements: order 39 bears the name `setStringElement`, and `setElementValue` calls it.
+template <>
+class VEXADATA_API TypedArrayImpl<vexa::data::optional<std::u16string>> : public ArrayImpl {
+public:
+    using Element = vexa::data::optional<std::u16string>;
+
+    ~TypedArrayImpl() override;
+
+    virtual void reservedOp36(); ///< order 36, not called by this library
+    virtual void reservedOp37(); ///< order 37, not called by this library
+    /// Order 38. Null from arrays that do not store optional objects; this library reads through order 22.
+    virtual Element* getElementAddress(std::size_t index, const std::string& fieldName, bool forWrite) = 0;
+    /// Order 39. Stores an element; one without a value is missing. `fieldName` is passed on as it came.
+    virtual void setStringElement(std::size_t index, const std::string& fieldName, Element value) = 0;
+    /// Order 40. Null from arrays that do not store optional objects.
+    virtual const Element* getTypedDataPtr() const = 0;
+
+    void setElementValue(std::size_t index, const std::string& fieldName, Element value);
+
+protected:
+    TypedArrayImpl() noexcept = default;
+    TypedArrayImpl(const TypedArrayImpl&) noexcept = default;
+};
+
+#define VEXADATA_ELEMENT(T) extern template class VEXADATA_API TypedArrayImpl<T>;
+#include <foundation/vexadata/PrimitiveTypes.inc>
+extern template class VEXADATA_API TypedArrayImpl<foundation::vexadata::Array>;
+extern template class VEXADATA_API TypedArrayImpl<foundation::vexadata::StructElement>;
+extern template class VEXADATA_API TypedArrayImpl<foundation::vexadata::Enumeration>;
+extern template class VEXADATA_API TypedArrayImpl<foundation::vexadata::HandleObjectRef>;
+
+} // namespace vexa::data::impl
