@@ -44,6 +44,11 @@ Attempt attempt(const Backend& backend, const Operation& operation, const Sample
         }
         result.fired = trial.fired();
         expectSound(subject, " afterwards");
+        if (result.fired && number == 1) { // with memory it does what it should again
+            Trial none;
+            operation.run(backend, subject, none);
+            expectSound(subject, " after another one with memory");
+        }
     }
     result.lost = FailingAllocations::liveBlocks();
     FailingAllocations::stop();
@@ -208,7 +213,8 @@ void refuse(const Backend& backend, const Refusal& refusal, const Sample& sample
     const std::string what =
         refusal.name + (refusal.kind == "factory" ? "" : " (of a " + sample.name + " array)");
     backend.step(what);
-    const auto array = make(backend, sample, sample.parts == 2 ? Dimensions{1, 2} : Dimensions{2, 3});
+    Subject subject = newSubject(backend, sample, sample.origins.front(), false);
+    ArrayImpl* const array = subject.array.get();
     const auto once = [&] {
         try {
             refusal.run(backend, *array);
@@ -225,14 +231,24 @@ void refuse(const Backend& backend, const Refusal& refusal, const Sample& sample
     std::ptrdiff_t lost = 1;
     for (int round = 0; round < 3 && lost > 0; ++round) {
         FailingAllocations::start();
-        for (int times = 0; times < 20; ++times)
+        for (int times = 0; times < 200; ++times)
             once();
         lost = FailingAllocations::liveBlocks();
         FailingAllocations::stop();
     }
-    expect(lost <= 0, "20 times " + what + " lose " + show(lost) + " block(s) of memory");
+    expect(lost <= 0, "200 times " + what + " lose " + show(lost) + " block(s) of memory");
     expectOneReference("an array after " + what, *array);
     expectContents("an array after " + what, *array, contents);
+    Subject fresh = newSubject(backend, sample, sample.origins.front(), true);
+    for (const Operation& operation : operations()) {
+        Trial none;
+        if (operation.once || (operation.kind != "factory" && !applies(backend, operation, sample)) ||
+            !offersAll(backend, operation.needs))
+            continue;
+        backend.step(operation.name + " after " + what);
+        operation.run(backend, fresh, none);
+        fresh.expectUnchanged(" with " + operation.name + " after " + what);
+    }
 }
 
 void refusalsLoseNothing(Backend& backend) {

@@ -107,6 +107,23 @@ void factoriesOnThreads(Backend& backend) {
                 adopt(ArrayFactoryImpl::getDefaultFactory(), "the registered function"));
             for (int round = 0; round < rounds; ++round) {
                 Subject subject = newSubject(own, sample, sample.origins.front(), true);
+                const std::size_t number = static_cast<std::size_t>(round) % sample.origins.size();
+                if (offersAll(own, sample.origins[number].needs))
+                    newSubject(own, sample, sample.origins[number], true)
+                        .expectUnchanged(" of its own thread");
+                withElementType(subject.array->getType(), [&](auto tag) {
+                    using T = typename decltype(tag)::type;
+                    const auto fresh = own.zeros<T>({3, 3});
+                    for (std::size_t k = 0; k < 9; ++k)
+                        expectEqual("an element of a new array of its own thread", read(*fresh, k), T());
+                });
+                if (round % 5 == 0)
+                    for (const Operation& operation : operations()) {
+                        const bool ofFactory = operation.kind == "factory" && offersAll(own, operation.needs);
+                        Trial none;
+                        if (!operation.once && (ofFactory || applies(own, operation, sample)))
+                            operation.run(own, subject, none);
+                    }
                 subject.expectUnchanged(" of a factory of its own thread");
                 identities[thread].push_back(subject.array->getArrayID());
                 arrays[thread].push_back(std::move(subject.array));
