@@ -178,8 +178,8 @@ private:
 /// When a fault shows: what the array is, or has been through.
 struct History {
     bool isCopy = false;
-    mutable bool copied = false;
-    mutable bool compared = false;
+    mutable std::atomic<bool> copied{false};
+    mutable std::atomic<bool> compared{false};
     mutable bool iterated = false;
     bool written = false;
 };
@@ -352,7 +352,7 @@ public:
         if (is("isEqual", "same-object-is-different") && this == other) return false;
         bool equal = passed("isEqual", [&] { return truth("isEqual", Base::isEqual(other)); });
         if (is("isEqual", "moves-storage") && !exposed_) const_cast<Wrong*>(this)->move();
-        if (is("isEqual", "loses-when-unequal") && !equal) static_cast<void>(new char[24]);
+        if (is("isEqual", "loses-when-unequal") && !equal) lose();
         history_.compared = true;
         return equal;
     }
@@ -444,6 +444,12 @@ protected:
         Inner<IteratorImpl> iterator(made);
         Inner<IteratorImpl> start(Base::beginIterator(nullptr, false));
         return wrongIterator("elements.", std::move(iterator), std::move(start), armed());
+    }
+
+    static void lose() {
+        static char* volatile lost;
+        lost = new char[24];
+        static_cast<void>(lost);
     }
 
     mutable std::uint64_t kept_ = 0;
@@ -1489,7 +1495,7 @@ public:
         passed("createBufferImpl",
                [&] { Base::createBufferImpl(data, deleter, type, number("createBufferImpl", count)); });
         if (is("createBufferImpl", "no-deleter")) deleter = nullptr;
-        given_ = data;
+        if (isOf("createArrayFromBufferImpl")) given_ = data;
         static Buffer<void> kept(nullptr, &std::free);
         if (is("createBufferImpl", "one-buffer")) {
             deleter(data);
@@ -1579,7 +1585,7 @@ private:
 };
 
 ArrayFactoryImpl* inner = nullptr;
-int factories = 0;
+std::atomic<int> factories{0};
 ArrayFactoryImpl& factoryInside() { return *inner; }
 
 ArrayFactoryImpl* wrongFactory() {

@@ -239,9 +239,9 @@ void handsOver(Backend& backend) {
             using T = typename decltype(tag)::type;
             const Contents wanted = shownByPosition<T>(*subject.array);
             const Dimensions& lent = subject.array->getDimensions();
+            subject.array->getArrayID();
             const auto copy = adopt(subject.array->sharedCopy(), "sharedCopy");
             const std::uint64_t identity = copy->getArrayID();
-            subject.array->getArrayID();
             void* memory = nullptr;
             Deleter deleter = nullptr;
             subject.array->releaseBuffer(memory, deleter);
@@ -274,9 +274,13 @@ void thereAndBack(Backend& backend) {
     backend.eachPrimitive([&](auto tag) {
         using T = typename decltype(tag)::type;
         for (const Dimensions& dimensions : shapes)
-            for (const bool copied : {false, true}) {
-                auto array = overBuffer<T>(backend, dimensions);
-                const std::string what = describe(*array) + " over a buffer";
+            for (const int way : {0, 1, 2, 3}) {
+                const bool copied = way % 2 == 1;
+                const bool rows = way > 1;
+                auto array = overBuffer<T>(backend, dimensions,
+                                           rows ? MemoryLayout::ROW_MAJOR : MemoryLayout::COLUMN_MAJOR);
+                const std::string what =
+                    describe(*array) + " over a " + (rows ? "row-major " : "") + "buffer";
                 const Contents wanted = shownByPosition<T>(*array);
                 if (wanted.empty()) continue;
                 auto copy = copied ? adopt(array->sharedCopy(), "sharedCopy") : nullptr;

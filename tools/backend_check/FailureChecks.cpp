@@ -29,11 +29,12 @@ struct Attempt {
 
 /// Lets one allocation (or all from there on) of the operation fail, over a fresh array.
 Attempt attempt(const Backend& backend, const Operation& operation, const Sample& sample,
-                const Origin& origin, bool copied, std::size_t pattern, std::size_t number, bool onwards) {
+                const Origin& origin, bool copied, std::size_t pattern, bool large, std::size_t number,
+                bool onwards) {
     Attempt result;
     FailingAllocations::start();
     {
-        Subject subject = newSubject(backend, sample, origin, copied, pattern);
+        Subject subject = newSubject(backend, sample, origin, copied, pattern, large);
         Trial trial(number, onwards);
         try {
             operation.run(backend, subject, trial);
@@ -58,13 +59,13 @@ Attempt attempt(const Backend& backend, const Operation& operation, const Sample
 /// The first, second, ... allocation fails until the operation comes through. A block that stays may be a cache of the
 /// back-end; one that stays each time is lost.
 void sweep(const Backend& backend, const Operation& operation, const Sample& sample, const Origin& origin,
-           bool copied, std::size_t pattern) {
+           bool copied, std::size_t pattern, bool large = false) {
     const std::string what =
         operation.name + (operation.kind == "factory" ? ""
                                                       : " of a " + sample.name + " array" + origin.name +
                                                             (copied ? " that has a copy" : ""));
     const auto once = [&](std::size_t number, bool onwards) {
-        return attempt(backend, operation, sample, origin, copied, pattern, number, onwards);
+        return attempt(backend, operation, sample, origin, copied, pattern, large, number, onwards);
     };
     once(0, false); // what is made once in a process is made here
     for (const bool onwards : {false, true})
@@ -123,6 +124,8 @@ std::function<void(Backend&)> sweepOf(bool (*chosen)(const Sample&)) {
                           for (const std::size_t pattern : {counting, extreme})
                               for (const bool copied : {false, true})
                                   sweep(backend, operation, sample, origin, copied, pattern);
+                          if (sample.primitive)
+                              sweep(backend, operation, sample, origin, false, counting, true);
                       });
     };
 }

@@ -5,6 +5,8 @@
 #include <vexa/data/detail/ForwardIteratorImpl.hpp>
 #include <vexa/data/impl/IdentifierImpl.hpp>
 
+#include <cstring>
+
 namespace vexa::check {
 
 namespace {
@@ -384,7 +386,8 @@ void addForObjects(std::vector<Operation>& all) {
             const fv::VexaPropertyIdentifier id = property("unit");
             expect(trial([&] { return array.hasArrayProperty(id); }), "hasArrayProperty is false");
             expectEqual("numOfArrayProperties", trial([&] { return array.numOfArrayProperties(); }), 1);
-            trial([&] { return array.getArrayProperty(id); });
+            const fv::Array unit = trial([&] { return array.getArrayProperty(id); });
+            expectEqual("getArrayProperty", shownArray(*fv::detail::Access::impl(unit)), "1x1 double [0]");
             trial([&] { return array.getExternalDimensions(); });
             trial([&] { return array.isExternalDimensionsSet(); });
             expect(!trial([&] { return array.isHeterogeneous(); }), "isHeterogeneous is true");
@@ -520,12 +523,17 @@ void addForFactory(std::vector<Operation>& all) {
         expectEqual("getNumberOfElements", array->getNumberOfElements(), 4);
     });
     add("createHandleObjectRefImpl", {"handle-object"}, [](const Backend& backend, Trial& trial) {
+        data::impl::ZVMID engine{};
+        for (std::size_t k = 0; k < sizeof engine.bytes; ++k)
+            engine.bytes[k] = static_cast<unsigned char>(k + 1);
         const auto object = created(trial, "createHandleObjectRefImpl",
-                                    [&] { return backend.factory().createHandleObjectRefImpl({{1}}, 7); });
+                                    [&] { return backend.factory().createHandleObjectRefImpl(engine, 7); });
         const auto copy = adopt(trial([&] { return object->sharedCopy(); }), "sharedCopy");
         for (ObjectImpl* one : {object.get(), copy.get()}) {
             auto* handle = dynamic_cast<data::impl::HandleObjectRefImpl*>(one);
-            expect(handle != nullptr && handle->getId() == 7, "it is no handle object, or another one");
+            expect(handle != nullptr && handle->getId() == 7 &&
+                       std::memcmp(handle->getZVMID().bytes, engine.bytes, sizeof engine.bytes) == 0,
+                   "it is no handle object, or another one");
             trial([&] { handle->addReference(); });
         }
     });
@@ -736,8 +744,10 @@ bool applies(const Backend& backend, const Operation& operation, const Sample& s
 }
 
 Subject newSubject(const Backend& backend, const Sample& sample, const Origin& origin, bool copied,
-                   std::size_t pattern) {
-    const Dimensions dimensions = sample.parts == 2 ? Dimensions{1, 2} : Dimensions{2, 3};
+                   std::size_t pattern, bool large) {
+    const Dimensions dimensions = large               ? Dimensions{40, 30}
+                                  : sample.parts == 2 ? Dimensions{1, 2}
+                                                      : Dimensions{2, 3};
     Subject subject{show(dimensions) + " " + sample.name + " array" + origin.name +
                         (copied ? " that has a copy" : ""),
                     origin.make(backend, dimensions, pattern), Model(backend, sample, pattern, dimensions),

@@ -216,7 +216,7 @@ Sample stringSample() {
 std::string memberAt(std::size_t pattern, std::size_t n) {
     if (pattern == counting) return "Member" + std::to_string(n * 7 % 1000);
     if (pattern == extreme) return n % 3 == 0 ? "" : n % 3 == 1 ? "Z" : "A" + std::string(40, 'a');
-    return std::string(n % 2 * 40, 'L') + std::string(n % 5 + 1, 'B');
+    return std::string(n % 5 == 4 ? 0 : 40, 'L') + static_cast<char>('A' + n % 5);
 }
 
 Sample enumSample() {
@@ -454,6 +454,9 @@ Sample objectSample() {
              const auto description = pointClass(backend);
              auto objects = adopt(backend.factory().createValueObjectArrayImpl(dimensions, description.get()),
                                   "createValueObjectArrayImpl");
+             adopt(asObjects(*objects).getArrayPropertyReference(property("unit")),
+                   "getArrayPropertyReference")
+                 ->setArray(scalar(backend, 0).get());
              for (std::size_t k = 0; k < productOf(dimensions); ++k)
                  writeOne(backend, *objects, k, pattern, {k, k + 100});
              return objects;

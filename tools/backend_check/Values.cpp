@@ -24,7 +24,7 @@ vexa::data::optional<std::u16string> textAt(std::size_t pattern, std::size_t n) 
     using namespace std::string_literals;
     if (pattern == counting) return unsortedText(n);
     if (pattern == alike)
-        return u"prefix "s.append(n % 3 * 40, u'-') + static_cast<char16_t>(u'x' + 256 * (n / 3 % 200));
+        return u"prefix "s.append(n / 4 % 3 * 40, u'-') + static_cast<char16_t>(u'x' + 256 * (n % 200));
     switch (n % 9) {
     case 0:
         return u""s;
