@@ -4,7 +4,7 @@ function(races operations check)
     wrong(${operation}/races "threads: ${check}" "a data race that the thread sanitizer found" 120)
   endforeach()
 endfunction()
-races("sharedCopy;isEqual;getDimensions;copyOutBuffer;castToString;getField;getIndex;getJc;getElementObject;getElementProperty;getArrayProperty;getProperty;object.sharedCopy"
+races("sharedCopy;isEqual;getDimensions;copyOutBuffer;castToString;getField;getIndex;getJc;getElementObject;getElementProperty;getArrayProperty"
   "constant operations")
 races("setElementValue;setStringElement;setFieldValues;assignElementArray;setElementObject;unshare;beginIterator"
   "copies on several threads")
