@@ -121,7 +121,7 @@ wrong(isEqual/throws-int "equality: equal contents are equal" "throws an object 
 wrong(isEqual/bytes "equality: numbers are compared as numbers")
 wrong(isEqual/first "equality: any difference is seen")
 wrong(isEqual/but-last "equality: any difference is seen" "position 5")
-wrong(isEqual/first-256 "equality: any difference is seen" "position 299")
+wrong(isEqual/first-256 "equality: any difference is seen" "position 2[0-9][0-9]")
 wrong(isEqual/real "equality: any difference is seen" "values alike")
 wrong(isEqual/storage "equality: equal contents are equal" "row-major")
 wrong(isEqual/lengths "equality: any difference is seen" "string")
