@@ -1,10 +1,11 @@
 // What can go wrong with any operation. The environment variable VEXADATA_FAULT names one operation and how it is wrong, such as
-// "getField/leaked"; faults.cmake lists those that are run.
+// "getField/leaked", and after an @ when, such as "sharedCopy/shares@cube"; faults.cmake lists those that are run.
 #pragma once
 
 #include <foundation/vexadata/Object.hpp>
 
 #include <algorithm>
+#include <atomic>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -15,10 +16,21 @@
 
 namespace wrong {
 
-inline std::string_view chosen() {
+inline std::string_view variable() {
     static const std::string_view name =
         std::getenv("VEXADATA_FAULT") == nullptr ? "" : std::getenv("VEXADATA_FAULT");
     return name;
+}
+/// Whether the fault shows at all by now. `condition` says when.
+bool isTime();
+inline std::string_view condition() {
+    static const std::string_view when =
+        variable().find('@') == variable().npos ? "" : variable().substr(variable().find('@') + 1);
+    return when;
+}
+inline std::string_view chosen() {
+    static const std::string_view name = variable().substr(0, variable().find('@'));
+    return condition().empty() || isTime() ? name : "";
 }
 
 inline bool is(std::string_view operation, std::string_view how) {
@@ -133,11 +145,29 @@ T* counted(const Name& operation, T* object) {
     return object;
 }
 
+/// Whether any operation has thrown so far.
+inline std::atomic<bool> failed{false};
+
 /// Does `call` and goes wrong around it.
 template <class Name, class F>
 auto passed(const Name& operation, F call) -> decltype(call()) {
     using Result = decltype(call());
-    if (!isOf(operation)) return call();
+    if (!isOf(operation)) {
+        if (condition() != "after-failure") return call();
+        try {
+            return call();
+        } catch (...) {
+            failed = true;
+            throw;
+        }
+    }
+    if (is(operation, "other-error")) {
+        try {
+            return call();
+        } catch (...) {
+            throw std::runtime_error("some error");
+        }
+    }
     if (is(operation, "throws")) throw std::runtime_error("no reason");
     if (is(operation, "exits")) std::_Exit(0);
     static int calls = 0;

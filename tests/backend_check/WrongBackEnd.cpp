@@ -5,12 +5,18 @@
 #include "support/ForwardingFactory.hpp"
 
 #include <foundation/vexadata/Exception.hpp>
+#include <vexa/data/detail/Identity.hpp>
 #include <vexa/data/impl/EmptyArrayImpl.hpp>
 #include <vexa/data/impl/IdentifierImpl.hpp>
 
 #include <unistd.h>
 
+#include <atomic>
 #include <csignal>
+#include <functional>
+#include <map>
+#include <numeric>
+#include <thread>
 
 namespace {
 
@@ -19,13 +25,15 @@ using namespace wrong;
 using vexa::data::detail::RefCounted;
 using vexa::data::impl::PropertyImpl;
 
+ArrayFactoryImpl& factoryInside();
+
 // --- iterators ---------------------------------------------------------------------------------------------------
 
 /// `prefix` begins the names of its operations.
 class WrongIterator : public ForwardingIterator {
 public:
-    WrongIterator(const char* prefix, Inner<IteratorImpl> inner, Inner<IteratorImpl> start)
-        : ForwardingIterator(std::move(inner)), prefix_(prefix), start_(std::move(start)) {}
+    WrongIterator(const char* prefix, Inner<IteratorImpl> inner, Inner<IteratorImpl> start, bool armed)
+        : ForwardingIterator(std::move(inner)), prefix_(prefix), start_(std::move(start)), armed_(armed) {}
 
     bool isEqual(const IteratorImpl& other) const override {
         if (is(name("isEqual"), "only-itself")) return this == &other;
@@ -41,6 +49,7 @@ public:
     }
     void decrement() override {
         if (!is(name("decrement"), "ignored")) ForwardingIterator::decrement();
+        back_ = true;
     }
     void increment() override {
         ForwardingIterator::increment();
@@ -51,6 +60,7 @@ public:
         if (is(name("advance"), "at-least-one") && count == 0) count = 1;
         if (is(name("advance"), "byte")) count = static_cast<signed char>(count);
         ForwardingIterator::advance(count);
+        back_ = back_ || count < 0;
     }
     void saveReference(ReferenceImpl* chain) override {
         if (is(name("saveReference"), "ignored")) return chain->release();
@@ -59,10 +69,12 @@ public:
     void* getElementAddress() override {
         if (is(name("getElementAddress"), "first")) return start_->getElementAddress();
         if (is(name("getElementAddress"), "null")) return nullptr;
+        if (is(name("getElementAddress"), "lags-going-back") && back_) return next()->getElementAddress();
         return ForwardingIterator::getElementAddress();
     }
     ReferenceImpl* createReference() override {
         if (is(name("createReference"), "first")) return start_->createReference();
+        if (is(name("createReference"), "lags-going-back") && back_) return next()->createReference();
         return counted(name("createReference"), ForwardingIterator::createReference());
     }
 
@@ -72,19 +84,28 @@ protected:
         if (is(name("clone"), "at-begin")) copy.reset(start_->clone());
         if (is(name("clone"), "null")) return nullptr;
         if (is(name("clone"), "sometimes-leaked") && ++clones_ % 50 == 0) start_->clone();
-        return counted(name("clone"), new WrongIterator(prefix_, std::move(copy), std::move(start)));
+        return counted(name("clone"), new WrongIterator(prefix_, std::move(copy), std::move(start), armed_));
     }
 
 private:
-    Operation name(const char* operation) const { return {prefix_, operation}; }
+    Operation name(const char* operation) const { return {armed_ ? prefix_ : "no ", operation}; }
+
+    Inner<IteratorImpl> next() const {
+        Inner<IteratorImpl> one(wrapped().clone());
+        one->increment();
+        return one;
+    }
 
     static inline int clones_ = 0;
+    bool back_ = false; // whether it ever went back
     const char* prefix_;
     Inner<IteratorImpl> start_;
+    bool armed_;
 };
 
-IteratorImpl* wrongIterator(const char* prefix, Inner<IteratorImpl> made, Inner<IteratorImpl> start) {
-    return new WrongIterator(prefix, std::move(made), std::move(start));
+IteratorImpl* wrongIterator(const char* prefix, Inner<IteratorImpl> made, Inner<IteratorImpl> start,
+                            bool armed) {
+    return new WrongIterator(prefix, std::move(made), std::move(start), armed);
 }
 
 class WrongForward : public ForwardIteratorImpl {
@@ -141,22 +162,139 @@ private:
     ArrayImpl* array_;
 };
 
+/// A chain that does not look whether its indices still mean something.
+class TrustingChain : public ReferenceImpl {
+public:
+    explicit TrustingChain(Inner<ReferenceImpl> inner) : inner_(std::move(inner)) {
+        bind(inner_->getArrayImpl()->getDimensions(), inner_->getArrayImpl()->getMemoryLayout());
+    }
+    ArrayImpl* getArrayImpl() const override { return inner_->getArrayImpl(); }
+    void prepareForWrite() override { inner_->prepareForWrite(); }
+
+private:
+    Inner<ReferenceImpl> inner_;
+};
+
+/// When a fault shows: what the array is, or has been through.
+struct History {
+    bool isCopy = false;
+    mutable std::atomic<bool> copied{false};
+    mutable std::atomic<bool> compared{false};
+    mutable bool iterated = false;
+    bool written = false;
+};
+
+bool meets(fv::ArrayType type, const std::vector<std::size_t>& extents, MemoryLayout layout,
+           const History& history) {
+    const std::string_view when = condition();
+    const std::size_t count =
+        std::accumulate(extents.begin(), extents.end(), std::size_t(1), std::multiplies<>());
+    const bool matrix = extents.size() == 2;
+    if (when == "scalar") return count == 1;
+    if (when == "empty") return count == 0;
+    if (when == "row") return matrix && extents[0] == 1 && count > 1;
+    if (when == "column") return matrix && extents[1] == 1 && count > 1;
+    if (when == "square") return matrix && extents[0] == extents[1] && count > 1;
+    if (when == "cube") return extents.size() == 3;
+    if (when == "hypercube") return extents.size() > 3;
+    if (when == "beyond-256") return count > 256;
+    if (when == "large") return count > 1000;
+    if (when == "larger") return count > 40000;
+    if (when == "rows") return layout == MemoryLayout::ROW_MAJOR;
+    if (when == "copy") return history.isCopy;
+    if (when == "copied") return history.copied;
+    if (when == "compared") return history.compared;
+    if (when == "iterated") return history.iterated;
+    if (when == "written") return history.written;
+    if (when == "written-copy") return history.isCopy && history.written;
+    if (when == "copied-and-written") return history.copied && history.written;
+    if (when.substr(0, 5) == "type-")
+        return static_cast<int>(type) == std::atoi(std::string(when.substr(5)).c_str());
+    return true;
+}
+
+/// What a creator is about to make.
+class Making {
+public:
+    Making(fv::ArrayType type, std::vector<std::size_t> extents, MemoryLayout layout)
+        : type_(type), extents_(std::move(extents)), layout_(layout) {
+        current = this;
+    }
+    ~Making() { current = nullptr; }
+    Making(const Making&) = delete;
+    Making& operator=(const Making&) = delete;
+    bool isMeant() const { return meets(type_, extents_, layout_, {}); }
+    static inline thread_local const Making* current = nullptr;
+
+private:
+    fv::ArrayType type_;
+    std::vector<std::size_t> extents_;
+    MemoryLayout layout_;
+};
+
 /// `Self` is the class of copies.
 template <class Base, class Self>
 class Wrong : public Base {
 public:
     using Base::Base;
 
+    // The functions of Faults.hpp, for arrays that meet the condition.
+    bool armed() const { return condition().empty() || meets(); }
+    bool meets() const {
+        const ArrayImpl& array = this->wrapped();
+        return ::meets(array.getType(), array.getDimensions(), array.getMemoryLayout(), history_);
+    }
+    template <class... Names>
+    bool is(const Names&... names) const {
+        return armed() && wrong::is(names...);
+    }
+    const char* named(const char* operation) const { return armed() ? operation : ""; }
+    bool isOf(std::string_view name) const { return armed() && wrong::isOf(name); }
+    std::size_t place(std::string_view name, std::size_t k, std::size_t count) const {
+        return armed() ? wrong::place(name, k, count) : k;
+    }
+    std::size_t number(std::string_view name, std::size_t n) const {
+        return armed() ? wrong::number(name, n) : n;
+    }
+    bool truth(std::string_view name, bool answer) const {
+        return armed() ? wrong::truth(name, answer) : answer;
+    }
+    std::string text(std::string_view name, std::string given) const {
+        return armed() ? wrong::text(name, std::move(given)) : given;
+    }
+    const char* lent(std::string_view name, const char* given) const {
+        return armed() ? wrong::lent(name, given) : given;
+    }
+    template <class T>
+    T* counted(std::string_view name, T* object) const {
+        return armed() ? wrong::counted(name, object) : object;
+    }
+    template <class F>
+    auto passed(std::string_view name, F call) const {
+        return armed() ? wrong::passed(name, call) : call();
+    }
+
     ArrayImpl* sharedCopy() const override {
         return passed("sharedCopy", [&]() -> ArrayImpl* {
             if (shares()) return new Self(Inner<ArrayImpl>(retained(&this->wrapped())));
+            if (is("sharedCopy", "takes-storage") && !exposed_) {
+                Inner<ArrayImpl> theirs(retained(&this->wrapped()));
+                const_cast<Wrong*>(this)->move();
+                return new Self(std::move(theirs));
+            }
             if (is("sharedCopy", "itself")) return retained(const_cast<Wrong*>(this));
             if (is("sharedCopy", "null-without-memory")) return nullOnFailure();
-            return counted("sharedCopy", Base::sharedCopy());
+            ArrayImpl* copy = counted("sharedCopy", Base::sharedCopy());
+            history_.copied = true;
+            return copy;
         });
     }
+    IteratorImpl* beginIterator(void* unused, bool writable) override {
+        return wrongElements(Base::beginIterator(unused, writable));
+    }
     IteratorImpl* endIterator(void* unused, bool writable) override {
-        IteratorImpl* end = Base::endIterator(unused, writable);
+        IteratorImpl* end = wrongElements(Base::endIterator(unused, writable));
+        history_.iterated = true;
         if (is("endIterator", "early") && !this->wrapped().isEmpty()) end->decrement();
         return end;
     }
@@ -169,14 +307,15 @@ public:
         return is("getMemoryLayout", "column-major") ? MemoryLayout::COLUMN_MAJOR : Base::getMemoryLayout();
     }
     const std::vector<std::size_t>& getDimensions() const override {
+        if (moved_ != nullptr) return moved_->getDimensions(); // they stay where they are
         if (!isOf("getDimensions")) return Base::getDimensions();
         passed("getDimensions", [] {});
         static std::vector<std::size_t> shared;
         std::vector<std::size_t>& kept =
             is("getDimensions", "one-for-all") ? shared : dimensions_[asked_++ % 2];
         const std::vector<std::size_t>& right = Base::getDimensions();
-        const bool turns =
-            is("getDimensions", "transposed") || (is("getDimensions", "transposed-once-written") && written_);
+        const bool turns = is("getDimensions", "transposed") ||
+                           (is("getDimensions", "transposed-once-written") && history_.written);
         kept.assign(right.begin(), right.end());
         if (turns) std::reverse(kept.begin(), kept.end());
         if (is("getDimensions", "word"))
@@ -203,7 +342,7 @@ public:
     }
     void unshare() override {
         passed("unshare", [&] { Base::unshare(); });
-        written_ = true;
+        history_.written = true;
     }
     bool isEqual(const ArrayImpl* other) const override {
         if (is("isEqual", "throws-int")) throw 42;
@@ -211,7 +350,11 @@ public:
         if (is("isEqual", "itself-only")) return this == other;
         if (is("isEqual", "remembered")) return remembered_ = remembered_ || Base::isEqual(other);
         if (is("isEqual", "same-object-is-different") && this == other) return false;
-        return passed("isEqual", [&] { return truth("isEqual", Base::isEqual(other)); });
+        bool equal = passed("isEqual", [&] { return truth("isEqual", Base::isEqual(other)); });
+        if (is("isEqual", "moves-storage") && !exposed_) const_cast<Wrong*>(this)->move();
+        if (is("isEqual", "loses-when-unequal") && !equal) lose();
+        history_.compared = true;
+        return equal;
     }
     void assignElementArray(std::size_t index, const std::string& field, ArrayImpl* array) override {
         if (is("assignElementArray", "leaked")) array->retain();
@@ -221,6 +364,12 @@ public:
             return Base::assignElementArray(index, field, copy.get());
         }
         if (is("assignElementArray", "empty-ignored") && array->isEmpty()) return;
+        if (is("assignElementArray", "itself-lost") && array->referenceCount() == 1) {
+            const Inner<ReferenceImpl> here(Base::createElementReference(index, field, false));
+            const Inner<ArrayImpl> nothing(new vexa::data::impl::EmptyArrayImpl);
+            if (here != nullptr && here->getArrayImpl() == array) array = nothing.get();
+            return Base::assignElementArray(index, field, array);
+        }
         passed("assignElementArray", [&] {
             Base::assignElementArray(
                 place("assignElementArray", index, this->wrapped().getNumberOfElements()), field, array);
@@ -243,8 +392,28 @@ public:
             const Inner<ReferenceImpl> owner(chain);
             return new LooseChain(chain->getArrayImpl());
         }
+        if (is("createElementReference", "never-stale"))
+            return new TrustingChain(Inner<ReferenceImpl>(chain));
         if (is("createElementReference", "retains")) retain_(chain->getArrayImpl());
         return counted("createElementReference", chain);
+    }
+    std::string castToString(std::size_t index, const std::string& field) const override {
+        return passed("castToString", [&] { return Base::castToString(index, field); });
+    }
+    void setString(std::size_t index, const std::string& field, std::string value) override {
+        passed("setString", [&] { Base::setString(index, field, std::move(value)); });
+    }
+    const std::size_t* getJc() const override {
+        return passed("getJc", [&] { return Base::getJc(); });
+    }
+    std::size_t getRows() const override {
+        return passed("getRows", [&] { return Base::getRows(); });
+    }
+    std::pair<std::size_t, std::size_t> getIndex(std::size_t k) const override {
+        return passed("getIndex", [&] { return Base::getIndex(k); });
+    }
+    void copyOutBuffer(void*& data, void (*&deleter)(void*)) const override {
+        passed("copyOutBuffer", [&] { Base::copyOutBuffer(data, deleter); });
     }
     ReferenceImpl* forwardingOp(std::size_t index, const std::string& field) override {
         return is("forwardingOp", "null")
@@ -257,12 +426,35 @@ protected:
     ArrayImpl* wrapCopy(Inner<ArrayImpl> copy) const override {
         auto* made = new Self(std::move(copy));
         made->kept_ = kept_;
-        made->isCopy_ = true;
+        made->history_.isCopy = true;
         return made;
     }
 
+    /// Goes on with storage elsewhere. What was lent before is gone.
+    void move() {
+        Inner<ArrayImpl> elsewhere(this->wrapped().sharedCopy());
+        if (moved_ == nullptr) { // keeps the dimensions
+            moved_.reset(
+                factoryInside().createArrayImpl(fv::ArrayType::LOGICAL, this->wrapped().getDimensions()));
+        }
+        this->rewrap(std::move(elsewhere));
+    }
+    IteratorImpl* wrongElements(IteratorImpl* made) {
+        if (chosen().substr(0, 9) != "elements.") return made;
+        Inner<IteratorImpl> iterator(made);
+        Inner<IteratorImpl> start(Base::beginIterator(nullptr, false));
+        return wrongIterator("elements.", std::move(iterator), std::move(start), armed());
+    }
+
+    static void lose() {
+        static char* volatile lost;
+        lost = new char[24];
+        static_cast<void>(lost);
+    }
+
     mutable std::uint64_t kept_ = 0;
-    bool isCopy_ = false;
+    bool exposed_ = false; // to iterators that write
+    History history_;
 
 private:
     bool shares() const {
@@ -271,7 +463,7 @@ private:
                (is("sharedCopy", "shares-large") && array.getNumberOfElements() > 256) ||
                (is("sharedCopy", "shares-scalars") && array.getNumberOfElements() == 1) ||
                (is("sharedCopy", "shares-rows") && array.getMemoryLayout() == MemoryLayout::ROW_MAJOR) ||
-               (is("sharedCopy", "shares-copies") && isCopy_) ||
+               (is("sharedCopy", "shares-copies") && history_.isCopy) ||
                (is("sharedCopy", "shares-cubes") && array.getDimensions().size() > 2);
     }
     ArrayImpl* nullOnFailure() const {
@@ -286,7 +478,7 @@ private:
     mutable std::vector<std::size_t> dimensions_[2];
     mutable int asked_ = 0;
     mutable bool remembered_ = false;
-    bool written_ = false;
+    Inner<ArrayImpl> moved_; // of the dimensions that were lent
 };
 
 // --- numbers -----------------------------------------------------------------------------------------------------
@@ -306,6 +498,8 @@ class WrongNumbers : public Wrong<ForwardingNumbers<T>, WrongNumbers<T>> {
 
 public:
     using Base::Base;
+    using Base::counted, Base::is, Base::isOf, Base::number, Base::passed, Base::place;
+    using Base::exposed_, Base::kept_;
 
     ArrayImpl* sharedCopy() const override {
         // Iterators and addresses that were handed out for writing may still write.
@@ -314,19 +508,28 @@ public:
         return Base::sharedCopy();
     }
     const std::vector<std::size_t>& getDimensions() const override {
+        if (is("releaseBuffer", "moves-dimensions") && released_) return dimensions_ = Base::getDimensions();
         return before_ == nullptr ? Base::getDimensions()
                                   : before_->getDimensions(); // they stay where they are
     }
     std::uint64_t getArrayID() const override {
+        if (is("getArrayID", "kept-when-released")) {
+            if (kept_ == 0) kept_ = vexa::data::detail::nextIdentity();
+            return kept_;
+        }
         if (!isOf("cow")) return Base::getArrayID();
         return reinterpret_cast<std::uintptr_t>(this); // of arrays that live together
     }
     void unshare() override {
         separate("unshare");
+        kept_ = 0;
         Base::unshare();
     }
     IteratorImpl* beginIterator(void* unused, bool writable) override {
-        if (writable) separate("begin");
+        if (writable) {
+            separate("begin");
+            kept_ = 0;
+        }
         exposed_ = exposed_ || writable;
         return passed("beginIterator", [&] { return wrong(Base::beginIterator(unused, writable)); });
     }
@@ -366,11 +569,21 @@ public:
         const auto* theirs = dynamic_cast<const TypedArrayImpl<T>*>(other);
         const std::size_t count = this->wrapped().getNumberOfElements();
         if (theirs == nullptr || count == 0 || !isOf("isEqual")) return Base::isEqual(other);
+        const bool sameLayout = other->getMemoryLayout() == Base::getMemoryLayout();
+        if (!sameLayout && !is("isEqual", "storage")) return Base::isEqual(other);
         const T* b = theirs->getTypedDataPtr();
         if (is("isEqual", "bytes")) return std::memcmp(a, b, count * sizeof(T)) == 0;
         if (is("isEqual", "first")) return a[0] == b[0];
         if (is("isEqual", "but-last")) return std::equal(a, a + count - 1, b);
         if (is("isEqual", "first-256")) return std::equal(a, a + std::min<std::size_t>(count, 256), b);
+        if (is("isEqual", "ends-and-middle"))
+            return a[0] == b[0] && a[count / 2] == b[count / 2] && a[count - 1] == b[count - 1];
+        if (is("isEqual", "in-any-order") && count < 1000)
+            return std::is_permutation(a, a + count, b, b + count);
+        if (is("isEqual", "but-fifth"))
+            return std::equal(a, a + std::min<std::size_t>(count, 4), b) &&
+                   std::equal(a + std::min<std::size_t>(count, 5), a + count,
+                              b + std::min<std::size_t>(count, 5));
         if (is("isEqual", "real")) return std::equal(a, a + count, b, sameReal<T>);
         if (is("isEqual", "storage")) return std::equal(a, a + count, b);
         if (is("isEqual", "not-less"))
@@ -397,6 +610,9 @@ public:
             deleter = [](void*) {};
             return;
         }
+        if (is("releaseBuffer", "once") && released_) std::raise(SIGSEGV);
+        released_ = true;
+        if (is("releaseBuffer", "moves-dimensions")) dimensions_ = this->getDimensions();
         passed("releaseBuffer", [&] { Base::releaseBuffer(data, deleter); });
         before_.reset();
         if (is("releaseBuffer", "no-deleter")) deleter = nullptr;
@@ -420,10 +636,11 @@ private:
     IteratorImpl* wrong(IteratorImpl* made) {
         Inner<IteratorImpl> iterator(made);
         Inner<IteratorImpl> start(this->wrapped().beginIterator(nullptr, false));
-        return wrongIterator("iterator.", std::move(iterator), std::move(start));
+        return wrongIterator("iterator.", std::move(iterator), std::move(start), this->armed());
     }
 
-    bool exposed_ = false;
+    bool released_ = false;
+    mutable std::vector<std::size_t> dimensions_;
     Inner<ArrayImpl> before_; // the array that was shared, for its dimensions
 };
 
@@ -500,6 +717,11 @@ public:
         });
     }
     bool isEqual(const ArrayImpl* other) const override {
+        if (is("isEqual", "begins-alike")) {
+            for (std::size_t k = 0; k < wrapped().getNumberOfElements(); ++k)
+                if (shortText(*this, k) != shortText(*other, k)) return false;
+            return true;
+        }
         const bool lengths = is("isEqual", "lengths");
         if (!lengths && !is("isEqual", "missing-is-empty")) return Wrong::isEqual(other);
         for (std::size_t k = 0; k < wrapped().getNumberOfElements(); ++k) {
@@ -512,6 +734,16 @@ public:
                 return false;
         }
         return true;
+    }
+
+private:
+    /// Sixteen units and the length.
+    static std::pair<std::u16string_view, std::size_t> shortText(const ArrayImpl& array, std::size_t k) {
+        const char16_t* text = nullptr;
+        std::size_t length = 12345;
+        array.getStringElement(k, text, length);
+        if (text == nullptr) return {{}, 12345};
+        return {std::u16string_view(text, std::min<std::size_t>(length, 16)), length};
     }
 };
 
@@ -540,12 +772,27 @@ public:
     }
     const char* getClassName() const override { return lent("getClassName", Wrong::getClassName()); }
     bool isEqual(const ArrayImpl* other) const override {
+        if (is("isEqual", "codes") && getNumberOfElements() < 1000)
+            return codes(*this) == codes(static_cast<const EnumArrayImpl&>(*other));
         if (!is("isEqual", "members-only")) return Wrong::isEqual(other);
         for (std::size_t k = 0; k < wrapped().getNumberOfElements(); ++k)
             if (std::strcmp(getEnumNameAt(k), static_cast<const EnumArrayImpl*>(other)->getEnumNameAt(k)) !=
                 0)
                 return false;
         return true;
+    }
+
+private:
+    /// For each element the place where its member came first.
+    static std::vector<std::size_t> codes(const EnumArrayImpl& array) {
+        std::vector<std::size_t> found;
+        for (std::size_t k = 0; k < array.getNumberOfElements(); ++k) {
+            std::size_t first = 0;
+            while (std::strcmp(array.getEnumNameAt(first), array.getEnumNameAt(k)) != 0)
+                ++first;
+            found.push_back(first);
+        }
+        return found;
     }
 };
 
@@ -564,6 +811,11 @@ public:
     void setFieldValues(std::size_t index, std::vector<fv::Array> values) override {
         if (is("setFieldValues", "reversed")) std::reverse(values.begin(), values.end());
         if (is("setFieldValues", "leaked") && !values.empty()) fv::detail::Access::impl(values[0])->retain();
+        if (is("setFieldValues", "itself-lost"))
+            for (std::size_t k = 0; k < values.size(); ++k) {
+                const Inner<ArrayImpl> held(Wrong::getField(index, names()[k]));
+                if (held.get() == fv::detail::Access::impl(values[k]).get()) values[k] = fv::Array();
+            }
         if (is("setFieldValues", "first-only") && values.size() > 1) {
             for (std::size_t k = 1; k < values.size(); ++k)
                 values[k] = fv::Array(Inner<ArrayImpl>(Wrong::getField(index, names()[k])).release());
@@ -579,11 +831,12 @@ public:
     }
     std::size_t getNumFields() const override { return number("getNumFields", Wrong::getNumFields()); }
     ForwardIteratorImpl* fieldNamesBegin() override {
-        return passed("fieldNamesBegin",
-                      [&] { return wrongForward("names.", "fieldNamesBegin", Wrong::fieldNamesBegin()); });
+        return passed("fieldNamesBegin", [&] {
+            return wrongForward("names.", named("fieldNamesBegin"), Wrong::fieldNamesBegin());
+        });
     }
     ForwardIteratorImpl* fieldNamesEnd() override {
-        return wrongForward("names.", "fieldNamesEnd", Wrong::fieldNamesEnd());
+        return wrongForward("names.", named("fieldNamesEnd"), Wrong::fieldNamesEnd());
     }
     IteratorImpl* createFieldValuesIterator(std::size_t index, bool atEnd) override {
         index = place("createFieldValuesIterator", index, wrapped().getNumberOfElements());
@@ -591,7 +844,7 @@ public:
         return passed("createFieldValuesIterator", [&] {
             Inner<IteratorImpl> iterator(Wrong::createFieldValuesIterator(index, atEnd));
             Inner<IteratorImpl> start(Wrong::createFieldValuesIterator(index, false));
-            return wrongIterator("values.", std::move(iterator), std::move(start));
+            return wrongIterator("values.", std::move(iterator), std::move(start), armed());
         });
     }
     bool isEqual(const ArrayImpl* other) const override {
@@ -767,17 +1020,30 @@ ForwardIteratorImpl* walk(const char* operation, ForwardIteratorImpl* made) {
     return passed(operation, [&] { return counted(operation, new WrongProperties(std::move(inner))); });
 }
 
+/// A class of the same name, and no more.
+fv::ClassInfo bareClass(const fv::ClassInfo& info) {
+    return fv::ClassInfo(factoryInside().createClassInfoImpl(
+        fv::VexaClassIdentifier(info.getClassIdentifier().getString()), {}, {}, {}));
+}
+
 class WrongObjects : public Wrong<ForwardingObjects, WrongObjects> {
 public:
     using Wrong::Wrong;
 
     ObjectImpl* getElementObject(std::size_t index) const override {
         return passed("getElementObject", [&] {
-            return counted("getElementObject", Wrong::getElementObject(at("getElementObject", index)));
+            ObjectImpl* object =
+                counted("getElementObject", Wrong::getElementObject(at("getElementObject", index)));
+            if (is("getElementObject", "none-is-an-error") && object == nullptr)
+                throw std::out_of_range("no object");
+            return object;
         });
     }
     void setElementObject(std::size_t index, ObjectImpl* object) override {
         if (is("setElementObject", "ignored")) return;
+        if (is("setElementObject", "itself-lost") &&
+            Inner<ObjectImpl>(Wrong::getElementObject(index)).get() == ForwardingObject::below(object))
+            object = nullptr;
         if (is("setElementObject", "leaked")) ForwardingObject::below(object)->retain();
         passed("setElementObject", [&] { Wrong::setElementObject(at("setElementObject", index), object); });
     }
@@ -791,40 +1057,54 @@ public:
         return Wrong::getElementAddress(at("objects.getElementAddress", index), field, forWrite);
     }
     fv::Array getElementProperty(std::size_t index, VexaPropertyIdentifier id) const override {
-        return Wrong::getElementProperty(at("getElementProperty", index), is("getElementProperty", "x")
-                                                                              ? VexaPropertyIdentifier("x")
-                                                                              : std::move(id));
+        if (is("getElementProperty", "x")) id = VexaPropertyIdentifier("x");
+        return passed("getElementProperty", [&] {
+            return Wrong::getElementProperty(at("getElementProperty", index), std::move(id));
+        });
     }
     ForwardIteratorImpl* beginElementProperties(std::size_t index) override {
         if (is("beginElementProperties", "shared"))
-            return walk("beginElementProperties", Inner<ObjectImpl>(Wrong::getElementObject(index))->begin());
-        return walk("beginElementProperties",
+            return walk(named("beginElementProperties"),
+                        Inner<ObjectImpl>(Wrong::getElementObject(index))->begin());
+        return walk(named("beginElementProperties"),
                     Wrong::beginElementProperties(at("beginElementProperties", index)));
     }
     ForwardIteratorImpl* endElementProperties(std::size_t index) override {
-        return walk("endElementProperties", Wrong::endElementProperties(index));
+        return walk(named("endElementProperties"), Wrong::endElementProperties(index));
     }
-    bool isHeterogeneous() const override { return truth("isHeterogeneous", Wrong::isHeterogeneous()); }
+    bool isHeterogeneous() const override {
+        const bool mixed = truth("isHeterogeneous", Wrong::isHeterogeneous());
+        return is("isHeterogeneous", "for-good") ? mixed_ = mixed_ || mixed : mixed;
+    }
+    fv::ClassInfo getClassInfo() const override {
+        const fv::ClassInfo info = Wrong::getClassInfo();
+        return is("objects.getClassInfo", "bare") ? bareClass(info) : info;
+    }
     fv::Array getArrayProperty(VexaPropertyIdentifier id) const override {
-        return is("getArrayProperty", "empty") ? fv::Array() : Wrong::getArrayProperty(std::move(id));
+        if (is("getArrayProperty", "empty")) return {};
+        return passed("getArrayProperty", [&] { return Wrong::getArrayProperty(std::move(id)); });
     }
     ReferenceImpl* getArrayPropertyReference(VexaPropertyIdentifier id) override {
-        return toProperty("getArrayPropertyReference",
+        return toProperty(named("getArrayPropertyReference"),
                           Wrong::getArrayPropertyReference(is("getArrayPropertyReference", "unit")
                                                                ? VexaPropertyIdentifier("unit")
                                                                : std::move(id)));
     }
-    ForwardIteratorImpl* beginArrayProp() override { return walk("beginArrayProp", Wrong::beginArrayProp()); }
-    ForwardIteratorImpl* endArrayProp() override { return walk("endArrayProp", Wrong::endArrayProp()); }
+    ForwardIteratorImpl* beginArrayProp() override {
+        return walk(named("beginArrayProp"), Wrong::beginArrayProp());
+    }
+    ForwardIteratorImpl* endArrayProp() override {
+        return walk(named("endArrayProp"), Wrong::endArrayProp());
+    }
     ForwardIteratorImpl* cbeginArrayProp() const override {
-        return walk("cbeginArrayProp", is("cbeginArrayProp", "writes")
-                                           ? const_cast<WrongObjects*>(this)->Wrong::beginArrayProp()
-                                           : Wrong::cbeginArrayProp());
+        return walk(named("cbeginArrayProp"), is("cbeginArrayProp", "writes")
+                                                  ? const_cast<WrongObjects*>(this)->Wrong::beginArrayProp()
+                                                  : Wrong::cbeginArrayProp());
     }
     ForwardIteratorImpl* cendArrayProp() const override {
-        return walk("cendArrayProp", is("cbeginArrayProp", "writes")
-                                         ? const_cast<WrongObjects*>(this)->Wrong::endArrayProp()
-                                         : Wrong::cendArrayProp());
+        return walk(named("cendArrayProp"), is("cbeginArrayProp", "writes")
+                                                ? const_cast<WrongObjects*>(this)->Wrong::endArrayProp()
+                                                : Wrong::cendArrayProp());
     }
     bool hasArrayProperty(const VexaPropertyIdentifier& id) const override {
         return truth("hasArrayProperty", Wrong::hasArrayProperty(id));
@@ -855,6 +1135,8 @@ public:
     }
 
 private:
+    mutable bool mixed_ = false;
+
     std::size_t at(const char* operation, std::size_t index) const {
         return place(operation, index, wrapped().getNumberOfElements());
     }
@@ -874,6 +1156,7 @@ public:
         return lent("getEnumerationName", ForwardingObject::getEnumerationName());
     }
     std::shared_ptr<ArrayImpl> getProperty(VexaPropertyIdentifier id) const override {
+        if (is("getProperty", "first-letter")) id = alike(id);
         return passed("getProperty", [&] {
             if (is("getProperty", "x") && hasProperty(VexaPropertyIdentifier("x")))
                 id = VexaPropertyIdentifier("x");
@@ -890,6 +1173,10 @@ public:
             return toProperty("getPropertyReference", ForwardingObject::getPropertyReference(std::move(id)));
         });
     }
+    fv::ClassInfo getClassInfo() const override {
+        const fv::ClassInfo info = ForwardingObject::getClassInfo();
+        return is("object.getClassInfo", "bare") ? bareClass(info) : info;
+    }
     ForwardIteratorImpl* begin() override { return walk("object.begin", ForwardingObject::begin()); }
     ForwardIteratorImpl* end() override { return walk("object.end", ForwardingObject::end()); }
     ForwardIteratorImpl* cbegin() const override {
@@ -901,6 +1188,7 @@ public:
                     is("object.cbegin", "writes") ? wrapped().end() : ForwardingObject::cend());
     }
     bool hasProperty(const VexaPropertyIdentifier& id) const override {
+        if (is("hasProperty", "first-letter") && ForwardingObject::hasProperty(alike(id))) return true;
         return truth("hasProperty", ForwardingObject::hasProperty(id));
     }
     std::size_t numOfProperties() const override {
@@ -915,6 +1203,14 @@ public:
 
 protected:
     ObjectImpl* wrapCopy(Inner<ObjectImpl> copy) const override { return new WrongObject(std::move(copy)); }
+
+private:
+    /// The first property whose name begins with the same letter.
+    VexaPropertyIdentifier alike(const VexaPropertyIdentifier& id) const {
+        for (const std::string& name : ForwardingObject::getExternalRepresentationPropertyNames())
+            if (name[0] == id.getExternalPropertyName()[0]) return VexaPropertyIdentifier(name);
+        return id;
+    }
 };
 
 class WrongHandleObject : public ForwardingHandleObject {
@@ -1009,11 +1305,13 @@ struct WrongKinds {
 
 class WrongFactory : public ForwardingBackEndFactory<WrongKinds> {
     using Base = ForwardingBackEndFactory;
+    using Type = fv::ArrayType;
 
 public:
     using Base::Base;
 
     ArrayImpl* createArrayImpl(fv::ArrayType type, Dimensions dimensions) override {
+        const Making making(type, dimensions, MemoryLayout::COLUMN_MAJOR);
         if (is("createArrayImpl", "any-type") && static_cast<int>(type) == 77) type = fv::ArrayType::DOUBLE;
         if (is("createArrayImpl", "wraps") && dimensions.size() == 2 &&
             dimensions[0] > (std::size_t(1) << 59))
@@ -1026,6 +1324,14 @@ public:
     }
     ArrayImpl* createArrayWithDataImpl(fv::ArrayType type, Dimensions dimensions, const void* data,
                                        std::size_t count) override {
+        const Making making(type, dimensions, MemoryLayout::COLUMN_MAJOR);
+        if (is("createArrayWithDataImpl", "needs-data") && data == nullptr)
+            throw std::invalid_argument("no data");
+        if (is("createArrayWithDataImpl", "aliases") && count > 0)
+            return counted("createArrayWithDataImpl", Base::createArrayFromBufferImpl(
+                                                          std::move(dimensions), type,
+                                                          Buffer<void>(const_cast<void*>(data), [](void*) {}),
+                                                          MemoryLayout::COLUMN_MAJOR));
         if (is("createArrayWithDataImpl", "rows")) { // takes rows one after another
             Inner<ArrayImpl> made(Base::createArrayWithDataImpl(type, dimensions, data, count));
             if (type != fv::ArrayType::DOUBLE || dimensions.size() != 2) return made.release();
@@ -1042,26 +1348,40 @@ public:
         });
     }
     ArrayImpl* createStructArrayImpl(Dimensions dimensions, Names fields) override {
+        const Making making(Type::STRUCT, dimensions, MemoryLayout::COLUMN_MAJOR);
+        if (is("createStructArrayImpl", "no-fields")) fields.clear();
         if (is("createStructArrayImpl", "reversed")) std::reverse(fields.begin(), fields.end());
         if (is("createStructArrayImpl", "sorted")) std::sort(fields.begin(), fields.end());
         if (is("createStructArrayImpl", "short"))
             for (std::string& field : fields)
                 field.resize(std::min<std::size_t>(field.size(), 31));
-        return counted("createStructArrayImpl",
-                       Base::createStructArrayImpl(std::move(dimensions), std::move(fields)));
+        return passed("createStructArrayImpl", [&] {
+            return counted("createStructArrayImpl",
+                           Base::createStructArrayImpl(std::move(dimensions), std::move(fields)));
+        });
     }
     ArrayImpl* createEnumArrayImpl(Dimensions dimensions, std::string className, Names members) override {
+        const Making making(Type::ENUM, dimensions, MemoryLayout::COLUMN_MAJOR);
+        if (is("createEnumArrayImpl", "needs-members") && members.empty() && dimensions[0] != 0)
+            throw std::invalid_argument("no members");
         if (is("createEnumArrayImpl", "sorted")) std::sort(members.begin(), members.end());
-        return counted("createEnumArrayImpl",
-                       Base::createEnumArrayImpl(std::move(dimensions),
-                                                 text("createEnumArrayImpl", std::move(className)),
-                                                 std::move(members)));
+        return passed("createEnumArrayImpl", [&] {
+            return counted("createEnumArrayImpl",
+                           Base::createEnumArrayImpl(std::move(dimensions),
+                                                     text("createEnumArrayImpl", std::move(className)),
+                                                     std::move(members)));
+        });
     }
     ArrayImpl* createSparseDoubleImpl(Dimensions dimensions, std::size_t count, Buffer<double[]> values,
                                       Buffer<std::size_t[]> rows, Buffer<std::size_t[]> columns) override {
+        if (is("createSparseDoubleImpl", "needs-buffers") && values == nullptr)
+            throw std::invalid_argument("no values");
         disorder("createSparseDoubleImpl", count, values, rows, columns);
-        return Base::createSparseDoubleImpl(std::move(dimensions), number("createSparseDoubleImpl", count),
-                                            std::move(values), std::move(rows), std::move(columns));
+        return passed("createSparseDoubleImpl", [&] {
+            return Base::createSparseDoubleImpl(std::move(dimensions),
+                                                number("createSparseDoubleImpl", count), std::move(values),
+                                                std::move(rows), std::move(columns));
+        });
     }
     ArrayImpl* createSparseLogicalImpl(Dimensions dimensions, std::size_t count, Buffer<bool[]> values,
                                        Buffer<std::size_t[]> rows, Buffer<std::size_t[]> columns) override {
@@ -1105,6 +1425,13 @@ public:
                                        const std::vector<VexaPropertyIdentifier>& properties,
                                        const std::vector<VexaPropertyIdentifier>& arrayProperties,
                                        const std::vector<fv::ClassInfo>& above) override {
+        using Lists = std::vector<std::vector<VexaPropertyIdentifier>>;
+        static std::map<std::string, Lists> known;
+        if (is("createClassInfoImpl", "by-name")) {
+            const Lists& lists =
+                known.emplace(name.getString(), Lists{properties, arrayProperties}).first->second;
+            return Base::createClassInfoImpl(name, lists[0], lists[1], above);
+        }
         const bool exchanged = is("createClassInfoImpl", "exchanged");
         const std::vector<fv::ClassInfo> none;
         if (is("createClassInfoImpl", "superclass-leaked") && !above.empty())
@@ -1117,7 +1444,9 @@ public:
     }
     ObjectImpl* createValueObjectImpl(ClassInfoImpl* classInfo) override {
         if (is("createValueObjectImpl", "class-leaked")) ForwardingClass::below(classInfo)->retain();
-        return counted("createValueObjectImpl", Base::createValueObjectImpl(classInfo));
+        return passed("createValueObjectImpl", [&] {
+            return counted("createValueObjectImpl", Base::createValueObjectImpl(classInfo));
+        });
     }
     ArrayImpl* createValueObjectScalarImpl(ObjectImpl* object) override {
         if (is("createValueObjectScalarImpl", "object-leaked")) object->retain();
@@ -1130,15 +1459,31 @@ public:
     ObjectImpl* createHandleObjectRefImpl(vexa::data::impl::ZVMID engine, long id) override {
         if (is("createHandleObjectRefImpl", "refuses-with-null")) return nullptr;
         if (is("createHandleObjectRefImpl", "one-engine")) engine = {{1}};
-        return counted("createHandleObjectRefImpl", Base::createHandleObjectRefImpl(engine, id));
+        static std::map<long, Inner<ObjectImpl>> known;
+        if (is("createHandleObjectRefImpl", "by-id")) {
+            auto& one = known[id];
+            if (one == nullptr) one.reset(Base::createHandleObjectRefImpl(engine, id));
+            return one->sharedCopy();
+        }
+        return passed("createHandleObjectRefImpl", [&] {
+            return counted("createHandleObjectRefImpl", Base::createHandleObjectRefImpl(engine, id));
+        });
     }
     ObjectImpl* createEnumerationObjectImpl(const std::string& className,
                                             const std::string& member) override {
         if (is("createEnumerationObjectImpl", "exchanged"))
             return Base::createEnumerationObjectImpl(member, className);
-        return counted(
-            "createEnumerationObjectImpl",
-            Base::createEnumerationObjectImpl(className, text("createEnumerationObjectImpl", member)));
+        static std::map<std::string, Inner<ObjectImpl>> known;
+        if (is("createEnumerationObjectImpl", "by-member")) {
+            auto& one = known[member];
+            if (one == nullptr) one.reset(Base::createEnumerationObjectImpl(className, member));
+            return one->sharedCopy();
+        }
+        return passed("createEnumerationObjectImpl", [&] {
+            return counted(
+                "createEnumerationObjectImpl",
+                Base::createEnumerationObjectImpl(className, text("createEnumerationObjectImpl", member)));
+        });
     }
     void createBufferImpl(void*& data, void (*&deleter)(void*), fv::ArrayType type,
                           std::size_t count) override {
@@ -1150,6 +1495,7 @@ public:
         passed("createBufferImpl",
                [&] { Base::createBufferImpl(data, deleter, type, number("createBufferImpl", count)); });
         if (is("createBufferImpl", "no-deleter")) deleter = nullptr;
+        if (isOf("createArrayFromBufferImpl")) given_ = data;
         static Buffer<void> kept(nullptr, &std::free);
         if (is("createBufferImpl", "one-buffer")) {
             deleter(data);
@@ -1170,6 +1516,9 @@ public:
     ArrayImpl* createArrayFromBufferImpl(Dimensions dimensions, fv::ArrayType type, Buffer<void> buffer,
                                          MemoryLayout layout) override {
         const char* name = "createArrayFromBufferImpl";
+        const Making making(type, dimensions, layout);
+        if (is(name, "needs-buffer") && buffer == nullptr) throw std::invalid_argument("no buffer");
+        if (is(name, "not-its-own") && buffer.get() == given_) throw std::invalid_argument("an own buffer");
         const auto free = buffer.get_deleter();
         void* memory = buffer.get();
         if (is(name, "never-freed")) buffer.get_deleter() = [](void*) {};
@@ -1190,6 +1539,8 @@ public:
     }
 
 private:
+    static inline void* given_ = nullptr; // the last buffer that was created
+
     /// The first two change places, with their buffers' consent or without; or a buffer is never freed.
     template <class T>
     static void disorder(const char* name, std::size_t count, Buffer<T[]>& values,
@@ -1234,9 +1585,12 @@ private:
 };
 
 ArrayFactoryImpl* inner = nullptr;
+std::atomic<int> factories{0};
+ArrayFactoryImpl& factoryInside() { return *inner; }
 
 ArrayFactoryImpl* wrongFactory() {
     if (chosen() == "doubles-only") return new DoublesOnlyFactory(Inner<ArrayFactoryImpl>(retained(inner)));
+    ++factories;
     const auto fresh = [] { return new WrongFactory(Inner<ArrayFactoryImpl>(retained(inner))); };
     static ArrayFactoryImpl* const one = fresh();
     static int asked = 0;
@@ -1256,3 +1610,15 @@ const bool registered = [] {
 }();
 
 } // namespace
+
+bool wrong::isTime() {
+    static const std::thread::id first = std::this_thread::get_id();
+    static std::atomic<int> questions{0};
+    const std::string_view when = condition();
+    if (Making::current != nullptr && !Making::current->isMeant()) return false;
+    if (when == "after-failure") return failed;
+    if (when == "later") return ++questions > 2000;
+    if (when == "another-factory") return factories > 1;
+    if (when == "another-thread") return std::this_thread::get_id() != first;
+    return true;
+}

@@ -19,6 +19,7 @@ from typing import NamedTuple
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 KNOWN = pathlib.Path(__file__).with_name("survivors.txt")
+OFFERED = ["double", "data", "buffer", "untyped-buffer", "from-buffer", "copy-out-buffer", "release-buffer"]  # by the example
 FLAGS = "-std=c++20 -O1 -fPIC -fvisibility=hidden -fvisibility-inlines-hidden -w -DNDEBUG".split()
 
 spec = importlib.util.spec_from_file_location("contract_mutants", ROOT / "tests/contract/mutants.py")
@@ -52,7 +53,7 @@ def backends():
     client = ROOT / "client/src"
     workspace = {"WorkspaceEngine.cpp", "Exception.cpp"}  # not reached through a factory; texts of errors
     embedded = sorted(path for path in [*client.glob("*.cpp"), *client.glob("*.hpp")] if path.name not in workspace)
-    return [Backend("example", example, [example / "doubles.cpp"], [], ["--require", "double"]),
+    return [Backend("example", example, [example / "doubles.cpp"], [], [word for name in OFFERED for word in ("--require", name)]),
             Backend("embedded", client, embedded, [ROOT / "client/include"], ["--require", "all"])]
 
 

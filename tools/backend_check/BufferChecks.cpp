@@ -48,7 +48,8 @@ Owned<ArrayImpl> overBuffer(const Backend& backend, const Dimensions& dimensions
                  "createArrayFromBufferImpl");
 }
 
-const std::vector<Dimensions> shapes{{2, 3}, {1, 1}, {0, 3}, {2, 3, 4}, {1, 300}, {350, 200}};
+const std::vector<Dimensions> shapes{{2, 3},    {1, 1},       {0, 3},   {3, 3},    {5, 1},
+                                     {2, 3, 4}, {2, 3, 2, 2}, {1, 300}, {350, 200}};
 
 /// Several buffers that live side by side and are written from end to end: each has all its room for itself.
 void canBeWritten(Backend& backend) {
@@ -199,8 +200,11 @@ void copiesOut(Backend& backend) {
     });
 }
 
-/// What the array reports afterwards is its choice, as long as it agrees with itself.
-void expectConsistent(const std::string& what, ArrayImpl& array) {
+/// What the array reports afterwards is its choice, as long as it agrees with itself. It can be asked for a buffer again.
+void expectConsistent(const std::string& what, ArrayImpl& array, const Dimensions& lent,
+                      const Dimensions& before) {
+    expect(&array.getDimensions() == &lent || lent == before,
+           "the dimensions that a " + what + " lent before are gone");
     std::size_t product = 1;
     for (const std::size_t extent : array.getDimensions())
         product *= extent;
@@ -208,8 +212,25 @@ void expectConsistent(const std::string& what, ArrayImpl& array) {
     expectEqual("isEmpty of a " + what, array.isEmpty(), product == 0);
     expectEqual("distanceTo from begin to end of a " + what, beginOf(array)->distanceTo(*endOf(array)),
                 static_cast<std::int64_t>(product));
-    adopt(array.sharedCopy(), "sharedCopy");
+    const auto copy = adopt(array.sharedCopy(), "sharedCopy");
+    expectEqual("getDimensions of a copy of a " + what, copy->getDimensions(), array.getDimensions());
+    beginOf(array, true);
+    endOf(array, true);
     expectOneReference("a " + what, array);
+}
+
+/// Once more, of what is left; it may be refused.
+void releaseAgain(ArrayImpl& array, const void* first) {
+    void* memory = nullptr;
+    Deleter deleter = nullptr;
+    try {
+        array.releaseBuffer(memory, deleter);
+    } catch (...) {
+        return;
+    }
+    if (memory == nullptr) return;
+    expect(memory != first && deleter != nullptr, "releaseBuffer hands the same buffer over again");
+    deleter(memory);
 }
 
 void handsOver(Backend& backend) {
@@ -217,7 +238,10 @@ void handsOver(Backend& backend) {
         withElementType(subject.array->getType(), [&](auto tag) {
             using T = typename decltype(tag)::type;
             const Contents wanted = shownByPosition<T>(*subject.array);
+            const Dimensions& lent = subject.array->getDimensions();
+            subject.array->getArrayID();
             const auto copy = adopt(subject.array->sharedCopy(), "sharedCopy");
+            const std::uint64_t identity = copy->getArrayID();
             void* memory = nullptr;
             Deleter deleter = nullptr;
             subject.array->releaseBuffer(memory, deleter);
@@ -226,11 +250,15 @@ void handsOver(Backend& backend) {
             expectValues<T>(what, memory, wanted);
             expectContents("a copy after " + what, *copy, subject.model.contents());
             const std::string after = subject.what + " after releaseBuffer";
-            expectConsistent(after, *subject.array);
+            expect(subject.array->getArrayID() != identity ||
+                       subject.array->getDimensions() == subject.dimensions,
+                   "getArrayID of a " + after + " is still that of its copy");
+            expectConsistent(after, *subject.array, lent, subject.dimensions);
             for (std::size_t k = 0; k < subject.array->getNumberOfElements(); ++k)
                 write(asNumbers<T>(*subject.array), k, T());
             const auto next = make(backend, subject.model.sample(), {5, 7}, alike); // takes what was freed
             expectValues<T>(what + " which was written to", memory, wanted);
+            releaseAgain(*subject.array, memory);
             subject.array.reset();
             expectValues<T>(what + " that is gone", memory, wanted);
             std::fill_n(static_cast<T*>(memory), wanted.size(), T());
@@ -247,12 +275,22 @@ void thereAndBack(Backend& backend) {
     backend.eachPrimitive([&](auto tag) {
         using T = typename decltype(tag)::type;
         for (const Dimensions& dimensions : shapes)
-            for (const bool copied : {false, true}) {
-                auto array = overBuffer<T>(backend, dimensions);
-                const std::string what = describe(*array) + " over a buffer";
+            for (const int way : {0, 1, 2, 3}) {
+                const bool copied = way % 2 == 1;
+                const bool rows = way > 1;
+                auto array = overBuffer<T>(backend, dimensions,
+                                           rows ? MemoryLayout::ROW_MAJOR : MemoryLayout::COLUMN_MAJOR);
+                const std::string what =
+                    describe(*array) + " over a " + (rows ? "row-major " : "") + "buffer";
                 const Contents wanted = shownByPosition<T>(*array);
                 if (wanted.empty()) continue;
                 auto copy = copied ? adopt(array->sharedCopy(), "sharedCopy") : nullptr;
+                if (copied) { // used in every way before
+                    array->isEqual(copy.get());
+                    write(asNumbers<T>(*array), 0, valueAt<T>(counting, 0));
+                    beginOf(*array, true)->isEqual(*endOf(*array, true));
+                    adopt(array->sharedCopy(), "sharedCopy");
+                }
                 void* memory = nullptr;
                 Deleter deleter = nullptr;
                 array->releaseBuffer(memory, deleter);
@@ -264,6 +302,37 @@ void thereAndBack(Backend& backend) {
                     expectValues<T>("releaseBuffer of a " + what + ", whose copy is gone", memory, wanted);
                 }
                 expectFreed("of a " + what + " that releaseBuffer handed over again", 1);
+            }
+    });
+}
+
+/// Buffers that the back-end gave itself come back to it.
+void ownBuffers(Backend& backend) {
+    backend.eachPrimitive([&](auto tag) {
+        using T = typename decltype(tag)::type;
+        for (const Dimensions& dimensions : shapes)
+            for (const MemoryLayout layout : {MemoryLayout::COLUMN_MAJOR, MemoryLayout::ROW_MAJOR}) {
+                const std::size_t count = backend.zeros<T>(dimensions)->getNumberOfElements();
+                void* memory = nullptr;
+                Deleter deleter = nullptr;
+                backend.factory().createBufferImpl(memory, deleter, tag.arrayType, count);
+                if (memory == nullptr) continue;
+                for (std::size_t k = 0; k < count; ++k)
+                    static_cast<T*>(memory)[k] = valueAt<T>(counting, k);
+                const auto array =
+                    adopt(backend.factory().createArrayFromBufferImpl(dimensions, tag.arrayType,
+                                                                      Buffer<void>(memory, deleter), layout),
+                          "createArrayFromBufferImpl");
+                const std::string what = describe(*array) + " over a buffer of the back-end";
+                expectEqual("the number of elements of a " + what, array->getNumberOfElements(), count);
+                if (layout == array->getMemoryLayout())
+                    expectValues<T>(what, asNumbers<T>(*array).getTypedDataPtr(), [&] {
+                        Contents wanted;
+                        for (std::size_t k = 0; k < count && k < 1000; ++k)
+                            wanted.push_back(show(valueAt<T>(counting, k)));
+                        return wanted;
+                    }());
+                if (count > 0) write(asNumbers<T>(*array), count - 1, T());
             }
     });
 }
@@ -298,6 +367,7 @@ void addBufferChecks(Checks& checks) {
     buffers.add("arrays do not overlap", "every result is a new array with storage of its own (factory, 1)",
                 {}, arraysDoNotOverlap);
     buffers.add("the deleter is called once", owned, {"from-buffer"}, deleterOnce);
+    buffers.add("a buffer of the back-end comes back", owned, {"from-buffer", "buffer"}, ownBuffers);
     buffers.add("a buffer that is refused is freed", "when this throws, the buffer is freed (factory, 25)",
                 {"from-buffer"}, refusedBuffer);
     buffers.add("an array over a buffer is written", owned, {"from-buffer"}, writesToBuffer);

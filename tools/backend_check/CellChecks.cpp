@@ -110,21 +110,29 @@ void writeThrough(ReferenceImpl& chain, double value) {
 
 /// The array in the cell has another owner, who must not see the write; the cell must.
 void writesSpareOtherOwners(Backend& backend, bool forWrite) {
-    const auto cells = emptyCells(backend, {1, 1});
-    const auto held = scalar(backend, 1);
-    assign(*cells, 0, {}, *held);
-    const auto chain = chainInto(*cells, 0, forWrite);
-    writeThrough(*chain, 2);
-    const std::string after = " after a write through a chain made with forWrite " + show(forWrite);
-    expectEqual("the array that the cell was filled with," + after, scalarValue(*held), 1.0);
-    expectContents("the cell" + after, *cells, {"1x1 double [2]"});
-    // The chain was made before others came to own the array.
-    const auto copy = adopt(cells->sharedCopy(), "sharedCopy");
-    const auto later = share(*chainInto(*cells, 0, false)->getArrayImpl());
-    writeThrough(*chain, 3);
-    expectContents("a copy made before another write through the same chain", *copy, {"1x1 double [2]"});
-    expectEqual("an array taken before another write through the same chain", scalarValue(*later), 2.0);
-    expectContents("the cell after another write through the same chain", *cells, {"1x1 double [3]"});
+    for (const Dimensions& dimensions : {Dimensions{1, 1}, {1, 3}, {3, 1}, {2, 2}, {2, 2, 2}}) {
+        const auto cells = emptyCells(backend, dimensions);
+        const std::size_t last = cells->getNumberOfElements() - 1;
+        const auto expectLast = [&](const std::string& what, ArrayImpl& array, const char* value) {
+            Contents wanted(last + 1, "empty");
+            wanted[last] = value;
+            expectContents(what, array, wanted);
+        };
+        const auto held = scalar(backend, 1);
+        assign(*cells, last, {}, *held);
+        const auto chain = chainInto(*cells, last, forWrite);
+        writeThrough(*chain, 2);
+        const std::string after = " after a write through a chain made with forWrite " + show(forWrite);
+        expectEqual("the array that the cell was filled with," + after, scalarValue(*held), 1.0);
+        expectLast("the cell" + after, *cells, "1x1 double [2]");
+        // The chain was made before others came to own the array.
+        const auto copy = adopt(cells->sharedCopy(), "sharedCopy");
+        const auto later = share(*chainInto(*cells, last, false)->getArrayImpl());
+        writeThrough(*chain, 3);
+        expectLast("a copy made before another write through the same chain", *copy, "1x1 double [2]");
+        expectEqual("an array taken before another write through the same chain", scalarValue(*later), 2.0);
+        expectLast("the cell after another write through the same chain", *cells, "1x1 double [3]");
+    }
 }
 void writeChains(Backend& backend) { writesSpareOtherOwners(backend, true); }
 void readChains(Backend& backend) { writesSpareOtherOwners(backend, false); }

@@ -93,12 +93,46 @@ void manyMembers(Backend& backend) {
 
 void classesDiffer(Backend& backend) {
     const auto array = colours(backend);
-    for (const char* other : {"Colours", "Color", "colors", ""}) {
+    const std::string longName(40, 'L');
+    for (const auto& [one, other] : {std::pair<std::string, std::string>{"Colors", "Colours"},
+                                     {"Colors", "Color"},
+                                     {"Colors", "colors"},
+                                     {longName + "a", longName + "b"}}) {
+        const auto first = colours(backend, one);
         const auto second = colours(backend, other);
-        expect(!array->isEqual(second.get()) && !second->isEqual(array.get()),
-               "isEqual of enum arrays of the classes Colors and " + std::string(other) + " is true");
+        expect(!first->isEqual(second.get()) && !second->isEqual(first.get()),
+               "isEqual of enum arrays of the classes " + one + " and " + other + " is true");
     }
     expect(array->isEqual(colours(backend).get()), "isEqual of equal enum arrays is false");
+}
+
+/// By their names, whatever came first, and whoever else has the same.
+void membersDiffer(Backend& backend) {
+    const auto arrayOf = [&](const Contents& names) {
+        return adopt(backend.factory().createEnumArrayImpl({1, 4}, "Colors", names), "createEnumArrayImpl");
+    };
+    const auto array = arrayOf({"A", "B", "A", "C"});
+    for (const Contents& names : {Contents{"B", "A", "B", "C"}, {"A", "B", "A", "D"}, {"C", "A", "C", "B"}})
+        expect(!array->isEqual(arrayOf(names).get()) && !arrayOf(names)->isEqual(array.get()),
+               "isEqual of enum arrays with the members A, B, A, C and " + show(names) + " is true");
+    const auto written = arrayOf({"C", "A", "B", "A"});
+    for (const auto& [k, name] : {std::pair<std::size_t, const char*>{0, "A"}, {1, "B"}, {2, "A"}, {3, "C"}})
+        written->setString(k, {}, name);
+    expect(array->isEqual(written.get()) && written->isEqual(array.get()),
+           "isEqual of equal enum arrays, one of them written, is false");
+}
+
+/// No list of members: elements have none until they are written, if they may be.
+void withoutMembers(Backend& backend) {
+    const auto array =
+        adopt(backend.factory().createEnumArrayImpl({2, 2}, "Colors", {}), "createEnumArrayImpl");
+    expectEqual("getNumberOfElements of an array without members", array->getNumberOfElements(), 4);
+    expectEqual("getClassName of an array without members", std::string(asEnums(*array).getClassName()),
+                "Colors");
+    const auto copy = adopt(array->sharedCopy(), "sharedCopy");
+    expect(array->isEqual(copy.get()), "isEqual of an array without members and its copy is false");
+    for (std::size_t k = 0; k < 4; ++k)
+        asEnums(*array).getEnumNameAt(k);
 }
 
 } // namespace
@@ -114,6 +148,10 @@ void addEnumChecks(Checks& checks) {
               {"enum"}, nameOfClass);
     enums.add("members are written by name", write, {"enum"}, writes);
     enums.add("many members", name, {"enum"}, manyMembers);
+    enums.add("members tell arrays apart", "isEqual is element-wise equality (order 35)", {"enum"},
+              membersDiffer);
+    enums.add("no members", "`members` holds the member name of each element, or nothing (factory, 20)",
+              {"enum"}, withoutMembers);
     enums.add("classes tell arrays apart", "isEqual is element-wise equality (order 35)", {"enum"},
               classesDiffer);
 }

@@ -1,7 +1,7 @@
 // The factory itself: asked for again and again, used and dropped.
 
 #include "Check.hpp"
-#include "Samples.hpp"
+#include "Operations.hpp"
 
 namespace vexa::check {
 
@@ -28,6 +28,21 @@ void askedTwice(Backend& backend) {
     backend.setFactory(askAgain());
 }
 
+/// Every operation once, of the kind and of the factory.
+void runAll(const Backend& backend, const Sample& sample) {
+    for (const Origin& origin : sample.origins) {
+        if (!offersAll(backend, origin.needs)) continue;
+        Subject subject = newSubject(backend, sample, origin, true);
+        for (const Operation& operation : operations()) {
+            const bool ofFactory = operation.kind == "factory" && offersAll(backend, operation.needs);
+            if (operation.once || !(ofFactory || applies(backend, operation, sample))) continue;
+            Trial none;
+            operation.run(backend, subject, none);
+        }
+        subject.expectUnchanged(" after all operations");
+    }
+}
+
 /// By each of two factories, after the other is gone.
 void usedInTurns(Backend& backend) {
     eachSample(backend, [&](const Sample& sample) {
@@ -44,6 +59,8 @@ void usedInTurns(Backend& backend) {
         before.reset();
         expectContents("a " + sample.name + " array with the other factory gone", *second, model.contents());
         model.change(backend, *second, 0, sample.writers.back());
+        expectOneReference("a " + sample.name + " array of a second factory", *second);
+        runAll(backend, sample);
     });
 }
 

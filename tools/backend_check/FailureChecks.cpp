@@ -29,11 +29,12 @@ struct Attempt {
 
 /// Lets one allocation (or all from there on) of the operation fail, over a fresh array.
 Attempt attempt(const Backend& backend, const Operation& operation, const Sample& sample,
-                const Origin& origin, bool copied, std::size_t pattern, std::size_t number, bool onwards) {
+                const Origin& origin, bool copied, std::size_t pattern, bool large, std::size_t number,
+                bool onwards) {
     Attempt result;
     FailingAllocations::start();
     {
-        Subject subject = newSubject(backend, sample, origin, copied, pattern);
+        Subject subject = newSubject(backend, sample, origin, copied, pattern, large);
         Trial trial(number, onwards);
         try {
             operation.run(backend, subject, trial);
@@ -44,6 +45,11 @@ Attempt attempt(const Backend& backend, const Operation& operation, const Sample
         }
         result.fired = trial.fired();
         expectSound(subject, " afterwards");
+        if (result.fired && number == 1) { // with memory it does what it should again
+            Trial none;
+            operation.run(backend, subject, none);
+            expectSound(subject, " after another one with memory");
+        }
     }
     result.lost = FailingAllocations::liveBlocks();
     FailingAllocations::stop();
@@ -53,13 +59,13 @@ Attempt attempt(const Backend& backend, const Operation& operation, const Sample
 /// The first, second, ... allocation fails until the operation comes through. A block that stays may be a cache of the
 /// back-end; one that stays each time is lost.
 void sweep(const Backend& backend, const Operation& operation, const Sample& sample, const Origin& origin,
-           bool copied, std::size_t pattern) {
+           bool copied, std::size_t pattern, bool large = false) {
     const std::string what =
         operation.name + (operation.kind == "factory" ? ""
                                                       : " of a " + sample.name + " array" + origin.name +
                                                             (copied ? " that has a copy" : ""));
     const auto once = [&](std::size_t number, bool onwards) {
-        return attempt(backend, operation, sample, origin, copied, pattern, number, onwards);
+        return attempt(backend, operation, sample, origin, copied, pattern, large, number, onwards);
     };
     once(0, false); // what is made once in a process is made here
     for (const bool onwards : {false, true})
@@ -118,6 +124,8 @@ std::function<void(Backend&)> sweepOf(bool (*chosen)(const Sample&)) {
                           for (const std::size_t pattern : {counting, extreme})
                               for (const bool copied : {false, true})
                                   sweep(backend, operation, sample, origin, copied, pattern);
+                          if (sample.primitive)
+                              sweep(backend, operation, sample, origin, false, counting, true);
                       });
     };
 }
@@ -208,7 +216,8 @@ void refuse(const Backend& backend, const Refusal& refusal, const Sample& sample
     const std::string what =
         refusal.name + (refusal.kind == "factory" ? "" : " (of a " + sample.name + " array)");
     backend.step(what);
-    const auto array = make(backend, sample, sample.parts == 2 ? Dimensions{1, 2} : Dimensions{2, 3});
+    Subject subject = newSubject(backend, sample, sample.origins.front(), false);
+    ArrayImpl* const array = subject.array.get();
     const auto once = [&] {
         try {
             refusal.run(backend, *array);
@@ -225,14 +234,24 @@ void refuse(const Backend& backend, const Refusal& refusal, const Sample& sample
     std::ptrdiff_t lost = 1;
     for (int round = 0; round < 3 && lost > 0; ++round) {
         FailingAllocations::start();
-        for (int times = 0; times < 20; ++times)
+        for (int times = 0; times < 200; ++times)
             once();
         lost = FailingAllocations::liveBlocks();
         FailingAllocations::stop();
     }
-    expect(lost <= 0, "20 times " + what + " lose " + show(lost) + " block(s) of memory");
+    expect(lost <= 0, "200 times " + what + " lose " + show(lost) + " block(s) of memory");
     expectOneReference("an array after " + what, *array);
     expectContents("an array after " + what, *array, contents);
+    Subject fresh = newSubject(backend, sample, sample.origins.front(), true);
+    for (const Operation& operation : operations()) {
+        Trial none;
+        if (operation.once || (operation.kind != "factory" && !applies(backend, operation, sample)) ||
+            !offersAll(backend, operation.needs))
+            continue;
+        backend.step(operation.name + " after " + what);
+        operation.run(backend, fresh, none);
+        fresh.expectUnchanged(" with " + operation.name + " after " + what);
+    }
 }
 
 void refusalsLoseNothing(Backend& backend) {

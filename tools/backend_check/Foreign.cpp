@@ -67,7 +67,10 @@ public:
     T* getElementAddress(std::size_t index, const std::string& fieldName, bool forWrite) override {
         return typed().getElementAddress(index, fieldName, forWrite);
     }
-    const T* getTypedDataPtr() const override { return typed().getTypedDataPtr(); }
+    /// Null without elements, which is an array's right.
+    const T* getTypedDataPtr() const override {
+        return this->isEmpty() ? nullptr : typed().getTypedDataPtr();
+    }
 
 protected:
     Interface& typed() const { return dynamic_cast<Interface&>(this->inner()); }

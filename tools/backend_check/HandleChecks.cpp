@@ -43,10 +43,14 @@ const std::vector<long> ids{0,           1,        7,  255, 256,     65536,   IN
 
 void namesWhatItDenotes(Backend& backend) {
     std::vector<Owned<ObjectImpl>> held;
+    std::vector<Owned<ObjectImpl>> others; // of the same numbers, of another engine
+    for (const long id : ids)
+        others.push_back(newHandle(backend, engineOf(200), id));
     for (std::size_t k = 0; k < ids.size(); ++k)
         held.push_back(newHandle(backend, engineOf(static_cast<unsigned char>(k)), ids[k]));
     for (std::size_t k = 0; k < ids.size(); ++k) {
         const ZVMID engine = engineOf(static_cast<unsigned char>(k));
+        expectHandle(*others[k], engineOf(200), ids[k], "a handle object");
         expectHandle(*held[k], engine, ids[k], "a handle object");
         auto copy = adopt(held[k]->sharedCopy(), "sharedCopy of a handle object");
         expect(copy != held[k], "sharedCopy of a handle object is the object itself");

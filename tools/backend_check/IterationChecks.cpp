@@ -37,17 +37,52 @@ void addresses(Backend& backend) {
             for (const bool writable : {false, true}) {
                 const std::string what = "the iterator of a " + subject.what + " at position ";
                 const Iterator here = beginOf(array, writable);
-                for (std::size_t k = 0; k < array.getNumberOfElements(); ++k, here->increment())
-                    if (here->getElementAddress() != asNumbers<T>(array).getElementAddress(k, {}, false))
-                        fail("the element of " + what + show(k) +
+                const auto expectAt = [&](const void* address, std::size_t k, const char* when) {
+                    if (address != asNumbers<T>(array).getElementAddress(k, {}, false))
+                        fail("the element of " + what + show(k) + when +
                              " lies elsewhere than getElementAddress says");
+                };
+                for (std::size_t k = 0; k < array.getNumberOfElements(); ++k, here->increment())
+                    expectAt(here->getElementAddress(), k, "");
                 here->getElementAddress(); // asked past the end too
+                for (const std::size_t k : manyPositions(array.getNumberOfElements())) {
+                    const Iterator back = endOf(array, writable);
+                    back->advance(static_cast<std::int64_t>(k) -
+                                  static_cast<std::int64_t>(array.getNumberOfElements()));
+                    expectAt(back->getElementAddress(), k, " after a jump back");
+                    if (k == 0) continue;
+                    back->decrement();
+                    expectAt(back->getElementAddress(), k - 1, " after a step back");
+                    const Iterator clone(back->clone());
+                    clone->increment();
+                    expectAt(clone->getElementAddress(), k, " after a step of its clone");
+                }
                 ReferenceImpl* chain = here->createReference();
                 if (chain != nullptr) chain->release();
                 expect(chain == nullptr, "createReference of an iterator of a " + subject.what +
                                              " is not null, although its elements have addresses");
             }
         });
+    });
+}
+
+/// Iterators over non-zeros find the same value whichever way they come to it.
+void sparseAddresses(Backend& backend) {
+    eachSubject(backend, {true, false, false, false}, [&](Subject& subject) {
+        if (!subject.model.sample().sparse) return;
+        std::vector<const void*> forwards;
+        const Iterator here = beginOf(*subject.array);
+        for (std::size_t k = 0; k < subject.model.size(); ++k, here->increment())
+            forwards.push_back(here->getElementAddress());
+        for (std::size_t k = forwards.size(); k-- > 0;) {
+            here->decrement();
+            expect(here->getElementAddress() == forwards[k],
+                   "non-zero " + show(k) + " of a " + subject.what + " lies elsewhere on the way back");
+            const Iterator jumped = endOf(*subject.array);
+            jumped->advance(static_cast<std::int64_t>(k) - static_cast<std::int64_t>(forwards.size()));
+            expect(jumped->getElementAddress() == forwards[k],
+                   "non-zero " + show(k) + " of a " + subject.what + " lies elsewhere after a jump back");
+        }
     });
 }
 
@@ -100,8 +135,22 @@ void references(Backend& backend) {
         const Iterator here = beginOf(array);
         if (here->getElementAddress() != nullptr) return;
         std::vector<Owned<ReferenceImpl>> chains;
-        for (std::size_t k = 0; k < subject.model.size(); ++k, here->increment())
+        const std::size_t size = subject.model.size();
+        for (std::size_t k = 0; k < size; ++k, here->increment())
             chains.push_back(adopt(here->createReference(), "createReference" + of));
+        const Iterator back = endOf(array);
+        for (std::size_t k = size; k-- > 0;) { // by steps and by jumps
+            if (k % 2 == 0)
+                back->decrement();
+            else
+                back->advance(-1);
+            expectEqual("getLinearIndex of the chain" + of + " that goes back",
+                        adopt(back->createReference(), "createReference" + of)->getLinearIndex(), k);
+            const Iterator jumped = beginOf(array);
+            jumped->advance(static_cast<std::int64_t>(k));
+            expectEqual("getLinearIndex of the chain" + of + " that was advanced",
+                        adopt(jumped->createReference(), "createReference" + of)->getLinearIndex(), k);
+        }
         for (std::size_t k = 0; k < chains.size(); ++k) {
             expectOneReference("the chain" + of, *chains[k]);
             expect(chains[k]->getArrayImpl() == &array,
@@ -156,6 +205,9 @@ void addIterationChecks(Checks& checks) {
                   overRanges(&expectIndependentClones));
     iteration.add("addresses in the order of positions",
                   "getElementAddress is the address of the current element (iterators, 13)", {}, addresses);
+    iteration.add("addresses of non-zeros both ways",
+                  "getElementAddress is the address of the current element (iterators, 13)", {},
+                  sparseAddresses);
     iteration.add(
         "writes through an iterator arrive",
         "with `writable` the storage is exclusively owned before the iterator is handed out (order 4)", {},

@@ -4,6 +4,7 @@
 #include "FailingAllocations.hpp"
 #include "Samples.hpp"
 
+#include <foundation/vexadata/Exception.hpp>
 #include <vexa/data/detail/ForwardIteratorImpl.hpp>
 
 namespace vexa::check {
@@ -211,6 +212,82 @@ void sameArrayTwice(Backend& backend) {
     });
 }
 
+/// What an element holds, and nobody else, is stored into the same element.
+void intoItsOwnPlace(Backend& backend) {
+    eachPath(backend, [&](const Path& path, const std::string& what) {
+        if (path.size() != 1) return;
+        std::vector<Owned<ObjectImpl>> objects;
+        const auto holder = path[0]->hold(backend, *scalar(backend, 1), objects);
+        objects.clear();
+        const auto expectThere = [&](const std::string& by) {
+            expectEqual("the value in " + what + " after it was stored into its own place" + by,
+                        valueIn(*holder, path), 1.0);
+        };
+        for (int times = 0; times < 3; ++times) {
+            path[0]->put(*holder, *path[0]->inside(*holder, true));
+            expectThere("");
+        }
+        if (holder->getType() == ArrayType::STRUCT)
+            for (const bool kept : {false, true}) {
+                std::vector<fv::Array> values;
+                for (const char* name : {"z", "b"})
+                    values.emplace_back(adopt(asStructs(*holder).getField(1, name), "getField").release());
+                std::vector<fv::Array> others = kept ? values : std::vector<fv::Array>();
+                asStructs(*holder).setFieldValues(1, std::move(values));
+                expectThere(" by setFieldValues");
+            }
+        if (path[0]->needs == objectNeeds && holder->getNumberOfElements() > 1) {
+            ObjectArrayImpl& array = asObjects(*holder);
+            if (const Owned<ObjectImpl> own(array.getElementObject(1)); own != nullptr) {
+                array.setElementObject(1, own.get());
+                expectThere(" by setElementObject");
+            }
+        }
+        writeIn(*holder, path, 2);
+        expectEqual("the value in " + what + " after a write", valueIn(*holder, path), 2.0);
+    });
+}
+
+/// A chain with indices means an element of the array that lay in the place when it was made.
+void chainsGoStale(Backend& backend) {
+    std::size_t count = 0;
+    for (std::size_t k = 0; k < 2; ++k) { // cells and structs
+        const Level& level = levels[k];
+        if (!offersAll(backend, level.needs)) continue;
+        ++count;
+        const std::string field = level.needs[0] == "cell" ? "" : "b";
+        const auto expectOf = [&](ArrayImpl& stored, bool forWrite, auto expectation) {
+            std::vector<Owned<ObjectImpl>> none;
+            const auto holder = level.hold(backend, *filled<double>(backend, {2, 3}), none);
+            const auto chain =
+                adopt(holder->createElementReference(1, field, forWrite), "createElementReference");
+            chain->addIndex(1);
+            chain->addIndex(2);
+            level.put(*holder, stored);
+            expectation(*chain, "getLinearIndex of a chain into " + level.name + " that " + describe(stored) +
+                                    " was put into since");
+        };
+        for (const bool forWrite : {false, true}) {
+            for (const Dimensions& other : {Dimensions{1, 1}, {3, 2}, {2, 3, 2}, {6, 1}})
+                expectOf(*backend.zeros<double>(other), forWrite, [](auto& chain, const std::string& what) {
+                    expectThrows<fv::EArrayIndexOutOfRange>(what, "EArrayIndexOutOfRange",
+                                                            [&] { chain.getLinearIndex(); });
+                });
+            for (const ArrayType type : {ArrayType::CELL, ArrayType::STRING, ArrayType::LOGICAL})
+                if (backend.offers(nameOf(type)))
+                    expectOf(*backend.array(type, {2, 3}), forWrite,
+                             [](auto& chain, const std::string& what) {
+                                 expectThrows<fv::TypeMismatchException>(what, "TypeMismatchException",
+                                                                         [&] { chain.getLinearIndex(); });
+                             });
+            expectOf(*backend.zeros<double>({2, 3}), forWrite, [](auto& chain, const std::string& what) {
+                expectEqual(what, chain.getLinearIndex(), 5);
+            });
+        }
+    }
+    if (count == 0) throw NotOffered{"neither cells nor structs are offered"};
+}
+
 /// It is refused, or a copy of what the array was is stored; it never holds itself.
 void intoItself(Backend& backend) {
     eachPath(backend, [&](const Path& path, const std::string& what) {
@@ -259,6 +336,14 @@ void addNestingChecks(Checks& checks) {
     const std::string own = "by a write inside an element, its array is the element's alone (order 12)";
     nesting.add("writes at any depth spare other owners", own, {}, spareOtherOwners);
     nesting.add("one array in two places", own, {}, sameArrayTwice);
+    nesting.add(
+        "an array into its own place",
+        "assignElementArray stores an array, borrowed, also one that nobody else holds (orders 17, 48, 59)",
+        {}, intoItsOwnPlace);
+    nesting.add(
+        "chains whose array is gone",
+        "with indices a chain means an element of the array for which it was made: it throws when another lies there (order 12)",
+        {"double"}, chainsGoStale);
     nesting.add("an array into itself",
                 "assignElementArray stores an array, borrowed, and nothing is lost (order 17)", {},
                 intoItself);

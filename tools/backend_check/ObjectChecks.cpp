@@ -69,10 +69,11 @@ void describesClasses(Backend& backend) {
                                                      {{}, many}};
     std::vector<Owned<ClassInfoImpl>> classes;
     for (std::size_t k = 0; k < lists.size(); ++k)
-        classes.push_back(newClass(backend, "Class" + std::to_string(k), lists[k].first, lists[k].second));
+        classes.push_back(
+            newClass(backend, "Class" + std::to_string(k % 3), lists[k].first, lists[k].second));
     for (std::size_t k = 0; k < lists.size(); ++k) {
         ClassInfoImpl& one = *classes[k];
-        expectEqual("the name of a class", nameOfClass(one), "Class" + std::to_string(k));
+        expectEqual("the name of a class", nameOfClass(one), "Class" + std::to_string(k % 3));
         expectEqual("getNumberOfProperties", one.getNumberOfProperties(), lists[k].first.size());
         expectEqual("getNumberOfArrayProperties", one.getNumberOfArrayProperties(), lists[k].second.size());
         expectSequence({"the properties of a class", [&] { return one.beginProperties(); },
@@ -158,6 +159,55 @@ double valueOf(const ObjectImpl& object, const std::string& name) {
     return scalarValue(*value);
 }
 
+void expectPoint(const std::string& what, const fv::ClassInfo& info) {
+    expectEqual(what, info.getClassIdentifier().getString(), "Point");
+    expectEqual("the number of properties of " + what, info.getNumberOfProperties(), 2);
+    expectEqual("the number of array properties of " + what, info.getNumberOfArrayProperties(), 1);
+}
+
+/// Each by its name, of an object and of an array, whatever the others are called.
+void namesAlike(Backend& backend) {
+    Texts many;
+    for (int k = 0; k < 100; ++k)
+        many.push_back("aPropertyWithALongNameOfManyThatAreAlike" + std::to_string(k * 7 % 100));
+    for (const Texts& names : {Texts{"b", "a", "B", "aa", "ab", "a1", "a_"}, many}) {
+        const auto description = newClass(backend, "Alike", names, names);
+        const auto object =
+            adopt(backend.factory().createValueObjectImpl(description.get()), "createValueObjectImpl");
+        const auto array =
+            backend.offers("object-array")
+                ? adopt(backend.factory().createValueObjectArrayImpl({1, 1}, description.get()),
+                        "createValueObjectArrayImpl")
+                : nullptr;
+        for (std::size_t k = 0; k < names.size(); ++k) {
+            const auto value = scalar(backend, static_cast<double>(k));
+            setProperty(*object, names[k], *value);
+            if (array != nullptr)
+                adopt(asObjects(*array).getArrayPropertyReference(property(names[k])),
+                      "getArrayPropertyReference")
+                    ->setArray(value.get());
+        }
+        if (array != nullptr) asObjects(*array).setElementObject(0, object.get());
+        for (std::size_t k = 0; k < names.size(); ++k) {
+            const std::string of = " of " + show(names[k]) + " among " + show(names.size());
+            const auto wanted = static_cast<double>(k);
+            const auto value = [&](const fv::Array& one) {
+                return scalarValue(*fv::detail::Access::impl(one));
+            };
+            expectEqual("getProperty" + of, scalarValue(*object->getProperty(property(names[k]))), wanted);
+            expectEqual("hasProperty" + of, object->hasProperty(property(names[k])), true);
+            for (const std::string& other : {names[k] + "_", names[k].substr(1), "A" + names[k].substr(1)})
+                expectEqual("hasProperty of " + show(other), object->hasProperty(property(other)),
+                            std::find(names.begin(), names.end(), other) != names.end());
+            if (array == nullptr) continue;
+            expectEqual("getElementProperty" + of,
+                        value(asObjects(*array).getElementProperty(0, property(names[k]))), wanted);
+            expectEqual("getArrayProperty" + of,
+                        value(asObjects(*array).getArrayProperty(property(names[k]))), wanted);
+        }
+    }
+}
+
 void properties(Backend& backend) {
     const auto point = newPoint(backend, 1, 2);
     expectEqual("numOfProperties", point->numOfProperties(), 2);
@@ -173,7 +223,7 @@ void properties(Backend& backend) {
     expectEqual("property y", valueOf(*point, "y"), 2.0);
     expectEqual("getExternalRepresentationPropertyNames", point->getExternalRepresentationPropertyNames(),
                 {"x", "y"});
-    expectEqual("the class of an object", point->getClassInfo().getClassIdentifier().getString(), "Point");
+    expectPoint("the class of an object", point->getClassInfo());
     const auto fresh =
         adopt(backend.factory().createValueObjectImpl(pointClass(backend).get()), "createValueObjectImpl");
     expect(fresh->getProperty(property("x")) != nullptr, "getProperty of a new object returns null");
@@ -298,6 +348,10 @@ void membersOfEnumerations(Backend& backend) {
                                   "createEnumerationObjectImpl");
         const auto second = adopt(backend.factory().createEnumerationObjectImpl("Sizes", "Small"),
                                   "createEnumerationObjectImpl");
+        const auto third = adopt(backend.factory().createEnumerationObjectImpl("Colours", member),
+                                 "createEnumerationObjectImpl");
+        expectEqual("the class of a member that is called as one of another class",
+                    third->getClassInfo().getClassIdentifier().getString(), "Colours");
         const auto copy = adopt(object->sharedCopy(), "sharedCopy of an enumeration object");
         const char* name = object->getEnumerationName();
         const char* other = second->getEnumerationName();
@@ -424,11 +478,17 @@ void balanceOfObjects(Backend& backend) {
 }
 
 void arrayDescribesItself(Backend& backend) {
+    eachSubject(backend, [](Subject& subject) {
+        if (subject.model.sample().name == "object-array")
+            expectPoint("the class of a " + subject.what, asObjects(*subject.array).getClassInfo());
+    });
     for (const Dimensions& dimensions : {Dimensions{1, 2}, {0, 0}, {2, 3}}) {
         const auto array = points(backend, dimensions);
         const ObjectArrayImpl& objects = asObjects(*array);
-        expectEqual("the class of an object array", objects.getClassInfo().getClassIdentifier().getString(),
-                    "Point");
+        expectPoint("the class of an object array", objects.getClassInfo());
+        for (std::size_t k = 0; k < array->getNumberOfElements(); ++k)
+            if (const Owned<ObjectImpl> object(objects.getElementObject(k)); object != nullptr)
+                expectPoint("the class of a new element", object->getClassInfo());
         expectEqual("isHeterogeneous of an array of one class", objects.isHeterogeneous(), false);
         expectEqual("isExternalDimensionsSet of a new array", objects.isExternalDimensionsSet(), false);
         expectEqual("getExternalRepresentationArrayPropertyNames",
@@ -445,13 +505,23 @@ void classesMixed(Backend& backend) {
         return backend.factory().createArrayImpl(ArrayType::VALUE_OBJECT, {1, 3});
     });
     ObjectArrayImpl& objects = asObjects(*array);
+    for (std::size_t k = 0; k < 3; ++k)
+        expect(Owned<ObjectImpl>(objects.getElementObject(k)) == nullptr,
+               "getElementObject of an element that holds no object is not null");
     const auto pixel = newClass(backend, "Pixel", {"depth"});
     objects.setElementObject(0, newPoint(backend, 1, 2).get());
     objects.setElementObject(1, newPoint(backend, 3, 4).get());
     expectEqual("isHeterogeneous of an array with objects of one class", objects.isHeterogeneous(), false);
     objects.setElementObject(
         2, adopt(backend.factory().createValueObjectImpl(pixel.get()), "createValueObjectImpl").get());
-    expectEqual("isHeterogeneous of an array with objects of two classes", objects.isHeterogeneous(), true);
+    const auto copy = adopt(array->sharedCopy(), "sharedCopy");
+    for (ArrayImpl* one : {array.get(), copy.get()}) {
+        expectEqual("isHeterogeneous of an array with objects of two classes",
+                    asObjects(*one).isHeterogeneous(), true);
+        asObjects(*one).setElementObject(2, newPoint(backend, 5, 6).get());
+        expectEqual("isHeterogeneous after the one of another class is replaced",
+                    asObjects(*one).isHeterogeneous(), false);
+    }
     expectEqual("the object at element 1",
                 shownObject(*adopt(objects.getElementObject(1), "getElementObject")),
                 "x=1x1 double [3], y=1x1 double [4]");
@@ -489,11 +559,35 @@ void elementsOfArrays(Backend& backend) {
                         [&] { return objects.beginElementProperties(k); },
                         [&] { return objects.endElementProperties(k); }, &nameOfProperty},
                        {"x", "y"});
+    for (std::size_t k = 0; k < 6; ++k) {
+        const auto here = adopt(objects.beginElementProperties(k), "beginElementProperties");
+        for (const double wanted : {static_cast<double>(k), static_cast<double>(10 * k)}) {
+            const auto one = adopt(here->get(), "get of an iterator");
+            expectEqual("getValue of a property of element " + show(k),
+                        scalarValue(*typed<PropertyImpl>(*one).getValue()), wanted);
+            here->increment();
+        }
+    }
 }
 
 /// One object in several elements, and held by somebody else: a write through one element's properties changes that one.
 void sharedObjects(Backend& backend) {
-    for (std::size_t written = 0; written < 3; ++written) {
+    const bool byScalar = backend.offers("object-scalar");
+    for (std::size_t written = 0; written < (byScalar ? 5U : 4U); ++written) {
+        if (written > 2) { // an array of one
+            const auto point = newPoint(backend, 1, 2);
+            const auto one = written == 4 ? adopt(backend.factory().createValueObjectScalarImpl(point.get()),
+                                                  "createValueObjectScalarImpl")
+                                          : points(backend, {1, 1});
+            asObjects(*one).setElementObject(0, point.get());
+            const auto here = adopt(asObjects(*one).beginElementProperties(0), "beginElementProperties");
+            const auto first = adopt(here->get(), "get");
+            adopt(typed<PropertyImpl>(*first).getReference(), "getReference")
+                ->setArray(scalar(backend, 9).get());
+            expectEqual("an object after a write through the one element that holds it too",
+                        shownObject(*point), "x=1x1 double [1], y=1x1 double [2]");
+            continue;
+        }
         const auto array = points(backend, {1, 3});
         ObjectArrayImpl& objects = asObjects(*array);
         const auto point = newPoint(backend, 1, 2);
@@ -655,6 +749,9 @@ void addObjectChecks(Checks& checks) {
     objects.add("properties are read and written",
                 "an unknown property is the back-end's to report (objects, 5 to 7, 16 to 18)", object,
                 properties);
+    objects.add("properties by their names",
+                "the value of a property, by its whole name (objects, 6, 7, 16; orders 43, 44, 58)", object,
+                namesAlike);
     objects.add("properties hold arrays of all kinds", "a writable reference to a property (objects, 7)",
                 object, storesValues);
     objects.add("properties in their order", walks, object, propertyIterators);

@@ -1,8 +1,11 @@
 #include "Operations.hpp"
 
 #include <foundation/vexadata/Enumeration.hpp>
+#include <foundation/vexadata/Exception.hpp>
 #include <vexa/data/detail/ForwardIteratorImpl.hpp>
 #include <vexa/data/impl/IdentifierImpl.hpp>
+
+#include <cstring>
 
 namespace vexa::check {
 
@@ -97,6 +100,17 @@ void addForAll(std::vector<Operation>& all) {
                  return;
              const std::optional<bool> wanted = subject.model.equalsItself();
              expect(!wanted || equal == *wanted, "isEqual of an array and its copy is " + show(equal));
+         }});
+    all.push_back(
+        {"isEqual of another", "any", true, {}, [](const Backend& backend, Subject& subject, Trial& trial) {
+             const auto other = subject.origin->make(backend, subject.dimensions, alike);
+             try {
+                 trial([&] { return subject.array->isEqual(other.get()); });
+                 trial([&] { return other->isEqual(subject.array.get()); });
+             } catch (...) {
+                 fail("isEqual throws " + describeException() + ", which it must not");
+             }
+             expectOneReference("an array that was compared", *other);
          }});
     all.push_back(
         {"questions that do not throw", "any", true, {}, [](const Backend&, Subject& subject, Trial& trial) {
@@ -372,7 +386,8 @@ void addForObjects(std::vector<Operation>& all) {
             const fv::VexaPropertyIdentifier id = property("unit");
             expect(trial([&] { return array.hasArrayProperty(id); }), "hasArrayProperty is false");
             expectEqual("numOfArrayProperties", trial([&] { return array.numOfArrayProperties(); }), 1);
-            trial([&] { return array.getArrayProperty(id); });
+            const fv::Array unit = trial([&] { return array.getArrayProperty(id); });
+            expectEqual("getArrayProperty", shownArray(*fv::detail::Access::impl(unit)), "1x1 double [0]");
             trial([&] { return array.getExternalDimensions(); });
             trial([&] { return array.isExternalDimensionsSet(); });
             expect(!trial([&] { return array.isHeterogeneous(); }), "isHeterogeneous is true");
@@ -452,6 +467,14 @@ void addForObjects(std::vector<Operation>& all) {
 
 // --- the factory -------------------------------------------------------------------------------------------------
 
+/// What a creator makes in a trial.
+template <class F>
+auto created(Trial& trial, const char* creator, F create) {
+    auto made = adopt(trial(create), creator);
+    expectOneReference(std::string("what ") + creator + " makes", *made);
+    return made;
+}
+
 void addForFactory(std::vector<Operation>& all) {
     const auto add = [&](const char* name, Needs needs, auto run) {
         all.push_back({name, "factory", false, std::move(needs),
@@ -461,11 +484,9 @@ void addForFactory(std::vector<Operation>& all) {
         const fv::ClassInfo above(pointClass(backend).release());
         const fv::VexaClassIdentifier name("Pixel");
         const std::vector<fv::VexaPropertyIdentifier> properties{property("x"), property("y"), property("z")};
-        const auto made =
-            adopt(trial([&] {
-                      return backend.factory().createClassInfoImpl(name, properties, properties, {above});
-                  }),
-                  "createClassInfoImpl");
+        const auto made = created(trial, "createClassInfoImpl", [&] {
+            return backend.factory().createClassInfoImpl(name, properties, properties, {above});
+        });
         walk(
             trial, [&] { return made->beginProperties(); }, [&] { return made->endProperties(); },
             made->getNumberOfProperties());
@@ -479,9 +500,9 @@ void addForFactory(std::vector<Operation>& all) {
     });
     add("createValueObjectImpl", {"value-object", "class"}, [](const Backend& backend, Trial& trial) {
         const auto description = pointClass(backend);
-        const auto object =
-            adopt(trial([&] { return backend.factory().createValueObjectImpl(description.get()); }),
-                  "createValueObjectImpl");
+        const auto object = created(trial, "createValueObjectImpl", [&] {
+            return backend.factory().createValueObjectImpl(description.get());
+        });
         expectEqual("a new object", shownObject(*object), "x=empty, y=empty");
         expectEqual("the class",
                     trial([&] { return object->getClassInfo(); }).getClassIdentifier().getString(), "Point");
@@ -489,37 +510,39 @@ void addForFactory(std::vector<Operation>& all) {
     add("createValueObjectScalarImpl", {"object-scalar", "value-object", "class", "double"},
         [](const Backend& backend, Trial& trial) {
             const auto object = newPoint(backend, 1, 2);
-            const auto array =
-                adopt(trial([&] { return backend.factory().createValueObjectScalarImpl(object.get()); }),
-                      "createValueObjectScalarImpl");
+            const auto array = created(trial, "createValueObjectScalarImpl", [&] {
+                return backend.factory().createValueObjectScalarImpl(object.get());
+            });
             expectContents("the array", *array, {"x=1x1 double [1], y=1x1 double [2]"});
         });
     add("createValueObjectArrayImpl", {"object-array", "class"}, [](const Backend& backend, Trial& trial) {
         const auto description = pointClass(backend);
-        const auto array =
-            adopt(trial([&] {
-                      return backend.factory().createValueObjectArrayImpl({2, 2}, description.get());
-                  }),
-                  "createValueObjectArrayImpl");
+        const auto array = created(trial, "createValueObjectArrayImpl", [&] {
+            return backend.factory().createValueObjectArrayImpl({2, 2}, description.get());
+        });
         expectEqual("getNumberOfElements", array->getNumberOfElements(), 4);
     });
     add("createHandleObjectRefImpl", {"handle-object"}, [](const Backend& backend, Trial& trial) {
-        const auto object =
-            adopt(trial([&] { return backend.factory().createHandleObjectRefImpl({{1}}, 7); }),
-                  "createHandleObjectRefImpl");
+        data::impl::ZVMID engine{};
+        for (std::size_t k = 0; k < sizeof engine.bytes; ++k)
+            engine.bytes[k] = static_cast<unsigned char>(k + 1);
+        const auto object = created(trial, "createHandleObjectRefImpl",
+                                    [&] { return backend.factory().createHandleObjectRefImpl(engine, 7); });
         const auto copy = adopt(trial([&] { return object->sharedCopy(); }), "sharedCopy");
         for (ObjectImpl* one : {object.get(), copy.get()}) {
             auto* handle = dynamic_cast<data::impl::HandleObjectRefImpl*>(one);
-            expect(handle != nullptr && handle->getId() == 7, "it is no handle object, or another one");
+            expect(handle != nullptr && handle->getId() == 7 &&
+                       std::memcmp(handle->getZVMID().bytes, engine.bytes, sizeof engine.bytes) == 0,
+                   "it is no handle object, or another one");
             trial([&] { handle->addReference(); });
         }
     });
     add("createEnumerationObjectImpl", {"enumeration-object"}, [](const Backend& backend, Trial& trial) {
         const std::string className(40, 'C');
         const std::string member(40, 'm');
-        const auto object =
-            adopt(trial([&] { return backend.factory().createEnumerationObjectImpl(className, member); }),
-                  "createEnumerationObjectImpl");
+        const auto object = created(trial, "createEnumerationObjectImpl", [&] {
+            return backend.factory().createEnumerationObjectImpl(className, member);
+        });
         const auto copy = adopt(trial([&] { return object->sharedCopy(); }), "sharedCopy");
         expectEqual("the member", std::string(copy->getEnumerationName()), member);
     });
@@ -544,11 +567,10 @@ void addForFactory(std::vector<Operation>& all) {
             Buffer<void> buffer(::operator new(6 * sizeof(double)),
                                 [](void* memory) { ::operator delete(memory); });
             std::fill_n(static_cast<double*>(buffer.get()), 6, 3.0);
-            const auto array = adopt(trial([&] {
-                                         return backend.factory().createArrayFromBufferImpl(
-                                             {2, 3}, ArrayType::DOUBLE, std::move(buffer), layout);
-                                     }),
-                                     "createArrayFromBufferImpl");
+            const auto array = created(trial, "createArrayFromBufferImpl", [&] {
+                return backend.factory().createArrayFromBufferImpl({2, 3}, ArrayType::DOUBLE,
+                                                                   std::move(buffer), layout);
+            });
             expectContents("the array", *array, Contents(6, "3"));
         }
     });
@@ -620,12 +642,11 @@ std::vector<Refusal> allRefusals() {
         [](const Backend&, ArrayImpl& array) {
             Owned<ReferenceImpl>(asObjects(array).getArrayPropertyReference(property("nowhere")));
         });
-    add("getProperty of an unknown one", "object-array", {}, [](const Backend&, ArrayImpl& array) {
-        adopt(asObjects(array).getElementObject(0), "getElementObject")->getProperty(property("nowhere"));
+    add("getProperty of an unknown one", "object-array", {}, [](const Backend& backend, ArrayImpl&) {
+        newPoint(backend, 1, 2)->getProperty(property("nowhere"));
     });
-    add("getPropertyReference of an unknown one", "object-array", {}, [](const Backend&, ArrayImpl& array) {
-        const auto object = adopt(asObjects(array).getElementObject(0), "getElementObject");
-        Owned<ReferenceImpl>(object->getPropertyReference(property("nowhere")));
+    add("getPropertyReference of an unknown one", "object-array", {}, [](const Backend& backend, ArrayImpl&) {
+        Owned<ReferenceImpl>(newPoint(backend, 1, 2)->getPropertyReference(property("nowhere")));
     });
     add("castToString of what is not ASCII", "string", {}, [](const Backend&, ArrayImpl& array) {
         setString(asStrings(array), 0, fv::String(std::u16string(40, u'\u00e9')));
@@ -648,8 +669,21 @@ std::vector<Refusal> allRefusals() {
             array.copyOutBuffer(memory, deleter);
         });
     add("createArrayImpl of no type", "factory", {}, [](const Backend& backend, ArrayImpl&) {
-        refused(backend.factory().createArrayImpl(static_cast<ArrayType>(77), {2, 3}));
+        try {
+            refused(backend.factory().createArrayImpl(static_cast<ArrayType>(77), {2, 3}));
+        } catch (const fv::InvalidArrayTypeException&) {
+            throw;
+        } catch (...) {
+            fail("createArrayImpl of no type throws " + describeException() +
+                 ", expected InvalidArrayTypeException");
+        }
     });
+    add("createArrayFromBufferImpl of no layout", "number", {"from-buffer"},
+        [](const Backend& backend, ArrayImpl& array) {
+            Buffer<void> buffer(::operator new(16), [](void* memory) { ::operator delete(memory); });
+            refused(backend.factory().createArrayFromBufferImpl({1, 1}, array.getType(), std::move(buffer),
+                                                                data::MemoryLayout::NONE));
+        });
     add("createArrayWithDataImpl of cells", "factory", {"data"}, [](const Backend& backend, ArrayImpl&) {
         const double data[2]{};
         refused(backend.factory().createArrayWithDataImpl(ArrayType::CELL, {1, 2}, data, 2));
@@ -709,8 +743,10 @@ bool applies(const Backend& backend, const Operation& operation, const Sample& s
 }
 
 Subject newSubject(const Backend& backend, const Sample& sample, const Origin& origin, bool copied,
-                   std::size_t pattern) {
-    const Dimensions dimensions = sample.parts == 2 ? Dimensions{1, 2} : Dimensions{2, 3};
+                   std::size_t pattern, bool large) {
+    const Dimensions dimensions = large               ? Dimensions{40, 30}
+                                  : sample.parts == 2 ? Dimensions{1, 2}
+                                                      : Dimensions{2, 3};
     Subject subject{show(dimensions) + " " + sample.name + " array" + origin.name +
                         (copied ? " that has a copy" : ""),
                     origin.make(backend, dimensions, pattern), Model(backend, sample, pattern, dimensions),

@@ -75,8 +75,8 @@ struct Refusal {
 
 const std::vector<Refusal>& refusals();
 
-/// A subject of its own, of few elements; with `copied` a copy shares with it.
+/// A subject of its own, of few elements or of 1200; with `copied` a copy shares with it.
 Subject newSubject(const Backend& backend, const Sample& sample, const Origin& origin, bool copied,
-                   std::size_t pattern = counting);
+                   std::size_t pattern = counting, bool large = false);
 
 } // namespace vexa::check

@@ -216,7 +216,7 @@ Sample stringSample() {
 std::string memberAt(std::size_t pattern, std::size_t n) {
     if (pattern == counting) return "Member" + std::to_string(n * 7 % 1000);
     if (pattern == extreme) return n % 3 == 0 ? "" : n % 3 == 1 ? "Z" : "A" + std::string(40, 'a');
-    return std::string(n % 5 + 1, 'B');
+    return std::string(n % 5 == 4 ? 0 : 40, 'L') + static_cast<char>('A' + n % 5);
 }
 
 Sample enumSample() {
@@ -454,6 +454,9 @@ Sample objectSample() {
              const auto description = pointClass(backend);
              auto objects = adopt(backend.factory().createValueObjectArrayImpl(dimensions, description.get()),
                                   "createValueObjectArrayImpl");
+             adopt(asObjects(*objects).getArrayPropertyReference(property("unit")),
+                   "getArrayPropertyReference")
+                 ->setArray(scalar(backend, 0).get());
              for (std::size_t k = 0; k < productOf(dimensions); ++k)
                  writeOne(backend, *objects, k, pattern, {k, k + 100});
              return objects;
@@ -545,6 +548,19 @@ bool Model::change(const Backend& backend, ArrayImpl& array, std::size_t k, cons
     return true;
 }
 
+bool Model::exchange(const Backend& backend, ArrayImpl& array, std::size_t a, std::size_t b) {
+    const auto differs = [&](std::size_t part) {
+        return !sample_->equal(pattern_, elements_[a][part], elements_[b][part]);
+    };
+    if (!differs(0) && !(sample_->parts == 2 && differs(1))) return false;
+    std::swap(elements_[a], elements_[b]);
+    for (const std::size_t k : {a, b}) {
+        sample_->writers.front().write(backend, array, k, pattern_, elements_[k]);
+        contents_[k] = textOf(backend, k, elements_[k]);
+    }
+    return true;
+}
+
 std::optional<bool> Model::equalsItself() const {
     bool equal = true;
     for (const Element& element : elements_) {
@@ -556,8 +572,78 @@ std::optional<bool> Model::equalsItself() const {
 
 void Subject::expectUnchanged(const std::string& when) const {
     expectContents("the " + what + when, *array, model.contents());
-    for (const auto& [other, held] : others)
+    expectDescribed("the " + what + when, *array, model);
+    for (const auto& [other, held] : others) {
         expectContents("an array that shares with the " + what + when, *other, held.contents());
+        expectDescribed("an array that shares with the " + what + when, *other, held);
+    }
+}
+
+// --- what arrays say of themselves -------------------------------------------------------------------------------
+
+namespace {
+
+void describesStructs(const std::string& of, ArrayImpl& array, const Model&) {
+    StructArrayImpl& structs = asStructs(array);
+    expectEqual("getNumFields" + of, structs.getNumFields(), fieldNames.size());
+    const auto here = adopt(structs.fieldNamesBegin(), "fieldNamesBegin");
+    const auto end = adopt(structs.fieldNamesEnd(), "fieldNamesEnd");
+    for (const std::string& name : fieldNames) {
+        expect(!here->equal(end.get()), "the field names" + of + " end before " + show(name));
+        expectEqual("a field name" + of, fv::VexaFieldIdentifier(here->get()).getString(), name);
+        here->increment();
+    }
+    expect(here->equal(end.get()), "the field names" + of + " do not end after the last");
+}
+
+/// Of some of the elements, which castToString tells too.
+template <class Name>
+void describesTexts(const std::string& of, ArrayImpl& array, const Model& model, Name name) {
+    for (const std::size_t k : somePositions(model.size()))
+        expectEqual("castToString(" + show(k) + ")" + of, array.castToString(k, {}),
+                    name(model.contents()[k]));
+}
+
+void describesSparse(const std::string& of, ArrayImpl& array, const Model& model) {
+    const Dimensions& dimensions = array.getDimensions();
+    expectEqual("getRows" + of, array.getRows(), dimensions[0]);
+    expectEqual("getCols" + of, array.getCols(), dimensions[1]);
+    expectEqual("getNumberOfNonZeroElements" + of, array.getNumberOfNonZeroElements(), model.size());
+    const std::size_t* starts = array.getJc();
+    const std::size_t* rows = array.getIr();
+    expectEqual("the last entry of getJc" + of, starts[dimensions[1]], model.size());
+    for (const std::size_t k : somePositions(model.size())) {
+        const auto [row, column] = array.getIndex(k);
+        expectEqual("entry " + show(k) + " of getIr" + of, rows[k], row);
+        expect(starts[column] <= k && k < starts[column + 1],
+               "getJc" + of + " leaves non-zero " + show(k) + " out of its column");
+    }
+}
+
+void describesObjects(const std::string& of, ArrayImpl& array, const Model&) {
+    const ObjectArrayImpl& objects = asObjects(array);
+    expectEqual("numOfArrayProperties" + of, objects.numOfArrayProperties(), 1);
+    expectEqual("hasArrayProperty" + of, objects.hasArrayProperty(property("unit")), true);
+    expectEqual("isHeterogeneous" + of, objects.isHeterogeneous(), false);
+    expectEqual("getExternalRepresentationArrayPropertyNames" + of,
+                objects.getExternalRepresentationArrayPropertyNames(), {"unit"});
+}
+
+} // namespace
+
+void expectDescribed(const std::string& what, ArrayImpl& array, const Model& model) {
+    const std::string of = " of " + what;
+    const std::string& kind = model.sample().name;
+    if (kind == "struct") describesStructs(of, array, model);
+    if (model.sample().sparse) describesSparse(of, array, model);
+    if (kind == "object-array") describesObjects(of, array, model);
+    if (kind == "string" && model.pattern() == counting)
+        describesTexts(of, array, model,
+                       [](const std::string& quoted) { return quoted.substr(1, quoted.size() - 2); });
+    if (kind == "enum") {
+        expectEqual("getClassName" + of, std::string(asEnums(array).getClassName()), "Colors");
+        describesTexts(of, array, model, [](const std::string& name) { return name; });
+    }
 }
 
 // --- subjects ----------------------------------------------------------------------------------------------------
@@ -622,9 +708,10 @@ bool isLargeKind(const Sample& sample) {
     return std::find(names.begin(), names.end(), sample.name) != names.end();
 }
 
-const std::vector<Dimensions> everyShape{{2, 3}, {1, 1}, {0, 0},    {0, 3},       {3, 0},   {1, 5},
-                                         {5, 1}, {3, 2}, {2, 3, 4}, {2, 3, 2, 2}, {4, 1, 0}};
-const std::vector<Dimensions> shapesWithHistory{{2, 3}, {1, 1}, {0, 3}, {2, 2, 2}};
+const std::vector<Dimensions> everyShape{{2, 3},    {1, 1},       {0, 0},    {0, 3},
+                                         {3, 0},    {1, 5},       {5, 1},    {3, 3},
+                                         {2, 3, 4}, {2, 3, 2, 2}, {4, 1, 0}, {1, 2, 1, 1, 1, 3, 1}};
+const std::vector<Dimensions> shapesWithHistory{{2, 3}, {1, 1}, {0, 3}, {4, 1}, {2, 2, 2}};
 
 class Subjects {
 public:
@@ -708,6 +795,15 @@ std::vector<std::size_t> somePositions(std::size_t size) {
     if (size == 1) return {0};
     if (size == 2) return {0, 1};
     return {0, size / 2, size - 1};
+}
+
+std::vector<std::size_t> manyPositions(std::size_t size) {
+    std::vector<std::size_t> found;
+    for (std::size_t k = 0; k < size; ++k) {
+        const bool powerOfTwo = (k & (k - 1)) == 0 || (k & (k + 1)) == 0;
+        if (size <= 30 || k < 3 || k + 3 > size || powerOfTwo || k % (size / 7) == 1) found.push_back(k);
+    }
+    return found;
 }
 
 } // namespace vexa::check

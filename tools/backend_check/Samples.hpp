@@ -164,6 +164,8 @@ public:
 
     /// Writes another value to element `k` of `array`, and of the model. False when there is none that may be written.
     bool change(const Backend& backend, ArrayImpl& array, std::size_t k, const Writer& writer);
+    /// Writes the values of elements `a` and `b` to each other's place. False when that would change nothing.
+    bool exchange(const Backend& backend, ArrayImpl& array, std::size_t a, std::size_t b);
     bool change(const Backend& backend, ArrayImpl& array, std::size_t k) {
         return change(backend, array, k, sample_->writers.front());
     }
@@ -189,7 +191,7 @@ struct Subject {
     const Origin* origin;
     std::vector<std::pair<Owned<ArrayImpl>, Model>> others{};
 
-    /// @throws Failure unless it and the others hold what they should
+    /// @throws Failure unless it and the others hold what they should, and say of themselves what they should
     void expectUnchanged(const std::string& when) const;
 };
 
@@ -214,7 +216,13 @@ Owned<ArrayImpl> make(const Backend& backend, const Sample& sample, const Dimens
                       std::size_t pattern = counting);
 bool offersAll(const Backend& backend, const std::vector<std::string>& needs);
 
+/// What an array says of itself as a whole, beside its shape: its names, its class, where its non-zeros lie.
+/// @throws Failure unless that is as in all samples of its kind
+void expectDescribed(const std::string& what, ArrayImpl& array, const Model& model);
+
 /// First, a middle, and last.
 std::vector<std::size_t> somePositions(std::size_t size);
+/// All of few; of many those at the ends, around powers of two, and some between.
+std::vector<std::size_t> manyPositions(std::size_t size);
 
 } // namespace vexa::check

@@ -296,6 +296,36 @@ void expectBuffersFreed(const Backend& backend, ArrayType type,
     }
 }
 
+/// Null in place of each buffer that would hold nothing.
+template <class T, class Triplets, class Columns>
+void expectFromNull(const Backend& backend, ArrayType type, Triplets triplets, Columns columns) {
+    if (!backend.offers(nameOf(type))) return;
+    const auto none = [] { return Buffer<std::size_t[]>(nullptr, &std::free); };
+    const auto noValues = [] { return Buffer<T[]>(nullptr, &std::free); };
+    for (const Dimensions& dimensions : {Dimensions{2, 3}, {0, 0}, {0, 3}, {3, 0}}) {
+        const Matrix matrix{dimensions, {}};
+        expectMatrix(*adopt((backend.factory().*triplets)(dimensions, 0, noValues(), none(), none()),
+                            "the creator of sparse arrays"),
+                     matrix, " made from null");
+        if (backend.offers("compressed-columns"))
+            expectMatrix(*adopt((backend.factory().*columns)(dimensions, 0, noValues(), none(),
+                                                             bufferOf(startsOf(matrix))),
+                                "the creator of sparse arrays"),
+                         matrix, " made from null and column starts");
+    }
+}
+
+void needsNoBuffers(Backend& backend) {
+    eachType(backend, [](ArrayType) {});
+    using F = ArrayFactoryImpl;
+    expectFromNull<bool>(backend, sparseTypes[0], &F::createSparseLogicalImpl,
+                         &F::createVexaSparseLogicalImpl);
+    expectFromNull<double>(backend, sparseTypes[1], &F::createSparseDoubleImpl,
+                           &F::createVexaSparseDoubleImpl);
+    expectFromNull<std::complex<double>>(backend, sparseTypes[2], &F::createSparseComplexDoubleImpl,
+                                         &F::createVexaSparseComplexDoubleImpl);
+}
+
 void buffersFreed(Backend& backend) {
     eachType(backend, [](ArrayType) {});
     using F = ArrayFactoryImpl;
@@ -346,6 +376,9 @@ void addSparseChecks(Checks& checks) {
     sparse.add("places tell arrays apart", "isEqual is element-wise equality (order 35)", {},
                placesTellApart);
     sparse.add("complex values", from, {"sparse-complex-double"}, complexValues);
+    sparse.add("nothing is read for no non-zeros",
+               "sparse matrices from `count` triplets, which may be none (factory, 2 to 7)", {},
+               needsNoBuffers);
     sparse.add("buffers are freed once",
                "buffers passed by value are the back-end's, also when it throws (factory, 2 to 7)", {},
                buffersFreed);

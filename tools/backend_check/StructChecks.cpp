@@ -167,16 +167,40 @@ void valueIterators(Backend& backend) {
     expectOneReference("a struct array after walks over its values", *array);
 }
 
+/// Whichever way an iterator comes to a field, its chain leads there.
+void valueIteratorsGoBack(Backend& backend) {
+    const auto array = numbered(backend, {1, 3});
+    StructArrayImpl& structs = asStructs(*array);
+    for (std::size_t record = 0; record < 3; ++record) {
+        const auto expectAt = [&](IteratorImpl& here, std::size_t k, const char* when) {
+            const auto chain = adopt(here.createReference(), "createReference of a field value iterator");
+            expectEqual("field value " + show(k) + " of record " + show(record) + when,
+                        shownArray(*chain->getElementArray(false)),
+                        "1x1 double [" + show(3 * record + k) + "]");
+        };
+        const Iterator back = fieldValues(structs, record, true);
+        for (std::size_t k = 3; k-- > 0;) {
+            back->decrement();
+            expectAt(*back, k, " on the way back");
+            const Iterator jumped = fieldValues(structs, record, true);
+            jumped->advance(static_cast<std::int64_t>(k) - 3);
+            expectAt(*jumped, k, " after a jump back");
+        }
+    }
+}
+
 /// A check of all iterators, over field values.
 std::function<void(Backend&)> overValues(void (*expectation)(const Range&)) {
     return [=](Backend& backend) {
-        const auto array = numbered(backend, {1, 3});
-        StructArrayImpl& structs = asStructs(*array);
-        for (std::size_t record = 0; record < 3; ++record)
-            expectation({"record " + show(record) + " (its field values)",
-                         [&, record] { return fieldValues(structs, record, false); },
-                         [&, record] { return fieldValues(structs, record, true); }, 3});
-        expectOneReference("a struct array after iterators over its values", *array);
+        for (const Dimensions& dimensions : {Dimensions{1, 3}, {1, 1}, {2, 2, 2}, {2, 150}}) {
+            const auto array = numbered(backend, dimensions);
+            StructArrayImpl& structs = asStructs(*array);
+            for (const std::size_t record : manyPositions(array->getNumberOfElements()))
+                expectation({"record " + show(record) + " (its field values)",
+                             [&, record] { return fieldValues(structs, record, false); },
+                             [&, record] { return fieldValues(structs, record, true); }, 3});
+            expectOneReference("a struct array after iterators over its values", *array);
+        }
     };
 }
 
@@ -280,6 +304,7 @@ void addStructChecks(Checks& checks) {
     structs.add("unknown fields are reported", "an unknown name is the back-end's to report (order 47)",
                 needs, unknownFields);
     structs.add("field values in field order", values, needs, valueIterators);
+    structs.add("field values both ways", values, needs, valueIteratorsGoBack);
     structs.add("field values from begin to end", values, needs, overValues(&expectToPassAll));
     structs.add("field values: distances", values, needs, overValues(&expectDistances));
     structs.add("field values: advance and decrement", values, needs, overValues(&expectMoves));

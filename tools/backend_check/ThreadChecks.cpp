@@ -5,6 +5,7 @@
 #include "Operations.hpp"
 
 #include <atomic>
+#include <barrier>
 #include <exception>
 #include <mutex>
 #include <thread>
@@ -45,6 +46,21 @@ void unlessUnseen() {
         throw NotChecked{"the command or the back-end was not built with -fsanitize=thread"};
 }
 
+/// Each operation once on all threads that meet before it: counts of references order the threads, and would hide races.
+void meetAndRun(const Backend& backend, Subject& subject, std::barrier<>& meeting) {
+    try {
+        for (const Operation& operation : operations()) {
+            if (!operation.constant || !applies(backend, operation, subject.model.sample())) continue;
+            Trial none;
+            meeting.arrive_and_wait();
+            operation.run(backend, subject, none);
+        }
+    } catch (...) {
+        meeting.arrive_and_drop();
+        throw;
+    }
+}
+
 /// All of one array, together with an array that shares with it.
 void constantOperations(Backend& backend) {
     eachSample(backend, [&](const Sample& sample) {
@@ -53,9 +69,12 @@ void constantOperations(Backend& backend) {
             for (const bool copied : {false, true}) {
                 Subject subject = newSubject(backend, sample, origin, copied);
                 backend.step("constant operations of a " + subject.what + " on several threads");
+                std::barrier<> meeting(numberOfThreads);
                 onThreads([&](std::size_t) {
                     const Backend own = backend.forAnotherThread(share(backend.factory()));
                     Trial none;
+                    for (int round = 0; round < 3; ++round)
+                        meetAndRun(own, subject, meeting);
                     for (int round = 0; round < rounds; ++round)
                         for (const Operation& operation : operations())
                             if (operation.constant && applies(own, operation, sample))
@@ -107,6 +126,23 @@ void factoriesOnThreads(Backend& backend) {
                 adopt(ArrayFactoryImpl::getDefaultFactory(), "the registered function"));
             for (int round = 0; round < rounds; ++round) {
                 Subject subject = newSubject(own, sample, sample.origins.front(), true);
+                const std::size_t number = static_cast<std::size_t>(round) % sample.origins.size();
+                if (offersAll(own, sample.origins[number].needs))
+                    newSubject(own, sample, sample.origins[number], true)
+                        .expectUnchanged(" of its own thread");
+                withElementType(subject.array->getType(), [&](auto tag) {
+                    using T = typename decltype(tag)::type;
+                    const auto fresh = own.zeros<T>({3, 3});
+                    for (std::size_t k = 0; k < 9; ++k)
+                        expectEqual("an element of a new array of its own thread", read(*fresh, k), T());
+                });
+                if (round % 5 == 0)
+                    for (const Operation& operation : operations()) {
+                        const bool ofFactory = operation.kind == "factory" && offersAll(own, operation.needs);
+                        Trial none;
+                        if (!operation.once && (ofFactory || applies(own, operation, sample)))
+                            operation.run(own, subject, none);
+                    }
                 subject.expectUnchanged(" of a factory of its own thread");
                 identities[thread].push_back(subject.array->getArrayID());
                 arrays[thread].push_back(std::move(subject.array));

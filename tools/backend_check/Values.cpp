@@ -23,7 +23,8 @@ std::u16string unsortedText(std::size_t n) {
 vexa::data::optional<std::u16string> textAt(std::size_t pattern, std::size_t n) {
     using namespace std::string_literals;
     if (pattern == counting) return unsortedText(n);
-    if (pattern == alike) return u"prefix "s + static_cast<char16_t>(u'x' + 256 * (n % 200));
+    if (pattern == alike)
+        return u"prefix "s.append(n / 4 % 3 * 40, u'-') + static_cast<char16_t>(u'x' + 256 * (n % 200));
     switch (n % 9) {
     case 0:
         return u""s;
