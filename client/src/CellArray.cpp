@@ -1,10 +1,10 @@
 #include "CellArray.hpp"
 
 #include "Dimensions.hpp"
-#include "Equality.hpp"
 #include "Release.hpp"
 
 #include <foundation/vexadata/TypeInformation.hpp>
+#include <vexa/data/detail/Equality.hpp>
 #include <vexa/data/detail/NonPrimitiveIteratorImpl.hpp>
 
 #include <utility>
@@ -16,8 +16,13 @@ using foundation::vexadata::detail::Access;
 using Iterator = data::detail::NonPrimitiveIteratorImpl<data::impl::MatchingDataOrder>;
 
 CellArray::CellArray(std::vector<std::size_t> dimensions)
-    : ColumnMajorArray(std::move(dimensions)), elements_(allocatable<Array>(getNumberOfElements())) {}
-CellArray::CellArray(const CellArray&) = default;
+    : ColumnMajorArray(std::move(dimensions)), elements_(allocatable<Array>(getNumberOfElements())) {
+    showElements(getDimensions(), elements_.data());
+}
+CellArray::CellArray(const CellArray& other)
+    : ColumnMajorArray(other), ArrayHolder(other), Comparable(other), elements_(other.elements_) {
+    showElements(getDimensions(), elements_.data());
+}
 CellArray::~CellArray() {
     if (hasNested()) {
         releaseAll(std::move(elements_));
@@ -51,8 +56,9 @@ bool CellArray::isShared(std::size_t slot) const noexcept {
 void CellArray::replace(std::size_t slot, Held array) { elements_[slot] = Array(array.detach()); }
 bool CellArray::equalsIn(Comparison& comparison, const data::impl::ArrayImpl& other) const {
     const auto* right = foundation::vexadata::detail::dynamicCast<const CellArray>(&other);
-    return right != nullptr ? comparison.equalSlots(*this, *right)
-                            : equalElements<Array>(*this, static_cast<const TypedArrayImpl<Array>&>(other));
+    return right != nullptr
+               ? comparison.equalSlots(*this, *right)
+               : data::detail::equalElements<Array>(*this, static_cast<const TypedArrayImpl<Array>&>(other));
 }
 const Array* CellArray::getTypedDataPtr() const { return elements_.data(); }
 

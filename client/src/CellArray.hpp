@@ -6,6 +6,7 @@
 #include "Comparison.hpp"
 
 #include <foundation/vexadata/Array.hpp>
+#include <vexa/data/impl/InPlaceArrayImpl.hpp>
 #include <vexa/data/impl/TypedArrayImpl.hpp>
 
 #include <cstddef>
@@ -18,9 +19,10 @@ using foundation::vexadata::Array;
 
 /// An array of arrays, in column-major order. Copies share their elements; an element that others share is copied before
 /// something inside it is written.
-class CellArray final : public ColumnMajorArray<data::impl::TypedArrayImpl<Array>>,
-                        public ArrayHolder,
-                        public Comparable {
+class CellArray final
+    : public ColumnMajorArray<data::impl::InPlaceArrayImpl<data::impl::TypedArrayImpl<Array>, Array>>,
+      public ArrayHolder,
+      public Comparable {
 public:
     /// Every element is an empty array.
     explicit CellArray(std::vector<std::size_t> dimensions);

@@ -1,8 +1,11 @@
+#include "CellArray.hpp"
 #include "Factory.hpp"
 
 #include <vexa/client/Client.hpp>
+#include <vexa/data/detail/InPlace.hpp>
 
 #include <stdexcept>
+#include <typeinfo>
 
 namespace vexa::client {
 
@@ -17,6 +20,7 @@ data::impl::ArrayFactoryImpl* sharedFactory() {
 
 /// Runs when the library is loaded. Another back-end that came first keeps the place, and loading still succeeds.
 const bool registeredOnLoad = [] {
+    data::detail::recognise(data::detail::RecognisedKind::CELLS, typeid(CellArray));
     try {
         return registerBackEnd();
     } catch (const std::logic_error&) {

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "Dimensions.hpp"
-#include "Identity.hpp"
 
+#include <vexa/data/detail/Identity.hpp>
 #include <vexa/data/impl/ArrayImpl.hpp>
 
 #include <cstddef>
@@ -39,7 +39,7 @@ protected:
 
 private:
     Dimensions dimensions_;
-    Identity identity_;
+    data::detail::Identity identity_;
 };
 
 } // namespace vexa::client

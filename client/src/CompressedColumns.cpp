@@ -1,13 +1,12 @@
 #include "CompressedColumns.hpp"
 
-#include "Allocation.hpp"
-#include "Equality.hpp"
-
 #include <foundation/vexadata/Exception.hpp>
 #include <foundation/vexadata/Traits.hpp>
 #include <foundation/vexadata/TypeInformation.hpp>
 #include <vexa/client/Exception.hpp>
 #include <vexa/data/detail/ContiguousIteratorImpl.hpp>
+#include <vexa/data/detail/ElementMemory.hpp>
+#include <vexa/data/detail/Equality.hpp>
 
 #include <algorithm>
 #include <bit>
@@ -30,12 +29,12 @@ using Run = data::impl::Buffer<E[]>;
 
 template <class E>
 Run<E> allocate(std::size_t count) {
-    return {static_cast<E*>(allocateElements(count, sizeof(E))), &freeElements};
+    return {static_cast<E*>(data::detail::allocateElements(count, sizeof(E))), &data::detail::freeElements};
 }
 
 template <class E>
 Run<E> allocateZeroed(std::size_t count) {
-    return {static_cast<E*>(allocateZeros(count, sizeof(E))), &freeElements};
+    return {static_cast<E*>(data::detail::allocateZeros(count, sizeof(E))), &data::detail::freeElements};
 }
 
 template <class E>
@@ -384,8 +383,9 @@ bool CompressedColumns<T>::isEqual(const ArrayImpl* other) const {
     const T* values = values_.get();
     const T* otherValues = valuesOf(*other);
     const std::size_t count = getNumberOfNonZeroElements();
-    if (equalRuns(starts, otherStarts, getCols() + 1) && equalRuns(rows, otherRows, count)) {
-        return equalRuns(values, otherValues, count);
+    if (data::detail::equalRuns(starts, otherStarts, getCols() + 1) &&
+        data::detail::equalRuns(rows, otherRows, count)) {
+        return data::detail::equalRuns(values, otherValues, count);
     }
     for (std::size_t column = 0; column < getCols(); ++column) {
         // Zeros among the stored values are like values that are not stored.

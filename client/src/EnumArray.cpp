@@ -1,11 +1,11 @@
 #include "EnumArray.hpp"
 
-#include "Allocation.hpp"
 #include "NameTable.hpp"
 
 #include <foundation/vexadata/Access.hpp>
 #include <foundation/vexadata/Enumeration.hpp>
 #include <vexa/client/Exception.hpp>
+#include <vexa/data/detail/ElementMemory.hpp>
 
 #include <algorithm>
 #include <cstring>
@@ -23,7 +23,8 @@ namespace {
 /// The zeros of a large array cost no memory until they are looked at.
 std::shared_ptr<const char> paddedName(const std::string& name, std::size_t elements) {
     const std::size_t bytes = std::max(name.size() + 1, elements);
-    std::shared_ptr<char> padded(static_cast<char*>(allocateZeros(bytes, 1)), &freeElements);
+    std::shared_ptr<char> padded(static_cast<char*>(data::detail::allocateZeros(bytes, 1)),
+                                 &data::detail::freeElements);
     std::memcpy(padded.get(), name.data(), name.size());
     return padded;
 }

@@ -2,13 +2,15 @@
 
 #include "CellArray.hpp"
 #include "CompressedColumns.hpp"
-#include "DenseArray.hpp"
 #include "EnumArray.hpp"
 #include "ObjectArray.hpp"
 #include "StringArray.hpp"
 #include "StructArray.hpp"
 
+#include <foundation/vexadata/TypeInformation.hpp>
 #include <vexa/client/Exception.hpp>
+#include <vexa/data/detail/ElementMemory.hpp>
+#include <vexa/data/impl/DenseArrayImpl.hpp>
 #include <vexa/data/impl/IdentifierImpl.hpp>
 
 #include <complex>
@@ -18,6 +20,8 @@ namespace vexa::client {
 
 namespace fv = foundation::vexadata;
 using data::impl::ArrayImpl;
+using data::impl::Buffer;
+using data::impl::DenseArrayImpl;
 
 namespace {
 
@@ -35,7 +39,6 @@ auto forPrimitive(fv::ArrayType type, F make) {
     case fv::detail::arrayTypeOf<T>:                                                                         \
         return make(ElementTag<T>());
 #include <foundation/vexadata/PrimitiveTypes.inc>
-#include <foundation/vexadata/TypeInformation.hpp>
     default:
         fv::detail::raise<E>();
     }
@@ -67,7 +70,7 @@ ArrayImpl* Factory::createArrayImpl(fv::ArrayType type, Dimensions dimensions) {
         return new ObjectArray(type, std::move(dimensions));
     default:
         return forPrimitive<fv::InvalidArrayTypeException>(type, [&](auto tag) -> ArrayImpl* {
-            return DenseArray<typename decltype(tag)::type>::zeros(std::move(dimensions));
+            return DenseArrayImpl<typename decltype(tag)::type>::zeros(std::move(dimensions));
         });
     }
 }
@@ -179,19 +182,20 @@ ArrayImpl* Factory::createVexaSparseComplexDoubleImpl(Dimensions dimensions, std
 ArrayImpl* Factory::createArrayWithDataImpl(fv::ArrayType type, Dimensions dimensions, const void* data,
                                             std::size_t count) {
     return forPrimitive<fv::InvalidArrayTypeException>(type, [&](auto tag) -> ArrayImpl* {
-        return DenseArray<typename decltype(tag)::type>::withData(std::move(dimensions), data, count);
+        return DenseArrayImpl<typename decltype(tag)::type>::withData(std::move(dimensions), data, count);
     });
 }
 
 void Factory::createBufferImpl(void*& data, void (*&deleter)(void*), fv::ArrayType type, std::size_t count) {
-    data = forPrimitive<fv::MustBePrimitiveTypeException>(
-        type, [&](auto tag) { return allocateElements(count, sizeof(typename decltype(tag)::type)); });
-    deleter = &freeElements;
+    data = forPrimitive<fv::MustBePrimitiveTypeException>(type, [&](auto tag) {
+        return data::detail::allocateElements(count, sizeof(typename decltype(tag)::type));
+    });
+    deleter = &data::detail::freeElements;
 }
 
 void Factory::createUntypedBufferImpl(void*& data, void (*&deleter)(void*), std::size_t count) {
-    data = allocateElements(count, 1);
-    deleter = &freeElements;
+    data = data::detail::allocateElements(count, 1);
+    deleter = &data::detail::freeElements;
 }
 
 ArrayImpl* Factory::createArrayFromBufferImpl(Dimensions dimensions, fv::ArrayType type, Buffer<void> buffer,
@@ -201,8 +205,8 @@ ArrayImpl* Factory::createArrayFromBufferImpl(Dimensions dimensions, fv::ArrayTy
         throw InvalidBufferException();
     }
     return forPrimitive<fv::MustBePrimitiveTypeException>(type, [&](auto tag) -> ArrayImpl* {
-        return DenseArray<typename decltype(tag)::type>::adopt(std::move(dimensions), std::move(buffer),
-                                                               layout);
+        return DenseArrayImpl<typename decltype(tag)::type>::adopt(std::move(dimensions), std::move(buffer),
+                                                                   layout);
     });
 }
 

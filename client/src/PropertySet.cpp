@@ -1,11 +1,11 @@
 #include "PropertySet.hpp"
 
 #include "CellArray.hpp"
-#include "Equality.hpp"
-#include "Identity.hpp"
 
 #include <foundation/vexadata/Exception.hpp>
+#include <vexa/data/detail/Equality.hpp>
 #include <vexa/data/detail/ForwardIteratorImpl.hpp>
+#include <vexa/data/detail/Identity.hpp>
 #include <vexa/data/detail/NonPrimitiveIteratorImpl.hpp>
 #include <vexa/data/impl/ObjectImpl.hpp>
 #include <vexa/data/impl/TypedArrayImpl.hpp>
@@ -49,7 +49,7 @@ public:
     bool isEmpty() const override { return false; }
     std::uint64_t getArrayID() const override { return identity_.get(); }
     bool isEqual(const ArrayImpl* other) const override {
-        return equalElements<Array>(*this, static_cast<const TypedArrayImpl<Array>&>(*other));
+        return data::detail::equalElements<Array>(*this, static_cast<const TypedArrayImpl<Array>&>(*other));
     }
     /// Before every write.
     void unshare() override {
@@ -88,7 +88,7 @@ private:
     PropertySet& properties_;
     std::size_t place_;
     bool writable_;
-    Identity identity_;
+    data::detail::Identity identity_;
 };
 
 /// A reference to a property. The array in its slot is asked for without making a chain to it.

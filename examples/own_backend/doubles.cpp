@@ -1,13 +1,16 @@
-// A back-end of your own, as small as it gets: dense column-major arrays of `double`, and nothing else. Read it from the end:
-// a back-end registers a function that gives a factory, the factory makes arrays, an array answers questions.
+// A back-end of your own, as small as it gets: dense column-major arrays of `double`, written by hand, and arrays of `float`, for
+// which the library's own class does. Read it from the end: a back-end registers a function that gives a factory, the factory
+// makes arrays, an array answers questions.
 //
 // Who owns what, in three sentences. Everything that you return as a new object carries one reference, which is the caller's.
 // What you are passed as a pointer is borrowed: retain() it to keep it. Never delete an object; release() it, and the last
 // release deletes.
 #include <foundation/vexadata/Exception.hpp>
 #include <vexa/data/detail/ContiguousIteratorImpl.hpp>
+#include <vexa/data/detail/ElementMemory.hpp>
 #include <vexa/data/detail/Identity.hpp>
 #include <vexa/data/impl/ArrayFactoryImpl.hpp>
+#include <vexa/data/impl/DenseArrayImpl.hpp>
 #include <vexa/data/impl/TypedArrayImpl.hpp>
 
 #include <algorithm>
@@ -29,6 +32,7 @@ using vexa::data::detail::ReferenceImpl;
 using vexa::data::impl::ArrayFactoryImpl;
 using vexa::data::impl::ArrayImpl;
 using vexa::data::impl::Buffer;
+using vexa::data::impl::DenseArrayImpl;
 using vexa::data::impl::TypedArrayImpl;
 
 using Dimensions = ArrayFactoryImpl::Dimensions;
@@ -133,6 +137,9 @@ class DoublesFactory final : public ArrayFactoryImpl {
 public:
     /// The product of the dimensions has been tested; the bytes have not.
     ArrayImpl* createArrayImpl(ArrayType type, Dimensions dimensions) override {
+        if (type == ArrayType::SINGLE) {
+            return DenseArrayImpl<float>::zeros(std::move(dimensions));
+        }
         requireDouble(type);
         Buffer<void> buffer = zeros(bytesFor(countOf(dimensions)));
         return new Doubles(std::move(dimensions), std::move(buffer));
@@ -140,6 +147,9 @@ public:
     /// More values than elements are ignored, fewer leave zeros: that much is a back-end's choice.
     ArrayImpl* createArrayWithDataImpl(ArrayType type, Dimensions dimensions, const void* data,
                                        std::size_t count) override {
+        if (type == ArrayType::SINGLE) {
+            return DenseArrayImpl<float>::withData(std::move(dimensions), data, count);
+        }
         requireDouble(type);
         const std::size_t elements = countOf(dimensions);
         Buffer<void> buffer = zeros(bytesFor(elements));
@@ -148,6 +158,11 @@ public:
         return new Doubles(std::move(dimensions), std::move(buffer));
     }
     void createBufferImpl(void*& data, void (*&deleter)(void*), ArrayType type, std::size_t count) override {
+        if (type == ArrayType::SINGLE) {
+            data = vexa::data::detail::allocateElements(count, sizeof(float));
+            deleter = &vexa::data::detail::freeElements;
+            return;
+        }
         requireDouble(type);
         createUntypedBufferImpl(data, deleter, bytesFor(count));
     }
@@ -159,6 +174,9 @@ public:
     /// The buffer is this function's from the call on. When it throws, the smart pointer frees it.
     ArrayImpl* createArrayFromBufferImpl(Dimensions dimensions, ArrayType type, Buffer<void> buffer,
                                          MemoryLayout layout) override {
+        if (type == ArrayType::SINGLE && layout != MemoryLayout::NONE) {
+            return DenseArrayImpl<float>::adopt(std::move(dimensions), std::move(buffer), layout);
+        }
         requireDouble(type);
         if (layout == MemoryLayout::ROW_MAJOR) {
             buffer = byColumns(dimensions, static_cast<const double*>(buffer.get()));

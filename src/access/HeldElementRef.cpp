@@ -29,22 +29,12 @@ ElementPosition chainInto(const ElementPosition& holder, bool forWrite) {
 
 } // namespace
 
-void HeldPosition::append(std::size_t index) {
-    if (count_ >= capacity) {
-        if (count_ != resolved) {
-            holder_ = kept();
-            count_ = resolved;
-        }
-        holder_.append(index);
-        return;
+void HeldPosition::appendFurther(std::size_t index) {
+    if (count_ != resolved) {
+        holder_ = kept();
+        count_ = resolved;
     }
-    if (const auto* array = inCell(holder_)) {
-        vexa::data::detail::checkAppend((*array)->getDimensions(), count_, index);
-    } else {
-        const ElementPosition chain = chainInto(holder_, false);
-        vexa::data::detail::checkAppend(chain.array()->getDimensions(), count_, index);
-    }
-    indices_[count_++] = index;
+    holder_.append(index);
 }
 
 ElementPosition HeldPosition::forRead() const {
@@ -77,6 +67,15 @@ ElementPosition HeldPosition::withIndices(ElementPosition position) const {
         position.append(indices_[k]);
     }
     return position;
+}
+
+ArrayImpl* shareInPlace(const ElementPosition& cell) noexcept {
+    const Array* array = cell.tryInPlace<Array>();
+    if (array == nullptr || Access::impl(*array) == nullptr) {
+        return nullptr;
+    }
+    Access::impl(*array)->retain();
+    return Access::impl(*array).get();
 }
 
 } // namespace foundation::vexadata::detail

@@ -181,13 +181,14 @@ TEST_F(Cells, LeadIntoTheArraysThatTheyHold) {
     EXPECT_TRUE(throwsExactly<EArrayIndexOutOfRange>([&] { cell[1].held()[2] = std::int32_t{1}; },
                                                      "Array index is out of range"));
     EXPECT_TRUE(
-        throwsExactly<EArrayIndexOutOfRange>([&] { cell[3].held()[0]; }, "Array index is out of range"));
-    EXPECT_TRUE(throwsExactly<CantIndexIntoEmptyArrayException>([&] { cell[2].held()[0]; },
+        throwsExactly<EArrayIndexOutOfRange>([&] { cell[3].held()[0] = 1; }, "Array index is out of range"));
+    EXPECT_TRUE(throwsExactly<CantIndexIntoEmptyArrayException>([&] { cell[2].held()[0] = 1; },
                                                                 "Can't index into an empty array"));
-    EXPECT_TRUE(throwsExactly<TooManyIndicesProvidedException>([&] { cell[1].held()[0][0][1]; },
+    EXPECT_TRUE(throwsExactly<TooManyIndicesProvidedException>([&] { cell[1].held()[0][0][1] = 1; },
                                                                "Too many indices provided"));
     Array numbers = factory.createArray<double>({1, 1});
-    EXPECT_TRUE(throwsExactly<NotEnoughIndicesProvidedException>([&] { numbers[0].held()[0]; }, notEnough));
+    EXPECT_TRUE(
+        throwsExactly<NotEnoughIndicesProvidedException>([&] { numbers[0].held()[0] = 1; }, notEnough));
 
     // A handle that is kept looks the array up again.
     const auto kept = cell[0].held()[0];

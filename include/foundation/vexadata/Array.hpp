@@ -32,7 +32,7 @@ public:
     /// The array that an element holds, shared with the element until one of them is written.
     /// @throws TypeMismatchException when the element holds no array; index errors
     template <class Ref, std::enable_if_t<detail::isArrayReference<Ref>, int> = 0>
-    Array(const Ref& element) : Array(detail::castTo<Array, true>(detail::chainOf(element))) {}
+    Array(const Ref& element) : Array(detail::heldAs<Array>(element)) {}
     Array(const Array&) noexcept = default;
     Array(Array&&) noexcept = default;
     Array& operator=(const Array&) noexcept = default;

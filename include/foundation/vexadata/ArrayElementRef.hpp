@@ -24,37 +24,40 @@ class ArrayElementRef : public detail::Indexing<ArrayElementRef<isConst>>,
     using Untyped = detail::UntypedElement<ArrayElementRef<isConst>, isConst>;
 
 public:
-    explicit ArrayElementRef(detail::ElementPosition position) noexcept : position_(std::move(position)) {}
+    [[gnu::always_inline]] explicit ArrayElementRef(detail::ElementPosition position) noexcept
+        : position_(std::move(position)) {}
     /// Shares the chain of an element that is known already.
     explicit ArrayElementRef(const std::shared_ptr<detail::ReferenceImpl>& chain) noexcept
         : position_(chain) {}
     ArrayElementRef(const ArrayElementRef&) = default;
-    ArrayElementRef(ArrayElementRef&&) noexcept = default;
-    ~ArrayElementRef() = default;
+    [[gnu::always_inline]] ArrayElementRef(ArrayElementRef&& other) noexcept
+        : position_(std::move(other.position_)) {}
+    [[gnu::always_inline]] ~ArrayElementRef() {}
 
     /// Appends an index. On an element that an iterator gave, which needs none, the index goes into the array that it holds.
     /// @throws StringIndexMustBeLastException, CantIndexIntoEmptyArrayException, TooManyIndicesProvidedException; index errors
     /// of the array held
     [[gnu::always_inline]] ArrayElementRef operator[](std::size_t index) && {
-        return position_.isFixed() ? inside(index)
+        return position_.isFixed() ? inside(position_, index)
                                    : static_cast<detail::Indexing<ArrayElementRef>&&>(*this)[index];
     }
     ArrayElementRef operator[](std::size_t index) const& {
-        return position_.isFixed() ? inside(index)
+        return position_.isFixed() ? inside(position_, index)
                                    : static_cast<const detail::Indexing<ArrayElementRef>&>(*this)[index];
     }
     using Untyped::operator[];
 
     /// The way into the array that the element holds: `cells[i].held()[j]` is its element j.
-    HeldElements<isConst> held() const;
+    HeldElements<isConst> held() const&;
+    HeldElements<isConst> held() &&;
 
     /// Writes the other element's content; never makes this handle refer elsewhere.
     ArrayElementRef& operator=(const ArrayElementRef& other) { return this->copyFrom(other); }
     using Untyped::operator=;
 
 private:
-    ArrayElementRef inside(std::size_t index) const {
-        std::shared_ptr<detail::ReferenceImpl> chain = position_.chain();
+    [[gnu::noinline]] static ArrayElementRef inside(detail::ElementPosition position, std::size_t index) {
+        std::shared_ptr<detail::ReferenceImpl> chain = position.chain();
         return ArrayElementRef(detail::createReferenceWithIndex<isConst>(chain, index));
     }
 
@@ -62,6 +65,14 @@ private:
     const detail::ElementPosition& forRead() const noexcept { return position_; }
     const detail::ElementPosition& forWrite() const noexcept { return position_; }
     const detail::ElementPosition& kept() const noexcept { return position_; }
+    template <class T>
+    [[gnu::always_inline]] const T* tryRecognised() const noexcept {
+        return position_.template tryRecognised<T>();
+    }
+    template <class T>
+    [[gnu::always_inline]] T* tryRecognisedForWrite() const noexcept {
+        return position_.template tryRecognised<T>();
+    }
 
     friend struct detail::Access;
     detail::ElementPosition position_;

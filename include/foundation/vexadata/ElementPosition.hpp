@@ -3,7 +3,10 @@
 #pragma once
 
 #include <foundation/vexadata/ReferenceFunctions.hpp>
+#include <foundation/vexadata/TypeInformation.hpp>
 #include <vexa/data/detail/IndexRules.hpp>
+#include <vexa/data/impl/DenseArrayImpl.hpp>
+#include <vexa/data/impl/InPlaceArrayImpl.hpp>
 
 #include <cstddef>
 #include <cstdint>
@@ -12,6 +15,36 @@
 #include <vector>
 
 namespace foundation::vexadata::detail {
+
+/// The class of arrays of elements `T` that handles recognise, in which they reach elements of type `Stored`.
+template <class T, bool isPrimitive = isPrimitiveElement<T>>
+struct InPlaceClass {
+    static constexpr bool exists = false;
+};
+template <class T>
+struct InPlaceClass<T, true> {
+    static constexpr bool exists = true;
+    using Stored = T;
+    using Base = vexa::data::impl::DenseArrayImpl<T>;
+    [[gnu::always_inline]] static bool recognises(const ArrayImpl& array) noexcept {
+        return isExactly<Base>(array);
+    }
+};
+/// One that a back-end has named.
+template <class Interface, class T, vexa::data::detail::RecognisedKind kind>
+struct NamedInPlaceClass {
+    static constexpr bool exists = true;
+    using Stored = T;
+    using Base = vexa::data::impl::InPlaceArrayImpl<Interface, T>;
+    [[gnu::always_inline]] static bool recognises(const ArrayImpl& array) noexcept {
+        return typeInformationOf(array) ==
+               vexa::data::detail::recognisedClasses[static_cast<std::size_t>(kind)].load(
+                   std::memory_order_relaxed);
+    }
+};
+template <>
+struct InPlaceClass<Array, false>
+    : NamedInPlaceClass<TypedArrayImpl<Array>, Array, vexa::data::detail::RecognisedKind::CELLS> {};
 
 /// Either up to three indices into an array, or a shared chain. Follows the rules of the shared chain in the same order,
 /// and asks the back-end for the same operations. The array is borrowed and never counted: a position is valid while
@@ -24,16 +57,26 @@ public:
     /// A first index into `array`.
     /// @throws CantIndexIntoEmptyArrayException, TooManyIndicesProvidedException
     [[gnu::always_inline]] static ElementPosition first(ArrayImpl* array, std::size_t index) {
-        const std::vector<std::size_t>& dimensions = array->getDimensions();
-        const vexa::data::MemoryLayout layout = array->getMemoryLayout();
-        vexa::data::detail::checkAppend(dimensions, 0, index);
-        return ElementPosition(array, dimensions, layout, index);
+        const Shape shape = askedForFirst(array, index);
+        return ElementPosition(array, &shape.dimensions, shape.way, 1, index);
+    }
+
+    /// The same into an array of elements `T`. In a matrix of a class that is recognised nothing is asked, and nothing can fail before
+    /// the element is read or written.
+    template <class T>
+    [[gnu::always_inline]] static ElementPosition firstOf(ArrayImpl* array, std::size_t index) {
+        if constexpr (InPlaceClass<T>::exists) {
+            if (InPlaceClass<T>::recognises(*array) && inPlaceOf<T>(array).rows != 0) {
+                return ElementPosition(array, nullptr, Way::IN_PLACE, 1, index);
+            }
+        }
+        return first(array, index);
     }
 
     /// An element whose position is known, as iterators know it. Whether it may be written was decided when the iterator
     /// was made: nothing happens before a write.
     [[gnu::always_inline]] static ElementPosition at(ArrayImpl* array, std::uint64_t linearIndex) noexcept {
-        return ElementPosition(array, linearIndex);
+        return ElementPosition(array, nullptr, Way::OTHER, known, linearIndex);
     }
 
     /// Adopts the one reference that `chain` carries.
@@ -45,7 +88,7 @@ public:
     ElementPosition(const ElementPosition& other) noexcept
         : array_(other.array_),
           dimensions_(other.dimensions_),
-          layout_(other.layout_),
+          way_(other.way_),
           count_(other.count_),
           indices_{other.indices_[0], other.indices_[1], other.indices_[2]},
           chain_(other.chain_) {
@@ -54,7 +97,7 @@ public:
     [[gnu::always_inline]] ElementPosition(ElementPosition&& other) noexcept
         : array_(other.array_),
           dimensions_(other.dimensions_),
-          layout_(other.layout_),
+          way_(other.way_),
           count_(other.count_),
           indices_{other.indices_[0], other.indices_[1], other.indices_[2]},
           chain_(std::exchange(other.chain_, nullptr)) {}
@@ -72,7 +115,7 @@ public:
     void swap(ElementPosition& other) noexcept {
         std::swap(array_, other.array_);
         std::swap(dimensions_, other.dimensions_);
-        std::swap(layout_, other.layout_);
+        std::swap(way_, other.way_);
         std::swap(count_, other.count_);
         std::swap(indices_, other.indices_);
         std::swap(chain_, other.chain_);
@@ -83,9 +126,12 @@ public:
     /// @throws StringIndexMustBeLastException, CantIndexIntoEmptyArrayException, TooManyIndicesProvidedException
     [[gnu::always_inline]] void append(std::size_t index) {
         if (chain_ == nullptr && count_ < capacity) {
-            appendInPlace(index);
+            if (count_ != 1 || way_ >= Way::OTHER) {
+                checkFurther(array_, dimensions_, count_, index);
+            }
+            indices_[count_++] = index;
         } else {
-            appendToChain(index);
+            chain_ = longerChain(parts(), index);
         }
     }
 
@@ -118,21 +164,58 @@ public:
 
     /// @throws NotEnoughIndicesProvidedException, EArrayIndexOutOfRange
     [[gnu::always_inline]] std::size_t linearIndex() const {
-        return chain_ == nullptr ? linearIndexInPlace() : chain_->getLinearIndex();
+        if (chain_ != nullptr) {
+            return chain_->getLinearIndex();
+        }
+        return isInMatrix() ? indexInMatrix() : keepRewrite(resolve(parts())).index;
     }
 
     /// Value of the element, which must be one of an array of `T`.
     template <class T>
     [[gnu::always_inline]] T value() const {
-        ArrayImpl* array = this->array();
-        return readElement<T>(*array, linearIndex(), fieldName());
+        if constexpr (isPrimitiveElement<T>) {
+            if (isInPlace()) {
+                return *addressInPlace<T>();
+            }
+        }
+        if (count_ == 1) {
+            keepRewrite(resolve(parts()));
+        }
+        return isInMatrix() ? readElement<T>(*array_, indexInMatrix(), noFieldName)
+                            : readResolved<T>(array_, dimensions_, way_, count_, indices_[0], indices_[1],
+                                              indices_[2], chain_);
     }
 
     /// Writes the element, which must be one of an array of `T`.
     template <class T>
     [[gnu::always_inline]] void setValue(T value) const {
-        ArrayImpl* array = arrayForWrite();
-        writeElement<T>(*array, linearIndex(), fieldName(), std::move(value));
+        if constexpr (isPrimitiveElement<T>) {
+            if (isInPlace()) {
+                *addressInPlace<T>() = value;
+                return;
+            }
+        }
+        if (isInMatrix()) {
+            array_->unshare();
+            writeElement<T>(*array_, indexInMatrix(), noFieldName, std::move(value));
+            return;
+        }
+        const Target target = keepRewrite(resolveForWrite(parts()));
+        writeElement<T>(*target.array, target.index, *target.fieldName, std::move(value));
+    }
+
+    /// The element itself when it is known to be reached in place: of a matrix of a recognised class with elements `T`. Null otherwise,
+    /// and when it is not there.
+    template <class T>
+    [[gnu::always_inline]] T* tryInPlace() const noexcept {
+        return isInPlace() ? inPlaceOf<T>(array_).element(count_, indices_[0], indices_[1]) : nullptr;
+    }
+    /// The same where the kind of the array was not known when the position was made.
+    template <class T>
+    [[gnu::always_inline]] T* tryRecognised() const noexcept {
+        return chain_ == nullptr && way_ == Way::MATRIX && count_ <= 2 && InPlaceClass<T>::recognises(*array_)
+                   ? inPlaceOf<T>(array_).element(count_, indices_[0], indices_[1])
+                   : nullptr;
     }
 
     /// Whether the element was known without indices: an iterator stands on it, or it is a field.
@@ -145,17 +228,155 @@ public:
     VEXADATA_API std::shared_ptr<ReferenceImpl> chain() const;
 
 private:
-    static constexpr std::uint32_t capacity = 3;
-    static constexpr std::uint32_t known =
+    static constexpr std::uint64_t capacity = 3;
+    static constexpr std::uint64_t known =
         capacity + 1; // in place of a count: the position is in the first index
 
-    [[gnu::always_inline]] ElementPosition(ArrayImpl* array, const std::vector<std::size_t>& dimensions,
-                                           vexa::data::MemoryLayout layout, std::size_t index) noexcept
-        : array_(array), dimensions_(&dimensions), layout_(layout), count_(1), indices_{index, 0, 0} {}
-    [[gnu::always_inline]] ElementPosition(ArrayImpl* array, std::uint64_t linearIndex) noexcept
-        : array_(array), count_(known), indices_{linearIndex, 0, 0} {}
+    /// How the element is reached while the indices are in place. As wide as a count: compilers compare two neighbouring halves of a
+    /// word at once, and wait for both to be written.
+    enum class Way : std::uint64_t {
+        IN_PLACE, ///< a column-major matrix of a recognised class, of which nothing was asked so far
+        MATRIX,   ///< a column-major matrix
+        OTHER     ///< plus the layout: any other array, and elements whose position is known
+    };
 
+    /// A position without ownership, passed by value: one whose own address nobody has stays in registers.
+    struct Parts {
+        ArrayImpl* array;
+        const std::vector<std::size_t>* dimensions;
+        Way way;
+        std::uint64_t count;
+        std::uint64_t indices[capacity];
+        ReferenceImpl* chain;
+    };
+    /// What the operations of an array are asked with, and the indices to go on with.
+    struct Target {
+        ArrayImpl* array;
+        std::uint64_t index;
+        const std::string* fieldName;
+        std::uint64_t count;
+        std::uint64_t first;
+        std::uint64_t second;
+    };
+    struct Shape {
+        const std::vector<std::size_t>& dimensions;
+        Way way;
+    };
+
+    [[gnu::always_inline]] ElementPosition(ArrayImpl* array, const std::vector<std::size_t>* dimensions,
+                                           Way way, std::uint64_t count, std::uint64_t index) noexcept
+        : array_(array), dimensions_(dimensions), way_(way), count_(count), indices_{index, 0, 0} {}
+    /// Adopts the one reference that the chain carries.
     explicit ElementPosition(ReferenceImpl* chain) noexcept : chain_(chain) {}
+    explicit ElementPosition(const Parts& parts) noexcept
+        : array_(parts.array),
+          dimensions_(parts.dimensions),
+          way_(parts.way),
+          count_(parts.count),
+          indices_{parts.indices[0], parts.indices[1], parts.indices[2]},
+          chain_(parts.chain) {}
+
+    [[gnu::always_inline]] Parts parts() const noexcept {
+        return {array_, dimensions_, way_, count_, {indices_[0], indices_[1], indices_[2]}, chain_};
+    }
+    /// A single index into a matrix is rewritten as two. That stays, as in a shared chain, so that a further index follows them.
+    [[gnu::always_inline]] const Target& keepRewrite(const Target& target) const noexcept {
+        if (chain_ == nullptr) {
+            count_ = target.count;
+            indices_[0] = target.first;
+            indices_[1] = target.second;
+        }
+        return target;
+    }
+
+    // In a matrix of a class that is recognised.
+
+    template <class T>
+    [[gnu::always_inline]] static const auto& inPlaceOf(const ArrayImpl* array) noexcept {
+        return static_cast<const typename InPlaceClass<T>::Base*>(array)->inPlace();
+    }
+    [[gnu::always_inline]] bool isInPlace() const noexcept {
+        return way_ == Way::IN_PLACE && chain_ == nullptr && count_ <= 2;
+    }
+    /// @throws NotEnoughIndicesProvidedException, EArrayIndexOutOfRange
+    template <class T>
+    [[gnu::always_inline]] T* addressInPlace() const {
+        const vexa::data::detail::InPlace<T>& matrix = inPlaceOf<T>(array_);
+        if (count_ == 1) {
+            spreadInPlace(matrix.rows, matrix.columns);
+        }
+        if (__builtin_expect(indices_[0] >= matrix.rows || indices_[1] >= matrix.columns, 0)) {
+            raise<EArrayIndexOutOfRange>();
+        }
+        return matrix.data + indices_[0] + indices_[1] * matrix.rows;
+    }
+    [[gnu::always_inline]] void spreadInPlace(std::size_t rows, std::size_t columns) const {
+        if (rows == 1) {
+            indices_[1] = indices_[0];
+            indices_[0] = 0;
+        } else if (columns != 1) {
+            raise<NotEnoughIndicesProvidedException>();
+        }
+        count_ = 2;
+    }
+
+    // In an array that is asked. What is out of line takes no address of a position.
+
+    /// Being cold marks what follows as unlikely, so that a loop over arrays that are not asked keeps its sums in registers.
+    /// @throws CantIndexIntoEmptyArrayException, TooManyIndicesProvidedException
+    [[gnu::cold, gnu::noinline]] static Shape askedForFirst(const ArrayImpl* array, std::size_t index) {
+        const std::vector<std::size_t>& dimensions = array->getDimensions();
+        const vexa::data::MemoryLayout layout = array->getMemoryLayout();
+        const bool isMatrix = dimensions.size() == 2;
+        if (!isMatrix || dimensions[0] == 0 || dimensions[1] == 0) {
+            checkFirst(dimensions, index);
+        }
+        return {dimensions,
+                isMatrix && layout == vexa::data::MemoryLayout::COLUMN_MAJOR ? Way::MATRIX : wayOf(layout)};
+    }
+    static Way wayOf(vexa::data::MemoryLayout layout) noexcept {
+        return static_cast<Way>(static_cast<std::uint64_t>(Way::OTHER) + static_cast<std::uint64_t>(layout));
+    }
+    static vexa::data::MemoryLayout layoutOf(Way way) noexcept {
+        return way < Way::OTHER
+                   ? vexa::data::MemoryLayout::COLUMN_MAJOR
+                   : static_cast<vexa::data::MemoryLayout>(static_cast<std::uint64_t>(way) -
+                                                           static_cast<std::uint64_t>(Way::OTHER));
+    }
+    VEXADATA_API static void checkFirst(const std::vector<std::size_t>& dimensions, std::size_t index);
+    /// @throws TooManyIndicesProvidedException
+    [[gnu::cold]] VEXADATA_API static void checkFurther(const ArrayImpl* array,
+                                                        const std::vector<std::size_t>* dimensions,
+                                                        std::uint64_t count, std::size_t index);
+
+    [[gnu::always_inline]] bool isInMatrix() const noexcept {
+        return way_ == Way::MATRIX && count_ == 2 && chain_ == nullptr;
+    }
+    /// @throws EArrayIndexOutOfRange
+    [[gnu::always_inline]] std::size_t indexInMatrix() const {
+        const std::size_t* extents = dimensions_->data();
+        if (indices_[0] >= extents[0] || indices_[1] >= extents[1]) {
+            raise<EArrayIndexOutOfRange>();
+        }
+        return indices_[0] + indices_[1] * extents[0];
+    }
+
+    /// @throws index errors
+    [[gnu::cold]] VEXADATA_API static Target resolve(Parts position);
+    /// The same after everything on the way was made ready for a write.
+    [[gnu::cold]] VEXADATA_API static Target resolveForWrite(Parts position);
+    static std::uint64_t indexOf(Parts& position);
+    static Target targetOf(Parts position);
+    static Target targetOf(ReferenceImpl& chain, ArrayImpl* array);
+    template <class T>
+    [[gnu::noinline, gnu::cold]] static T readResolved(ArrayImpl* array,
+                                                       const std::vector<std::size_t>* dimensions, Way way,
+                                                       std::uint64_t count, std::uint64_t first,
+                                                       std::uint64_t second, std::uint64_t third,
+                                                       ReferenceImpl* chain) {
+        const Target target = resolve({array, dimensions, way, count, {first, second, third}, chain});
+        return readElement<T>(*target.array, target.index, *target.fieldName);
+    }
 
     void retainChain() const noexcept {
         if (chain_ != nullptr) {
@@ -163,43 +384,14 @@ private:
         }
     }
     VEXADATA_API ReferenceImpl& makeChain() const;
-
-    [[gnu::always_inline]] void appendInPlace(std::size_t index) {
-        vexa::data::detail::checkAppend(*dimensions_, count_, index);
-        indices_[count_++] = index;
-    }
-    VEXADATA_API void appendToChain(std::size_t index);
-
-    [[gnu::always_inline]] std::size_t linearIndexInPlace() const {
-        if (count_ == known) {
-            return indices_[0];
-        }
-        if (dimensions_->size() == 2) {
-            if (count_ == 1) {
-                spread();
-            }
-            if (layout_ == vexa::data::MemoryLayout::COLUMN_MAJOR) {
-                return vexa::data::detail::rules::inMatrix(*dimensions_, indices_[0], indices_[1]);
-            }
-        } else if (count_ < dimensions_->size()) {
-            raise<NotEnoughIndicesProvidedException>();
-        }
-        return positionOf(*dimensions_, indices_[0], indices_[1], indices_[2], layout_);
-    }
-    /// For up to three dimensions. Out of line and by value: a caller's indices need no address.
-    VEXADATA_API static std::size_t positionOf(const std::vector<std::size_t>& dimensions, std::size_t first,
-                                               std::size_t second, std::size_t third,
-                                               vexa::data::MemoryLayout layout);
-    /// The rewrite stays, as in a shared chain, so that a further index follows the spread ones.
-    [[gnu::always_inline]] void spread() const {
-        vexa::data::detail::spreadSingleIndex(*dimensions_, indices_);
-        count_ = 2;
-    }
+    /// The chain of `position` with one more index, in its place: the reference to `position.chain` goes over to the result.
+    [[gnu::cold]] VEXADATA_API static ReferenceImpl* longerChain(Parts position, std::size_t index);
+    void appendToChain(std::size_t index);
 
     ArrayImpl* array_ = nullptr;
-    const std::vector<std::size_t>* dimensions_ = nullptr;
-    vexa::data::MemoryLayout layout_ = vexa::data::MemoryLayout::COLUMN_MAJOR;
-    mutable std::uint32_t count_ = 0;
+    const std::vector<std::size_t>* dimensions_ = nullptr; // null in place
+    Way way_ = Way::OTHER;
+    mutable std::uint64_t count_ = 0;
     mutable std::uint64_t indices_[capacity] = {0, 0, 0};
     mutable ReferenceImpl* chain_ = nullptr; // owns one reference
 };

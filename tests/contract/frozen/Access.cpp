@@ -1,6 +1,7 @@
 // The interfaces of iterators and of index chains, and the members that both sides of the boundary see.
 #include "Table.hpp"
 
+#include <foundation/vexadata/VexaData.hpp>
 #include <vexa/data/detail/ContiguousIteratorImpl.hpp>
 #include <vexa/data/detail/ForwardIteratorImpl.hpp>
 #include <vexa/data/detail/IndexList.hpp>
@@ -41,6 +42,15 @@ template struct Operation<countingDestructor + 13, void*(), &IteratorImpl::getEl
 static_assert(sizeof(ContiguousIteratorImpl<double>) == 40);
 template struct Member<16, double*, &ContiguousIteratorImpl<double>::current_>;
 template struct Member<24, std::shared_ptr<ReferenceImpl>, &ContiguousIteratorImpl<double>::chain_>;
+
+template struct Values<24, 8, 24, Passed::inRegisters, InPlace<double>>;
+template struct Member<0, std::size_t, &InPlace<double>::rows>;
+template struct Member<8, std::size_t, &InPlace<double>::columns>;
+template struct Member<16, double*, &InPlace<double>::data>;
+template struct Member<16, InPlace<double>, &DenseArrayImpl<double>::inPlace_>;
+using InPlaceCells = vexa::data::impl::InPlaceArrayImpl<TypedArrayImpl<foundation::vexadata::Array>,
+                                                        foundation::vexadata::Array>;
+template struct Member<16, InPlace<foundation::vexadata::Array>, &InPlaceCells::inPlace_>;
 
 using NonPrimitiveIterator = NonPrimitiveIteratorImpl<MatchingDataOrder>;
 template struct Interface<NonPrimitiveIterator, 48, countingDestructor + 14>;

@@ -5,7 +5,9 @@
 #include <foundation/vexadata/InProcessCustomWorkspace.hpp>
 #include <foundation/vexadata/Print.hpp>
 #include <foundation/vexadata/VexaData.hpp>
+#include <vexa/data/detail/ElementMemory.hpp>
 #include <vexa/data/detail/Identity.hpp>
+#include <vexa/data/detail/InPlace.hpp>
 #include <vexa/data/detail/NonPrimitiveIteratorImpl.hpp>
 #include <vexa/data/impl/EmptyArrayImpl.hpp>
 
@@ -98,6 +100,11 @@ template struct Function<const char* (*)(ArrayType), &kindName>;
 template struct Function<bool (*)(const ArrayImpl&, std::size_t, const std::string&), &memberIsNamed>;
 template struct Function<std::string (*)(const char16_t*, std::size_t), &narrowed>;
 template struct Function<std::uint64_t (*)(), &nextIdentity>;
+template struct Function<ArrayImpl* (*)(const ElementPosition&), &shareInPlace>;
+template struct Function<void* (*)(std::size_t, std::size_t), &allocateElements, &allocateZeros>;
+template struct Function<void (*)(void*), &freeElements>;
+template struct Function<bool (*)(RecognisedKind, const std::type_info&), &recognise>;
+template struct Function<std::atomic<const void*> (*)[3], &recognisedClasses>;
 template struct Function<const std::string*, &noFieldName>;
 template struct Function<std::ostream& (*)(std::ostream&, const Array&), (&operator<<)>;
 template struct Function<std::ostream& (*)(std::ostream&, const Printed&), (&operator<<)>;
@@ -214,11 +221,15 @@ template struct Function<void (DefaultVariableInfoImpl::*)(std::size_t, Array),
 template struct Function<std::vector<const char*> (DefaultVariableInfoImpl::*)() const,
                          &DefaultVariableInfoImpl::str2Ptr>;
 
-template struct Function<void (ElementPosition::*)(std::size_t), &ElementPosition::appendToChain>;
 template struct Function<Chain (ElementPosition::*)() const, &ElementPosition::chain>;
+template struct Function<void (*)(const Sizes&, std::size_t), &ElementPosition::checkFirst>;
+template struct Function<void (*)(const ArrayImpl*, const Sizes*, std::uint64_t, std::size_t),
+                         &ElementPosition::checkFurther>;
+template struct Function<ReferenceImpl* (*)(ElementPosition::Parts, std::size_t),
+                         &ElementPosition::longerChain>;
 template struct Function<ReferenceImpl& (ElementPosition::*)() const, &ElementPosition::makeChain>;
-template struct Function<std::size_t (*)(const Sizes&, std::size_t, std::size_t, std::size_t, MemoryLayout),
-                         &ElementPosition::positionOf>;
+template struct Function<ElementPosition::Target (*)(ElementPosition::Parts), &ElementPosition::resolve,
+                         &ElementPosition::resolveForWrite>;
 
 template struct Function<const std::shared_ptr<ArrayImpl>& (*)(), &EmptyArrayImpl::processWide>;
 
@@ -232,7 +243,7 @@ template struct Function<ZVMID (HandleObjectRef::*)() const, &HandleObjectRef::g
 
 template struct Function<void (HandleRef::*)() const, &HandleRef::addReference>;
 
-template struct Function<void (HeldPosition::*)(std::size_t), &HeldPosition::append>;
+template struct Function<void (HeldPosition::*)(std::size_t), &HeldPosition::appendFurther>;
 template struct Function<ElementPosition (HeldPosition::*)() const, &HeldPosition::forRead,
                          &HeldPosition::forWrite, &HeldPosition::kept>;
 template struct Function<ElementPosition (HeldPosition::*)(ElementPosition) const,

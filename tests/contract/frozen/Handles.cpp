@@ -45,7 +45,7 @@ template struct Values<112, 8, 112, Passed::inMemory, DefaultVariableInfoImpl>;
 template struct Values<64, 8, 64, Passed::inMemory, InProcessCustomWorkspace>;
 
 // element handles
-template struct Values<56, 8, 56, Passed::inMemory, ElementPosition, HeldElements<false>,
+template struct Values<64, 8, 64, Passed::inMemory, ElementPosition, HeldElements<false>,
                        ArrayElementRef<false>, ArrayElementRef<true>, ArrayElementTypedRef<double, false>,
                        ArrayElementTypedRef<double, true>, ArrayElementTypedRef<Complex, false>,
                        ArrayElementTypedRef<Complex, true>, ArrayElementTypedRef<String, false>,
@@ -55,8 +55,8 @@ template struct Values<56, 8, 56, Passed::inMemory, ElementPosition, HeldElement
                        ArrayElementTypedRef<ValueObject, true>, ArrayElementTypedRef<HandleObjectRef, false>,
                        ArrayElementTypedRef<HandleObjectRef, true>, StructElement, StructRefExt,
                        VEXAStringReferenceExt>;
-template struct Values<88, 8, 85, Passed::inMemory, HeldPosition>;
-template struct Values<88, 8, 88, Passed::inMemory, HeldElementRef<false>, HeldElementRef<true>>;
+template struct Values<104, 8, 97, Passed::inMemory, HeldPosition>;
+template struct Values<104, 8, 104, Passed::inMemory, HeldElementRef<false>, HeldElementRef<true>>;
 
 // references
 template struct Values<16, 8, 16, Passed::inMemory, ReferenceHolder, ArrayReferenceExt, ValueObjectRef,
@@ -64,7 +64,7 @@ template struct Values<16, 8, 16, Passed::inMemory, ReferenceHolder, ArrayRefere
                        Reference<TypedArray<double>>, Reference<CharArray>, Reference<EnumArray>,
                        Reference<StructArray>, Reference<ValueObjectArray>, Reference<SparseArray<double>>,
                        Reference<const Array>, Reference<const TypedArray<double>>>;
-template struct Values<56, 8, 56, Passed::inMemory, Reference<String>, Reference<StructElement>,
+template struct Values<64, 8, 64, Passed::inMemory, Reference<String>, Reference<StructElement>,
                        Reference<Enumeration>, Reference<ValueObject>, Reference<HandleObjectRef>>;
 
 // iterators and views
@@ -113,14 +113,14 @@ template struct Member<32, std::size_t, &PrintOptions::width>;
 template struct Member<40, std::size_t, &PrintOptions::depth>;
 template struct Member<0, ArrayImpl*, &ElementPosition::array_>;
 template struct Member<8, const std::vector<std::size_t>*, &ElementPosition::dimensions_>;
-template struct Member<16, vexa::data::MemoryLayout, &ElementPosition::layout_>;
-template struct Member<20, std::uint32_t, &ElementPosition::count_>;
-template struct Member<24, std::uint64_t[3], &ElementPosition::indices_>;
-template struct Member<48, ReferenceImpl*, &ElementPosition::chain_>;
+template struct Member<16, ElementPosition::Way, &ElementPosition::way_>;
+template struct Member<24, std::uint64_t, &ElementPosition::count_>;
+template struct Member<32, std::uint64_t[3], &ElementPosition::indices_>;
+template struct Member<56, ReferenceImpl*, &ElementPosition::chain_>;
 template struct Member<0, ElementPosition, &HeldPosition::holder_>;
-template struct Member<56, std::uint64_t[3], &HeldPosition::indices_>;
-template struct Member<80, std::uint32_t, &HeldPosition::count_>;
-template struct Member<84, bool, &HeldPosition::writable_>;
+template struct Member<64, std::uint64_t[3], &HeldPosition::indices_>;
+template struct Member<88, std::uint64_t, &HeldPosition::count_>;
+template struct Member<96, bool, &HeldPosition::writable_>;
 template struct Member<0, ElementPosition, &HeldElements<false>::holder_>;
 template struct Member<0, HeldPosition, &HeldElementRef<false>::position_>;
 template struct Member<0, ElementPosition, &ArrayElementRef<false>::position_>;

@@ -19,6 +19,8 @@ using namespace foundation::vexadata;
 using namespace foundation::vexadata::detail;
 using vexa::data::MemoryLayout;
 using vexa::data::detail::ContiguousIteratorImpl;
+using vexa::data::detail::InPlace;
+using vexa::data::impl::DenseArrayImpl;
 using Sizes = std::vector<std::size_t>;
 using Chain = std::shared_ptr<vexa::data::detail::ReferenceImpl>;
 using Text = std::optional<std::u16string>;
@@ -69,7 +71,14 @@ using Element =
     template struct Function<T* (ContiguousIteratorImpl<T>::*)() const,                                      \
                              &ContiguousIteratorImpl<T>::current>;                                           \
     template struct Function<bool (ContiguousIteratorImpl<T>::*)() const,                                    \
-                             &ContiguousIteratorImpl<T>::holdsReference>;
+                             &ContiguousIteratorImpl<T>::holdsReference>;                                    \
+    template struct Function<DenseArrayImpl<T>* (*)(Sizes &&), &DenseArrayImpl<T>::zeros>;                   \
+    template struct Function<DenseArrayImpl<T>* (*)(Sizes&&, Owned<void>, MemoryLayout),                     \
+                             &DenseArrayImpl<T>::adopt>;                                                     \
+    template struct Function<DenseArrayImpl<T>* (*)(Sizes&&, const void*, std::size_t),                      \
+                             &DenseArrayImpl<T>::withData>;                                                  \
+    template struct Function<const InPlace<T>& (DenseArrayImpl<T>::*)() const, &DenseArrayImpl<T>::inPlace>; \
+    template struct Function < void (*)(void*), &DenseArrayImpl<T>::operator delete>;
 #include <foundation/vexadata/PrimitiveTypes.inc>
 
 #define VEXADATA_SPARSE(T)                                                                                   \

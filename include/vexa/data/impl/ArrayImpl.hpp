@@ -51,7 +51,7 @@ public:
                                                           bool forWrite) = 0;
     /// Order 13. Order 12 for reading. Implemented here for all arrays.
     virtual detail::ReferenceImpl* forwardingOp(std::size_t index, const std::string& fieldName);
-    /// Order 14. Valid, and at the same address, as long as the array lives. Must not throw.
+    /// Order 14. At least two. Valid, and at the same address, until the array is released by order 33 or destroyed. Must not throw.
     virtual const std::vector<std::size_t>& getDimensions() const = 0;
     /// Order 15. Product of the dimensions. Must not throw.
     virtual std::size_t getNumberOfElements() const = 0;
@@ -91,7 +91,7 @@ public:
     /// caller. The default throws InvalidArrayTypeException.
     virtual void copyOutBuffer(void*& data, void (*&deleter)(void*)) const;
     /// Order 33. Hands the array's own buffer over in the same way. What the array reports afterwards is the
-    /// back-end's choice. The default throws InvalidArrayTypeException.
+    /// back-end's choice, but for at least two dimensions. The default throws InvalidArrayTypeException.
     virtual void releaseBuffer(void*& data, void (*&deleter)(void*));
     /// Order 34. First element of contiguous storage, valid until the array is changed or released; null when there
     /// is none, which is the default.

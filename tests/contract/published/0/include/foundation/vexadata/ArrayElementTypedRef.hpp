@@ -87,8 +87,9 @@ public:
     explicit ArrayElementTypedRef(const std::shared_ptr<detail::ReferenceImpl>& chain) noexcept
         : position_(chain) {}
     ArrayElementTypedRef(const ArrayElementTypedRef&) = default;
-    ArrayElementTypedRef(ArrayElementTypedRef&&) noexcept = default;
-    ~ArrayElementTypedRef() = default;
+    [[gnu::always_inline]] ArrayElementTypedRef(ArrayElementTypedRef&& other) noexcept
+        : position_(std::move(other.position_)) {}
+    [[gnu::always_inline]] ~ArrayElementTypedRef() {}
 
     /// Reads the element.
     /// @throws NotEnoughIndicesProvidedException, EArrayIndexOutOfRange

@@ -17,6 +17,11 @@ template <bool isConst>
 inline constexpr bool isUntypedElement<ArrayElementRef<isConst>> = true;
 template <bool isConst>
 inline constexpr bool isUntypedElement<HeldElementRef<isConst>> = true;
+/// Those of them that are a place in an array and nothing more.
+template <class Ref>
+inline constexpr bool isPlainElement = false;
+template <bool isConst>
+inline constexpr bool isPlainElement<ArrayElementRef<isConst>> = true;
 
 /// Further indices on the element handle `Ref`: a temporary one grows, a named one is copied and stays as it is.
 template <class Ref>

@@ -14,17 +14,37 @@ namespace foundation::vexadata {
 namespace detail {
 
 /// A cell or field, and indices into the array that it holds. That array is looked up at every use, so that it may be replaced
-/// meanwhile: nothing is kept of it. With up to three indices, and as long as the array in a cell is the cell's alone, nothing is
-/// allocated.
+/// meanwhile: nothing is kept of it, and nothing is tested before. With up to three indices, and as long as the array in a cell is
+/// the cell's alone, nothing is allocated.
 class VEXADATA_API HeldPosition {
 public:
-    /// `writable` when `forWrite` may be called.
-    HeldPosition(ElementPosition holder, bool writable) noexcept
-        : holder_(std::move(holder)), writable_(writable) {}
+    /// A first index. `writable` when `forWrite` may be called.
+    [[gnu::always_inline]] HeldPosition(ElementPosition holder, bool writable, std::size_t index) noexcept
+        : holder_(std::move(holder)), indices_{index, 0, 0}, count_(1), writable_(writable) {}
+    HeldPosition(const HeldPosition&) = default;
+    [[gnu::always_inline]] HeldPosition(HeldPosition&& other) noexcept
+        : holder_(std::move(other.holder_)),
+          indices_{other.indices_[0], other.indices_[1], other.indices_[2]},
+          count_(other.count_),
+          writable_(other.writable_) {}
+    [[gnu::always_inline]] ~HeldPosition() {}
 
-    /// @throws CantIndexIntoEmptyArrayException, TooManyIndicesProvidedException; NotEnoughIndicesProvidedException when the
-    /// element holds no array; index errors of the element
-    void append(std::size_t index);
+    /// From the fourth index on, all are tested.
+    /// @throws index errors; NotEnoughIndicesProvidedException when the element holds no array
+    [[gnu::always_inline]] void append(std::size_t index) {
+        if (count_ < capacity) {
+            indices_[count_++] = index;
+        } else {
+            appendFurther(index);
+        }
+    }
+
+    /// The element, when it is reached in place; null otherwise, and when it is not there.
+    template <class T>
+    [[gnu::always_inline]] T* tryInPlace(bool forWrite) const noexcept {
+        const Array* cell = count_ <= 2 ? holder_.template tryInPlace<Array>() : nullptr;
+        return cell == nullptr ? nullptr : elementOf<T>(*cell, forWrite);
+    }
 
     /// For a use that is over before the array in the cell can be replaced.
     ElementPosition forRead() const;
@@ -34,15 +54,27 @@ public:
     ElementPosition kept() const;
 
 private:
-    static constexpr std::uint32_t capacity = 3;
-    static constexpr std::uint32_t resolved =
+    static constexpr std::uint64_t capacity = 3;
+    static constexpr std::uint64_t resolved =
         capacity + 1; // in place of a count: `holder_` is the element itself
 
+    /// An array that others share is copied before a write, which is not done here.
+    template <class T, class Cell>
+    [[gnu::always_inline]] T* elementOf(const Cell& cell, bool forWrite) const noexcept {
+        const std::shared_ptr<ArrayImpl>& array = Access::impl(cell);
+        const bool reached = array != nullptr && InPlaceClass<T>::recognises(*array) &&
+                             (!forWrite || Access::isPrivate(array));
+        return reached ? static_cast<const typename InPlaceClass<T>::Base*>(array.get())
+                             ->inPlace()
+                             .element(count_, indices_[0], indices_[1])
+                       : nullptr;
+    }
+    void appendFurther(std::size_t index);
     ElementPosition withIndices(ElementPosition position) const;
 
     ElementPosition holder_;
-    std::uint64_t indices_[capacity] = {0, 0, 0};
-    std::uint32_t count_ = 0;
+    std::uint64_t indices_[capacity];
+    std::uint64_t count_;
     bool writable_;
 };
 
@@ -55,14 +87,15 @@ class HeldElementRef : public detail::UntypedElement<HeldElementRef<isConst>, is
     using Untyped = detail::UntypedElement<HeldElementRef<isConst>, isConst>;
 
 public:
-    explicit HeldElementRef(detail::HeldPosition position) noexcept : position_(std::move(position)) {}
+    [[gnu::always_inline]] explicit HeldElementRef(detail::HeldPosition position) noexcept
+        : position_(std::move(position)) {}
     HeldElementRef(const HeldElementRef&) = default;
-    HeldElementRef(HeldElementRef&&) noexcept = default;
-    ~HeldElementRef() = default;
+    [[gnu::always_inline]] HeldElementRef(HeldElementRef&& other) noexcept
+        : position_(std::move(other.position_)) {}
+    [[gnu::always_inline]] ~HeldElementRef() {}
 
-    /// Appends an index.
-    /// @throws CantIndexIntoEmptyArrayException, TooManyIndicesProvidedException
-    HeldElementRef operator[](std::size_t index) && {
+    /// Appends an index. It is tested when the element is used.
+    [[gnu::always_inline]] HeldElementRef operator[](std::size_t index) && {
         position_.append(index);
         return std::move(*this);
     }
@@ -92,6 +125,14 @@ private:
     friend Untyped;
     detail::ElementPosition forRead() const { return position_.forRead(); }
     detail::ElementPosition forWrite() const { return position_.forWrite(); }
+    template <class T>
+    [[gnu::always_inline]] const T* tryRecognised() const noexcept {
+        return position_.template tryInPlace<T>(false);
+    }
+    template <class T>
+    [[gnu::always_inline]] T* tryRecognisedForWrite() const noexcept {
+        return position_.template tryInPlace<T>(true);
+    }
 
     detail::HeldPosition position_;
 };
@@ -100,14 +141,17 @@ private:
 template <bool isConst>
 class HeldElements {
 public:
-    explicit HeldElements(detail::ElementPosition holder) noexcept : holder_(std::move(holder)) {}
+    [[gnu::always_inline]] explicit HeldElements(detail::ElementPosition holder) noexcept
+        : holder_(std::move(holder)) {}
+    [[gnu::always_inline]] ~HeldElements() {}
+    HeldElements(const HeldElements&) = default;
 
-    /// @throws CantIndexIntoEmptyArrayException, TooManyIndicesProvidedException; NotEnoughIndicesProvidedException when the
-    /// element holds no array; index errors of the element
-    HeldElementRef<isConst> operator[](std::size_t index) const {
-        detail::HeldPosition position(holder_, !isConst);
-        position.append(index);
-        return HeldElementRef<isConst>(std::move(position));
+    /// An element, or a partial subscript that needs further indices. The indices are tested when the element is used.
+    [[gnu::always_inline]] HeldElementRef<isConst> operator[](std::size_t index) const& {
+        return HeldElementRef<isConst>(detail::HeldPosition(holder_, !isConst, index));
+    }
+    [[gnu::always_inline]] HeldElementRef<isConst> operator[](std::size_t index) && {
+        return HeldElementRef<isConst>(detail::HeldPosition(std::move(holder_), !isConst, index));
     }
 
 private:
@@ -115,8 +159,12 @@ private:
 };
 
 template <bool isConst>
-HeldElements<isConst> ArrayElementRef<isConst>::held() const {
+[[gnu::always_inline]] inline HeldElements<isConst> ArrayElementRef<isConst>::held() const& {
     return HeldElements<isConst>(position_);
+}
+template <bool isConst>
+[[gnu::always_inline]] inline HeldElements<isConst> ArrayElementRef<isConst>::held() && {
+    return HeldElements<isConst>(std::move(position_));
 }
 inline HeldElements<false> Reference<Array>::held() {
     return HeldElements<false>(detail::ElementPosition(chain_));
@@ -126,6 +174,25 @@ inline HeldElements<true> Reference<Array>::held() const {
 }
 
 namespace detail {
+
+/// The array in a cell that is reached in place, with one reference for the caller; null for other elements.
+VEXADATA_API ArrayImpl* shareInPlace(const ElementPosition& cell) noexcept;
+
+/// The array that an element holds, as a handle of type `A` that shares it with the element.
+/// @throws TypeMismatchException when the element holds no array or one of another kind; index errors
+template <class A, class Ref>
+A heldAs(const Ref& element) {
+    if constexpr (isPlainElement<Ref>) {
+        if (ArrayImpl* array = shareInPlace(Access::position(element))) {
+            if (HandleType<A>::accepts(array->getType())) {
+                return A(array);
+            }
+            array->release();
+            raise<TypeMismatchException>();
+        }
+    }
+    return castTo<A, true>(chainOf(element));
+}
 
 template <bool isConst>
 std::shared_ptr<ReferenceImpl> chainOf(const HeldElementRef<isConst>& element) {

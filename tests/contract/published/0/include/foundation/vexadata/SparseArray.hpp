@@ -32,8 +32,7 @@ public:
     /// The array that an element holds.
     /// @throws TypeMismatchException when it is not sparse with elements `T`; index errors
     template <class Ref, std::enable_if_t<detail::isArrayReference<Ref>, int> = 0>
-    SparseArray(const Ref& element)
-        : SparseArray(detail::castTo<SparseArray<T>, true>(detail::chainOf(element))) {}
+    SparseArray(const Ref& element) : SparseArray(detail::heldAs<SparseArray<T>>(element)) {}
     /// Adopts the one reference that `impl` carries; its kind is not checked.
     explicit SparseArray(vexa::data::impl::ArrayImpl* impl) : Array(impl) {}
     SparseArray(const SparseArray&) noexcept = default;

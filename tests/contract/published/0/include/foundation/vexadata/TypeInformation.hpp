@@ -13,7 +13,7 @@ namespace foundation::vexadata::detail {
 /// By the Itanium C++ ABI such an object begins with the address of its vtable, whose preceding word is the address of the
 /// type information.
 template <class T>
-const void* typeInformationOf(const T& object) noexcept {
+[[gnu::always_inline]] inline const void* typeInformationOf(const T& object) noexcept {
     static_assert(std::is_polymorphic_v<T>, "only classes with virtual operations carry type information");
     const void* const* vtable = nullptr;
     std::memcpy(&vtable, static_cast<const void*>(&object), sizeof vtable);
@@ -21,10 +21,16 @@ const void* typeInformationOf(const T& object) noexcept {
 }
 
 /// Whether `object` is a `Class` itself, not of a class derived from it. Compares addresses, never names: the type
-/// information of a class that a shared library exports exists once in a process.
+/// information of a class that a shared library exports exists once in a process. Callers that are built without type information
+/// recognise nothing, which costs them time and nothing else.
 template <class Class, class T>
-bool isExactly(const T& object) noexcept {
+[[gnu::always_inline]] inline bool isExactly(const T& object) noexcept {
+#ifdef __cpp_rtti
     return typeInformationOf(object) == static_cast<const void*>(&typeid(Class));
+#else
+    static_cast<void>(object);
+    return false;
+#endif
 }
 
 /// `dynamic_cast<To*>(object)`; null also when the object's class was built without type information.

@@ -46,8 +46,7 @@ public:
     /// The array that an element holds.
     /// @throws TypeMismatchException when it is not one of elements `T`; index errors
     template <class Ref, std::enable_if_t<detail::isArrayReference<Ref>, int> = 0>
-    TypedArray(const Ref& element)
-        : TypedArray(detail::castTo<TypedArray<T>, true>(detail::chainOf(element))) {}
+    TypedArray(const Ref& element) : TypedArray(detail::heldAs<TypedArray<T>>(element)) {}
     /// Adopts the one reference that `impl` carries; its kind is not checked.
     explicit TypedArray(vexa::data::impl::ArrayImpl* impl) : Array(impl) {}
     /// Shares `impl`; its kind is not checked.
@@ -93,10 +92,10 @@ public:
     /// An element, or a row of them that wants more indices; as `Array::operator[]`.
     [[gnu::always_inline]] detail::ElementRefOf<T, false> operator[](std::size_t index) {
         detail::Access::unshare(*this);
-        return detail::ElementRefOf<T, false>(detail::ElementPosition::first(this->impl_.get(), index));
+        return detail::ElementRefOf<T, false>(detail::ElementPosition::firstOf<T>(this->impl_.get(), index));
     }
     [[gnu::always_inline]] detail::ElementRefOf<T, true> operator[](std::size_t index) const {
-        return detail::ElementRefOf<T, true>(detail::ElementPosition::first(this->impl_.get(), index));
+        return detail::ElementRefOf<T, true>(detail::ElementPosition::firstOf<T>(this->impl_.get(), index));
     }
 
     /// Hands the elements over in a buffer that the caller owns: the array's own when no other handle shares it, a copy

@@ -184,10 +184,13 @@ public:
 
     /// Reads a value; the array must be one of elements `T`.
     template <class T, IfValue<T> = 0>
-    operator T() const {
-        const auto& position = self().forRead();
-        requireKind<StoredAs<T>>(position);
-        return static_cast<T>(position.template value<StoredAs<T>>());
+    [[gnu::always_inline]] operator T() const {
+        if constexpr (isPrimitiveElement<StoredAs<T>>) {
+            if (const auto* element = self().template tryRecognised<StoredAs<T>>()) {
+                return static_cast<T>(*element);
+            }
+        }
+        return static_cast<T>(readAsked<StoredAs<T>>(self()));
     }
     /// A string element, missing or not. The two forms keep `String s = a[0]` from going through the text.
     operator String() const { return string(); }
@@ -205,9 +208,15 @@ public:
 
     /// Writes a value; the array must be one of elements `T`. Everything on the way is made private first.
     template <class T, IfValue<T> = 0>
-    Ref& operator=(const T& value) {
-        requireKind<StoredAs<T>>(self().forRead());
-        writable().template setValue<StoredAs<T>>(static_cast<StoredAs<T>>(value));
+    [[gnu::always_inline]] Ref& operator=(const T& value) {
+        static_assert(!isConst, "this reference is read-only: its array is const");
+        if constexpr (isPrimitiveElement<StoredAs<T>>) {
+            if (auto* element = self().template tryRecognisedForWrite<StoredAs<T>>()) {
+                *element = static_cast<StoredAs<T>>(value);
+                return self();
+            }
+        }
+        writeAsked<StoredAs<T>>(self(), static_cast<StoredAs<T>>(value));
         return self();
     }
     /// Writes a string element; a `String` without text or `std::nullopt` makes it missing. Narrow text also writes the member
@@ -475,6 +484,19 @@ private:
         static_assert(!isConst, "this reference is read-only: its array is const");
         return self().forWrite();
     }
+    // Elements that are not reached in place. By value: a handle whose own address nobody has keeps its indices in registers.
+    template <class T>
+    [[gnu::noinline]] static T readAsked(Ref element) {
+        const auto& position = element.forRead();
+        requireKind<T>(position);
+        return position.template value<T>();
+    }
+    template <class T>
+    [[gnu::noinline]] static void writeAsked(Ref element, T value) {
+        requireKind<T>(element.forRead());
+        element.forWrite().template setValue<T>(std::move(value));
+    }
+
     const ArrayImpl& held() const { return arrayHeldBy(self().forRead()); }
     String string() const {
         const auto& position = self().forRead();

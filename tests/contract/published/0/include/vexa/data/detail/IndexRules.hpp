@@ -62,6 +62,15 @@ inline std::size_t rowMajor(const std::vector<std::size_t>& dimensions, const st
 
 } // namespace rules
 
+/// Product of dimensions that are known to have one.
+inline std::size_t elementCount(const std::vector<std::size_t>& dimensions) noexcept {
+    std::size_t product = 1;
+    for (const std::size_t extent : dimensions) {
+        product *= extent;
+    }
+    return product;
+}
+
 /// Checks that `index` may follow `count` indices into an array of the given dimensions. A surplus zero may.
 /// @throws CantIndexIntoEmptyArrayException for a first index into an array without elements
 /// @throws TooManyIndicesProvidedException for a non-zero index beyond the last dimension

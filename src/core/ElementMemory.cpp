@@ -1,11 +1,11 @@
-#include "Allocation.hpp"
+#include <vexa/data/detail/ElementMemory.hpp>
 
 #include <algorithm>
 #include <cstdlib>
 #include <limits>
 #include <new>
 
-namespace vexa::client {
+namespace vexa::data::detail {
 
 namespace {
 
@@ -36,4 +36,4 @@ void* allocateElements(std::size_t count, std::size_t size) {
     return orThrow(std::malloc(bytesOf(count, size)));
 }
 
-} // namespace vexa::client
+} // namespace vexa::data::detail

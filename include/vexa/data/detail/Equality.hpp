@@ -1,4 +1,4 @@
-// Comparing dense storage.
+// Comparing dense storage. Offered to back-ends for `ArrayImpl::isEqual`.
 #pragma once
 
 #include <vexa/data/impl/TypedArrayImpl.hpp>
@@ -10,9 +10,7 @@
 #include <type_traits>
 #include <vector>
 
-namespace vexa::client {
-
-using data::MemoryLayout;
+namespace vexa::data::detail {
 
 /// Element-wise equality of floating-point runs: NaN differs from itself, zeros of either sign are equal. Sixteen bytes at
 /// a time in blocks without an early exit; left to themselves, compilers do this one element at a time.
@@ -87,7 +85,7 @@ private:
 
 /// Element-wise equality of arrays with equal dimensions, whatever the layout of each.
 template <class T>
-bool equalElements(const data::impl::TypedArrayImpl<T>& a, const data::impl::TypedArrayImpl<T>& b) {
+bool equalElements(const impl::TypedArrayImpl<T>& a, const impl::TypedArrayImpl<T>& b) {
     const T* left = a.getTypedDataPtr();
     const T* right = b.getTypedDataPtr();
     const std::size_t count = a.getNumberOfElements();
@@ -106,4 +104,4 @@ bool equalElements(const data::impl::TypedArrayImpl<T>& a, const data::impl::Typ
     return true;
 }
 
-} // namespace vexa::client
+} // namespace vexa::data::detail

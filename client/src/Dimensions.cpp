@@ -1,8 +1,0 @@
-#include "Dimensions.hpp"
-
-namespace vexa::client {
-
-const Dimensions& dimensionsOfScalars = *new Dimensions{1, 1};
-const Dimensions& dimensionsOfNothing = *new Dimensions{0, 0};
-
-} // namespace vexa::client

@@ -1,0 +1,84 @@
+// The dense array that the library offers to back-ends: a factory that returns it need not write one. Handles recognise it and
+// read and write its elements without a call.
+#pragma once
+
+#include <vexa/data/detail/Identity.hpp>
+#include <vexa/data/detail/InPlace.hpp>
+#include <vexa/data/impl/ArrayFactoryImpl.hpp>
+#include <vexa/data/impl/TypedArrayImpl.hpp>
+
+#include <complex>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace vexa::data::impl {
+
+/// Contiguous elements of a primitive type `T`. Owns its storage alone: two arrays never share it, since an iterator or a pointer
+/// that may write can outlive any bookkeeping about who looks at it. Sharing happens between handles of one array. Objects
+/// are made by the functions below, each of which returns one reference for the caller.
+///
+/// Dimensions, and the elements of small arrays, follow the object in the same block; other elements lie in a buffer with a
+/// function that frees it.
+template <class T>
+class VEXADATA_API DenseArrayImpl final : public TypedArrayImpl<T> {
+    using Dimensions = std::vector<std::size_t>;
+
+public:
+    /// All elements zero, column-major.
+    /// @throws std::bad_alloc
+    static DenseArrayImpl* zeros(Dimensions&& dimensions);
+    /// Over a buffer with as many elements as the dimensions say, in the order of `layout`. Null will do without elements.
+    /// @throws std::bad_alloc after freeing the buffer
+    static DenseArrayImpl* adopt(Dimensions&& dimensions, Buffer<void> storage, MemoryLayout layout);
+    /// Copies of the first `count` elements at `source`, column-major: of as many as there is room for, zeros for the rest.
+    /// @throws std::bad_alloc
+    static DenseArrayImpl* withData(Dimensions&& dimensions, const void* source, std::size_t count);
+    ~DenseArrayImpl() override;
+
+    ArrayImpl* sharedCopy() const override;
+    data::detail::IteratorImpl* beginIterator(void* unused, bool writable) override;
+    data::detail::IteratorImpl* endIterator(void* unused, bool writable) override;
+    ArrayType getType() const override;
+    MemoryLayout getMemoryLayout() const override;
+    /// Null: elements are plain values and hold no arrays.
+    data::detail::ReferenceImpl* createElementReference(std::size_t index, const std::string& fieldName,
+                                                        bool forWrite) override;
+    const Dimensions& getDimensions() const override;
+    std::size_t getNumberOfElements() const override;
+    bool isEmpty() const override;
+    std::uint64_t getArrayID() const override;
+    /// Does nothing: the storage is always this object's alone.
+    void unshare() override;
+    void copyOutBuffer(void*& data, void (*&deleter)(void*)) const override;
+    /// Leaves a 0-by-0 array of the same kind.
+    void releaseBuffer(void*& data, void (*&deleter)(void*)) override;
+    const void* getUntypedDataPtr() const override;
+    bool isEqual(const ArrayImpl* other) const override;
+    T* getElementAddress(std::size_t index, const std::string& fieldName, bool forWrite) override;
+    void setElementValue(std::size_t index, const std::string& fieldName, T value) override;
+    /// Null when there are no elements.
+    const T* getTypedDataPtr() const override;
+
+    /// Where handles find the elements.
+    const data::detail::InPlace<T>& inPlace() const noexcept { return inPlace_; }
+
+    void operator delete(void* block) { ::operator delete(block); }
+
+private:
+    struct [[gnu::visibility("hidden")]] Details;
+
+    DenseArrayImpl() noexcept = default;
+
+    data::detail::InPlace<T> inPlace_; // the first member: clients know its place
+    std::uintptr_t
+        dimensions_; // where they lie: shared by all scalars, behind the object otherwise; odd for row-major
+    void (*deleter_)(void*) = nullptr; // null while the elements follow the object
+    data::detail::Identity identity_;
+};
+
+#define VEXADATA_ELEMENT(T) extern template class VEXADATA_API DenseArrayImpl<T>;
+#include <foundation/vexadata/PrimitiveTypes.inc>
+
+} // namespace vexa::data::impl

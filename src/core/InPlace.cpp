@@ -1,0 +1,20 @@
+#include <vexa/data/detail/InPlace.hpp>
+
+namespace vexa::data::detail {
+
+namespace {
+
+/// Stands for no class: arrays that were built without type information have none, which must not look recognised.
+const char nothing = 0;
+
+} // namespace
+
+std::atomic<const void*> recognisedClasses[3] = {&nothing, &nothing, &nothing};
+
+bool recognise(RecognisedKind kind, const std::type_info& type) noexcept {
+    std::atomic<const void*>& recognised = recognisedClasses[static_cast<std::size_t>(kind)];
+    const void* expected = &nothing;
+    return recognised.compare_exchange_strong(expected, &type) || expected == &type;
+}
+
+} // namespace vexa::data::detail
