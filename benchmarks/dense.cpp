@@ -161,13 +161,13 @@ bool elementTasks() {
 
     Task read{"checked read a[i][j], 512 x 512",
               elements,
-              7.0,
+              1.15,
               {{"raw", [&] { return add(m->rawMatrix()); }},
                {"ours", [&] { return add(ReadOnlyHandles{m->ours}); }}}};
     m->addPeers(read.contenders, add);
     Task shuffled{"checked read, shuffled",
                   elements,
-                  6.7,
+                  1.7,
                   {{"raw", [&] { return pick(m->rawMatrix()); }},
                    {"ours", [&] { return pick(ReadOnlyHandles{m->ours}); }}}};
     m->addPeers(shuffled.contenders, pick);
@@ -185,7 +185,7 @@ bool elementTasks() {
 
     Task write{"checked a[i][j] = f(a[i][j])",
                elements,
-               21.0,
+               6.0,
                {{"raw", [&] { return change(m->rawMatrix()); }},
                 {"ours", [&] { return change(Handles{m->ours}); }}}};
     m->addPeers(write.contenders, change);

@@ -246,6 +246,31 @@ double addNested(Outer inner) {
     return total;
 }
 
+template <class Outer>
+double writeNested(Outer inner) {
+    std::size_t n = outerCount;
+    std::size_t m = innerCount;
+    hide(n);
+    hide(m);
+    for (std::size_t i = 0; i < n; ++i) {
+        for (std::size_t j = 0; j < m; ++j) {
+            inner(i)[j] = double(i + j);
+        }
+    }
+    return double(inner(1)[2]);
+}
+
+template <class Element>
+double addHandles(Element element) {
+    double total = 0;
+    for (std::size_t i = 0; i < outerCount; ++i) {
+        for (std::size_t j = 0; j < innerCount; ++j) {
+            total += element(i, j);
+        }
+    }
+    return total;
+}
+
 bool cellTasks() {
     static Nested nested;
     static const TypedArray<Array>& cells = nested.cells;
@@ -267,13 +292,33 @@ bool cellTasks() {
         {"vexadata",
          [] { return addNested([](std::size_t i) -> const TypedArray<double> { return cells[i]; }); }});
     kept.contenders.insert(kept.contenders.end(), peers.begin(), peers.end());
-    Task references{"the same, cells[i].held()[j]", reads, 0, {raw}, 60};
+    Task references{"the same, cells[i].held()[j]", reads, 4, {raw}};
     references.contenders.push_back(
         {"vexadata", [] { return addNested([](std::size_t i) { return cells[i].held(); }); }});
     references.contenders.push_back(
         {"kept reference",
          [] { return addNested([](std::size_t i) -> const Reference<Array> { return nested.cells[i]; }); }});
-    return report(kept) && report(references);
+    const Contender rawWrite{
+        "raw", [] { return writeNested([](std::size_t i) -> auto& { return nested.raw[i]; }); }};
+    Task writes{"cells[i].held()[j] = x", reads, 5, {rawWrite}};
+    writes.contenders.push_back(
+        {"vexadata", [] { return writeNested([](std::size_t i) { return nested.cells[i].held(); }); }});
+    Task handles{"a handle an element: TypedArray a = cells[i]; a[j]",
+                 reads,
+                 45,
+                 {{"raw", [] {
+                       return addHandles([](std::size_t i, std::size_t j) {
+                           bench::require(i < nested.raw.size() && j < nested.raw[i].size());
+                           return nested.raw[i][j];
+                       });
+                   }}}};
+    handles.contenders.push_back({"vexadata", [] {
+                                      return addHandles([](std::size_t i, std::size_t j) {
+                                          const TypedArray<double> array = cells[i];
+                                          return double(array[j]);
+                                      });
+                                  }});
+    return report(kept) && report(references) && report(writes) && report(handles);
 }
 
 } // namespace

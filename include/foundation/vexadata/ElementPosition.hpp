@@ -178,7 +178,7 @@ public:
                 return *addressInPlace<T>();
             }
         }
-        if (count_ == 1) {
+        if (count_ == 1 && way_ >= Way::OTHER) {
             keepRewrite(resolve(parts()));
         }
         return isInMatrix() ? readElement<T>(*array_, indexInMatrix(), noFieldName)
@@ -289,6 +289,18 @@ private:
         return target;
     }
 
+    /// Makes one index into a row or column two.
+    /// @throws NotEnoughIndicesProvidedException
+    [[gnu::always_inline]] void spread(std::size_t rows, std::size_t columns) const {
+        if (rows == 1) {
+            indices_[1] = indices_[0];
+            indices_[0] = 0;
+        } else if (columns != 1) {
+            raise<NotEnoughIndicesProvidedException>();
+        }
+        count_ = 2;
+    }
+
     // In a matrix of a class that is recognised.
 
     template <class T>
@@ -303,23 +315,13 @@ private:
     [[gnu::always_inline]] T* addressInPlace() const {
         const vexa::data::detail::InPlace<T>& matrix = inPlaceOf<T>(array_);
         if (count_ == 1) {
-            spreadInPlace(matrix.rows, matrix.columns);
+            spread(matrix.rows, matrix.columns);
         }
         if (__builtin_expect(indices_[0] >= matrix.rows || indices_[1] >= matrix.columns, 0)) {
             raise<EArrayIndexOutOfRange>();
         }
         return matrix.data + indices_[0] + indices_[1] * matrix.rows;
     }
-    [[gnu::always_inline]] void spreadInPlace(std::size_t rows, std::size_t columns) const {
-        if (rows == 1) {
-            indices_[1] = indices_[0];
-            indices_[0] = 0;
-        } else if (columns != 1) {
-            raise<NotEnoughIndicesProvidedException>();
-        }
-        count_ = 2;
-    }
-
     // In an array that is asked. What is out of line takes no address of a position.
 
     /// Being cold marks what follows as unlikely, so that a loop over arrays that are not asked keeps its sums in registers.
@@ -350,11 +352,14 @@ private:
                                                         std::uint64_t count, std::size_t index);
 
     [[gnu::always_inline]] bool isInMatrix() const noexcept {
-        return way_ == Way::MATRIX && count_ == 2 && chain_ == nullptr;
+        return way_ == Way::MATRIX && count_ <= 2 && chain_ == nullptr;
     }
-    /// @throws EArrayIndexOutOfRange
+    /// @throws NotEnoughIndicesProvidedException, EArrayIndexOutOfRange
     [[gnu::always_inline]] std::size_t indexInMatrix() const {
         const std::size_t* extents = dimensions_->data();
+        if (count_ == 1) {
+            spread(extents[0], extents[1]);
+        }
         if (indices_[0] >= extents[0] || indices_[1] >= extents[1]) {
             raise<EArrayIndexOutOfRange>();
         }
