@@ -32,6 +32,8 @@ public:
 
     data::impl::ArrayImpl& operator*() const noexcept { return *array_; }
     data::impl::ArrayImpl* operator->() const noexcept { return array_; }
+    /// Where the pointer lies.
+    data::impl::ArrayImpl* const* place() const noexcept { return &array_; }
     /// Hands the reference over.
     data::impl::ArrayImpl* detach() noexcept { return std::exchange(array_, nullptr); }
 

@@ -118,7 +118,8 @@ PropertyList::PropertyList(std::vector<VexaPropertyIdentifier> ids)
       hasNamesakes_(
           std::any_of(ids_.begin(), ids_.end(), [this](const auto& id) { return isAmbiguous(id); })) {}
 
-std::size_t PropertyList::find(const VexaPropertyIdentifier& id, const std::string& className) const {
+std::size_t PropertyList::findAmongNamesakes(const VexaPropertyIdentifier& id,
+                                             const std::string& className) const {
     if (Access::impl(id) == nullptr) {
         return NameTable::none;
     }
@@ -161,12 +162,7 @@ std::vector<std::string> PropertyList::externalNames() const {
     return names;
 }
 
-std::size_t placeOf(const PropertyList& list, const VexaPropertyIdentifier& id,
-                    const std::string& className) {
-    const std::size_t place = list.find(id, className);
-    if (place != NameTable::none) {
-        return place;
-    }
+void reportUnknown(const PropertyList& list, const VexaPropertyIdentifier& id, const std::string& className) {
     if (Access::impl(id) != nullptr && qualifier(id).empty() && list.isAmbiguous(id)) {
         throw AmbiguousPropertyException(id.getPropertyName(), className);
     }

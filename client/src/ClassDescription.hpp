@@ -5,6 +5,7 @@
 
 #include <foundation/vexadata/ClassInfo.hpp>
 #include <vexa/data/impl/ClassInfoImpl.hpp>
+#include <vexa/data/impl/IdentifierImpl.hpp>
 
 #include <cstddef>
 #include <memory>
@@ -30,7 +31,12 @@ public:
     /// The place of the property that `id` means in the class `className`: with a class, or linked to a superclass, the one that
     /// this class defines; without, the class's own, or else the only inherited one of the name. `NameTable::none` when there is
     /// none, or more than one. A link to a class that defines none of them does not matter.
-    std::size_t find(const VexaPropertyIdentifier& id, const std::string& className) const;
+    std::size_t find(const VexaPropertyIdentifier& id, const std::string& className) const {
+        const auto& name = foundation::vexadata::detail::Access::impl(id);
+        return name != nullptr && name->className().empty() && !hasNamesakes_
+                   ? names_.find(name->propertyName())
+                   : findAmongNamesakes(id, className);
+    }
     /// Whether several properties have the name of `id`.
     bool isAmbiguous(const VexaPropertyIdentifier& id) const;
     /// The same identifiers in the same order.
@@ -38,6 +44,9 @@ public:
     std::vector<std::string> externalNames() const;
 
 private:
+    [[gnu::cold]] std::size_t findAmongNamesakes(const VexaPropertyIdentifier& id,
+                                                 const std::string& className) const;
+
     std::vector<VexaPropertyIdentifier> ids_;
     NameTable names_;
     bool hasNamesakes_ = false; // several properties of one name, as after redefining one
@@ -79,8 +88,19 @@ private:
     PropertyList arrayProperties_;
 };
 
+/// @throws UnknownPropertyException, AmbiguousPropertyException
+[[noreturn, gnu::cold]] void reportUnknown(const PropertyList& list, const VexaPropertyIdentifier& id,
+                                           const std::string& className);
+
 /// The place of a property in a list of the class.
 /// @throws UnknownPropertyException, AmbiguousPropertyException
-std::size_t placeOf(const PropertyList& list, const VexaPropertyIdentifier& id, const std::string& className);
+inline std::size_t placeOf(const PropertyList& list, const VexaPropertyIdentifier& id,
+                           const std::string& className) {
+    const std::size_t place = list.find(id, className);
+    if (place == NameTable::none) {
+        reportUnknown(list, id, className);
+    }
+    return place;
+}
 
 } // namespace vexa::client

@@ -1,5 +1,7 @@
 #include "CellArray.hpp"
 #include "Factory.hpp"
+#include "StringArray.hpp"
+#include "StructArray.hpp"
 
 #include <vexa/client/Client.hpp>
 #include <vexa/data/detail/InPlace.hpp>
@@ -21,6 +23,8 @@ data::impl::ArrayFactoryImpl* sharedFactory() {
 /// Runs when the library is loaded. Another back-end that came first keeps the place, and loading still succeeds.
 const bool registeredOnLoad = [] {
     data::detail::recognise(data::detail::RecognisedKind::CELLS, typeid(CellArray));
+    data::detail::recognise(data::detail::RecognisedKind::STRINGS, typeid(StringArray));
+    data::detail::recognise(data::detail::RecognisedKind::STRUCTS, typeid(StructArray));
     try {
         return registerBackEnd();
     } catch (const std::logic_error&) {

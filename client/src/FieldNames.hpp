@@ -30,7 +30,7 @@ public:
     }
 
 private:
-    [[noreturn]] static void reportUnknown(const std::string& name);
+    [[noreturn, gnu::cold]] static void reportUnknown(const std::string& name);
 
     NameTable names_;
 };

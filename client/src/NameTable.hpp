@@ -1,9 +1,11 @@
 // From names to their places in a list.
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
-#include <functional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -17,17 +19,19 @@ public:
     static constexpr std::size_t none = static_cast<std::size_t>(-1);
 
     explicit NameTable(std::vector<std::string> names) : names_(std::move(names)) {
-        std::size_t buckets = 2;
-        while (buckets < 2 * names_.size()) {
-            buckets *= 2;
+        int bits = 1;
+        while ((std::size_t{1} << bits) < 2 * names_.size()) {
+            ++bits;
         }
-        buckets_.assign(buckets, none);
-        for (std::size_t position = 0; position < names_.size(); ++position) {
-            std::size_t bucket = firstBucket(names_[position]);
-            while (buckets_[bucket] != none) {
+        shift_ = 64 - bits;
+        buckets_.resize(std::size_t{1} << bits);
+        for (std::size_t place = 0; place < names_.size(); ++place) {
+            const Key key = keyOf(names_[place]);
+            std::size_t bucket = firstBucket(key);
+            while (buckets_[bucket].place != none) {
                 bucket = next(bucket);
             }
-            buckets_[bucket] = position;
+            buckets_[bucket] = {key, place};
         }
     }
 
@@ -40,10 +44,12 @@ public:
     /// The first place of `name` that `accepts(place)`, in the order of the list; `none` when there is none.
     template <class Accepts>
     std::size_t find(const std::string& name, Accepts accepts) const {
-        for (std::size_t bucket = firstBucket(name); buckets_[bucket] != none; bucket = next(bucket)) {
-            const std::size_t place = buckets_[bucket];
-            if (isAt(place, name) && accepts(place)) {
-                return place;
+        const Key key = keyOf(name);
+        for (std::size_t bucket = firstBucket(key); buckets_[bucket].place != none; bucket = next(bucket)) {
+            const Bucket& found = buckets_[bucket];
+            if (found.key == key && (key.length <= shortest || names_[found.place] == name) &&
+                accepts(found.place)) {
+                return found.place;
             }
         }
         return none;
@@ -53,18 +59,57 @@ public:
     }
 
 private:
-    bool isAt(std::size_t place, const std::string& name) const noexcept {
-        const std::string& candidate = names_[place];
-        return candidate.size() == name.size() &&
-               std::memcmp(candidate.data(), name.data(), name.size()) == 0;
+    static constexpr std::size_t shortest = 16; // the longest name that is all in its key
+
+    /// The first 16 bytes of a name, filled up with zeros. Of a longer name the first word is mixed with all that follows.
+    struct Key {
+        std::uint64_t first = 0;
+        std::uint64_t second = 0;
+        std::size_t length = 0;
+
+        friend bool operator==(const Key& a, const Key& b) noexcept {
+            return ((a.first ^ b.first) | (a.second ^ b.second) | (a.length ^ b.length)) == 0;
+        }
+    };
+    struct Bucket {
+        Key key;
+        std::size_t place = none;
+    };
+
+    static std::uint64_t load(const char* text) noexcept {
+        std::uint64_t word = 0;
+        std::memcpy(&word, text, sizeof word);
+        return word;
     }
-    std::size_t next(std::size_t bucket) const noexcept { return (bucket + 1) & (buckets_.size() - 1); }
-    std::size_t firstBucket(const std::string& name) const noexcept {
-        return std::hash<std::string_view>()(name) & (buckets_.size() - 1);
+    /// Strings have room for 16 bytes at least. Names of all lengths in turn take no branch that could be mispredicted.
+    static Key keyOf(const std::string& name) noexcept {
+        static constexpr std::array<char, 32> mask{-1, -1, -1, -1, -1, -1, -1, -1,
+                                                   -1, -1, -1, -1, -1, -1, -1, -1};
+        const char* text = name.data();
+        const std::size_t length = name.size();
+        const char* const kept = mask.data() + shortest - std::min(length, shortest);
+        Key key{load(text) & load(kept), load(text + 8) & load(kept + 8), length};
+        if (length > shortest) {
+            for (std::size_t k = shortest; k + 8 < length; k += 8) {
+                key.first = (key.first ^ (key.first >> 29)) * factor + load(text + k);
+            }
+            key.first = (key.first ^ (key.first >> 29)) * factor + load(text + length - 8);
+        }
+        return key;
     }
 
+    std::size_t next(std::size_t bucket) const noexcept { return (bucket + 1) & (buckets_.size() - 1); }
+    /// The upper bits of products depend on all bits of the factors.
+    std::size_t firstBucket(const Key& key) const noexcept {
+        return (key.first * factor + (key.second ^ key.length) * otherFactor) >> shift_;
+    }
+
+    static constexpr std::uint64_t factor = 0x9E3779B97F4A7C15;
+    static constexpr std::uint64_t otherFactor = 0xC2B2AE3D27D4EB4F;
+
     std::vector<std::string> names_;
-    std::vector<std::size_t> buckets_; // places by hash, open addressing, half empty
+    std::vector<Bucket> buckets_; // by key, open addressing, half empty
+    int shift_ = 0;
 };
 
 /// A letter followed by letters, digits and underscores.

@@ -10,8 +10,13 @@
 namespace vexa::client {
 
 StringArray::StringArray(Dimensions dimensions)
-    : ColumnMajorArray(std::move(dimensions)), slots_(allocatable<Slot>(getNumberOfElements())) {}
-StringArray::StringArray(const StringArray&) = default;
+    : ColumnMajorArray(std::move(dimensions)), slots_(allocatable<Slot>(getNumberOfElements())) {
+    showPositions(getDimensions());
+}
+StringArray::StringArray(const StringArray& other)
+    : ColumnMajorArray(other), slots_(other.slots_), longTexts_(other.longTexts_), gaps_(other.gaps_) {
+    showPositions(getDimensions());
+}
 StringArray::~StringArray() = default;
 
 ArrayImpl* StringArray::sharedCopy() const { return new StringArray(*this); }

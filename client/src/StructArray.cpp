@@ -98,8 +98,17 @@ bool equalArrays(const Held& a, const Held& b) { return borrowed(a) == borrowed(
 StructArray::StructArray(Dimensions dimensions, std::vector<std::string> fieldNames)
     : ColumnMajorArray(std::move(dimensions)),
       names_(std::make_shared<FieldNames>(std::move(fieldNames))),
-      values_(numberOfValues(getNumberOfElements(), names_->size()), emptyArray()) {}
-StructArray::StructArray(const StructArray&) = default;
+      values_(numberOfValues(getNumberOfElements(), names_->size()), emptyArray()) {
+    showPositions(getDimensions());
+}
+StructArray::StructArray(const StructArray& other)
+    : ColumnMajorArray(other),
+      ArrayHolder(other),
+      Comparable(other),
+      names_(other.names_),
+      values_(other.values_) {
+    showPositions(getDimensions());
+}
 StructArray::~StructArray() {
     if (hasNested()) {
         releaseAll(std::move(values_));

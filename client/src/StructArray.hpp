@@ -7,6 +7,7 @@
 #include "FieldNames.hpp"
 
 #include <foundation/vexadata/StructElement.hpp>
+#include <vexa/data/impl/InPlaceStructImpl.hpp>
 #include <vexa/data/impl/StructArrayImpl.hpp>
 
 #include <cstddef>
@@ -18,7 +19,7 @@ namespace vexa::client {
 
 /// Records one after another in column-major order, the values of each in the order of the fields. Copies share the values; a
 /// value that others share is copied before something inside it is written.
-class StructArray final : public ColumnMajorArray<data::impl::StructArrayImpl>,
+class StructArray final : public ColumnMajorArray<data::impl::InPlaceStructImpl>,
                           public ArrayHolder,
                           public Comparable {
     using Element = foundation::vexadata::StructElement;
@@ -47,6 +48,9 @@ public:
     data::detail::IteratorImpl* createFieldValuesIterator(std::size_t index, bool atEnd) override;
     /// @throws UnknownFieldException
     ArrayImpl* getField(std::size_t index, const std::string& fieldName) const override;
+    ArrayImpl* const* getFieldPlace(std::size_t index, const std::string& fieldName) const override {
+        return values_[slotOf(index, fieldName)].place();
+    }
     void setFieldValues(std::size_t index, std::vector<foundation::vexadata::Array> values) override;
 
     std::size_t numberOfSlots() const noexcept override;

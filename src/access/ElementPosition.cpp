@@ -1,4 +1,9 @@
+#include "../core/ByType.hpp"
+#include "FieldReference.hpp"
+
 #include <foundation/vexadata/ElementPosition.hpp>
+#include <foundation/vexadata/TypeInformation.hpp>
+#include <vexa/data/impl/InPlaceStructImpl.hpp>
 
 namespace foundation::vexadata::detail {
 
@@ -11,9 +16,80 @@ const std::vector<std::size_t>& dimensionsOf(const ArrayImpl* array, const std::
     return known != nullptr ? *known : array->getDimensions();
 }
 
+/// Extents of a matrix of plain values of a recognised class; without rows for all other arrays.
+struct PlainMatrix {
+    std::size_t rows = 0;
+    std::size_t columns = 0;
+    ArrayType type = ArrayType::UNKNOWN;
+};
+
+template <class T>
+bool isPlainMatrixOf(const ArrayImpl& array, PlainMatrix& found) noexcept {
+    if (!InPlaceClass<T>::recognises(array)) {
+        return false;
+    }
+    const auto& matrix = static_cast<const typename InPlaceClass<T>::Base&>(array).inPlace();
+    found = {matrix.rows, matrix.columns, arrayTypeOf<T>};
+    return true;
+}
+
+PlainMatrix plainMatrixOf(const ArrayImpl& array) {
+    PlainMatrix found;
+    if (!isPlainMatrixOf<double>(array, found)) {
+        withPrimitive(array.getType(), [&](auto zero) { isPlainMatrixOf<decltype(zero)>(array, found); });
+    }
+    return found;
+}
+
 } // namespace
 
+ElementPosition ElementPosition::inside(std::shared_ptr<ReferenceImpl>& chain, std::size_t index) {
+    if (isExactly<FieldReference>(*chain)) {
+        const auto& field = static_cast<const FieldReference&>(*chain);
+        ArrayImpl* const records = field.getArrayImpl();
+        if (InPlaceClass<StructElement>::recognises(*records) && !field.stringIndex().empty()) {
+            ArrayImpl* const* place =
+                static_cast<vexa::data::impl::InPlaceStructImpl*>(records)->getFieldPlace(
+                    field.record(), field.stringIndex());
+            const PlainMatrix matrix = plainMatrixOf(**place);
+            if (matrix.rows != 0 && (*place)->referenceCount() == 1) {
+                ElementPosition position(*place, reinterpret_cast<const std::vector<std::size_t>*>(place),
+                                         insideOf(matrix.type), 1, index);
+                position.indices_[1] = matrix.rows;
+                position.indices_[2] = matrix.columns;
+                position.chain_ = chain.get();
+                position.chain_->retain();
+                return position;
+            }
+        }
+    }
+    return ElementPosition(createReferenceWithIndex<false>(chain, index));
+}
+
+ReferenceImpl& ElementPosition::settled() const {
+    const ArrayImpl& array = **place();
+    if (insideOf(array.getType()) != way_) {
+        raise<TypeMismatchException>();
+    }
+    if (array.getDimensions() != std::vector<std::size_t>{indices_[1], indices_[2]}) {
+        raise<EArrayIndexOutOfRange>();
+    }
+    chain_->retain();
+    std::shared_ptr<ReferenceImpl> field = Access::createSharedPtr(chain_);
+    const std::shared_ptr<ReferenceImpl> element = createReferenceWithIndex<false>(field, indices_[0]);
+    if (count_ == resolved) {
+        element->getLinearIndex();
+    }
+    element->retain();
+    std::exchange(chain_, element.get())->release();
+    way_ = Way::OTHER;
+    return *chain_;
+}
+
 ReferenceImpl& ElementPosition::makeChain() const {
+    if (isInside()) {
+        return settled();
+    }
     if (chain_ == nullptr) {
         using vexa::data::detail::ArrayReferenceImpl;
         if (count_ == known) {
@@ -60,14 +136,29 @@ ElementPosition::Target ElementPosition::targetOf(ReferenceImpl& chain, ArrayImp
     return {array, chain.getLinearIndex(), &chain.stringIndex(), 0, 0, 0};
 }
 
+/// Ready for a write too, as whatever lies on a way that was made for writing.
+ElementPosition::Target ElementPosition::settledTarget(Parts position) {
+    position.chain->retain();
+    const ElementPosition copy(position);
+    ReferenceImpl& element = copy.settled();
+    return {detail::arrayForWrite(element), element.getLinearIndex(), &noFieldName, 0, 0, 0};
+}
+
 ElementPosition::Target ElementPosition::resolve(Parts position) {
-    return position.chain == nullptr ? targetOf(position)
-                                     : targetOf(*position.chain, position.chain->getArrayImpl());
+    if (position.chain == nullptr) {
+        return targetOf(position);
+    }
+    if (position.way >= Way::INSIDE) {
+        return settledTarget(position);
+    }
+    return targetOf(*position.chain, position.chain->getArrayImpl());
 }
 
 ElementPosition::Target ElementPosition::resolveForWrite(Parts position) {
     if (position.chain != nullptr) {
-        return targetOf(*position.chain, detail::arrayForWrite(*position.chain));
+        return position.way >= Way::INSIDE
+                   ? settledTarget(position)
+                   : targetOf(*position.chain, detail::arrayForWrite(*position.chain));
     }
     if (position.count != known) {
         position.array->unshare();
@@ -85,6 +176,18 @@ void ElementPosition::checkFurther(const ArrayImpl* array, const std::vector<std
 }
 
 ReferenceImpl* ElementPosition::longerChain(Parts position, std::size_t index) {
+    if (position.way >= Way::INSIDE) {
+        const ElementPosition field(position);
+        try {
+            ElementPosition longer(field);
+            longer.settled();
+            longer.appendToChain(index);
+            return std::exchange(longer.chain_, nullptr);
+        } catch (...) {
+            position.chain->retain(); // the caller goes on owning it
+            throw;
+        }
+    }
     ElementPosition longer(position);
     try {
         longer.appendToChain(index);

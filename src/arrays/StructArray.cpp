@@ -1,3 +1,6 @@
+#include "../access/FieldReference.hpp"
+#include "../core/SpareBlock.hpp"
+
 #include <foundation/vexadata/StructArray.hpp>
 #include <vexa/data/impl/StructArrayImpl.hpp>
 
@@ -37,21 +40,6 @@ Iterator fieldValues(const detail::ElementPosition& position, bool atEnd) {
                  : Iterator(array.createFieldValuesIterator(index, false));
 }
 
-/// A chain of its own to a field of the record. It depends on the record's chain, if there is one: what happens before a write
-/// to the record, which may lie in a cell that others share, happens before one to its field.
-std::shared_ptr<detail::ReferenceImpl> fieldChain(const detail::ElementPosition& record,
-                                                  const std::string& fieldName) {
-    if (!record.fieldName().empty()) {
-        detail::raise<CanOnlyUseOneStringIndexException>();
-    }
-    const std::size_t index = record.linearIndex();
-    auto chain = record.hasChain() ? detail::copyChain(record.chain())
-                                   : detail::Access::createSharedPtr<detail::ReferenceImpl>(
-                                         new vexa::data::detail::ArrayReferenceImpl(record.array(), index));
-    chain->addIndex(fieldName);
-    return chain;
-}
-
 vexa::data::impl::ArrayImpl& heldStruct(const std::shared_ptr<detail::ReferenceImpl>& chain) {
     return detail::heldArray<StructArray, NotEnoughIndicesProvidedException>(chain);
 }
@@ -78,9 +66,9 @@ std::size_t StructArrayExt::getNumberOfFields() const { return structOf(heldStru
 
 FieldNames StructElement::getFieldNames() const { return namesOf(structOf(position_)); }
 std::size_t StructElement::getNumberOfFields() const { return structOf(position_).getNumFields(); }
-const Array StructElement::operator[](const std::string& fieldName) const {
-    const StructArrayImpl& array = structOf(position_);
-    return Array(array.getField(position_.linearIndex(), fieldName));
+const Array StructElement::askedField(detail::ElementPosition position, const std::string& fieldName) {
+    const StructArrayImpl& array = structOf(position);
+    return Array(array.getField(position.linearIndex(), fieldName));
 }
 StructElement::const_iterator StructElement::cbegin() const {
     return fieldValues<const_iterator>(position_, false);
@@ -89,9 +77,6 @@ StructElement::const_iterator StructElement::cend() const {
     return fieldValues<const_iterator>(position_, true);
 }
 
-Reference<Array> StructRefExt::operator[](const std::string& fieldName) {
-    return Reference<Array>(fieldChain(position_, fieldName));
-}
 StructRefExt::iterator StructRefExt::begin() {
     position_.prepareForWrite();
     return fieldValues<iterator>(position_, false);
@@ -110,6 +95,33 @@ const Array Reference<Array>::operator[](const std::string& fieldName) const {
 
 namespace detail {
 
+std::shared_ptr<ReferenceImpl> chainToField(ArrayImpl* records, std::size_t index,
+                                            const std::string& fieldName) {
+    return FieldReference::make(records, index, fieldName);
+}
+
+/// It depends on the record's chain, if there is one: what happens before a write to the record, which may lie in a cell that others
+/// share, happens before one to its field.
+std::shared_ptr<ReferenceImpl> chainToField(ElementPosition record, const std::string& fieldName) {
+    if (!record.fieldName().empty()) {
+        raise<CanOnlyUseOneStringIndexException>();
+    }
+    const std::size_t index = record.linearIndex();
+    if (!record.hasChain()) {
+        return chainToField(record.array(), index, fieldName);
+    }
+    std::shared_ptr<ReferenceImpl> chain = copyChain(record.chain());
+    chain->addIndex(fieldName);
+    return chain;
+}
+
+const Array fieldOf(const ArrayImpl& records, std::size_t index, const std::string& fieldName) {
+    // Usually a handle that is only looked into.
+    return Array(
+        std::shared_ptr<ArrayImpl>(static_cast<const StructArrayImpl&>(records).getField(index, fieldName),
+                                   ReleaseReference(), SpareAllocator<ArrayImpl>()));
+}
+
 const Array fieldOf(const ElementPosition& record, const std::string& fieldName, std::true_type) {
     requireStruct(*record.array());
     return StructElement(record)[fieldName];
@@ -117,7 +129,7 @@ const Array fieldOf(const ElementPosition& record, const std::string& fieldName,
 
 Reference<Array> fieldOf(const ElementPosition& record, const std::string& fieldName, std::false_type) {
     requireStruct(*record.array());
-    return Reference<Array>(fieldChain(record, fieldName));
+    return Reference<Array>(chainToField(record, fieldName));
 }
 
 void storeRecord(const ElementPosition& position, std::vector<Array> values) {

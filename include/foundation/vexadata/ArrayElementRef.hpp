@@ -67,11 +67,11 @@ private:
     const detail::ElementPosition& kept() const noexcept { return position_; }
     template <class T>
     [[gnu::always_inline]] const T* tryRecognised() const noexcept {
-        return position_.template tryRecognised<T>();
+        return position_.template tryRecognised<T>(false);
     }
     template <class T>
     [[gnu::always_inline]] T* tryRecognisedForWrite() const noexcept {
-        return position_.template tryRecognised<T>();
+        return position_.template tryRecognised<T>(true);
     }
 
     friend struct detail::Access;

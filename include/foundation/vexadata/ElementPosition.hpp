@@ -7,6 +7,8 @@
 #include <vexa/data/detail/IndexRules.hpp>
 #include <vexa/data/impl/DenseArrayImpl.hpp>
 #include <vexa/data/impl/InPlaceArrayImpl.hpp>
+#include <vexa/data/impl/StringArrayImpl.hpp>
+#include <vexa/data/impl/StructArrayImpl.hpp>
 
 #include <cstddef>
 #include <cstdint>
@@ -45,6 +47,13 @@ struct NamedInPlaceClass {
 template <>
 struct InPlaceClass<Array, false>
     : NamedInPlaceClass<TypedArrayImpl<Array>, Array, vexa::data::detail::RecognisedKind::CELLS> {};
+/// Where a text or a record lies is known; what is in it, the back-end is asked.
+template <>
+struct InPlaceClass<String, false> : NamedInPlaceClass<vexa::data::impl::StringArrayImpl, const void,
+                                                       vexa::data::detail::RecognisedKind::STRINGS> {};
+template <>
+struct InPlaceClass<StructElement, false> : NamedInPlaceClass<vexa::data::impl::StructArrayImpl, const void,
+                                                              vexa::data::detail::RecognisedKind::STRUCTS> {};
 
 /// Either up to three indices into an array, or a shared chain. Follows the rules of the shared chain in the same order,
 /// and asks the back-end for the same operations. The array is borrowed and never counted: a position is valid while
@@ -72,6 +81,18 @@ public:
         }
         return first(array, index);
     }
+
+    /// The same into an array of any kind. In a matrix of the most usual kinds nothing is asked.
+    [[gnu::always_inline]] static ElementPosition firstOfAny(ArrayImpl* array, std::size_t index) {
+        return isPlainMatrix<double>(*array) || isPlainMatrix<char16_t>(*array)
+                   ? ElementPosition(array, nullptr, Way::PLAIN, 1, index)
+                   : first(array, index);
+    }
+
+    /// An element of the array that the element of `chain` holds, everything on the way made private. In place when it is the field
+    /// of a record of a recognised class.
+    /// @throws NotEnoughIndicesProvidedException when the element holds no array; index errors of either level
+    VEXADATA_API static ElementPosition inside(std::shared_ptr<ReferenceImpl>& chain, std::size_t index);
 
     /// An element whose position is known, as iterators know it. Whether it may be written was decided when the iterator
     /// was made: nothing happens before a write.
@@ -132,17 +153,18 @@ public:
             indices_[count_++] = index;
         } else {
             chain_ = longerChain(parts(), index);
+            way_ = Way::OTHER;
         }
     }
 
     /// The array indexed into, borrowed.
     [[gnu::always_inline]] ArrayImpl* array() const {
-        return chain_ == nullptr ? array_ : chain_->getArrayImpl();
+        return chain_ == nullptr ? array_ : isInside() ? *place() : chain_->getArrayImpl();
     }
 
     [[gnu::always_inline]] void prepareForWrite() const {
         if (chain_ != nullptr) {
-            chain_->prepareForWrite();
+            end().prepareForWrite();
         } else if (count_ != known) {
             array_->unshare();
         }
@@ -152,20 +174,20 @@ public:
     /// caller's own handle, which outlives the call, so that its indices may be read after the back-end's operation.
     [[gnu::always_inline]] ArrayImpl* arrayForWrite() const {
         if (chain_ != nullptr) {
-            return detail::arrayForWrite(*chain_);
+            return detail::arrayForWrite(end());
         }
         prepareForWrite();
         return array_;
     }
 
     [[gnu::always_inline]] const std::string& fieldName() const noexcept {
-        return chain_ == nullptr ? noFieldName : chain_->stringIndex();
+        return chain_ == nullptr || isInside() ? noFieldName : chain_->stringIndex();
     }
 
     /// @throws NotEnoughIndicesProvidedException, EArrayIndexOutOfRange
     [[gnu::always_inline]] std::size_t linearIndex() const {
         if (chain_ != nullptr) {
-            return chain_->getLinearIndex();
+            return end().getLinearIndex();
         }
         return isInMatrix() ? indexInMatrix() : keepRewrite(resolve(parts())).index;
     }
@@ -176,6 +198,10 @@ public:
         if constexpr (isPrimitiveElement<T>) {
             if (isInPlace()) {
                 return *addressInPlace<T>();
+            }
+        } else if constexpr (std::is_same_v<T, String>) {
+            if (isInPlace()) {
+                return readElement<T>(*array_, indexInPlace<T>(), noFieldName);
             }
         }
         if (count_ == 1 && way_ >= Way::OTHER) {
@@ -204,6 +230,24 @@ public:
         writeElement<T>(*target.array, target.index, *target.fieldName, std::move(value));
     }
 
+    /// Whether it is known that `indexInPlace` tells the position: in a matrix of the recognised class.
+    [[gnu::always_inline]] bool isInPlace() const noexcept {
+        return way_ == Way::IN_PLACE && chain_ == nullptr && count_ <= 2;
+    }
+    /// The position in an array of elements `T`.
+    /// @throws NotEnoughIndicesProvidedException, EArrayIndexOutOfRange
+    template <class T>
+    [[gnu::always_inline]] std::size_t indexInPlace() const {
+        const auto& matrix = inPlaceOf<T>(array_);
+        if (count_ == 1) {
+            spread(matrix.rows, matrix.columns);
+        }
+        if (__builtin_expect(indices_[0] >= matrix.rows || indices_[1] >= matrix.columns, 0)) {
+            raise<EArrayIndexOutOfRange>();
+        }
+        return indices_[0] + indices_[1] * matrix.rows;
+    }
+
     /// The element itself when it is known to be reached in place: of a matrix of a recognised class with elements `T`. Null otherwise,
     /// and when it is not there.
     template <class T>
@@ -212,14 +256,19 @@ public:
     }
     /// The same where the kind of the array was not known when the position was made.
     template <class T>
-    [[gnu::always_inline]] T* tryRecognised() const noexcept {
-        return chain_ == nullptr && way_ == Way::MATRIX && count_ <= 2 && InPlaceClass<T>::recognises(*array_)
+    [[gnu::always_inline]] T* tryRecognised(bool forWrite) const noexcept {
+        if (chain_ != nullptr) {
+            return way_ == insideOf(arrayTypeOf<T>) ? tryInside<T>(forWrite) : nullptr;
+        }
+        return way_ < Way::OTHER && count_ <= 2 && InPlaceClass<T>::recognises(*array_)
                    ? inPlaceOf<T>(array_).element(count_, indices_[0], indices_[1])
                    : nullptr;
     }
 
     /// Whether the element was known without indices: an iterator stands on it, or it is a field.
-    bool isFixed() const noexcept { return chain_ == nullptr ? count_ == known : chain_->indexCount() == 0; }
+    bool isFixed() const noexcept {
+        return chain_ == nullptr ? count_ == known : !isInside() && chain_->indexCount() == 0;
+    }
 
     /// Whether a shared chain leads there, on which the array can be another one at the next call.
     bool hasChain() const noexcept { return chain_ != nullptr; }
@@ -235,10 +284,45 @@ private:
     /// How the element is reached while the indices are in place. As wide as a count: compilers compare two neighbouring halves of a
     /// word at once, and wait for both to be written.
     enum class Way : std::uint64_t {
-        IN_PLACE, ///< a column-major matrix of a recognised class, of which nothing was asked so far
-        MATRIX,   ///< a column-major matrix
-        OTHER     ///< plus the layout: any other array, and elements whose position is known
+        IN_PLACE, ///< a column-major matrix of the recognised class for the elements of the handle; nothing was asked so far
+        PLAIN,           ///< the same, of some class of plain values
+        MATRIX,          ///< a column-major matrix
+        OTHER,           ///< plus the layout: any other array, and elements whose position is known
+        INSIDE = 1 << 16 ///< plus the type: a matrix in a field, see `inside`
     };
+
+    // Inside a field the chain leads to the field, and other members have a meaning of their own: the place of the field's pointer, the
+    // index, and the extents that its array had when the position was made. In an array of another kind or shape the index means
+    // nothing. For whatever is not done in place, `end` makes the chain into the array.
+
+    /// The count inside a field once the element was reached: further indices do not move it then.
+    static constexpr std::uint64_t resolved = 2;
+    static constexpr Way insideOf(ArrayType type) noexcept {
+        return static_cast<Way>(static_cast<std::uint64_t>(Way::INSIDE) + static_cast<std::uint64_t>(type));
+    }
+    bool isInside() const noexcept { return way_ >= Way::INSIDE; }
+    /// In the room of the dimensions.
+    ArrayImpl* const* place() const noexcept { return reinterpret_cast<ArrayImpl* const*>(dimensions_); }
+    template <class T>
+    [[gnu::always_inline]] T* tryInside(bool forWrite) const noexcept {
+        const ArrayImpl* const array = *place();
+        if (!InPlaceClass<T>::recognises(*array)) {
+            return nullptr;
+        }
+        const auto& matrix = inPlaceOf<T>(array);
+        if (matrix.rows != indices_[1] || matrix.columns != indices_[2]) {
+            return nullptr;
+        }
+        T* const element = matrix.element(1, indices_[0], 0);
+        if (element != nullptr) {
+            count_ = resolved;
+        }
+        return forWrite && array->referenceCount() != 1 ? nullptr : element;
+    }
+    /// The chain to the element.
+    /// @throws TypeMismatchException, EArrayIndexOutOfRange when the field holds another kind of array by now
+    ReferenceImpl& end() const { return isInside() ? settled() : *chain_; }
+    [[gnu::cold]] VEXADATA_API ReferenceImpl& settled() const;
 
     /// A position without ownership, passed by value: one whose own address nobody has stays in registers.
     struct Parts {
@@ -304,23 +388,16 @@ private:
     // In a matrix of a class that is recognised.
 
     template <class T>
+    [[gnu::always_inline]] static bool isPlainMatrix(const ArrayImpl& array) noexcept {
+        return InPlaceClass<T>::recognises(array) && inPlaceOf<T>(&array).rows != 0;
+    }
+    template <class T>
     [[gnu::always_inline]] static const auto& inPlaceOf(const ArrayImpl* array) noexcept {
         return static_cast<const typename InPlaceClass<T>::Base*>(array)->inPlace();
     }
-    [[gnu::always_inline]] bool isInPlace() const noexcept {
-        return way_ == Way::IN_PLACE && chain_ == nullptr && count_ <= 2;
-    }
-    /// @throws NotEnoughIndicesProvidedException, EArrayIndexOutOfRange
     template <class T>
     [[gnu::always_inline]] T* addressInPlace() const {
-        const vexa::data::detail::InPlace<T>& matrix = inPlaceOf<T>(array_);
-        if (count_ == 1) {
-            spread(matrix.rows, matrix.columns);
-        }
-        if (__builtin_expect(indices_[0] >= matrix.rows || indices_[1] >= matrix.columns, 0)) {
-            raise<EArrayIndexOutOfRange>();
-        }
-        return matrix.data + indices_[0] + indices_[1] * matrix.rows;
+        return inPlaceOf<T>(array_).data + indexInPlace<T>();
     }
     // In an array that is asked. What is out of line takes no address of a position.
 
@@ -372,6 +449,7 @@ private:
     [[gnu::cold]] VEXADATA_API static Target resolveForWrite(Parts position);
     static std::uint64_t indexOf(Parts& position);
     static Target targetOf(Parts position);
+    static Target settledTarget(Parts position);
     static Target targetOf(ReferenceImpl& chain, ArrayImpl* array);
     template <class T>
     [[gnu::noinline, gnu::cold]] static T readResolved(ArrayImpl* array,
@@ -395,7 +473,7 @@ private:
 
     ArrayImpl* array_ = nullptr;
     const std::vector<std::size_t>* dimensions_ = nullptr; // null in place
-    Way way_ = Way::OTHER;
+    mutable Way way_ = Way::OTHER;
     mutable std::uint64_t count_ = 0;
     mutable std::uint64_t indices_[capacity] = {0, 0, 0};
     mutable ReferenceImpl* chain_ = nullptr; // owns one reference

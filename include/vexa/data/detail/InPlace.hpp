@@ -34,6 +34,13 @@ struct InPlace {
     }
 };
 
+/// The same for elements whose storage is the back-end's own: a position is all that is known.
+template <>
+struct InPlace<const void> {
+    std::size_t rows = 0;
+    std::size_t columns = 0;
+};
+
 /// Kinds of arrays of which a back-end may have one class recognised.
 enum class RecognisedKind : std::size_t { CELLS, STRINGS, STRUCTS };
 
