@@ -25,6 +25,7 @@ const bool registeredOnLoad = [] {
     data::detail::recognise(data::detail::RecognisedKind::CELLS, typeid(CellArray));
     data::detail::recognise(data::detail::RecognisedKind::STRINGS, typeid(StringArray));
     data::detail::recognise(data::detail::RecognisedKind::STRUCTS, typeid(StructArray));
+    data::detail::recogniseFactory(typeid(Factory));
     try {
         return registerBackEnd();
     } catch (const std::logic_error&) {

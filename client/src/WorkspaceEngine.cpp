@@ -1,3 +1,4 @@
+#include "ArrayHolder.hpp"
 #include "NameTable.hpp"
 
 #include <foundation/vexadata/Array.hpp>
@@ -36,13 +37,13 @@ struct NameHash {
 class Variables {
 public:
     /// Null when there is no such variable.
-    const fv::Array* find(const char* name) const {
+    ArrayImpl* find(const char* name) const {
         const auto found = values_.find(textOf(name));
         if (found == values_.end()) {
             requireValid(name); // what is found is valid
             return nullptr;
         }
-        return &found->second;
+        return &*found->second;
     }
     void erase(const char* name) {
         requireValid(name);
@@ -62,8 +63,8 @@ public:
     void takeBack() noexcept { lent_ = {}; }
 
     /// Everything that can fail happens before the first variable changes.
-    using Values = std::unordered_map<std::string, fv::Array, NameHash, std::equal_to<>>;
-    static void stage(Values& staged, const char* name, fv::Array value) {
+    using Values = std::unordered_map<std::string, Held, NameHash, std::equal_to<>>;
+    static void stage(Values& staged, const char* name, Held value) {
         requireValid(name);
         staged.insert_or_assign(name, std::move(value));
     }
@@ -106,33 +107,37 @@ void forEachVariable(const ForwardIteratorImpl* begin, const ForwardIteratorImpl
     }
 }
 
-/// The array of a variable with a reference for the caller; null for none.
-ArrayImpl* shared(const fv::Array* variable) {
-    if (variable == nullptr) {
-        return nullptr;
+ArrayImpl* getVariable(Context context, const char* name) {
+    ArrayImpl* array = variablesOf(context).find(name);
+    if (array != nullptr) {
+        array->retain();
     }
-    ArrayImpl* array = Access::impl(*variable).get();
-    array->retain();
     return array;
 }
 
-ArrayImpl* getVariable(Context context, const char* name) { return shared(variablesOf(context).find(name)); }
-
 void getVariables(Context context, ForwardIteratorImpl* begin, ForwardIteratorImpl* end) {
     const Variables& variables = variablesOf(context);
-    forEachVariable(begin, end, [&](VariableInfoImplData& record, std::size_t k) {
-        if (ArrayImpl* array = shared(variables.find(record.getName(k)))) {
-            record.setValue(k, array);
+    // All are looked up before the first is handed over: short steps, whose waits for memory overlap.
+    std::vector<ArrayImpl*> found;
+    forEachVariable(begin, end, [&](const VariableInfoImplData& record, std::size_t k) {
+        found.push_back(variables.find(record.getName(k)));
+        __builtin_prefetch(found.back(), 1);
+    });
+    auto& record = static_cast<VariableInfoImplData&>(*begin->get());
+    for (std::size_t k = 0; k < found.size(); ++k) {
+        if (found[k] != nullptr) {
+            found[k]->retain();
+            record.setValue(k, found[k]);
         } else {
             record.setStatus(k, fv::IVariableInfo::NOT_SET);
         }
-    });
+    }
 }
 
 void setVariables(Context context, ForwardIteratorImpl* begin, ForwardIteratorImpl* end) {
     Variables::Values staged;
     forEachVariable(begin, end, [&](VariableInfoImplData& record, std::size_t k) {
-        Variables::stage(staged, record.getName(k), fv::Array(record.getValue(k)));
+        Variables::stage(staged, record.getName(k), Held(record.getValue(k)));
     });
     variablesOf(context).take(std::move(staged));
 }

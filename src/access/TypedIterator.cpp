@@ -1,6 +1,5 @@
 #include <foundation/vexadata/TypedIterator.hpp>
 
-#include <cstddef>
 #include <exception>
 #include <memory>
 #include <new>
@@ -8,20 +7,21 @@
 
 namespace foundation::vexadata::detail {
 
-namespace {
+// An exception_ptr is one word, and moves with its bytes: it travels as a plain pointer, which has no destructor and is returned in
+// a register.
+static_assert(sizeof(std::exception_ptr) == sizeof(void*));
 
-/// The place of an error. Bytes have no destructor, for which each thread would take memory.
-alignas(std::exception_ptr) constinit thread_local std::byte place[sizeof(std::exception_ptr)]{};
+void* holdError() noexcept {
+    void* error = nullptr;
+    ::new (&error) std::exception_ptr(std::current_exception());
+    return error;
+}
 
-} // namespace
-
-void holdError() noexcept { ::new (&place) std::exception_ptr(std::current_exception()); }
-
-void rethrowHeldError() {
-    auto& held = *std::launder(reinterpret_cast<std::exception_ptr*>(&place));
-    const std::exception_ptr error = std::move(held);
+void rethrowHeldError(void* error) {
+    auto& held = *std::launder(reinterpret_cast<std::exception_ptr*>(&error));
+    const std::exception_ptr owned = std::move(held);
     std::destroy_at(&held);
-    std::rethrow_exception(error);
+    std::rethrow_exception(owned);
 }
 
 } // namespace foundation::vexadata::detail

@@ -18,9 +18,29 @@ namespace {
 
 using Dimensions = std::vector<std::size_t>;
 
-/// Made when the library is loaded and never destroyed.
-const Dimensions& dimensionsOfScalars = *new Dimensions{1, 1};
-const Dimensions& dimensionsOfNothing = *new Dimensions{0, 0};
+/// Dimensions of matrices that have few rows and columns. Made when the library is loaded and never destroyed.
+class SharedDimensions {
+public:
+    SharedDimensions() {
+        for (std::size_t k = 0; k < shapes; ++k) {
+            dimensions_[k] = {k / extents, k % extents};
+        }
+    }
+    /// Null for other shapes.
+    const Dimensions* find(const Dimensions& wanted) const noexcept {
+        return wanted.size() == 2 ? find(wanted[0], wanted[1]) : nullptr;
+    }
+    const Dimensions* find(std::size_t rows, std::size_t columns) const noexcept {
+        return rows < extents && columns < extents ? &dimensions_[rows * extents + columns] : nullptr;
+    }
+    const Dimensions& ofNothing() const noexcept { return dimensions_[0]; }
+
+private:
+    static constexpr std::size_t extents = 9; // 0 to 8
+    static constexpr std::size_t shapes = extents * extents;
+    Dimensions dimensions_[shapes];
+};
+const SharedDimensions& sharedDimensions = *new SharedDimensions;
 
 /// The bit of `dimensions_` that says row-major.
 constexpr std::uintptr_t rowMajorBit = 1;
@@ -31,6 +51,9 @@ bool isSmall(std::size_t count) noexcept {
     return count <= smallBytes / sizeof(T);
 }
 
+/// Out of line: where the compiler sees that there are few bytes, it writes `rep stos`, which costs more than the call.
+[[gnu::noinline]] void clearBytes(void* bytes, std::size_t size) noexcept { std::memset(bytes, 0, size); }
+
 void copyBytes(void* to, const void* from, std::size_t size) {
     if (size != 0) {
         std::memcpy(to, from, size);
@@ -39,84 +62,12 @@ void copyBytes(void* to, const void* from, std::size_t size) {
 
 } // namespace
 
-/// What is in the block of an array besides its members, and where.
-template <class T>
-struct DenseArrayImpl<T>::Details {
-    using Self = DenseArrayImpl;
-
-    /// A scalar has its one element behind the object, another small array its dimensions and then its elements.
-    static Self* small(Dimensions&& dimensions, std::size_t count) {
-        if (count == 1 && dimensions.size() == 2) {
-            Self* scalar = construct(sizeof(T));
-            scalar->dimensions_ = reinterpret_cast<std::uintptr_t>(&dimensionsOfScalars);
-            scalar->inPlace_ = {1, 1, trailing(*scalar)};
-            return scalar;
-        }
-        return withDimensions(std::move(dimensions), count * sizeof(T));
-    }
-    /// With uninitialised elements.
-    static Self* make(Dimensions&& dimensions) {
-        const std::size_t count = elementCount(dimensions);
-        if (isSmall<T>(count)) {
-            return small(std::move(dimensions), count);
-        }
-        Buffer<void> storage(data::detail::allocateElements(count, sizeof(T)), &data::detail::freeElements);
-        return adopt(std::move(dimensions), std::move(storage), MemoryLayout::COLUMN_MAJOR);
-    }
-    /// Column-major, with room for so many bytes of elements.
-    static Self* withDimensions(Dimensions&& dimensions, std::size_t bytes) {
-        Self* array = construct(sizeof(Dimensions) + bytes);
-        array->dimensions_ =
-            reinterpret_cast<std::uintptr_t>(new (array + 1) Dimensions(std::move(dimensions)));
-        array->inPlace_.data = trailing(*array);
-        noteShape(*array);
-        return array;
-    }
-    static Self* construct(std::size_t trailingBytes) {
-        return ::new (::operator new(sizeof(Self) + trailingBytes)) Self;
-    }
-
-    static const Dimensions& dimensions(const Self& array) noexcept {
-        return *reinterpret_cast<const Dimensions*>(array.dimensions_ & ~rowMajorBit);
-    }
-    static MemoryLayout layout(const Self& array) noexcept {
-        return (array.dimensions_ & rowMajorBit) != 0 ? MemoryLayout::ROW_MAJOR : MemoryLayout::COLUMN_MAJOR;
-    }
-    static void setLayout(Self& array, MemoryLayout layout) noexcept {
-        array.dimensions_ =
-            (array.dimensions_ & ~rowMajorBit) | (layout == MemoryLayout::ROW_MAJOR ? rowMajorBit : 0);
-        noteShape(array);
-    }
-    static std::size_t count(const Self& array) noexcept {
-        const data::detail::InPlace<T>& matrix = array.inPlace_;
-        return matrix.rows != 0 ? matrix.rows * matrix.columns : elementCount(dimensions(array));
-    }
-    static bool ownsDimensions(const Self& array) noexcept {
-        return &dimensions(array) != &dimensionsOfScalars && &dimensions(array) != &dimensionsOfNothing;
-    }
-    static Dimensions& ownDimensions(Self& array) noexcept {
-        return *std::launder(reinterpret_cast<Dimensions*>(&array + 1));
-    }
-    static T* trailing(Self& array) noexcept {
-        return ownsDimensions(array) ? reinterpret_cast<T*>(&ownDimensions(array) + 1)
-                                     : reinterpret_cast<T*>(&array + 1);
-    }
-    /// After every change of dimensions or layout.
-    static void noteShape(Self& array) noexcept {
-        const Dimensions& now = dimensions(array);
-        const bool reachable =
-            now.size() == 2 && layout(array) == MemoryLayout::COLUMN_MAJOR && elementCount(now) != 0;
-        array.inPlace_.rows = reachable ? now[0] : 0;
-        array.inPlace_.columns = reachable ? now[1] : 0;
-    }
-};
-
 template <class T>
 DenseArrayImpl<T>* DenseArrayImpl<T>::zeros(Dimensions&& dimensions) {
     const std::size_t count = elementCount(dimensions);
     if (isSmall<T>(count)) {
-        auto* array = Details::small(std::move(dimensions), count);
-        std::memset(static_cast<void*>(array->inPlace_.data), 0, count * sizeof(T));
+        auto* array = make(std::move(dimensions), count * sizeof(T));
+        clearBytes(array->inPlace_.data, count * sizeof(T));
         return array;
     }
     Buffer<void> storage(data::detail::allocateZeros(count, sizeof(T)), &data::detail::freeElements);
@@ -124,13 +75,27 @@ DenseArrayImpl<T>* DenseArrayImpl<T>::zeros(Dimensions&& dimensions) {
 }
 
 template <class T>
+DenseArrayImpl<T>* DenseArrayImpl<T>::zeros(std::size_t rows, std::size_t columns) {
+    if (const Dimensions* shared = sharedDimensions.find(rows, columns)) {
+        const std::size_t size = rows * columns * sizeof(T);
+        auto* array = new (TrailingBytes{size}) DenseArrayImpl(*shared);
+        clearBytes(array->inPlace_.data, size);
+        return array;
+    }
+    return zeros(Dimensions{rows, columns});
+}
+
+template <class T>
 DenseArrayImpl<T>* DenseArrayImpl<T>::adopt(Dimensions&& dimensions, Buffer<void> storage,
                                             MemoryLayout layout) {
-    DenseArrayImpl* array = Details::withDimensions(std::move(dimensions), 0);
-    Details::setLayout(*array, layout);
+    auto* array = make(std::move(dimensions), 0);
     if (storage != nullptr) {
         array->deleter_ = storage.get_deleter();
         array->inPlace_.data = static_cast<T*>(storage.release());
+    }
+    if (layout != MemoryLayout::COLUMN_MAJOR) {
+        array->setLayout(layout);
+        array->noteShape();
     }
     return array;
 }
@@ -138,11 +103,11 @@ DenseArrayImpl<T>* DenseArrayImpl<T>::adopt(Dimensions&& dimensions, Buffer<void
 template <class T>
 DenseArrayImpl<T>* DenseArrayImpl<T>::withData(Dimensions&& dimensions, const void* source,
                                                std::size_t count) {
-    DenseArrayImpl* array = Details::make(std::move(dimensions));
-    const std::size_t copied = std::min(count, Details::count(*array));
+    DenseArrayImpl* array = uninitialised(std::move(dimensions));
+    const std::size_t copied = std::min(count, array->count());
     T* data = array->inPlace_.data;
     copyBytes(data, source, copied * sizeof(T));
-    std::fill(data + copied, data + Details::count(*array), T());
+    std::fill(data + copied, data + array->count(), T());
     return array;
 }
 
@@ -151,16 +116,22 @@ DenseArrayImpl<T>::~DenseArrayImpl() {
     if (deleter_ != nullptr) {
         deleter_(inPlace_.data);
     }
-    if (Details::ownsDimensions(*this)) {
-        Details::ownDimensions(*this).~Dimensions();
+    if (ownsDimensions()) {
+        ownDimensions().~Dimensions();
     }
 }
 
 template <class T>
 ArrayImpl* DenseArrayImpl<T>::sharedCopy() const {
-    DenseArrayImpl* copy = Details::make(Dimensions(Details::dimensions(*this)));
-    Details::setLayout(*copy, Details::layout(*this));
-    copyBytes(copy->inPlace_.data, inPlace_.data, Details::count(*this) * sizeof(T));
+    const std::size_t size = count() * sizeof(T);
+    const bool shares = !ownsDimensions() && isSmall<T>(count());
+    DenseArrayImpl* copy = shares ? new (TrailingBytes{size}) DenseArrayImpl(dimensions())
+                                  : uninitialised(Dimensions(dimensions()));
+    if (layout() != MemoryLayout::COLUMN_MAJOR) {
+        copy->setLayout(layout());
+        copy->noteShape();
+    }
+    copyBytes(copy->inPlace_.data, inPlace_.data, size);
     return copy;
 }
 template <class T>
@@ -169,7 +140,7 @@ data::detail::IteratorImpl* DenseArrayImpl<T>::beginIterator(void*, bool) {
 }
 template <class T>
 data::detail::IteratorImpl* DenseArrayImpl<T>::endIterator(void*, bool) {
-    return new data::detail::ContiguousIteratorImpl<T>(inPlace_.data + Details::count(*this));
+    return new data::detail::ContiguousIteratorImpl<T>(inPlace_.data + count());
 }
 template <class T>
 ArrayType DenseArrayImpl<T>::getType() const {
@@ -177,7 +148,7 @@ ArrayType DenseArrayImpl<T>::getType() const {
 }
 template <class T>
 MemoryLayout DenseArrayImpl<T>::getMemoryLayout() const {
-    return Details::layout(*this);
+    return layout();
 }
 template <class T>
 data::detail::ReferenceImpl* DenseArrayImpl<T>::createElementReference(std::size_t, const std::string&,
@@ -186,15 +157,15 @@ data::detail::ReferenceImpl* DenseArrayImpl<T>::createElementReference(std::size
 }
 template <class T>
 const Dimensions& DenseArrayImpl<T>::getDimensions() const {
-    return Details::dimensions(*this);
+    return dimensions();
 }
 template <class T>
 std::size_t DenseArrayImpl<T>::getNumberOfElements() const {
-    return Details::count(*this);
+    return count();
 }
 template <class T>
 bool DenseArrayImpl<T>::isEmpty() const {
-    return Details::count(*this) == 0;
+    return count() == 0;
 }
 template <class T>
 std::uint64_t DenseArrayImpl<T>::getArrayID() const {
@@ -205,15 +176,15 @@ void DenseArrayImpl<T>::unshare() {}
 
 template <class T>
 void DenseArrayImpl<T>::copyOutBuffer(void*& data, void (*&deleter)(void*)) const {
-    void* copy = data::detail::allocateElements(Details::count(*this), sizeof(T));
-    copyBytes(copy, inPlace_.data, Details::count(*this) * sizeof(T));
+    void* copy = data::detail::allocateElements(count(), sizeof(T));
+    copyBytes(copy, inPlace_.data, count() * sizeof(T));
     data = copy;
     deleter = &data::detail::freeElements;
 }
 template <class T>
 void DenseArrayImpl<T>::releaseBuffer(void*& data, void (*&deleter)(void*)) {
-    if (Details::ownsDimensions(*this)) {
-        Details::ownDimensions(*this).reserve(2);
+    if (ownsDimensions()) {
+        ownDimensions().reserve(2);
     }
     if (deleter_ == nullptr) {
         copyOutBuffer(data, deleter);
@@ -221,14 +192,14 @@ void DenseArrayImpl<T>::releaseBuffer(void*& data, void (*&deleter)(void*)) {
         data = inPlace_.data;
         deleter = deleter_;
     }
-    if (Details::ownsDimensions(*this)) {
-        Details::ownDimensions(*this).assign(2, 0);
+    if (ownsDimensions()) {
+        ownDimensions().assign(2, 0);
     } else {
-        dimensions_ = reinterpret_cast<std::uintptr_t>(&dimensionsOfNothing);
+        dimensions_ = reinterpret_cast<std::uintptr_t>(&sharedDimensions.ofNothing());
     }
     deleter_ = nullptr;
-    inPlace_.data = Details::trailing(*this);
-    Details::noteShape(*this);
+    inPlace_.data = trailing();
+    noteShape();
     identity_.reset();
 }
 template <class T>
@@ -250,6 +221,78 @@ void DenseArrayImpl<T>::setElementValue(std::size_t index, const std::string&, T
 template <class T>
 const T* DenseArrayImpl<T>::getTypedDataPtr() const {
     return isEmpty() ? nullptr : inPlace_.data;
+}
+
+/// With dimensions of `sharedDimensions`; the elements follow the object.
+template <class T>
+DenseArrayImpl<T>::DenseArrayImpl(const Dimensions& shared) noexcept
+    : dimensions_(reinterpret_cast<std::uintptr_t>(&shared)) {
+    inPlace_.data = reinterpret_cast<T*>(this + 1);
+    noteShape();
+}
+/// The dimensions follow the object, and the elements them.
+template <class T>
+DenseArrayImpl<T>::DenseArrayImpl(Dimensions&& dimensions) noexcept
+    : dimensions_(reinterpret_cast<std::uintptr_t>(new (this + 1) Dimensions(std::move(dimensions)))) {
+    inPlace_.data = reinterpret_cast<T*>(&ownDimensions() + 1);
+    noteShape();
+}
+
+/// Column-major, with room for elements of so many bytes in its own block.
+template <class T>
+DenseArrayImpl<T>* DenseArrayImpl<T>::make(Dimensions&& dimensions, std::size_t trailing) {
+    if (const Dimensions* shared = sharedDimensions.find(dimensions)) {
+        return new (TrailingBytes{trailing}) DenseArrayImpl(*shared);
+    }
+    return new (TrailingBytes{sizeof(Dimensions) + trailing}) DenseArrayImpl(std::move(dimensions));
+}
+
+template <class T>
+DenseArrayImpl<T>* DenseArrayImpl<T>::uninitialised(Dimensions&& dimensions) {
+    const std::size_t count = elementCount(dimensions);
+    if (isSmall<T>(count)) {
+        return make(std::move(dimensions), count * sizeof(T));
+    }
+    Buffer<void> storage(data::detail::allocateElements(count, sizeof(T)), &data::detail::freeElements);
+    return adopt(std::move(dimensions), std::move(storage), MemoryLayout::COLUMN_MAJOR);
+}
+
+template <class T>
+const Dimensions& DenseArrayImpl<T>::dimensions() const noexcept {
+    return *reinterpret_cast<const Dimensions*>(dimensions_ & ~rowMajorBit);
+}
+template <class T>
+MemoryLayout DenseArrayImpl<T>::layout() const noexcept {
+    return (dimensions_ & rowMajorBit) != 0 ? MemoryLayout::ROW_MAJOR : MemoryLayout::COLUMN_MAJOR;
+}
+template <class T>
+void DenseArrayImpl<T>::setLayout(MemoryLayout layout) noexcept {
+    dimensions_ = (dimensions_ & ~rowMajorBit) | (layout == MemoryLayout::ROW_MAJOR ? rowMajorBit : 0);
+}
+template <class T>
+std::size_t DenseArrayImpl<T>::count() const noexcept {
+    return inPlace_.rows != 0 ? inPlace_.rows * inPlace_.columns : elementCount(dimensions());
+}
+template <class T>
+bool DenseArrayImpl<T>::ownsDimensions() const noexcept {
+    return static_cast<const void*>(&dimensions()) == this + 1;
+}
+template <class T>
+Dimensions& DenseArrayImpl<T>::ownDimensions() noexcept {
+    return *std::launder(reinterpret_cast<Dimensions*>(this + 1));
+}
+template <class T>
+T* DenseArrayImpl<T>::trailing() noexcept {
+    return ownsDimensions() ? reinterpret_cast<T*>(&ownDimensions() + 1) : reinterpret_cast<T*>(this + 1);
+}
+/// After every change of dimensions or layout.
+template <class T>
+void DenseArrayImpl<T>::noteShape() noexcept {
+    const Dimensions& now = dimensions();
+    const bool reachable =
+        now.size() == 2 && now[0] != 0 && now[1] != 0 && layout() == MemoryLayout::COLUMN_MAJOR;
+    inPlace_.rows = reachable ? now[0] : 0;
+    inPlace_.columns = reachable ? now[1] : 0;
 }
 
 #define VEXADATA_ELEMENT(T) template class DenseArrayImpl<T>;

@@ -1,4 +1,6 @@
 #include <foundation/vexadata/ArrayFactory.hpp>
+#include <foundation/vexadata/TypeInformation.hpp>
+#include <vexa/data/detail/InPlace.hpp>
 #include <vexa/data/impl/ClassInfoImpl.hpp>
 
 #include <cstdio>
@@ -14,10 +16,10 @@ namespace {
 
 /// One entry n becomes n by 1, unchecked; otherwise the product must fit in 64 bits. The walk is in order: after a zero
 /// nothing overflows any more, deliberately.
-std::vector<std::size_t> normalised(std::vector<std::size_t> dims) {
+inline std::vector<std::size_t>&& normalised(std::vector<std::size_t>&& dims) {
     if (dims.size() == 1) {
         dims.push_back(1);
-        return dims;
+        return std::move(dims);
     }
     std::size_t product = 1;
     for (const std::size_t extent : dims) {
@@ -25,11 +27,11 @@ std::vector<std::size_t> normalised(std::vector<std::size_t> dims) {
             detail::raise<NumberOfElementsExceedsMaximumException>();
         }
     }
-    return dims;
+    return std::move(dims);
 }
 
 /// A sparse array has two dimensions; one entry n still becomes n by 1.
-std::vector<std::size_t> ofMatrix(std::vector<std::size_t> dims) {
+std::vector<std::size_t>&& ofMatrix(std::vector<std::size_t>&& dims) {
     if (dims.size() > 2) {
         detail::raise<EInvalidDimensionsInSparseArray>();
     }
@@ -57,6 +59,11 @@ ArrayFactoryImpl& ArrayFactory::backEnd() const {
         std::abort();
     }
     return *impl_;
+}
+
+bool ArrayFactory::makesDenseArrays() const {
+    return detail::typeInformationOf(backEnd()) ==
+           vexa::data::detail::recognisedFactory.load(std::memory_order_relaxed);
 }
 
 Array ArrayFactory::createArray(ArrayType type, std::vector<std::size_t> dims) const {
@@ -164,19 +171,18 @@ Array ArrayFactory::createArrayFromBuffer(std::vector<std::size_t> dims, ArrayTy
     return Array(fromBuffer(std::move(dims), type, std::move(buffer), layout));
 }
 
-ArrayImpl* ArrayFactory::zeros(ArrayType type, std::vector<std::size_t> dims) const {
+ArrayImpl* ArrayFactory::zeros(ArrayType type, std::vector<std::size_t>&& dims) const {
     return backEnd().createArrayImpl(type, normalised(std::move(dims)));
 }
 
-ArrayImpl* ArrayFactory::withData(ArrayType type, std::vector<std::size_t> dims, const void* data,
+ArrayImpl* ArrayFactory::withData(ArrayType type, std::vector<std::size_t>&& dims, const void* data,
                                   std::size_t count) const {
     return backEnd().createArrayWithDataImpl(type, normalised(std::move(dims)), data, count);
 }
 
-ArrayImpl* ArrayFactory::fromBuffer(std::vector<std::size_t> dims, ArrayType type, UntypedBuffer buffer,
+ArrayImpl* ArrayFactory::fromBuffer(std::vector<std::size_t>&& dims, ArrayType type, UntypedBuffer buffer,
                                     vexa::data::MemoryLayout layout) const {
-    auto checked = normalised(std::move(dims));
-    return backEnd().createArrayFromBufferImpl(std::move(checked), type, std::move(buffer), layout);
+    return backEnd().createArrayFromBufferImpl(normalised(std::move(dims)), type, std::move(buffer), layout);
 }
 
 UntypedBuffer ArrayFactory::typedBuffer(ArrayType type, std::size_t count) const {

@@ -86,7 +86,7 @@ namespace fv = foundation::vexadata;
 
 VariableInfoImplData::VariableInfoImplData(std::vector<const char*>& names, std::vector<fv::Array> values)
     : statuses_(names.size(), fv::IVariableInfo::NOT_SET), values_(std::move(values)), names_(&names) {
-    values_.resize(std::max(names.size(), values_.size()));
+    values_.resize(std::max(names.size(), values_.size()), fv::Array(std::shared_ptr<impl::ArrayImpl>()));
 }
 VariableInfoImplData::~VariableInfoImplData() = default;
 

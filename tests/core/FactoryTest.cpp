@@ -98,6 +98,29 @@ TEST_F(Factory, NormalisesDimensionsInOrder) {
     EXPECT_EQ(log->actions(), Calls());
 }
 
+TEST_F(Factory, MakesSmallMatricesThatShareNothingWithOthersOfTheirShape) {
+    for (std::size_t rows = 0; rows <= 10; ++rows) {
+        for (std::size_t columns = 0; columns <= 10; ++columns) {
+            auto listed = plain.createArray<double>({rows, columns});
+            const auto given = plain.createArray<double>(Dims{rows, columns});
+            EXPECT_EQ(listed.getDimensions(), (Dims{rows, columns}));
+            EXPECT_EQ(listed, given);
+            for (double& element : listed) {
+                EXPECT_EQ(std::exchange(element, 2), 0);
+            }
+            auto copy = listed;
+            copy.begin();
+            EXPECT_FALSE(copy.isShared());
+            EXPECT_EQ(copy, listed);
+            copy.release();
+            EXPECT_EQ(copy.getDimensions(), (Dims{0, 0}));
+            EXPECT_EQ(listed.getDimensions(), given.getDimensions());
+        }
+    }
+    EXPECT_THROW(plain.createArray<double>({huge, huge}), NumberOfElementsExceedsMaximumException);
+    EXPECT_EQ(plain.createArray<double>({0, huge}).getDimensions(), (Dims{0, huge}));
+}
+
 TEST_F(Factory, PassesOnWhatItWasGiven) {
     factory.createArray(ArrayType::INT8, {2, 3});
     factory.createArray<std::complex<float>>({2, 2}, {{1, 2}, {3, 4}});

@@ -24,20 +24,20 @@ class ArrayElementRef : public detail::Indexing<ArrayElementRef<isConst>>,
     using Untyped = detail::UntypedElement<ArrayElementRef<isConst>, isConst>;
 
 public:
-    [[gnu::always_inline]] explicit ArrayElementRef(detail::ElementPosition position) noexcept
+    VEXADATA_INLINE explicit ArrayElementRef(detail::ElementPosition position) noexcept
         : position_(std::move(position)) {}
     /// Shares the chain of an element that is known already.
     explicit ArrayElementRef(const std::shared_ptr<detail::ReferenceImpl>& chain) noexcept
         : position_(chain) {}
     ArrayElementRef(const ArrayElementRef&) = default;
-    [[gnu::always_inline]] ArrayElementRef(ArrayElementRef&& other) noexcept
+    VEXADATA_INLINE ArrayElementRef(ArrayElementRef&& other) noexcept
         : position_(std::move(other.position_)) {}
-    [[gnu::always_inline]] ~ArrayElementRef() {}
+    VEXADATA_INLINE ~ArrayElementRef() {}
 
     /// Appends an index. On an element that an iterator gave, which needs none, the index goes into the array that it holds.
     /// @throws StringIndexMustBeLastException, CantIndexIntoEmptyArrayException, TooManyIndicesProvidedException; index errors
     /// of the array held
-    [[gnu::always_inline]] ArrayElementRef operator[](std::size_t index) && {
+    VEXADATA_INLINE ArrayElementRef operator[](std::size_t index) && {
         return position_.isFixed() ? inside(position_, index)
                                    : static_cast<detail::Indexing<ArrayElementRef>&&>(*this)[index];
     }
@@ -66,11 +66,11 @@ private:
     const detail::ElementPosition& forWrite() const noexcept { return position_; }
     const detail::ElementPosition& kept() const noexcept { return position_; }
     template <class T>
-    [[gnu::always_inline]] const T* tryRecognised() const noexcept {
+    VEXADATA_INLINE const T* tryRecognised() const noexcept {
         return position_.template tryRecognised<T>(false);
     }
     template <class T>
-    [[gnu::always_inline]] T* tryRecognisedForWrite() const noexcept {
+    VEXADATA_INLINE T* tryRecognisedForWrite() const noexcept {
         return position_.template tryRecognised<T>(true);
     }
 

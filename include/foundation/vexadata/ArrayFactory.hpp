@@ -8,6 +8,7 @@
 #include <foundation/vexadata/TypedArray.hpp>
 #include <foundation/vexadata/ValueObjectArray.hpp>
 #include <vexa/data/impl/ArrayFactoryImpl.hpp>
+#include <vexa/data/impl/DenseArrayImpl.hpp>
 
 #include <algorithm>
 #include <cstddef>
@@ -95,6 +96,10 @@ public:
     Array createArray(ArrayType type, std::vector<std::size_t> dims) const;
     template <class T>
     TypedArray<T> createArray(std::vector<std::size_t> dims) const;
+    /// The same for dimensions that are listed. Where the back-end uses the library's dense arrays, these are made without
+    /// asking it and, small as they often are, without a list in memory.
+    template <class T>
+    TypedArray<T> createArray(std::initializer_list<std::size_t> dims) const;
 
     /// An array of the listed values in column-major order; a back-end decides what happens when there are more or fewer
     /// primitive values than elements. Strings and arrays beyond the elements throw EArrayIndexOutOfRange.
@@ -208,10 +213,13 @@ public:
 private:
     /// The back-end's factory; without one ends the process.
     vexa::data::impl::ArrayFactoryImpl& backEnd() const;
-    vexa::data::impl::ArrayImpl* zeros(ArrayType type, std::vector<std::size_t> dims) const;
-    vexa::data::impl::ArrayImpl* withData(ArrayType type, std::vector<std::size_t> dims, const void* data,
+    /// Whether all primitive arrays of the back-end are the library's dense ones.
+    bool makesDenseArrays() const;
+    // Dimensions go by reference: each move of a vector that was written just now waits for its stores.
+    vexa::data::impl::ArrayImpl* zeros(ArrayType type, std::vector<std::size_t>&& dims) const;
+    vexa::data::impl::ArrayImpl* withData(ArrayType type, std::vector<std::size_t>&& dims, const void* data,
                                           std::size_t count) const;
-    vexa::data::impl::ArrayImpl* fromBuffer(std::vector<std::size_t> dims, ArrayType type,
+    vexa::data::impl::ArrayImpl* fromBuffer(std::vector<std::size_t>&& dims, ArrayType type,
                                             std::unique_ptr<void, void (*)(void*)> buffer,
                                             vexa::data::MemoryLayout layout) const;
     std::unique_ptr<void, void (*)(void*)> typedBuffer(ArrayType type, std::size_t count) const;
@@ -258,6 +266,20 @@ template <class T>
 TypedArray<T> ArrayFactory::createArray(std::vector<std::size_t> dims) const {
     static_assert(detail::isElementType<T>, "T is not an element type of arrays");
     return TypedArray<T>(zeros(detail::arrayTypeOf<T>, std::move(dims)));
+}
+
+template <class T>
+TypedArray<T> ArrayFactory::createArray(std::initializer_list<std::size_t> dims) const {
+    if constexpr (detail::isPrimitiveElement<T>) {
+        if (dims.size() == 2 && makesDenseArrays()) {
+            const std::size_t rows = dims.begin()[0];
+            const std::size_t columns = dims.begin()[1];
+            if (((rows | columns) >> 32) == 0) { // their product fits
+                return TypedArray<T>(vexa::data::impl::DenseArrayImpl<T>::zeros(rows, columns));
+            }
+        }
+    }
+    return createArray<T>(std::vector<std::size_t>(dims));
 }
 
 template <class T>

@@ -29,7 +29,7 @@ class Indexing {
 public:
     /// Appends an index.
     /// @throws StringIndexMustBeLastException, CantIndexIntoEmptyArrayException, TooManyIndicesProvidedException
-    [[gnu::always_inline]] Ref operator[](std::size_t index) && {
+    VEXADATA_INLINE Ref operator[](std::size_t index) && {
         Ref& self = static_cast<Ref&>(*this);
         Access::position(self).append(index);
         return std::move(self);

@@ -28,9 +28,7 @@ struct InPlaceClass<T, true> {
     static constexpr bool exists = true;
     using Stored = T;
     using Base = vexa::data::impl::DenseArrayImpl<T>;
-    [[gnu::always_inline]] static bool recognises(const ArrayImpl& array) noexcept {
-        return isExactly<Base>(array);
-    }
+    VEXADATA_INLINE static bool recognises(const ArrayImpl& array) noexcept { return isExactly<Base>(array); }
 };
 /// One that a back-end has named.
 template <class Interface, class T, vexa::data::detail::RecognisedKind kind>
@@ -38,7 +36,7 @@ struct NamedInPlaceClass {
     static constexpr bool exists = true;
     using Stored = T;
     using Base = vexa::data::impl::InPlaceArrayImpl<Interface, T>;
-    [[gnu::always_inline]] static bool recognises(const ArrayImpl& array) noexcept {
+    VEXADATA_INLINE static bool recognises(const ArrayImpl& array) noexcept {
         return typeInformationOf(array) ==
                vexa::data::detail::recognisedClasses[static_cast<std::size_t>(kind)].load(
                    std::memory_order_relaxed);
@@ -65,7 +63,7 @@ class ElementPosition {
 public:
     /// A first index into `array`.
     /// @throws CantIndexIntoEmptyArrayException, TooManyIndicesProvidedException
-    [[gnu::always_inline]] static ElementPosition first(ArrayImpl* array, std::size_t index) {
+    VEXADATA_INLINE static ElementPosition first(ArrayImpl* array, std::size_t index) {
         const Shape shape = askedForFirst(array, index);
         return ElementPosition(array, &shape.dimensions, shape.way, 1, index);
     }
@@ -73,7 +71,7 @@ public:
     /// The same into an array of elements `T`. In a matrix of a class that is recognised nothing is asked, and nothing can fail before
     /// the element is read or written.
     template <class T>
-    [[gnu::always_inline]] static ElementPosition firstOf(ArrayImpl* array, std::size_t index) {
+    VEXADATA_INLINE static ElementPosition firstOf(ArrayImpl* array, std::size_t index) {
         if constexpr (InPlaceClass<T>::exists) {
             if (InPlaceClass<T>::recognises(*array) && inPlaceOf<T>(array).rows != 0) {
                 return ElementPosition(array, nullptr, Way::IN_PLACE, 1, index);
@@ -83,7 +81,7 @@ public:
     }
 
     /// The same into an array of any kind. In a matrix of the most usual kinds nothing is asked.
-    [[gnu::always_inline]] static ElementPosition firstOfAny(ArrayImpl* array, std::size_t index) {
+    VEXADATA_INLINE static ElementPosition firstOfAny(ArrayImpl* array, std::size_t index) {
         return isPlainMatrix<double>(*array) || isPlainMatrix<char16_t>(*array)
                    ? ElementPosition(array, nullptr, Way::PLAIN, 1, index)
                    : first(array, index);
@@ -96,7 +94,7 @@ public:
 
     /// An element whose position is known, as iterators know it. Whether it may be written was decided when the iterator
     /// was made: nothing happens before a write.
-    [[gnu::always_inline]] static ElementPosition at(ArrayImpl* array, std::uint64_t linearIndex) noexcept {
+    VEXADATA_INLINE static ElementPosition at(ArrayImpl* array, std::uint64_t linearIndex) noexcept {
         return ElementPosition(array, nullptr, Way::OTHER, known, linearIndex);
     }
 
@@ -115,7 +113,7 @@ public:
           chain_(other.chain_) {
         retainChain();
     }
-    [[gnu::always_inline]] ElementPosition(ElementPosition&& other) noexcept
+    VEXADATA_INLINE ElementPosition(ElementPosition&& other) noexcept
         : array_(other.array_),
           dimensions_(other.dimensions_),
           way_(other.way_),
@@ -127,7 +125,7 @@ public:
         swap(other);
         return *this;
     }
-    [[gnu::always_inline]] ~ElementPosition() {
+    VEXADATA_INLINE ~ElementPosition() {
         if (chain_ != nullptr) {
             chain_->release();
         }
@@ -145,7 +143,7 @@ public:
     /// Appends an index. A shared chain that others hold is copied before. An element whose position is known needs none:
     /// it takes zeros, without effect, and nothing else.
     /// @throws StringIndexMustBeLastException, CantIndexIntoEmptyArrayException, TooManyIndicesProvidedException
-    [[gnu::always_inline]] void append(std::size_t index) {
+    VEXADATA_INLINE void append(std::size_t index) {
         if (chain_ == nullptr && count_ < capacity) {
             if (count_ != 1 || way_ >= Way::OTHER) {
                 checkFurther(array_, dimensions_, count_, index);
@@ -158,11 +156,11 @@ public:
     }
 
     /// The array indexed into, borrowed.
-    [[gnu::always_inline]] ArrayImpl* array() const {
+    VEXADATA_INLINE ArrayImpl* array() const {
         return chain_ == nullptr ? array_ : isInside() ? *place() : chain_->getArrayImpl();
     }
 
-    [[gnu::always_inline]] void prepareForWrite() const {
+    VEXADATA_INLINE void prepareForWrite() const {
         if (chain_ != nullptr) {
             end().prepareForWrite();
         } else if (count_ != known) {
@@ -172,7 +170,7 @@ public:
 
     /// The array indexed into, made ready for a write; see the function for chains. A position in place belongs to the
     /// caller's own handle, which outlives the call, so that its indices may be read after the back-end's operation.
-    [[gnu::always_inline]] ArrayImpl* arrayForWrite() const {
+    VEXADATA_INLINE ArrayImpl* arrayForWrite() const {
         if (chain_ != nullptr) {
             return detail::arrayForWrite(end());
         }
@@ -180,12 +178,12 @@ public:
         return array_;
     }
 
-    [[gnu::always_inline]] const std::string& fieldName() const noexcept {
+    VEXADATA_INLINE const std::string& fieldName() const noexcept {
         return chain_ == nullptr || isInside() ? noFieldName : chain_->stringIndex();
     }
 
     /// @throws NotEnoughIndicesProvidedException, EArrayIndexOutOfRange
-    [[gnu::always_inline]] std::size_t linearIndex() const {
+    VEXADATA_INLINE std::size_t linearIndex() const {
         if (chain_ != nullptr) {
             return end().getLinearIndex();
         }
@@ -194,7 +192,7 @@ public:
 
     /// Value of the element, which must be one of an array of `T`.
     template <class T>
-    [[gnu::always_inline]] T value() const {
+    VEXADATA_INLINE T value() const {
         if constexpr (isPrimitiveElement<T>) {
             if (isInPlace()) {
                 return *addressInPlace<T>();
@@ -214,7 +212,7 @@ public:
 
     /// Writes the element, which must be one of an array of `T`.
     template <class T>
-    [[gnu::always_inline]] void setValue(T value) const {
+    VEXADATA_INLINE void setValue(T value) const {
         if constexpr (isPrimitiveElement<T>) {
             if (isInPlace()) {
                 *addressInPlace<T>() = value;
@@ -231,13 +229,13 @@ public:
     }
 
     /// Whether it is known that `indexInPlace` tells the position: in a matrix of the recognised class.
-    [[gnu::always_inline]] bool isInPlace() const noexcept {
+    VEXADATA_INLINE bool isInPlace() const noexcept {
         return way_ == Way::IN_PLACE && chain_ == nullptr && count_ <= 2;
     }
     /// The position in an array of elements `T`.
     /// @throws NotEnoughIndicesProvidedException, EArrayIndexOutOfRange
     template <class T>
-    [[gnu::always_inline]] std::size_t indexInPlace() const {
+    VEXADATA_INLINE std::size_t indexInPlace() const {
         const auto& matrix = inPlaceOf<T>(array_);
         if (count_ == 1) {
             spread(matrix.rows, matrix.columns);
@@ -251,12 +249,12 @@ public:
     /// The element itself when it is known to be reached in place: of a matrix of a recognised class with elements `T`. Null otherwise,
     /// and when it is not there.
     template <class T>
-    [[gnu::always_inline]] T* tryInPlace() const noexcept {
+    VEXADATA_INLINE T* tryInPlace() const noexcept {
         return isInPlace() ? inPlaceOf<T>(array_).element(count_, indices_[0], indices_[1]) : nullptr;
     }
     /// The same where the kind of the array was not known when the position was made.
     template <class T>
-    [[gnu::always_inline]] T* tryRecognised(bool forWrite) const noexcept {
+    VEXADATA_INLINE T* tryRecognised(bool forWrite) const noexcept {
         if (chain_ != nullptr) {
             return way_ == insideOf(arrayTypeOf<T>) ? tryInside<T>(forWrite) : nullptr;
         }
@@ -304,7 +302,7 @@ private:
     /// In the room of the dimensions.
     ArrayImpl* const* place() const noexcept { return reinterpret_cast<ArrayImpl* const*>(dimensions_); }
     template <class T>
-    [[gnu::always_inline]] T* tryInside(bool forWrite) const noexcept {
+    VEXADATA_INLINE T* tryInside(bool forWrite) const noexcept {
         const ArrayImpl* const array = *place();
         if (!InPlaceClass<T>::recognises(*array)) {
             return nullptr;
@@ -347,8 +345,8 @@ private:
         Way way;
     };
 
-    [[gnu::always_inline]] ElementPosition(ArrayImpl* array, const std::vector<std::size_t>* dimensions,
-                                           Way way, std::uint64_t count, std::uint64_t index) noexcept
+    VEXADATA_INLINE ElementPosition(ArrayImpl* array, const std::vector<std::size_t>* dimensions, Way way,
+                                    std::uint64_t count, std::uint64_t index) noexcept
         : array_(array), dimensions_(dimensions), way_(way), count_(count), indices_{index, 0, 0} {}
     /// Adopts the one reference that the chain carries.
     explicit ElementPosition(ReferenceImpl* chain) noexcept : chain_(chain) {}
@@ -360,11 +358,11 @@ private:
           indices_{parts.indices[0], parts.indices[1], parts.indices[2]},
           chain_(parts.chain) {}
 
-    [[gnu::always_inline]] Parts parts() const noexcept {
+    VEXADATA_INLINE Parts parts() const noexcept {
         return {array_, dimensions_, way_, count_, {indices_[0], indices_[1], indices_[2]}, chain_};
     }
     /// A single index into a matrix is rewritten as two. That stays, as in a shared chain, so that a further index follows them.
-    [[gnu::always_inline]] const Target& keepRewrite(const Target& target) const noexcept {
+    VEXADATA_INLINE const Target& keepRewrite(const Target& target) const noexcept {
         if (chain_ == nullptr) {
             count_ = target.count;
             indices_[0] = target.first;
@@ -375,7 +373,7 @@ private:
 
     /// Makes one index into a row or column two.
     /// @throws NotEnoughIndicesProvidedException
-    [[gnu::always_inline]] void spread(std::size_t rows, std::size_t columns) const {
+    VEXADATA_INLINE void spread(std::size_t rows, std::size_t columns) const {
         if (rows == 1) {
             indices_[1] = indices_[0];
             indices_[0] = 0;
@@ -388,15 +386,15 @@ private:
     // In a matrix of a class that is recognised.
 
     template <class T>
-    [[gnu::always_inline]] static bool isPlainMatrix(const ArrayImpl& array) noexcept {
+    VEXADATA_INLINE static bool isPlainMatrix(const ArrayImpl& array) noexcept {
         return InPlaceClass<T>::recognises(array) && inPlaceOf<T>(&array).rows != 0;
     }
     template <class T>
-    [[gnu::always_inline]] static const auto& inPlaceOf(const ArrayImpl* array) noexcept {
+    VEXADATA_INLINE static const auto& inPlaceOf(const ArrayImpl* array) noexcept {
         return static_cast<const typename InPlaceClass<T>::Base*>(array)->inPlace();
     }
     template <class T>
-    [[gnu::always_inline]] T* addressInPlace() const {
+    VEXADATA_INLINE T* addressInPlace() const {
         return inPlaceOf<T>(array_).data + indexInPlace<T>();
     }
     // In an array that is asked. What is out of line takes no address of a position.
@@ -428,11 +426,11 @@ private:
                                                         const std::vector<std::size_t>* dimensions,
                                                         std::uint64_t count, std::size_t index);
 
-    [[gnu::always_inline]] bool isInMatrix() const noexcept {
+    VEXADATA_INLINE bool isInMatrix() const noexcept {
         return way_ == Way::MATRIX && count_ <= 2 && chain_ == nullptr;
     }
     /// @throws NotEnoughIndicesProvidedException, EArrayIndexOutOfRange
-    [[gnu::always_inline]] std::size_t indexInMatrix() const {
+    VEXADATA_INLINE std::size_t indexInMatrix() const {
         const std::size_t* extents = dimensions_->data();
         if (count_ == 1) {
             spread(extents[0], extents[1]);

@@ -35,7 +35,7 @@ struct BorrowedText {
 }
 
 /// @throws index errors; errors of the back-end
-[[gnu::always_inline]] inline BorrowedText textAt(const ElementPosition& position) {
+VEXADATA_INLINE inline BorrowedText textAt(const ElementPosition& position) {
     if (!position.isInPlace()) {
         return askedText(position);
     }
@@ -86,15 +86,15 @@ inline bool equalElements(const BorrowedText& a, const BorrowedText& b) noexcept
 /// What every handle to a string element can do: tell whether the element is there, and hand its text out.
 class VEXADATA_API VEXAStringReferenceExt {
 public:
-    [[gnu::always_inline]] explicit VEXAStringReferenceExt(detail::ElementPosition position) noexcept
+    VEXADATA_INLINE explicit VEXAStringReferenceExt(detail::ElementPosition position) noexcept
         : position_(std::move(position)) {}
     explicit VEXAStringReferenceExt(const std::shared_ptr<detail::ReferenceImpl>& chain) noexcept
         : position_(chain) {}
     VEXAStringReferenceExt(const VEXAStringReferenceExt&) = default;
-    [[gnu::always_inline]] VEXAStringReferenceExt(VEXAStringReferenceExt&& other) noexcept
+    VEXADATA_INLINE VEXAStringReferenceExt(VEXAStringReferenceExt&& other) noexcept
         : position_(std::move(other.position_)) {}
     VEXAStringReferenceExt& operator=(const VEXAStringReferenceExt&) = default;
-    [[gnu::always_inline]] ~VEXAStringReferenceExt() {}
+    VEXADATA_INLINE ~VEXAStringReferenceExt() {}
 
     /// False for a missing element.
     /// @throws index errors
@@ -217,7 +217,7 @@ public:
 // Comparisons never throw: what goes wrong while the element is resolved or read counts as "not equal".
 
 template <class Ref, detail::IfStringRef<Ref> = 0>
-[[gnu::always_inline]] inline bool operator==(const Ref& element, std::u16string_view text) noexcept {
+VEXADATA_INLINE inline bool operator==(const Ref& element, std::u16string_view text) noexcept {
     try {
         return detail::equalsText(detail::textAt(detail::Access::position(element)), text);
     } catch (...) {

@@ -41,14 +41,13 @@ class VEXADATA_API StructElement {
 public:
     using const_iterator = TypedIterator<const Array>;
 
-    [[gnu::always_inline]] explicit StructElement(detail::ElementPosition position) noexcept
+    VEXADATA_INLINE explicit StructElement(detail::ElementPosition position) noexcept
         : position_(std::move(position)) {}
     explicit StructElement(const std::shared_ptr<detail::ReferenceImpl>& chain) noexcept : position_(chain) {}
     StructElement(const StructElement&) = default;
-    [[gnu::always_inline]] StructElement(StructElement&& other) noexcept
-        : position_(std::move(other.position_)) {}
+    VEXADATA_INLINE StructElement(StructElement&& other) noexcept : position_(std::move(other.position_)) {}
     StructElement& operator=(const StructElement&) = default;
-    [[gnu::always_inline]] ~StructElement() {}
+    VEXADATA_INLINE ~StructElement() {}
 
     /// The names of the fields in their order.
     Range<ForwardIterator, const VexaFieldIdentifier> getFieldNames() const;
@@ -56,7 +55,7 @@ public:
 
     /// The value of a field, shared with the record until one of them is written. Constant, so that indexing into it on
     /// the spot reads without making a copy first; assign it to an `Array` to keep or to change it.
-    [[gnu::always_inline]] const Array operator[](const std::string& fieldName) const {
+    VEXADATA_INLINE const Array operator[](const std::string& fieldName) const {
         return position_.isInPlace()
                    ? detail::fieldOf(*position_.array(), position_.indexInPlace<StructElement>(), fieldName)
                    : askedField(position_, fieldName);
@@ -85,7 +84,7 @@ public:
 
     /// The field, to be written or looked into. Nothing happens to the struct array before that.
     /// @throws CanOnlyUseOneStringIndexException when this handle is a field already
-    [[gnu::always_inline]] Reference<Array> operator[](const std::string& fieldName) {
+    VEXADATA_INLINE Reference<Array> operator[](const std::string& fieldName) {
         return Reference<Array>(
             position_.isInPlace()
                 ? detail::chainToField(position_.array(), position_.indexInPlace<StructElement>(), fieldName)

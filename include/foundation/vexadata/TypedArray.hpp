@@ -72,29 +72,29 @@ public:
     }
 
     /// Read-only iterators in storage order; they never copy the array.
-    [[gnu::always_inline]] const_iterator begin() const {
+    VEXADATA_INLINE const_iterator begin() const {
         return const_iterator(this->impl_->beginIterator(nullptr, false));
     }
     const_iterator cbegin() const { return begin(); }
-    [[gnu::always_inline]] const_iterator end() const { return endOf<const T>(false); }
+    VEXADATA_INLINE const_iterator end() const { return endOf<const T>(false); }
     const_iterator cend() const { return end(); }
     /// Writable iterators; the array is made private first.
     /// @throws std::bad_alloc, the handle unchanged
-    [[gnu::always_inline]] iterator begin() {
+    VEXADATA_INLINE iterator begin() {
         detail::Access::unshare(*this);
         return iterator(this->impl_->beginIterator(nullptr, true));
     }
-    [[gnu::always_inline]] iterator end() {
+    VEXADATA_INLINE iterator end() {
         detail::Access::unshare(*this);
         return endOf<T>(true);
     }
 
     /// An element, or a row of them that wants more indices; as `Array::operator[]`.
-    [[gnu::always_inline]] detail::ElementRefOf<T, false> operator[](std::size_t index) {
+    VEXADATA_INLINE detail::ElementRefOf<T, false> operator[](std::size_t index) {
         detail::Access::unshare(*this);
         return detail::ElementRefOf<T, false>(detail::ElementPosition::firstOf<T>(this->impl_.get(), index));
     }
-    [[gnu::always_inline]] detail::ElementRefOf<T, true> operator[](std::size_t index) const {
+    VEXADATA_INLINE detail::ElementRefOf<T, true> operator[](std::size_t index) const {
         return detail::ElementRefOf<T, true>(detail::ElementPosition::firstOf<T>(this->impl_.get(), index));
     }
 
@@ -125,7 +125,7 @@ private:
     static constexpr bool endsByCount =
         std::is_same_v<T, String> || std::is_same_v<T, StructElement> || std::is_same_v<T, Enumeration>;
     template <class U>
-    [[gnu::always_inline]] TypedIterator<U> endOf(bool writable) const {
+    VEXADATA_INLINE TypedIterator<U> endOf(bool writable) const {
         if constexpr (endsByCount) {
             TypedIterator<U> it(this->impl_->beginIterator(nullptr, writable));
             it.advance(static_cast<std::ptrdiff_t>(this->impl_->getNumberOfElements()));

@@ -18,9 +18,10 @@ namespace foundation::vexadata {
 
 namespace detail {
 
-/// Keeps the exception in flight for this thread's next `rethrowHeldError`.
-VEXADATA_API void holdError() noexcept;
-[[noreturn, gnu::cold]] VEXADATA_API void rethrowHeldError();
+/// The exception in flight, in one word that a step's result can carry in a register; never null.
+VEXADATA_API void* holdError() noexcept;
+/// Throws what `holdError` returned, once.
+[[noreturn, gnu::cold]] VEXADATA_API void rethrowHeldError(void* error);
 
 /// What dereferencing gives: elements of primitive arrays themselves, other elements as handles by value.
 template <class T>
@@ -92,8 +93,8 @@ public:
     TypedIterator() noexcept = default;
     /// Takes a back-end's iterator over.
     /// @throws std::bad_alloc after deleting it
-    [[gnu::always_inline]] explicit TypedIterator(Impl* impl) : TypedIterator(adopt(impl)) {}
-    [[gnu::always_inline]] TypedIterator(std::shared_ptr<Impl> impl) : TypedIterator(take(std::move(impl))) {}
+    VEXADATA_INLINE explicit TypedIterator(Impl* impl) : TypedIterator(adopt(impl)) {}
+    VEXADATA_INLINE TypedIterator(std::shared_ptr<Impl> impl) : TypedIterator(take(std::move(impl))) {}
 
     TypedIterator(const TypedIterator& other) : impl_(copyImpl(other.impl_)), current_(other.current_) {}
     TypedIterator(TypedIterator&& other) noexcept = default;
@@ -220,7 +221,7 @@ private:
         std::shared_ptr<Impl> impl;
         Cursor current;
     };
-    [[gnu::always_inline]] explicit TypedIterator(Parts parts) noexcept
+    VEXADATA_INLINE explicit TypedIterator(Parts parts) noexcept
         : impl_(std::move(parts.impl)), current_(parts.current) {}
 
     [[gnu::noinline]] static Parts adopt(Impl* impl) {
@@ -270,21 +271,20 @@ private:
     template <class R>
     struct Outcome {
         R value;
-        bool succeeded;
+        void* error; // of detail::holdError; null when the step succeeded
     };
     template <class F>
     static auto guarded(F forward) noexcept -> Outcome<decltype(forward())> {
         try {
-            return {forward(), true};
+            return {forward(), nullptr};
         } catch (...) {
-            detail::holdError();
-            return {{}, false};
+            return {{}, detail::holdError()};
         }
     }
     template <class R>
     static R orRethrow(Outcome<R> outcome) {
-        if (!outcome.succeeded) {
-            detail::rethrowHeldError();
+        if (outcome.error != nullptr) {
+            detail::rethrowHeldError(outcome.error);
         }
         return outcome.value;
     }

@@ -184,7 +184,7 @@ public:
 
     /// Reads a value; the array must be one of elements `T`.
     template <class T, IfValue<T> = 0>
-    [[gnu::always_inline]] operator T() const {
+    VEXADATA_INLINE operator T() const {
         if constexpr (isPrimitiveElement<StoredAs<T>>) {
             if (const auto* element = self().template tryRecognised<StoredAs<T>>()) {
                 return static_cast<T>(*element);
@@ -208,7 +208,7 @@ public:
 
     /// Writes a value; the array must be one of elements `T`. Everything on the way is made private first.
     template <class T, IfValue<T> = 0>
-    [[gnu::always_inline]] Ref& operator=(const T& value) {
+    VEXADATA_INLINE Ref& operator=(const T& value) {
         static_assert(!isConst, "this reference is read-only: its array is const");
         if constexpr (isPrimitiveElement<StoredAs<T>>) {
             if (auto* element = self().template tryRecognisedForWrite<StoredAs<T>>()) {

@@ -4,6 +4,7 @@
 #include <vexa/data/impl/ArrayImpl.hpp>
 #include <vexa/data/impl/EmptyArrayImpl.hpp>
 #include <vexa/data/impl/EnumArrayImpl.hpp>
+#include <vexa/data/impl/InPlaceStructImpl.hpp>
 #include <vexa/data/impl/ObjectArrayImpl.hpp>
 #include <vexa/data/impl/StringArrayImpl.hpp>
 #include <vexa/data/impl/StructArrayImpl.hpp>
@@ -94,6 +95,9 @@ template struct Operation<afterDestructor + 39, void(std::size_t, const std::str
 template struct Operation<afterDestructor + 40, const Text*() const, &TypedArrayImpl<Text>::getTypedDataPtr>;
 
 template struct Interface<StructArrayImpl, 16, afterDestructor + 49>;
+template struct Interface<InPlaceStructImpl, 32, afterDestructor + 50>;
+template struct Operation<afterDestructor + 49, ArrayImpl* const*(std::size_t, const std::string&) const,
+                          &InPlaceStructImpl::getFieldPlace>;
 template struct Operation<afterDestructor + 41, ForwardIteratorImpl*(), &StructArrayImpl::fieldNamesBegin>;
 template struct Operation<afterDestructor + 42, ForwardIteratorImpl*(), &StructArrayImpl::fieldNamesEnd>;
 template struct Operation<afterDestructor + 43, std::size_t() const, &StructArrayImpl::getNumFields>;

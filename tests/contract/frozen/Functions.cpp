@@ -85,14 +85,16 @@ template struct Function<std::unique_ptr<const void, std::function<void(const vo
                          &getBufferPtr>;
 template struct Function<const HandleObjectRefImpl* (*)(const Object&), &handleObject>;
 template struct Function<
-    void (*)(), &holdError, &raise<CanOnlyUseOneStringIndexException>,
-    &raise<CantAssignArrayToThisArrayException>, &raise<CantIndexIntoEmptyArrayException>,
-    &raise<EArrayIndexOutOfRange>, &raise<EArrayUnknownDataType>, &raise<EInvalidDimensionsInSparseArray>,
-    &raise<InvalidArrayTypeException>, &raise<MustBePrimitiveTypeException>,
-    &raise<NonAsciiCharInInputDataException>, &raise<NonAsciiCharInRequestedAsciiOutputException>,
-    &raise<NotEnoughIndicesProvidedException>, &raise<NumberOfElementsExceedsMaximumException>,
-    &raise<StringIndexMustBeLastException>, &raise<TooManyIndicesProvidedException>,
-    &raise<TypeMismatchException>, &raise<WrongVectorSizeForStructException>, &rethrowHeldError>;
+    void (*)(), &raise<CanOnlyUseOneStringIndexException>, &raise<CantAssignArrayToThisArrayException>,
+    &raise<CantIndexIntoEmptyArrayException>, &raise<EArrayIndexOutOfRange>, &raise<EArrayUnknownDataType>,
+    &raise<EInvalidDimensionsInSparseArray>, &raise<InvalidArrayTypeException>,
+    &raise<MustBePrimitiveTypeException>, &raise<NonAsciiCharInInputDataException>,
+    &raise<NonAsciiCharInRequestedAsciiOutputException>, &raise<NotEnoughIndicesProvidedException>,
+    &raise<NumberOfElementsExceedsMaximumException>, &raise<StringIndexMustBeLastException>,
+    &raise<TooManyIndicesProvidedException>, &raise<TypeMismatchException>,
+    &raise<WrongVectorSizeForStructException>>;
+template struct Function<void* (*)(), &holdError>;
+template struct Function<void (*)(void*), &rethrowHeldError>;
 template struct Function<bool (*)(const Array&), &isSparse>;
 template struct Function<std::unique_ptr<IteratorImpl> (*)(ArrayImpl&, bool, bool, const Chain&),
                          &iteratorOf>;
@@ -105,6 +107,15 @@ template struct Function<void* (*)(std::size_t, std::size_t), &allocateElements,
 template struct Function<void (*)(void*), &freeElements>;
 template struct Function<bool (*)(RecognisedKind, const std::type_info&), &recognise>;
 template struct Function<std::atomic<const void*> (*)[3], &recognisedClasses>;
+template struct Function<std::atomic<const void*>*, &recognisedFactory>;
+template struct Function<bool (*)(const std::type_info&), &recogniseFactory>;
+template struct Function<bool (ArrayFactory::*)() const, &ArrayFactory::makesDenseArrays>;
+template struct Function<const Array (*)(ElementPosition, const std::string&), &StructElement::askedField>;
+template struct Function<Chain (*)(ElementPosition, const std::string&), &chainToField>;
+template struct Function<Chain (*)(ArrayImpl*, std::size_t, const std::string&), &chainToField>;
+template struct Function<const Array (*)(const ArrayImpl&, std::size_t, const std::string&), &fieldOf>;
+template struct Function<ElementPosition (*)(Chain&, std::size_t), &ElementPosition::inside>;
+template struct Function<ReferenceImpl& (ElementPosition::*)() const, &ElementPosition::settled>;
 template struct Function<const std::string*, &noFieldName>;
 template struct Function<std::ostream& (*)(std::ostream&, const Array&), (&operator<<)>;
 template struct Function<std::ostream& (*)(std::ostream&, const Printed&), (&operator<<)>;
@@ -174,13 +185,13 @@ template struct Function<ValueObjectArray (ArrayFactory::*)(Sizes, const ClassIn
                          &ArrayFactory::createValueObjectArray>;
 template struct Function<ValueObjectArray (ArrayFactory::*)(const ValueObject&) const,
                          &ArrayFactory::createValueObjectScalar>;
-template struct Function<ArrayImpl* (ArrayFactory::*)(Sizes, ArrayType, Owned<void>, MemoryLayout) const,
+template struct Function<ArrayImpl* (ArrayFactory::*)(Sizes&&, ArrayType, Owned<void>, MemoryLayout) const,
                          &ArrayFactory::fromBuffer>;
 template struct Function < ArrayFactory& (ArrayFactory::*)(ArrayFactory&&), &ArrayFactory::operator=>;
 template struct Function < ArrayFactory& (ArrayFactory::*)(const ArrayFactory&), &ArrayFactory::operator=>;
-template struct Function<ArrayImpl* (ArrayFactory::*)(ArrayType, Sizes, const void*, std::size_t) const,
+template struct Function<ArrayImpl* (ArrayFactory::*)(ArrayType, Sizes&&, const void*, std::size_t) const,
                          &ArrayFactory::withData>;
-template struct Function<ArrayImpl* (ArrayFactory::*)(ArrayType, Sizes) const, &ArrayFactory::zeros>;
+template struct Function<ArrayImpl* (ArrayFactory::*)(ArrayType, Sizes&&) const, &ArrayFactory::zeros>;
 
 template struct Function<ArrayFactoryImpl* (*)(), &ArrayFactoryImpl::getDefaultFactory>;
 template struct Function<bool (*)(ArrayFactoryImpl* (*)()), &ArrayFactoryImpl::registerClientFactoryFunction,

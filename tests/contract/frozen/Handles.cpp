@@ -142,7 +142,7 @@ template struct Member<0, std::shared_ptr<IteratorImpl>, &TypedIterator<double>:
 template struct Member<16, double*, &TypedIterator<double>::Parts::current>;
 template struct Values<16, 8, 16, Passed::inRegisters, TypedIterator<double>::Outcome<std::ptrdiff_t>>;
 template struct Member<0, std::ptrdiff_t, &TypedIterator<double>::Outcome<std::ptrdiff_t>::value>;
-template struct Member<8, bool, &TypedIterator<double>::Outcome<std::ptrdiff_t>::succeeded>;
+template struct Member<8, void*, &TypedIterator<double>::Outcome<std::ptrdiff_t>::error>;
 template struct Member<0, ArrayImpl*, &ElementCursor::array>;
 template struct Member<8, std::uint64_t, &ElementCursor::position>;
 template struct Member<0, Reference<Array>, &ArrowProxy<Reference<Array>>::ref_>;

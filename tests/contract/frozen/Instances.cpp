@@ -47,6 +47,8 @@ using Element =
     template struct Function<void (*)(const Array&), &TypedArray<T>::requireType>;                           \
     template struct Function<const bool*, &TypedArray<T>::endsByCount>;                                      \
     template struct Function<TypedArray<T> (ArrayFactory::*)(Sizes) const, &ArrayFactory::createArray<T>>;   \
+    template struct Function<TypedArray<T> (ArrayFactory::*)(std::initializer_list<std::size_t>) const,      \
+                             &ArrayFactory::createArray<T>>;                                                 \
     template struct Function<TypedArray<T> (*)(Chain), &castTo<TypedArray<T>, false>,                        \
                              &castTo<TypedArray<T>, true>>;                                                  \
     template struct Function<void (*)(Chain, bool), &validateReference<T>>;                                  \
@@ -73,6 +75,7 @@ using Element =
     template struct Function<bool (ContiguousIteratorImpl<T>::*)() const,                                    \
                              &ContiguousIteratorImpl<T>::holdsReference>;                                    \
     template struct Function<DenseArrayImpl<T>* (*)(Sizes &&), &DenseArrayImpl<T>::zeros>;                   \
+    template struct Function<DenseArrayImpl<T>* (*)(std::size_t, std::size_t), &DenseArrayImpl<T>::zeros>;   \
     template struct Function<DenseArrayImpl<T>* (*)(Sizes&&, Owned<void>, MemoryLayout),                     \
                              &DenseArrayImpl<T>::adopt>;                                                     \
     template struct Function<DenseArrayImpl<T>* (*)(Sizes&&, const void*, std::size_t),                      \

@@ -17,22 +17,21 @@ namespace fv = foundation::vexadata;
 namespace rules {
 
 /// Any extent of 0. The two-dimensional case comes first because most arrays are matrices.
-[[gnu::always_inline]] inline bool hasNoElements(const std::vector<std::size_t>& dimensions) noexcept {
+inline bool hasNoElements(const std::vector<std::size_t>& dimensions) noexcept {
     if (dimensions.size() == 2) {
         return dimensions[0] == 0 || dimensions[1] == 0;
     }
     return std::find(dimensions.begin(), dimensions.end(), 0U) != dimensions.end();
 }
 
-[[gnu::always_inline]] inline void requireInside(std::size_t index, std::size_t extent) {
+inline void requireInside(std::size_t index, std::size_t extent) {
     if (index >= extent) {
         fv::detail::raise<fv::EArrayIndexOutOfRange>();
     }
 }
 
 /// Column-major position in a matrix.
-[[gnu::always_inline]] inline std::size_t inMatrix(const std::vector<std::size_t>& dimensions,
-                                                   std::size_t row, std::size_t column) {
+inline std::size_t inMatrix(const std::vector<std::size_t>& dimensions, std::size_t row, std::size_t column) {
     requireInside(row, dimensions[0]);
     requireInside(column, dimensions[1]);
     return row + column * dimensions[0];
@@ -74,8 +73,7 @@ inline std::size_t elementCount(const std::vector<std::size_t>& dimensions) noex
 /// Checks that `index` may follow `count` indices into an array of the given dimensions. A surplus zero may.
 /// @throws CantIndexIntoEmptyArrayException for a first index into an array without elements
 /// @throws TooManyIndicesProvidedException for a non-zero index beyond the last dimension
-[[gnu::always_inline]] inline void checkAppend(const std::vector<std::size_t>& dimensions, std::size_t count,
-                                               std::size_t index) {
+inline void checkAppend(const std::vector<std::size_t>& dimensions, std::size_t count, std::size_t index) {
     if (count == 0 && rules::hasNoElements(dimensions)) {
         fv::detail::raise<fv::CantIndexIntoEmptyArrayException>();
     }

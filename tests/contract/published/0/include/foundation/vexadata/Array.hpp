@@ -59,10 +59,10 @@ public:
     /// @throws CantIndexIntoEmptyArrayException, TooManyIndicesProvidedException; std::bad_alloc, the handle unchanged
     ArrayElementRef<false> operator[](std::size_t index) {
         detail::Access::unshare(*this);
-        return ArrayElementRef<false>(detail::ElementPosition::first(impl_.get(), index));
+        return ArrayElementRef<false>(detail::ElementPosition::firstOfAny(impl_.get(), index));
     }
     ArrayElementRef<true> operator[](std::size_t index) const {
-        return ArrayElementRef<true>(detail::ElementPosition::first(impl_.get(), index));
+        return ArrayElementRef<true>(detail::ElementPosition::firstOfAny(impl_.get(), index));
     }
 
 protected:

@@ -81,19 +81,19 @@ class ArrayElementTypedRef
       public detail::ComplexComparison<ArrayElementTypedRef<T, isConst>, T, detail::isComplexElement<T>>,
       public detail::CompoundAssignment<ArrayElementTypedRef<T, isConst>, T> {
 public:
-    [[gnu::always_inline]] explicit ArrayElementTypedRef(detail::ElementPosition position) noexcept
+    VEXADATA_INLINE explicit ArrayElementTypedRef(detail::ElementPosition position) noexcept
         : position_(std::move(position)) {}
     /// Shares the chain of an element that is known already.
     explicit ArrayElementTypedRef(const std::shared_ptr<detail::ReferenceImpl>& chain) noexcept
         : position_(chain) {}
     ArrayElementTypedRef(const ArrayElementTypedRef&) = default;
-    [[gnu::always_inline]] ArrayElementTypedRef(ArrayElementTypedRef&& other) noexcept
+    VEXADATA_INLINE ArrayElementTypedRef(ArrayElementTypedRef&& other) noexcept
         : position_(std::move(other.position_)) {}
-    [[gnu::always_inline]] ~ArrayElementTypedRef() {}
+    VEXADATA_INLINE ~ArrayElementTypedRef() {}
 
     /// Reads the element.
     /// @throws NotEnoughIndicesProvidedException, EArrayIndexOutOfRange
-    [[gnu::always_inline]] operator T() const { return position_.template value<T>(); }
+    VEXADATA_INLINE operator T() const { return position_.template value<T>(); }
     template <class U, detail::IfOtherComplex<T, U> = 0>
     operator U() const {
         return U(static_cast<T>(*this));
@@ -101,7 +101,7 @@ public:
 
     /// Writes the element.
     /// @throws NotEnoughIndicesProvidedException, EArrayIndexOutOfRange; errors of the back-end
-    [[gnu::always_inline]] ArrayElementTypedRef& operator=(const T& value) {
+    VEXADATA_INLINE ArrayElementTypedRef& operator=(const T& value) {
         static_assert(!isConst, "this reference is read-only: its array is const");
         position_.template setValue<T>(value);
         return *this;

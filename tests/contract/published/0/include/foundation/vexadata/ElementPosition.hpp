@@ -7,6 +7,8 @@
 #include <vexa/data/detail/IndexRules.hpp>
 #include <vexa/data/impl/DenseArrayImpl.hpp>
 #include <vexa/data/impl/InPlaceArrayImpl.hpp>
+#include <vexa/data/impl/StringArrayImpl.hpp>
+#include <vexa/data/impl/StructArrayImpl.hpp>
 
 #include <cstddef>
 #include <cstdint>
@@ -26,9 +28,7 @@ struct InPlaceClass<T, true> {
     static constexpr bool exists = true;
     using Stored = T;
     using Base = vexa::data::impl::DenseArrayImpl<T>;
-    [[gnu::always_inline]] static bool recognises(const ArrayImpl& array) noexcept {
-        return isExactly<Base>(array);
-    }
+    VEXADATA_INLINE static bool recognises(const ArrayImpl& array) noexcept { return isExactly<Base>(array); }
 };
 /// One that a back-end has named.
 template <class Interface, class T, vexa::data::detail::RecognisedKind kind>
@@ -36,7 +36,7 @@ struct NamedInPlaceClass {
     static constexpr bool exists = true;
     using Stored = T;
     using Base = vexa::data::impl::InPlaceArrayImpl<Interface, T>;
-    [[gnu::always_inline]] static bool recognises(const ArrayImpl& array) noexcept {
+    VEXADATA_INLINE static bool recognises(const ArrayImpl& array) noexcept {
         return typeInformationOf(array) ==
                vexa::data::detail::recognisedClasses[static_cast<std::size_t>(kind)].load(
                    std::memory_order_relaxed);
@@ -45,6 +45,13 @@ struct NamedInPlaceClass {
 template <>
 struct InPlaceClass<Array, false>
     : NamedInPlaceClass<TypedArrayImpl<Array>, Array, vexa::data::detail::RecognisedKind::CELLS> {};
+/// Where a text or a record lies is known; what is in it, the back-end is asked.
+template <>
+struct InPlaceClass<String, false> : NamedInPlaceClass<vexa::data::impl::StringArrayImpl, const void,
+                                                       vexa::data::detail::RecognisedKind::STRINGS> {};
+template <>
+struct InPlaceClass<StructElement, false> : NamedInPlaceClass<vexa::data::impl::StructArrayImpl, const void,
+                                                              vexa::data::detail::RecognisedKind::STRUCTS> {};
 
 /// Either up to three indices into an array, or a shared chain. Follows the rules of the shared chain in the same order,
 /// and asks the back-end for the same operations. The array is borrowed and never counted: a position is valid while
@@ -56,7 +63,7 @@ class ElementPosition {
 public:
     /// A first index into `array`.
     /// @throws CantIndexIntoEmptyArrayException, TooManyIndicesProvidedException
-    [[gnu::always_inline]] static ElementPosition first(ArrayImpl* array, std::size_t index) {
+    VEXADATA_INLINE static ElementPosition first(ArrayImpl* array, std::size_t index) {
         const Shape shape = askedForFirst(array, index);
         return ElementPosition(array, &shape.dimensions, shape.way, 1, index);
     }
@@ -64,7 +71,7 @@ public:
     /// The same into an array of elements `T`. In a matrix of a class that is recognised nothing is asked, and nothing can fail before
     /// the element is read or written.
     template <class T>
-    [[gnu::always_inline]] static ElementPosition firstOf(ArrayImpl* array, std::size_t index) {
+    VEXADATA_INLINE static ElementPosition firstOf(ArrayImpl* array, std::size_t index) {
         if constexpr (InPlaceClass<T>::exists) {
             if (InPlaceClass<T>::recognises(*array) && inPlaceOf<T>(array).rows != 0) {
                 return ElementPosition(array, nullptr, Way::IN_PLACE, 1, index);
@@ -73,9 +80,21 @@ public:
         return first(array, index);
     }
 
+    /// The same into an array of any kind. In a matrix of the most usual kinds nothing is asked.
+    VEXADATA_INLINE static ElementPosition firstOfAny(ArrayImpl* array, std::size_t index) {
+        return isPlainMatrix<double>(*array) || isPlainMatrix<char16_t>(*array)
+                   ? ElementPosition(array, nullptr, Way::PLAIN, 1, index)
+                   : first(array, index);
+    }
+
+    /// An element of the array that the element of `chain` holds, everything on the way made private. In place when it is the field
+    /// of a record of a recognised class.
+    /// @throws NotEnoughIndicesProvidedException when the element holds no array; index errors of either level
+    VEXADATA_API static ElementPosition inside(std::shared_ptr<ReferenceImpl>& chain, std::size_t index);
+
     /// An element whose position is known, as iterators know it. Whether it may be written was decided when the iterator
     /// was made: nothing happens before a write.
-    [[gnu::always_inline]] static ElementPosition at(ArrayImpl* array, std::uint64_t linearIndex) noexcept {
+    VEXADATA_INLINE static ElementPosition at(ArrayImpl* array, std::uint64_t linearIndex) noexcept {
         return ElementPosition(array, nullptr, Way::OTHER, known, linearIndex);
     }
 
@@ -94,7 +113,7 @@ public:
           chain_(other.chain_) {
         retainChain();
     }
-    [[gnu::always_inline]] ElementPosition(ElementPosition&& other) noexcept
+    VEXADATA_INLINE ElementPosition(ElementPosition&& other) noexcept
         : array_(other.array_),
           dimensions_(other.dimensions_),
           way_(other.way_),
@@ -106,7 +125,7 @@ public:
         swap(other);
         return *this;
     }
-    [[gnu::always_inline]] ~ElementPosition() {
+    VEXADATA_INLINE ~ElementPosition() {
         if (chain_ != nullptr) {
             chain_->release();
         }
@@ -124,7 +143,7 @@ public:
     /// Appends an index. A shared chain that others hold is copied before. An element whose position is known needs none:
     /// it takes zeros, without effect, and nothing else.
     /// @throws StringIndexMustBeLastException, CantIndexIntoEmptyArrayException, TooManyIndicesProvidedException
-    [[gnu::always_inline]] void append(std::size_t index) {
+    VEXADATA_INLINE void append(std::size_t index) {
         if (chain_ == nullptr && count_ < capacity) {
             if (count_ != 1 || way_ >= Way::OTHER) {
                 checkFurther(array_, dimensions_, count_, index);
@@ -132,17 +151,18 @@ public:
             indices_[count_++] = index;
         } else {
             chain_ = longerChain(parts(), index);
+            way_ = Way::OTHER;
         }
     }
 
     /// The array indexed into, borrowed.
-    [[gnu::always_inline]] ArrayImpl* array() const {
-        return chain_ == nullptr ? array_ : chain_->getArrayImpl();
+    VEXADATA_INLINE ArrayImpl* array() const {
+        return chain_ == nullptr ? array_ : isInside() ? *place() : chain_->getArrayImpl();
     }
 
-    [[gnu::always_inline]] void prepareForWrite() const {
+    VEXADATA_INLINE void prepareForWrite() const {
         if (chain_ != nullptr) {
-            chain_->prepareForWrite();
+            end().prepareForWrite();
         } else if (count_ != known) {
             array_->unshare();
         }
@@ -150,35 +170,39 @@ public:
 
     /// The array indexed into, made ready for a write; see the function for chains. A position in place belongs to the
     /// caller's own handle, which outlives the call, so that its indices may be read after the back-end's operation.
-    [[gnu::always_inline]] ArrayImpl* arrayForWrite() const {
+    VEXADATA_INLINE ArrayImpl* arrayForWrite() const {
         if (chain_ != nullptr) {
-            return detail::arrayForWrite(*chain_);
+            return detail::arrayForWrite(end());
         }
         prepareForWrite();
         return array_;
     }
 
-    [[gnu::always_inline]] const std::string& fieldName() const noexcept {
-        return chain_ == nullptr ? noFieldName : chain_->stringIndex();
+    VEXADATA_INLINE const std::string& fieldName() const noexcept {
+        return chain_ == nullptr || isInside() ? noFieldName : chain_->stringIndex();
     }
 
     /// @throws NotEnoughIndicesProvidedException, EArrayIndexOutOfRange
-    [[gnu::always_inline]] std::size_t linearIndex() const {
+    VEXADATA_INLINE std::size_t linearIndex() const {
         if (chain_ != nullptr) {
-            return chain_->getLinearIndex();
+            return end().getLinearIndex();
         }
         return isInMatrix() ? indexInMatrix() : keepRewrite(resolve(parts())).index;
     }
 
     /// Value of the element, which must be one of an array of `T`.
     template <class T>
-    [[gnu::always_inline]] T value() const {
+    VEXADATA_INLINE T value() const {
         if constexpr (isPrimitiveElement<T>) {
             if (isInPlace()) {
                 return *addressInPlace<T>();
             }
+        } else if constexpr (std::is_same_v<T, String>) {
+            if (isInPlace()) {
+                return readElement<T>(*array_, indexInPlace<T>(), noFieldName);
+            }
         }
-        if (count_ == 1) {
+        if (count_ == 1 && way_ >= Way::OTHER) {
             keepRewrite(resolve(parts()));
         }
         return isInMatrix() ? readElement<T>(*array_, indexInMatrix(), noFieldName)
@@ -188,7 +212,7 @@ public:
 
     /// Writes the element, which must be one of an array of `T`.
     template <class T>
-    [[gnu::always_inline]] void setValue(T value) const {
+    VEXADATA_INLINE void setValue(T value) const {
         if constexpr (isPrimitiveElement<T>) {
             if (isInPlace()) {
                 *addressInPlace<T>() = value;
@@ -204,22 +228,45 @@ public:
         writeElement<T>(*target.array, target.index, *target.fieldName, std::move(value));
     }
 
+    /// Whether it is known that `indexInPlace` tells the position: in a matrix of the recognised class.
+    VEXADATA_INLINE bool isInPlace() const noexcept {
+        return way_ == Way::IN_PLACE && chain_ == nullptr && count_ <= 2;
+    }
+    /// The position in an array of elements `T`.
+    /// @throws NotEnoughIndicesProvidedException, EArrayIndexOutOfRange
+    template <class T>
+    VEXADATA_INLINE std::size_t indexInPlace() const {
+        const auto& matrix = inPlaceOf<T>(array_);
+        if (count_ == 1) {
+            spread(matrix.rows, matrix.columns);
+        }
+        if (__builtin_expect(indices_[0] >= matrix.rows || indices_[1] >= matrix.columns, 0)) {
+            raise<EArrayIndexOutOfRange>();
+        }
+        return indices_[0] + indices_[1] * matrix.rows;
+    }
+
     /// The element itself when it is known to be reached in place: of a matrix of a recognised class with elements `T`. Null otherwise,
     /// and when it is not there.
     template <class T>
-    [[gnu::always_inline]] T* tryInPlace() const noexcept {
+    VEXADATA_INLINE T* tryInPlace() const noexcept {
         return isInPlace() ? inPlaceOf<T>(array_).element(count_, indices_[0], indices_[1]) : nullptr;
     }
     /// The same where the kind of the array was not known when the position was made.
     template <class T>
-    [[gnu::always_inline]] T* tryRecognised() const noexcept {
-        return chain_ == nullptr && way_ == Way::MATRIX && count_ <= 2 && InPlaceClass<T>::recognises(*array_)
+    VEXADATA_INLINE T* tryRecognised(bool forWrite) const noexcept {
+        if (chain_ != nullptr) {
+            return way_ == insideOf(arrayTypeOf<T>) ? tryInside<T>(forWrite) : nullptr;
+        }
+        return way_ < Way::OTHER && count_ <= 2 && InPlaceClass<T>::recognises(*array_)
                    ? inPlaceOf<T>(array_).element(count_, indices_[0], indices_[1])
                    : nullptr;
     }
 
     /// Whether the element was known without indices: an iterator stands on it, or it is a field.
-    bool isFixed() const noexcept { return chain_ == nullptr ? count_ == known : chain_->indexCount() == 0; }
+    bool isFixed() const noexcept {
+        return chain_ == nullptr ? count_ == known : !isInside() && chain_->indexCount() == 0;
+    }
 
     /// Whether a shared chain leads there, on which the array can be another one at the next call.
     bool hasChain() const noexcept { return chain_ != nullptr; }
@@ -235,10 +282,45 @@ private:
     /// How the element is reached while the indices are in place. As wide as a count: compilers compare two neighbouring halves of a
     /// word at once, and wait for both to be written.
     enum class Way : std::uint64_t {
-        IN_PLACE, ///< a column-major matrix of a recognised class, of which nothing was asked so far
-        MATRIX,   ///< a column-major matrix
-        OTHER     ///< plus the layout: any other array, and elements whose position is known
+        IN_PLACE, ///< a column-major matrix of the recognised class for the elements of the handle; nothing was asked so far
+        PLAIN,           ///< the same, of some class of plain values
+        MATRIX,          ///< a column-major matrix
+        OTHER,           ///< plus the layout: any other array, and elements whose position is known
+        INSIDE = 1 << 16 ///< plus the type: a matrix in a field, see `inside`
     };
+
+    // Inside a field the chain leads to the field, and other members have a meaning of their own: the place of the field's pointer, the
+    // index, and the extents that its array had when the position was made. In an array of another kind or shape the index means
+    // nothing. For whatever is not done in place, `end` makes the chain into the array.
+
+    /// The count inside a field once the element was reached: further indices do not move it then.
+    static constexpr std::uint64_t resolved = 2;
+    static constexpr Way insideOf(ArrayType type) noexcept {
+        return static_cast<Way>(static_cast<std::uint64_t>(Way::INSIDE) + static_cast<std::uint64_t>(type));
+    }
+    bool isInside() const noexcept { return way_ >= Way::INSIDE; }
+    /// In the room of the dimensions.
+    ArrayImpl* const* place() const noexcept { return reinterpret_cast<ArrayImpl* const*>(dimensions_); }
+    template <class T>
+    VEXADATA_INLINE T* tryInside(bool forWrite) const noexcept {
+        const ArrayImpl* const array = *place();
+        if (!InPlaceClass<T>::recognises(*array)) {
+            return nullptr;
+        }
+        const auto& matrix = inPlaceOf<T>(array);
+        if (matrix.rows != indices_[1] || matrix.columns != indices_[2]) {
+            return nullptr;
+        }
+        T* const element = matrix.element(1, indices_[0], 0);
+        if (element != nullptr) {
+            count_ = resolved;
+        }
+        return forWrite && array->referenceCount() != 1 ? nullptr : element;
+    }
+    /// The chain to the element.
+    /// @throws TypeMismatchException, EArrayIndexOutOfRange when the field holds another kind of array by now
+    ReferenceImpl& end() const { return isInside() ? settled() : *chain_; }
+    [[gnu::cold]] VEXADATA_API ReferenceImpl& settled() const;
 
     /// A position without ownership, passed by value: one whose own address nobody has stays in registers.
     struct Parts {
@@ -263,8 +345,8 @@ private:
         Way way;
     };
 
-    [[gnu::always_inline]] ElementPosition(ArrayImpl* array, const std::vector<std::size_t>* dimensions,
-                                           Way way, std::uint64_t count, std::uint64_t index) noexcept
+    VEXADATA_INLINE ElementPosition(ArrayImpl* array, const std::vector<std::size_t>* dimensions, Way way,
+                                    std::uint64_t count, std::uint64_t index) noexcept
         : array_(array), dimensions_(dimensions), way_(way), count_(count), indices_{index, 0, 0} {}
     /// Adopts the one reference that the chain carries.
     explicit ElementPosition(ReferenceImpl* chain) noexcept : chain_(chain) {}
@@ -276,11 +358,11 @@ private:
           indices_{parts.indices[0], parts.indices[1], parts.indices[2]},
           chain_(parts.chain) {}
 
-    [[gnu::always_inline]] Parts parts() const noexcept {
+    VEXADATA_INLINE Parts parts() const noexcept {
         return {array_, dimensions_, way_, count_, {indices_[0], indices_[1], indices_[2]}, chain_};
     }
     /// A single index into a matrix is rewritten as two. That stays, as in a shared chain, so that a further index follows them.
-    [[gnu::always_inline]] const Target& keepRewrite(const Target& target) const noexcept {
+    VEXADATA_INLINE const Target& keepRewrite(const Target& target) const noexcept {
         if (chain_ == nullptr) {
             count_ = target.count;
             indices_[0] = target.first;
@@ -289,28 +371,9 @@ private:
         return target;
     }
 
-    // In a matrix of a class that is recognised.
-
-    template <class T>
-    [[gnu::always_inline]] static const auto& inPlaceOf(const ArrayImpl* array) noexcept {
-        return static_cast<const typename InPlaceClass<T>::Base*>(array)->inPlace();
-    }
-    [[gnu::always_inline]] bool isInPlace() const noexcept {
-        return way_ == Way::IN_PLACE && chain_ == nullptr && count_ <= 2;
-    }
-    /// @throws NotEnoughIndicesProvidedException, EArrayIndexOutOfRange
-    template <class T>
-    [[gnu::always_inline]] T* addressInPlace() const {
-        const vexa::data::detail::InPlace<T>& matrix = inPlaceOf<T>(array_);
-        if (count_ == 1) {
-            spreadInPlace(matrix.rows, matrix.columns);
-        }
-        if (__builtin_expect(indices_[0] >= matrix.rows || indices_[1] >= matrix.columns, 0)) {
-            raise<EArrayIndexOutOfRange>();
-        }
-        return matrix.data + indices_[0] + indices_[1] * matrix.rows;
-    }
-    [[gnu::always_inline]] void spreadInPlace(std::size_t rows, std::size_t columns) const {
+    /// Makes one index into a row or column two.
+    /// @throws NotEnoughIndicesProvidedException
+    VEXADATA_INLINE void spread(std::size_t rows, std::size_t columns) const {
         if (rows == 1) {
             indices_[1] = indices_[0];
             indices_[0] = 0;
@@ -320,6 +383,20 @@ private:
         count_ = 2;
     }
 
+    // In a matrix of a class that is recognised.
+
+    template <class T>
+    VEXADATA_INLINE static bool isPlainMatrix(const ArrayImpl& array) noexcept {
+        return InPlaceClass<T>::recognises(array) && inPlaceOf<T>(&array).rows != 0;
+    }
+    template <class T>
+    VEXADATA_INLINE static const auto& inPlaceOf(const ArrayImpl* array) noexcept {
+        return static_cast<const typename InPlaceClass<T>::Base*>(array)->inPlace();
+    }
+    template <class T>
+    VEXADATA_INLINE T* addressInPlace() const {
+        return inPlaceOf<T>(array_).data + indexInPlace<T>();
+    }
     // In an array that is asked. What is out of line takes no address of a position.
 
     /// Being cold marks what follows as unlikely, so that a loop over arrays that are not asked keeps its sums in registers.
@@ -349,12 +426,15 @@ private:
                                                         const std::vector<std::size_t>* dimensions,
                                                         std::uint64_t count, std::size_t index);
 
-    [[gnu::always_inline]] bool isInMatrix() const noexcept {
-        return way_ == Way::MATRIX && count_ == 2 && chain_ == nullptr;
+    VEXADATA_INLINE bool isInMatrix() const noexcept {
+        return way_ == Way::MATRIX && count_ <= 2 && chain_ == nullptr;
     }
-    /// @throws EArrayIndexOutOfRange
-    [[gnu::always_inline]] std::size_t indexInMatrix() const {
+    /// @throws NotEnoughIndicesProvidedException, EArrayIndexOutOfRange
+    VEXADATA_INLINE std::size_t indexInMatrix() const {
         const std::size_t* extents = dimensions_->data();
+        if (count_ == 1) {
+            spread(extents[0], extents[1]);
+        }
         if (indices_[0] >= extents[0] || indices_[1] >= extents[1]) {
             raise<EArrayIndexOutOfRange>();
         }
@@ -367,6 +447,7 @@ private:
     [[gnu::cold]] VEXADATA_API static Target resolveForWrite(Parts position);
     static std::uint64_t indexOf(Parts& position);
     static Target targetOf(Parts position);
+    static Target settledTarget(Parts position);
     static Target targetOf(ReferenceImpl& chain, ArrayImpl* array);
     template <class T>
     [[gnu::noinline, gnu::cold]] static T readResolved(ArrayImpl* array,
@@ -390,7 +471,7 @@ private:
 
     ArrayImpl* array_ = nullptr;
     const std::vector<std::size_t>* dimensions_ = nullptr; // null in place
-    Way way_ = Way::OTHER;
+    mutable Way way_ = Way::OTHER;
     mutable std::uint64_t count_ = 0;
     mutable std::uint64_t indices_[capacity] = {0, 0, 0};
     mutable ReferenceImpl* chain_ = nullptr; // owns one reference

@@ -19,19 +19,19 @@ namespace detail {
 class VEXADATA_API HeldPosition {
 public:
     /// A first index. `writable` when `forWrite` may be called.
-    [[gnu::always_inline]] HeldPosition(ElementPosition holder, bool writable, std::size_t index) noexcept
+    VEXADATA_INLINE HeldPosition(ElementPosition holder, bool writable, std::size_t index) noexcept
         : holder_(std::move(holder)), indices_{index, 0, 0}, count_(1), writable_(writable) {}
     HeldPosition(const HeldPosition&) = default;
-    [[gnu::always_inline]] HeldPosition(HeldPosition&& other) noexcept
+    VEXADATA_INLINE HeldPosition(HeldPosition&& other) noexcept
         : holder_(std::move(other.holder_)),
           indices_{other.indices_[0], other.indices_[1], other.indices_[2]},
           count_(other.count_),
           writable_(other.writable_) {}
-    [[gnu::always_inline]] ~HeldPosition() {}
+    VEXADATA_INLINE ~HeldPosition() {}
 
     /// From the fourth index on, all are tested.
     /// @throws index errors; NotEnoughIndicesProvidedException when the element holds no array
-    [[gnu::always_inline]] void append(std::size_t index) {
+    VEXADATA_INLINE void append(std::size_t index) {
         if (count_ < capacity) {
             indices_[count_++] = index;
         } else {
@@ -41,7 +41,7 @@ public:
 
     /// The element, when it is reached in place; null otherwise, and when it is not there.
     template <class T>
-    [[gnu::always_inline]] T* tryInPlace(bool forWrite) const noexcept {
+    VEXADATA_INLINE T* tryInPlace(bool forWrite) const noexcept {
         const Array* cell = count_ <= 2 ? holder_.template tryInPlace<Array>() : nullptr;
         return cell == nullptr ? nullptr : elementOf<T>(*cell, forWrite);
     }
@@ -60,7 +60,7 @@ private:
 
     /// An array that others share is copied before a write, which is not done here.
     template <class T, class Cell>
-    [[gnu::always_inline]] T* elementOf(const Cell& cell, bool forWrite) const noexcept {
+    VEXADATA_INLINE T* elementOf(const Cell& cell, bool forWrite) const noexcept {
         const std::shared_ptr<ArrayImpl>& array = Access::impl(cell);
         const bool reached = array != nullptr && InPlaceClass<T>::recognises(*array) &&
                              (!forWrite || Access::isPrivate(array));
@@ -87,15 +87,14 @@ class HeldElementRef : public detail::UntypedElement<HeldElementRef<isConst>, is
     using Untyped = detail::UntypedElement<HeldElementRef<isConst>, isConst>;
 
 public:
-    [[gnu::always_inline]] explicit HeldElementRef(detail::HeldPosition position) noexcept
+    VEXADATA_INLINE explicit HeldElementRef(detail::HeldPosition position) noexcept
         : position_(std::move(position)) {}
     HeldElementRef(const HeldElementRef&) = default;
-    [[gnu::always_inline]] HeldElementRef(HeldElementRef&& other) noexcept
-        : position_(std::move(other.position_)) {}
-    [[gnu::always_inline]] ~HeldElementRef() {}
+    VEXADATA_INLINE HeldElementRef(HeldElementRef&& other) noexcept : position_(std::move(other.position_)) {}
+    VEXADATA_INLINE ~HeldElementRef() {}
 
     /// Appends an index. It is tested when the element is used.
-    [[gnu::always_inline]] HeldElementRef operator[](std::size_t index) && {
+    VEXADATA_INLINE HeldElementRef operator[](std::size_t index) && {
         position_.append(index);
         return std::move(*this);
     }
@@ -126,11 +125,11 @@ private:
     detail::ElementPosition forRead() const { return position_.forRead(); }
     detail::ElementPosition forWrite() const { return position_.forWrite(); }
     template <class T>
-    [[gnu::always_inline]] const T* tryRecognised() const noexcept {
+    VEXADATA_INLINE const T* tryRecognised() const noexcept {
         return position_.template tryInPlace<T>(false);
     }
     template <class T>
-    [[gnu::always_inline]] T* tryRecognisedForWrite() const noexcept {
+    VEXADATA_INLINE T* tryRecognisedForWrite() const noexcept {
         return position_.template tryInPlace<T>(true);
     }
 
@@ -141,16 +140,16 @@ private:
 template <bool isConst>
 class HeldElements {
 public:
-    [[gnu::always_inline]] explicit HeldElements(detail::ElementPosition holder) noexcept
+    VEXADATA_INLINE explicit HeldElements(detail::ElementPosition holder) noexcept
         : holder_(std::move(holder)) {}
-    [[gnu::always_inline]] ~HeldElements() {}
+    VEXADATA_INLINE ~HeldElements() {}
     HeldElements(const HeldElements&) = default;
 
     /// An element, or a partial subscript that needs further indices. The indices are tested when the element is used.
-    [[gnu::always_inline]] HeldElementRef<isConst> operator[](std::size_t index) const& {
+    VEXADATA_INLINE HeldElementRef<isConst> operator[](std::size_t index) const& {
         return HeldElementRef<isConst>(detail::HeldPosition(holder_, !isConst, index));
     }
-    [[gnu::always_inline]] HeldElementRef<isConst> operator[](std::size_t index) && {
+    VEXADATA_INLINE HeldElementRef<isConst> operator[](std::size_t index) && {
         return HeldElementRef<isConst>(detail::HeldPosition(std::move(holder_), !isConst, index));
     }
 
@@ -159,11 +158,11 @@ private:
 };
 
 template <bool isConst>
-[[gnu::always_inline]] inline HeldElements<isConst> ArrayElementRef<isConst>::held() const& {
+VEXADATA_INLINE inline HeldElements<isConst> ArrayElementRef<isConst>::held() const& {
     return HeldElements<isConst>(position_);
 }
 template <bool isConst>
-[[gnu::always_inline]] inline HeldElements<isConst> ArrayElementRef<isConst>::held() && {
+VEXADATA_INLINE inline HeldElements<isConst> ArrayElementRef<isConst>::held() && {
     return HeldElements<isConst>(std::move(position_));
 }
 inline HeldElements<false> Reference<Array>::held() {

@@ -152,7 +152,7 @@ public:
     /// An element of the array held, one level deeper. The writable form makes everything on the way private.
     /// @throws index errors of either level
     ArrayElementRef<false> operator[](std::size_t index) {
-        return ArrayElementRef<false>(detail::createReferenceWithIndex<false>(chain_, index));
+        return ArrayElementRef<false>(detail::ElementPosition::inside(chain_, index));
     }
     ArrayElementRef<true> operator[](std::size_t index) const {
         return ArrayElementRef<true>(detail::createConstReferenceWithIndex(chain_, index));

@@ -26,11 +26,22 @@ struct BorrowedText {
     std::size_t length = 0;
 };
 
-/// @throws index errors; errors of the back-end
-inline BorrowedText textAt(const ElementPosition& position) {
+/// By value: one whose own address nobody has keeps its indices in registers.
+[[gnu::noinline]] inline BorrowedText askedText(ElementPosition position) {
     BorrowedText found;
     const ArrayImpl* array = position.array();
     array->getStringElement(position.linearIndex(), found.text, found.length);
+    return found;
+}
+
+/// @throws index errors; errors of the back-end
+VEXADATA_INLINE inline BorrowedText textAt(const ElementPosition& position) {
+    if (!position.isInPlace()) {
+        return askedText(position);
+    }
+    BorrowedText found;
+    const std::size_t index = position.indexInPlace<String>();
+    position.array()->getStringElement(index, found.text, found.length);
     return found;
 }
 
@@ -75,10 +86,15 @@ inline bool equalElements(const BorrowedText& a, const BorrowedText& b) noexcept
 /// What every handle to a string element can do: tell whether the element is there, and hand its text out.
 class VEXADATA_API VEXAStringReferenceExt {
 public:
-    explicit VEXAStringReferenceExt(detail::ElementPosition position) noexcept
+    VEXADATA_INLINE explicit VEXAStringReferenceExt(detail::ElementPosition position) noexcept
         : position_(std::move(position)) {}
     explicit VEXAStringReferenceExt(const std::shared_ptr<detail::ReferenceImpl>& chain) noexcept
         : position_(chain) {}
+    VEXAStringReferenceExt(const VEXAStringReferenceExt&) = default;
+    VEXADATA_INLINE VEXAStringReferenceExt(VEXAStringReferenceExt&& other) noexcept
+        : position_(std::move(other.position_)) {}
+    VEXAStringReferenceExt& operator=(const VEXAStringReferenceExt&) = default;
+    VEXADATA_INLINE ~VEXAStringReferenceExt() {}
 
     /// False for a missing element.
     /// @throws index errors
@@ -201,7 +217,7 @@ public:
 // Comparisons never throw: what goes wrong while the element is resolved or read counts as "not equal".
 
 template <class Ref, detail::IfStringRef<Ref> = 0>
-bool operator==(const Ref& element, std::u16string_view text) noexcept {
+VEXADATA_INLINE inline bool operator==(const Ref& element, std::u16string_view text) noexcept {
     try {
         return detail::equalsText(detail::textAt(detail::Access::position(element)), text);
     } catch (...) {

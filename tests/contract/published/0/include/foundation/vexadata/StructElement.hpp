@@ -19,6 +19,14 @@ namespace detail {
 
 /// See `setElement` for records.
 VEXADATA_API void storeRecord(const ElementPosition& position, std::vector<Array> values);
+/// The value of a field of the record at `index` of an array of a recognised class.
+VEXADATA_API const Array fieldOf(const ArrayImpl& records, std::size_t index, const std::string& fieldName);
+/// A chain of its own to a field of a record.
+/// @throws CanOnlyUseOneStringIndexException when the position is a field already; index errors
+VEXADATA_API std::shared_ptr<ReferenceImpl> chainToField(ArrayImpl* records, std::size_t index,
+                                                         const std::string& fieldName);
+VEXADATA_API std::shared_ptr<ReferenceImpl> chainToField(ElementPosition record,
+                                                         const std::string& fieldName);
 /// The field values of a record, in their order, each shared with it.
 VEXADATA_API std::vector<Array> valuesOf(const ElementPosition& position);
 
@@ -33,8 +41,13 @@ class VEXADATA_API StructElement {
 public:
     using const_iterator = TypedIterator<const Array>;
 
-    explicit StructElement(detail::ElementPosition position) noexcept : position_(std::move(position)) {}
+    VEXADATA_INLINE explicit StructElement(detail::ElementPosition position) noexcept
+        : position_(std::move(position)) {}
     explicit StructElement(const std::shared_ptr<detail::ReferenceImpl>& chain) noexcept : position_(chain) {}
+    StructElement(const StructElement&) = default;
+    VEXADATA_INLINE StructElement(StructElement&& other) noexcept : position_(std::move(other.position_)) {}
+    StructElement& operator=(const StructElement&) = default;
+    VEXADATA_INLINE ~StructElement() {}
 
     /// The names of the fields in their order.
     Range<ForwardIterator, const VexaFieldIdentifier> getFieldNames() const;
@@ -42,7 +55,11 @@ public:
 
     /// The value of a field, shared with the record until one of them is written. Constant, so that indexing into it on
     /// the spot reads without making a copy first; assign it to an `Array` to keep or to change it.
-    const Array operator[](const std::string& fieldName) const;
+    VEXADATA_INLINE const Array operator[](const std::string& fieldName) const {
+        return position_.isInPlace()
+                   ? detail::fieldOf(*position_.array(), position_.indexInPlace<StructElement>(), fieldName)
+                   : askedField(position_, fieldName);
+    }
     void operator[](std::size_t) const = delete; // a zero would be taken for a null text
 
     /// The field values, in the order of the names.
@@ -54,6 +71,9 @@ public:
 protected:
     friend struct detail::Access;
     detail::ElementPosition position_;
+
+private:
+    static const Array askedField(detail::ElementPosition position, const std::string& fieldName);
 };
 
 /// A record that can be written. Reading as for StructElement.
@@ -64,7 +84,12 @@ public:
 
     /// The field, to be written or looked into. Nothing happens to the struct array before that.
     /// @throws CanOnlyUseOneStringIndexException when this handle is a field already
-    Reference<Array> operator[](const std::string& fieldName);
+    VEXADATA_INLINE Reference<Array> operator[](const std::string& fieldName) {
+        return Reference<Array>(
+            position_.isInPlace()
+                ? detail::chainToField(position_.array(), position_.indexInPlace<StructElement>(), fieldName)
+                : detail::chainToField(position_, fieldName));
+    }
     using StructElement::operator[];
 
     /// The field values for writing; the struct array is made private first.

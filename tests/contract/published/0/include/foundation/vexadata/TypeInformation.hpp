@@ -2,6 +2,8 @@
 // read it unseen and crash on their objects, so that the library asks here.
 #pragma once
 
+#include <foundation/vexadata/Export.hpp>
+
 #include <cstring>
 #include <type_traits>
 #include <typeinfo>
@@ -13,7 +15,7 @@ namespace foundation::vexadata::detail {
 /// By the Itanium C++ ABI such an object begins with the address of its vtable, whose preceding word is the address of the
 /// type information.
 template <class T>
-[[gnu::always_inline]] inline const void* typeInformationOf(const T& object) noexcept {
+VEXADATA_INLINE inline const void* typeInformationOf(const T& object) noexcept {
     static_assert(std::is_polymorphic_v<T>, "only classes with virtual operations carry type information");
     const void* const* vtable = nullptr;
     std::memcpy(&vtable, static_cast<const void*>(&object), sizeof vtable);
@@ -24,7 +26,7 @@ template <class T>
 /// information of a class that a shared library exports exists once in a process. Callers that are built without type information
 /// recognise nothing, which costs them time and nothing else.
 template <class Class, class T>
-[[gnu::always_inline]] inline bool isExactly(const T& object) noexcept {
+VEXADATA_INLINE inline bool isExactly(const T& object) noexcept {
 #ifdef __cpp_rtti
     return typeInformationOf(object) == static_cast<const void*>(&typeid(Class));
 #else

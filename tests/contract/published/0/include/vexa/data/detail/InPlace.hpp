@@ -20,8 +20,8 @@ struct InPlace {
     T* data = nullptr;
 
     /// The element at one index into a row or column, or at two; null when it is not there.
-    [[gnu::always_inline]] T* element(std::uint64_t count, std::uint64_t first,
-                                      std::uint64_t second) const noexcept {
+    VEXADATA_INLINE T* element(std::uint64_t count, std::uint64_t first,
+                               std::uint64_t second) const noexcept {
         if (count == 1) {
             if (rows == 1) {
                 second = first;
@@ -34,6 +34,13 @@ struct InPlace {
     }
 };
 
+/// The same for elements whose storage is the back-end's own: a position is all that is known.
+template <>
+struct InPlace<const void> {
+    std::size_t rows = 0;
+    std::size_t columns = 0;
+};
+
 /// Kinds of arrays of which a back-end may have one class recognised.
 enum class RecognisedKind : std::size_t { CELLS, STRINGS, STRUCTS };
 
@@ -44,5 +51,12 @@ VEXADATA_API extern std::atomic<const void*> recognisedClasses[3];
 /// later ones, and classes of back-ends that are not told of here, are asked as any others. Safe from any thread.
 /// @return whether it is the one
 VEXADATA_API bool recognise(RecognisedKind kind, const std::type_info& type) noexcept;
+
+/// The type information of the factory class that is recognised; never null.
+VEXADATA_API extern std::atomic<const void*> recognisedFactory;
+
+/// The same for one class of factories, final too, whose `createArrayImpl` makes every primitive array as
+/// `impl::DenseArrayImpl::zeros`. Matrices with listed dimensions are then made without asking it.
+VEXADATA_API bool recogniseFactory(const std::type_info& type) noexcept;
 
 } // namespace vexa::data::detail

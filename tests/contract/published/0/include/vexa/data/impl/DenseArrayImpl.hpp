@@ -19,8 +19,8 @@ namespace vexa::data::impl {
 /// that may write can outlive any bookkeeping about who looks at it. Sharing happens between handles of one array. Objects
 /// are made by the functions below, each of which returns one reference for the caller.
 ///
-/// Dimensions, and the elements of small arrays, follow the object in the same block; other elements lie in a buffer with a
-/// function that frees it.
+/// The elements of small arrays follow the object in the same block, and before them its dimensions, unless it shares those with
+/// all arrays of its shape, as small matrices do. Other elements lie in a buffer with a function that frees it.
 template <class T>
 class VEXADATA_API DenseArrayImpl final : public TypedArrayImpl<T> {
     using Dimensions = std::vector<std::size_t>;
@@ -29,6 +29,8 @@ public:
     /// All elements zero, column-major.
     /// @throws std::bad_alloc
     static DenseArrayImpl* zeros(Dimensions&& dimensions);
+    /// The same for a matrix.
+    static DenseArrayImpl* zeros(std::size_t rows, std::size_t columns);
     /// Over a buffer with as many elements as the dimensions say, in the order of `layout`. Null will do without elements.
     /// @throws std::bad_alloc after freeing the buffer
     static DenseArrayImpl* adopt(Dimensions&& dimensions, Buffer<void> storage, MemoryLayout layout);
@@ -67,13 +69,34 @@ public:
     void operator delete(void* block) { ::operator delete(block); }
 
 private:
-    struct [[gnu::visibility("hidden")]] Details;
+    struct TrailingBytes {
+        std::size_t size;
+    };
+    [[gnu::visibility("hidden")]] static void* operator new(std::size_t size, TrailingBytes trailing) {
+        return ::operator new(size + trailing.size);
+    }
+    [[gnu::visibility("hidden")]] static void operator delete(void* block, TrailingBytes) {
+        ::operator delete(block);
+    }
 
-    DenseArrayImpl() noexcept = default;
+    // Never called from elsewhere, and not part of what the library publishes.
+    [[gnu::visibility("hidden")]] explicit DenseArrayImpl(const Dimensions& shared) noexcept;
+    [[gnu::visibility("hidden")]] explicit DenseArrayImpl(Dimensions&& dimensions) noexcept;
+    [[gnu::visibility("hidden")]] static DenseArrayImpl* make(Dimensions&& dimensions, std::size_t trailing);
+    [[gnu::visibility("hidden")]] static DenseArrayImpl* uninitialised(Dimensions&& dimensions);
+
+    [[gnu::visibility("hidden")]] const Dimensions& dimensions() const noexcept;
+    [[gnu::visibility("hidden")]] MemoryLayout layout() const noexcept;
+    [[gnu::visibility("hidden")]] void setLayout(MemoryLayout layout) noexcept;
+    [[gnu::visibility("hidden")]] std::size_t count() const noexcept;
+    [[gnu::visibility("hidden")]] bool ownsDimensions() const noexcept;
+    [[gnu::visibility("hidden")]] Dimensions& ownDimensions() noexcept;
+    [[gnu::visibility("hidden")]] T* trailing() noexcept;
+    [[gnu::visibility("hidden")]] void noteShape() noexcept;
 
     data::detail::InPlace<T> inPlace_; // the first member: clients know its place
     std::uintptr_t
-        dimensions_; // where they lie: shared by all scalars, behind the object otherwise; odd for row-major
+        dimensions_; // where they lie: shared by many arrays, or behind the object; odd for row-major
     void (*deleter_)(void*) = nullptr; // null while the elements follow the object
     data::detail::Identity identity_;
 };

@@ -23,9 +23,15 @@ protected:
 
     /// Column-major elements; only those of a matrix that has some are reached in place.
     void showElements(const std::vector<std::size_t>& dimensions, T* data) noexcept {
-        const bool isMatrix = dimensions.size() == 2 && dimensions[0] != 0 && dimensions[1] != 0;
-        inPlace_ = isMatrix ? data::detail::InPlace<T>{dimensions[0], dimensions[1], data}
-                            : data::detail::InPlace<T>();
+        showPositions(dimensions);
+        inPlace_.data = inPlace_.rows == 0 ? nullptr : data;
+    }
+    /// The same where the elements themselves are the back-end's own.
+    void showPositions(const std::vector<std::size_t>& dimensions) noexcept {
+        if (dimensions.size() == 2 && dimensions[0] != 0 && dimensions[1] != 0) {
+            inPlace_.rows = dimensions[0];
+            inPlace_.columns = dimensions[1];
+        }
     }
 
 private:
