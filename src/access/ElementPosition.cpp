@@ -166,13 +166,18 @@ ElementPosition::Target ElementPosition::resolveForWrite(Parts position) {
     return targetOf(position);
 }
 
-void ElementPosition::checkFirst(const std::vector<std::size_t>& dimensions, std::size_t index) {
-    rules::checkAppend(dimensions, 0, index);
+bool ElementPosition::takesFirst(const std::vector<std::size_t>& dimensions, std::size_t index) noexcept {
+    return !rules::rules::hasNoElements(dimensions) && (!dimensions.empty() || index == 0);
 }
 
-void ElementPosition::checkFurther(const ArrayImpl* array, const std::vector<std::size_t>* dimensions,
-                                   std::uint64_t count, std::size_t index) {
-    rules::checkAppend(dimensionsOf(array, dimensions), count, index);
+void ElementPosition::raiseFirst(const std::vector<std::size_t>& dimensions, std::size_t index) {
+    rules::checkAppend(dimensions, 0, index);
+    raise<TooManyIndicesProvidedException>();
+}
+
+bool ElementPosition::takesFurther(const ArrayImpl* array, const std::vector<std::size_t>* dimensions,
+                                   std::uint64_t count, std::size_t index) noexcept {
+    return index == 0 || count < dimensionsOf(array, dimensions).size();
 }
 
 ReferenceImpl* ElementPosition::longerChain(Parts position, std::size_t index) {

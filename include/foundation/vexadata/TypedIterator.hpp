@@ -18,11 +18,6 @@ namespace foundation::vexadata {
 
 namespace detail {
 
-/// The exception in flight, in one word that a step's result can carry in a register; never null.
-VEXADATA_API void* holdError() noexcept;
-/// Throws what `holdError` returned, once.
-[[noreturn, gnu::cold]] VEXADATA_API void rethrowHeldError(void* error);
-
 /// What dereferencing gives: elements of primitive arrays themselves, other elements as handles by value.
 template <class T>
 struct IteratorTraits {

@@ -233,9 +233,10 @@ template struct Function<std::vector<const char*> (DefaultVariableInfoImpl::*)()
                          &DefaultVariableInfoImpl::str2Ptr>;
 
 template struct Function<Chain (ElementPosition::*)() const, &ElementPosition::chain>;
-template struct Function<void (*)(const Sizes&, std::size_t), &ElementPosition::checkFirst>;
-template struct Function<void (*)(const ArrayImpl*, const Sizes*, std::uint64_t, std::size_t),
-                         &ElementPosition::checkFurther>;
+template struct Function<bool (*)(const Sizes&, std::size_t), &ElementPosition::takesFirst>;
+template struct Function<void (*)(const Sizes&, std::size_t), &ElementPosition::raiseFirst>;
+template struct Function<bool (*)(const ArrayImpl*, const Sizes*, std::uint64_t, std::size_t),
+                         &ElementPosition::takesFurther>;
 template struct Function<ReferenceImpl* (*)(ElementPosition::Parts, std::size_t),
                          &ElementPosition::longerChain>;
 template struct Function<ReferenceImpl& (ElementPosition::*)() const, &ElementPosition::makeChain>;

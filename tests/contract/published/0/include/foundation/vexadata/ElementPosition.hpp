@@ -18,6 +18,11 @@
 
 namespace foundation::vexadata::detail {
 
+/// Takes the exception in flight along.
+VEXADATA_API void* holdError() noexcept;
+/// Throws what `holdError` returned, once.
+[[noreturn, gnu::cold]] VEXADATA_API void rethrowHeldError(void* error);
+
 /// The class of arrays of elements `T` that handles recognise, in which they reach elements of type `Stored`.
 template <class T, bool isPrimitive = isPrimitiveElement<T>>
 struct InPlaceClass {
@@ -65,6 +70,9 @@ public:
     /// @throws CantIndexIntoEmptyArrayException, TooManyIndicesProvidedException
     VEXADATA_INLINE static ElementPosition first(ArrayImpl* array, std::size_t index) {
         const Shape shape = askedForFirst(array, index);
+        if (shape.way == Way::NONE) {
+            raiseFirst(shape.dimensions, index);
+        }
         return ElementPosition(array, &shape.dimensions, shape.way, 1, index);
     }
 
@@ -145,8 +153,8 @@ public:
     /// @throws StringIndexMustBeLastException, CantIndexIntoEmptyArrayException, TooManyIndicesProvidedException
     VEXADATA_INLINE void append(std::size_t index) {
         if (chain_ == nullptr && count_ < capacity) {
-            if (count_ != 1 || way_ >= Way::OTHER) {
-                checkFurther(array_, dimensions_, count_, index);
+            if ((count_ != 1 || way_ >= Way::OTHER) && !takesFurther(array_, dimensions_, count_, index)) {
+                raise<TooManyIndicesProvidedException>();
             }
             indices_[count_++] = index;
         } else {
@@ -202,12 +210,19 @@ public:
                 return readElement<T>(*array_, indexInPlace<T>(), noFieldName);
             }
         }
-        if (count_ == 1 && way_ >= Way::OTHER) {
-            keepRewrite(resolve(parts()));
+        if (count_ == 1) { // the rewrite stays
+            if (isInMatrix()) {
+                indexInMatrix();
+            } else if (chain_ == nullptr) {
+                keepRewrite(resolve(parts()));
+            }
         }
-        return isInMatrix() ? readElement<T>(*array_, indexInMatrix(), noFieldName)
-                            : readResolved<T>(array_, dimensions_, way_, count_, indices_[0], indices_[1],
-                                              indices_[2], chain_);
+        Outcome<T> outcome =
+            readAsked<T>(array_, dimensions_, way_, count_, indices_[0], indices_[1], indices_[2], chain_);
+        if (outcome.error != nullptr) {
+            rethrowHeldError(outcome.error);
+        }
+        return std::move(outcome.value);
     }
 
     /// Writes the element, which must be one of an array of `T`.
@@ -283,6 +298,7 @@ private:
     /// word at once, and wait for both to be written.
     enum class Way : std::uint64_t {
         IN_PLACE, ///< a column-major matrix of the recognised class for the elements of the handle; nothing was asked so far
+        NONE,            ///< no first index is possible; never the way of a position
         PLAIN,           ///< the same, of some class of plain values
         MATRIX,          ///< a column-major matrix
         OTHER,           ///< plus the layout: any other array, and elements whose position is known
@@ -401,12 +417,13 @@ private:
 
     /// Being cold marks what follows as unlikely, so that a loop over arrays that are not asked keeps its sums in registers.
     /// @throws CantIndexIntoEmptyArrayException, TooManyIndicesProvidedException
-    [[gnu::cold, gnu::noinline]] static Shape askedForFirst(const ArrayImpl* array, std::size_t index) {
+    [[gnu::cold, gnu::noinline]] static Shape askedForFirst(const ArrayImpl* array,
+                                                            std::size_t index) noexcept {
         const std::vector<std::size_t>& dimensions = array->getDimensions();
         const vexa::data::MemoryLayout layout = array->getMemoryLayout();
         const bool isMatrix = dimensions.size() == 2;
-        if (!isMatrix || dimensions[0] == 0 || dimensions[1] == 0) {
-            checkFirst(dimensions, index);
+        if ((!isMatrix || dimensions[0] == 0 || dimensions[1] == 0) && !takesFirst(dimensions, index)) {
+            return {dimensions, Way::NONE};
         }
         return {dimensions,
                 isMatrix && layout == vexa::data::MemoryLayout::COLUMN_MAJOR ? Way::MATRIX : wayOf(layout)};
@@ -420,11 +437,14 @@ private:
                    : static_cast<vexa::data::MemoryLayout>(static_cast<std::uint64_t>(way) -
                                                            static_cast<std::uint64_t>(Way::OTHER));
     }
-    VEXADATA_API static void checkFirst(const std::vector<std::size_t>& dimensions, std::size_t index);
-    /// @throws TooManyIndicesProvidedException
-    [[gnu::cold]] VEXADATA_API static void checkFurther(const ArrayImpl* array,
+    VEXADATA_API static bool takesFirst(const std::vector<std::size_t>& dimensions,
+                                        std::size_t index) noexcept;
+    /// @throws CantIndexIntoEmptyArrayException, TooManyIndicesProvidedException
+    [[noreturn, gnu::cold]] VEXADATA_API static void raiseFirst(const std::vector<std::size_t>& dimensions,
+                                                                std::size_t index);
+    [[gnu::cold]] VEXADATA_API static bool takesFurther(const ArrayImpl* array,
                                                         const std::vector<std::size_t>* dimensions,
-                                                        std::uint64_t count, std::size_t index);
+                                                        std::uint64_t count, std::size_t index) noexcept;
 
     VEXADATA_INLINE bool isInMatrix() const noexcept {
         return way_ == Way::MATRIX && count_ <= 2 && chain_ == nullptr;
@@ -449,14 +469,26 @@ private:
     static Target targetOf(Parts position);
     static Target settledTarget(Parts position);
     static Target targetOf(ReferenceImpl& chain, ArrayImpl* array);
+    /// Without exceptions: compilers keep what lives across a call that may throw in memory.
     template <class T>
-    [[gnu::noinline, gnu::cold]] static T readResolved(ArrayImpl* array,
-                                                       const std::vector<std::size_t>* dimensions, Way way,
-                                                       std::uint64_t count, std::uint64_t first,
-                                                       std::uint64_t second, std::uint64_t third,
-                                                       ReferenceImpl* chain) {
-        const Target target = resolve({array, dimensions, way, count, {first, second, third}, chain});
-        return readElement<T>(*target.array, target.index, *target.fieldName);
+    struct Outcome {
+        T value;
+        void* error; // of holdError; null after a success
+    };
+    template <class T>
+    [[gnu::noinline, gnu::cold]] static Outcome<T> readAsked(
+        ArrayImpl* array, const std::vector<std::size_t>* dimensions, Way way, std::uint64_t count,
+        std::uint64_t first, std::uint64_t second, std::uint64_t third, ReferenceImpl* chain) noexcept {
+        try {
+            if (way == Way::MATRIX && count == 2 && chain == nullptr) {
+                const std::size_t index = vexa::data::detail::rules::inMatrix(*dimensions, first, second);
+                return {readElement<T>(*array, index, noFieldName), nullptr};
+            }
+            const Target target = resolve({array, dimensions, way, count, {first, second, third}, chain});
+            return {readElement<T>(*target.array, target.index, *target.fieldName), nullptr};
+        } catch (...) {
+            return {T(), holdError()};
+        }
     }
 
     void retainChain() const noexcept {
