@@ -195,6 +195,9 @@ public:
         if (chain_ != nullptr) {
             return end().getLinearIndex();
         }
+        if (count_ == known) {
+            return indices_[0];
+        }
         return isInMatrix() ? indexInMatrix() : keepRewrite(resolve(parts())).index;
     }
 
