@@ -116,8 +116,8 @@ const Triplets& triplets() {
 
 bool buildTask() {
     Task task{"1e4 x 1e4 from 1e5 shuffled triplets", double(triplets().rows.size()), 0, {}, 6.3};
-    // The arguments of the factory are buffers that it takes over: filling them is part of the work, as building the lists
-    // of the peers is not.
+    // The arguments of the factory are buffers that it takes over: filling them is part of the work, as
+    // building the lists of the peers is not.
     task.contenders.push_back({"raw", [] { return double(RawSparse(triplets()).rows[77]); }});
     task.contenders.push_back({"vexadata", [] { return double(make(triplets()).getIr()[77]); }});
 #ifdef VEXADATA_HAVE_EIGEN

@@ -16,8 +16,8 @@ using fv::detail::Access;
 
 namespace {
 
-/// Stands for whatever lies in the slot. Once it has indices it means an element of the array that lay there when it was made:
-/// in an array of another kind or shape they mean nothing.
+/// Stands for whatever lies in the slot. Once it has indices it means an element of the array that lay there
+/// when it was made: in an array of another kind or shape they mean nothing.
 class SlotReference final : public ReferenceImpl {
 public:
     SlotReference(ArrayHolder& holder, std::size_t slot, bool forWrite) : holder_(holder), slot_(slot) {
@@ -55,8 +55,8 @@ ObjectArray* asObjects(ArrayImpl& array) {
                ? fv::detail::dynamicCast<ObjectArray>(&array)
                : nullptr;
 }
-/// The slots of a cell or struct, the properties of an array of objects; null for arrays that hold none, and for those of other
-/// back-ends.
+/// The slots of a cell or struct, the properties of an array of objects; null for arrays that hold none, and
+/// for those of other back-ends.
 ArrayHolder* slotsOf(ArrayImpl& array) {
     if (!canHold(array.getType())) {
         return nullptr;
@@ -123,8 +123,8 @@ private:
     std::vector<const ArrayHolder*> open_;
 };
 
-/// Copies arrays and objects so that they share no holder with the originals, at any depth. What the originals share among each
-/// other, the copies do too.
+/// Copies arrays and objects so that they share no holder with the originals, at any depth. What the originals
+/// share among each other, the copies do too.
 class SeparateCopies {
 public:
     Held of(const ArrayImpl& array) {

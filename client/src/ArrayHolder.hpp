@@ -48,8 +48,9 @@ inline bool canHold(foundation::vexadata::ArrayType type) noexcept {
            foundation::vexadata::detail::acceptsType<foundation::vexadata::ValueObject>(type);
 }
 
-/// Slots with an array each, counted from 0; the arrays may be shared with handles and other holders. Remembers what spares most
-/// searches: whether it ever came into another holder, and which of its slots ever held what can hold arrays itself.
+/// Slots with an array each, counted from 0; the arrays may be shared with handles and other holders.
+/// Remembers what spares most searches: whether it ever came into another holder, and which of its slots ever
+/// held what can hold arrays itself.
 class ArrayHolder {
 public:
     virtual std::size_t numberOfSlots() const noexcept = 0;
@@ -93,12 +94,13 @@ private:
     std::size_t endNested_ = 0;
 };
 
-/// A new chain into the array in a slot, one reference for the caller. Before a write that array is made the slot's alone,
-/// even when the chain was made for reading: then it moves to the copy.
+/// A new chain into the array in a slot, one reference for the caller. Before a write that array is made the
+/// slot's alone, even when the chain was made for reading: then it moves to the copy.
 data::detail::ReferenceImpl* referenceInto(ArrayHolder& holder, std::size_t slot, bool forWrite);
 
-/// `array` for a slot of `target`. When `target` is in `array`, at any depth, a copy that shares no holder with it: `target` would
-/// own itself otherwise. Looks for it only when somebody holds `target`, once into everything that can hold arrays.
+/// `array` for a slot of `target`. When `target` is in `array`, at any depth, a copy that shares no holder
+/// with it: `target` would own itself otherwise. Looks for it only when somebody holds `target`, once into
+/// everything that can hold arrays.
 Held storable(data::impl::ArrayImpl& array, const ArrayHolder& target);
 /// The same for an object that becomes an element of the array whose properties are `target`.
 foundation::vexadata::HandleObjectRef storable(foundation::vexadata::HandleObjectRef object,

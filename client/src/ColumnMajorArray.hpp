@@ -17,8 +17,8 @@ using data::MemoryLayout;
 using data::impl::ArrayImpl;
 using foundation::vexadata::ArrayType;
 
-/// Dimensions, an identity, and storage in column-major order that is always the object's alone. `Interface` is the interface of
-/// the kind of array.
+/// Dimensions, an identity, and storage in column-major order that is always the object's alone. `Interface`
+/// is the interface of the kind of array.
 template <class Interface>
 class ColumnMajorArray : public Interface {
 public:

@@ -17,15 +17,16 @@ class Instance;
 /// Beside the interface of arrays that can hold others.
 class Comparable {
 public:
-    /// False when `other`, an array of equal type and dimensions, is different. Otherwise the arrays held that are still to be
-    /// compared are left with `comparison`.
+    /// False when `other`, an array of equal type and dimensions, is different. Otherwise the arrays held that
+    /// are still to be compared are left with `comparison`.
     virtual bool equalsIn(Comparison& comparison, const data::impl::ArrayImpl& other) const = 0;
 
 protected:
     ~Comparable() = default;
 };
 
-/// A comparison of two arrays under way: what they hold is compared in turns, and what both sides share many times over once.
+/// A comparison of two arrays under way: what they hold is compared in turns, and what both sides share many
+/// times over once.
 class Comparison {
 public:
     static bool equal(const Comparable& array, const data::impl::ArrayImpl& other) {

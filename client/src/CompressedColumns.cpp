@@ -77,7 +77,8 @@ struct Entry {
     T value;
 };
 
-/// The rows of a matrix as digits for a radix sort: as few as leave each digit no more values than are worth counting.
+/// The rows of a matrix as digits for a radix sort: as few as leave each digit no more values than are worth
+/// counting.
 struct RowDigits {
     RowDigits(std::size_t rows, std::size_t count) {
         const auto width = static_cast<unsigned>(std::bit_width(rows - 1));
@@ -97,8 +98,9 @@ void countsToPositions(std::vector<Index>& counts) {
     std::exclusive_scan(counts.begin(), counts.end(), counts.begin(), Index{0});
 }
 
-/// Sorts `count` triplets by column and row, equal positions in their old order: a radix sort that goes through the digits of
-/// the row, then through the columns, whose sizes `starts` tells already. Writes rows and values back where they were.
+/// Sorts `count` triplets by column and row, equal positions in their old order: a radix sort that goes
+/// through the digits of the row, then through the columns, whose sizes `starts` tells already. Writes rows
+/// and values back where they were.
 template <class Index, class T>
 void sortTriplets(const std::vector<std::size_t>& dimensions, std::size_t count, std::size_t* starts,
                   const std::size_t* columns, std::size_t* rows, T* values) {
@@ -163,7 +165,8 @@ bool inOrder(const std::size_t* columns, const std::size_t* rows, std::size_t co
     return true;
 }
 
-/// False means that there may be a zero or a position that occurs twice; neighbours in two columns can have equal rows.
+/// False means that there may be a zero or a position that occurs twice; neighbours in two columns can have
+/// equal rows.
 template <class T>
 bool surelyTidy(const std::size_t* rows, const T* values, std::size_t count) {
     bool doubtful = count != 0 && values[0] == T();
@@ -340,8 +343,8 @@ std::pair<std::size_t, std::size_t> CompressedColumns<T>::getIndex(std::size_t k
     return {rows_[k], sameColumn ? last : columnOf(k)};
 }
 
-/// The last column that starts at or before `k`. Searches upwards from the last answer in steps that double, so that a
-/// walk costs next to nothing, over empty columns too.
+/// The last column that starts at or before `k`. Searches upwards from the last answer in steps that double,
+/// so that a walk costs next to nothing, over empty columns too.
 template <class T>
 std::size_t CompressedColumns<T>::columnOf(std::size_t k) const noexcept {
     const std::size_t* starts = starts_.get();

@@ -19,8 +19,8 @@ using foundation::vexadata::detail::Access;
 
 namespace {
 
-/// The name, its NUL and zeros up to as many bytes as the array has elements: a reference to the array copies that many.
-/// The zeros of a large array cost no memory until they are looked at.
+/// The name, its NUL and zeros up to as many bytes as the array has elements: a reference to the array copies
+/// that many. The zeros of a large array cost no memory until they are looked at.
 std::shared_ptr<const char> paddedName(const std::string& name, std::size_t elements) {
     const std::size_t bytes = std::max(name.size() + 1, elements);
     std::shared_ptr<char> padded(static_cast<char*>(data::detail::allocateZeros(bytes, 1)),

@@ -14,9 +14,10 @@
 
 namespace vexa::client {
 
-/// Members as codes in column-major order, and one table of their names, which copies share until one learns another name. An array that was created with names knows these
-/// members and no others; one created without learns every name at its first use. The empty name stands for no member, which is
-/// what elements hold that nobody has set.
+/// Members as codes in column-major order, and one table of their names, which copies share until one learns
+/// another name. An array that was created with names knows these members and no others; one created without
+/// learns every name at its first use. The empty name stands for no member, which is what elements hold that
+/// nobody has set.
 class EnumArray final : public ColumnMajorArray<data::impl::EnumArrayImpl> {
     using Element = foundation::vexadata::Enumeration;
 

@@ -61,7 +61,8 @@ public:
 private:
     static constexpr std::size_t shortest = 16; // the longest name that is all in its key
 
-    /// The first 16 bytes of a name, filled up with zeros. Of a longer name the first word is mixed with all that follows.
+    /// The first 16 bytes of a name, filled up with zeros. Of a longer name the first word is mixed with all
+    /// that follows.
     struct Key {
         std::uint64_t first = 0;
         std::uint64_t second = 0;
@@ -81,7 +82,8 @@ private:
         std::memcpy(&word, text, sizeof word);
         return word;
     }
-    /// Strings have room for 16 bytes at least. Names of all lengths in turn take no branch that could be mispredicted.
+    /// Strings have room for 16 bytes at least. Names of all lengths in turn take no branch that could be
+    /// mispredicted.
     static Key keyOf(const std::string& name) noexcept {
         static constexpr std::array<char, 32> mask{-1, -1, -1, -1, -1, -1, -1, -1,
                                                    -1, -1, -1, -1, -1, -1, -1, -1};

@@ -18,8 +18,9 @@ namespace vexa::client {
 
 using data::impl::ObjectImpl;
 
-/// Objects in column-major order. With a class, all objects are of this class and the array has its array properties; without,
-/// objects of any class may stand side by side. Copies share objects; an object that others share is copied before it changes.
+/// Objects in column-major order. With a class, all objects are of this class and the array has its array
+/// properties; without, objects of any class may stand side by side. Copies share objects; an object that
+/// others share is copied before it changes.
 class ObjectArray final : public ColumnMajorArray<data::impl::ObjectArrayImpl>, public Comparable {
     using Element = foundation::vexadata::HandleObjectRef;
 
@@ -35,8 +36,8 @@ public:
     data::detail::IteratorImpl* beginIterator(void* unused, bool writable) override;
     data::detail::IteratorImpl* endIterator(void* unused, bool writable) override;
     ArrayType getType() const override;
-    /// Value objects are compared by their properties, members of enumerations by class and name, handle objects by identity.
-    /// The other array may have other dimensions.
+    /// Value objects are compared by their properties, members of enumerations by class and name, handle
+    /// objects by identity. The other array may have other dimensions.
     bool isEqual(const ArrayImpl* other) const override;
     bool equalsIn(Comparison& comparison, const ArrayImpl& other) const override;
     Element* getElementAddress(std::size_t index, const std::string& fieldName, bool forWrite) override;
@@ -75,7 +76,8 @@ public:
     PropertySet& properties() noexcept { return properties_; }
     /// The object in an element; null when there is none, or one of another back-end.
     Instance* objectIn(std::size_t index) const noexcept;
-    /// Makes the object in an element the element's alone, as what iterators write into must be; null when there is none.
+    /// Makes the object in an element the element's alone, as what iterators write into must be; null when
+    /// there is none.
     ObjectImpl* separate(std::size_t index);
     void put(std::size_t index, Element object);
 

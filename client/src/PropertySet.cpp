@@ -25,8 +25,9 @@ using foundation::vexadata::detail::Access;
 
 namespace {
 
-/// A property as the only element of a cell array, which is what chains to properties index into: a property allows and refuses
-/// what a cell does, and its value never passes for the array that an element of it is asked for.
+/// A property as the only element of a cell array, which is what chains to properties index into: a property
+/// allows and refuses what a cell does, and its value never passes for the array that an element of it is
+/// asked for.
 class PropertyCell final : public data::impl::TypedArrayImpl<Array> {
 public:
     PropertyCell(PropertySet& properties, std::size_t place, bool writable)
@@ -130,7 +131,8 @@ private:
     bool writable_;
 };
 
-/// Hands out one view again and again as long as nobody else has kept it: a walk makes no object for each property.
+/// Hands out one view again and again as long as nobody else has kept it: a walk makes no object for each
+/// property.
 class PropertyIterator final : public ForwardIteratorImpl {
 public:
     PropertyIterator(PropertySet& properties, std::size_t place, bool writable)

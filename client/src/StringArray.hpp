@@ -13,9 +13,9 @@
 
 namespace vexa::client {
 
-/// Texts in column-major order. Each element takes 16 bytes, which hold texts of up to six units; longer ones lie one after
-/// another in a block of the whole array. Overwritten ones leave gaps there, which are closed when they make up half of it and
-/// more units than the array has elements.
+/// Texts in column-major order. Each element takes 16 bytes, which hold texts of up to six units; longer ones
+/// lie one after another in a block of the whole array. Overwritten ones leave gaps there, which are closed
+/// when they make up half of it and more units than the array has elements.
 class StringArray final
     : public ColumnMajorArray<data::impl::InPlaceArrayImpl<data::impl::StringArrayImpl, const void>> {
 public:

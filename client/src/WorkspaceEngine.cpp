@@ -26,8 +26,8 @@ using data::impl::ArrayImpl;
 using fv::detail::Access;
 using Context = fv::InProcessCustomWorkspace::Context;
 
-/// Finds a name without making a `std::string` of it. Not `noexcept`: then the standard library keeps each hash in the table
-/// instead of computing it again at every step along a bucket.
+/// Finds a name without making a `std::string` of it. Not `noexcept`: then the standard library keeps each
+/// hash in the table instead of computing it again at every step along a bucket.
 struct NameHash {
     using is_transparent = void;
     std::size_t operator()(std::string_view name) const { return std::hash<std::string_view>()(name); }
@@ -49,7 +49,8 @@ public:
         requireValid(name);
         values_.erase(std::string(name));
     }
-    /// The names in alphabetical order, until they are taken back. A caller that fails in between leaves them to the next.
+    /// The names in alphabetical order, until they are taken back. A caller that fails in between leaves them
+    /// to the next.
     const std::vector<const char*>& lend() {
         lent_.clear();
         lent_.reserve(values_.size());

@@ -4,7 +4,8 @@ namespace foundation::vexadata {
 
 namespace {
 
-/// Kinds that the untyped access refuses by name; complex ones are among them although their elements are primitive.
+/// Kinds that the untyped access refuses by name; complex ones are among them although their elements are
+/// primitive.
 bool isKnownWithoutBuffer(ArrayType type) noexcept {
     const auto value = static_cast<std::uint32_t>(type);
     return value == 3 || (value >= 14 && value <= 29 && type != ArrayType::OBJECT);

@@ -5,8 +5,8 @@ namespace foundation::vexadata::detail {
 
 namespace {
 
-/// The array in a cell, borrowed from the cell array; null for elements of other arrays, whose back-end has to be asked for a
-/// chain.
+/// The array in a cell, borrowed from the cell array; null for elements of other arrays, whose back-end has to
+/// be asked for a chain.
 const std::shared_ptr<ArrayImpl>* inCell(const ElementPosition& holder) {
     ArrayImpl* array = holder.array();
     if (array->getType() != ArrayType::CELL || !holder.fieldName().empty()) {

@@ -7,8 +7,9 @@ namespace foundation::vexadata::detail {
 
 namespace {
 
-/// Stands where another chain stands and keeps it alive. What the other does before a write happens here too, also that
-/// another array takes the place; a position in the old one means nothing in an array of another kind or shape.
+/// Stands where another chain stands and keeps it alive. What the other does before a write happens here too,
+/// also that another array takes the place; a position in the old one means nothing in an array of another
+/// kind or shape.
 class DependentReference final : public ReferenceImpl {
 public:
     explicit DependentReference(std::shared_ptr<ReferenceImpl> base)

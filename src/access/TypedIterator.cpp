@@ -7,8 +7,8 @@
 
 namespace foundation::vexadata::detail {
 
-// An exception_ptr is one word, and moves with its bytes: it travels as a plain pointer, which has no destructor and is returned in
-// a register.
+// An exception_ptr is one word, and moves with its bytes: it travels as a plain pointer, which has no
+// destructor and is returned in a register.
 static_assert(sizeof(std::exception_ptr) == sizeof(void*));
 
 void* holdError() noexcept {

@@ -123,8 +123,8 @@ void withNumber(const ElementPosition& element, Visit visit) {
     }
 }
 
-/// Calls `visit(T())` with the element type of an array whose elements are values, not arrays or records; false, without a
-/// call, for other kinds.
+/// Calls `visit(T())` with the element type of an array whose elements are values, not arrays or records;
+/// false, without a call, for other kinds.
 template <class Visit>
 bool withValue(ArrayType type, Visit visit) {
     switch (type) {

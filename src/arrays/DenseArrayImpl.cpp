@@ -51,7 +51,8 @@ bool isSmall(std::size_t count) noexcept {
     return count <= smallBytes / sizeof(T);
 }
 
-/// Out of line: where the compiler sees that there are few bytes, it writes `rep stos`, which costs more than the call.
+/// Out of line: where the compiler sees that there are few bytes, it writes `rep stos`, which costs more than
+/// the call.
 [[gnu::noinline]] void clearBytes(void* bytes, std::size_t size) noexcept { std::memset(bytes, 0, size); }
 
 void copyBytes(void* to, const void* from, std::size_t size) {

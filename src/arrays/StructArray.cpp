@@ -51,8 +51,8 @@ FieldNames StructArray::getFieldNames() const { return namesOf(structOf(*impl_))
 std::size_t StructArray::getNumberOfFields() const { return structOf(*impl_).getNumFields(); }
 
 FieldNames StructArrayExt::getFieldNames() const {
-    // Both ends are made by the begin operation, the second call for the begin, and each gets one reference more than
-    // anybody drops. Back-ends know this; it stays.
+    // Both ends are made by the begin operation, the second call for the begin, and each gets one reference
+    // more than anybody drops. Back-ends know this; it stays.
     auto& array = structOf(heldStruct(chain_));
     const auto fresh = [&] {
         auto* it = array.fieldNamesBegin();
@@ -100,8 +100,8 @@ std::shared_ptr<ReferenceImpl> chainToField(ArrayImpl* records, std::size_t inde
     return FieldReference::make(records, index, fieldName);
 }
 
-/// It depends on the record's chain, if there is one: what happens before a write to the record, which may lie in a cell that others
-/// share, happens before one to its field.
+/// It depends on the record's chain, if there is one: what happens before a write to the record, which may lie
+/// in a cell that others share, happens before one to its field.
 std::shared_ptr<ReferenceImpl> chainToField(ElementPosition record, const std::string& fieldName) {
     if (!record.fieldName().empty()) {
         raise<CanOnlyUseOneStringIndexException>();

@@ -1,8 +1,8 @@
 #include <foundation/vexadata/Access.hpp>
 #include <vexa/data/impl/EmptyArrayImpl.hpp>
 
-// The bare `throw;` of the operations that no well-formed caller asks of an empty array is deliberate: with nothing in
-// flight it ends the process at the place of the mistake.
+// The bare `throw;` of the operations that no well-formed caller asks of an empty array is deliberate: with
+// nothing in flight it ends the process at the place of the mistake.
 
 namespace vexa::data::impl {
 

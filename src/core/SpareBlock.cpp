@@ -8,8 +8,8 @@ namespace foundation::vexadata::detail {
 
 namespace {
 
-/// The destructors of thread-local variables are of no use here: registering the first one of a thread ends the process when memory
-/// is out, where a key says so.
+/// The destructors of thread-local variables are of no use here: registering the first one of a thread ends
+/// the process when memory is out, where a key says so.
 class ThreadEnd {
 public:
     ThreadEnd() noexcept : exists_(pthread_key_create(&key_, &callAll) == 0) {}

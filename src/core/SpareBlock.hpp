@@ -8,11 +8,12 @@
 
 namespace foundation::vexadata::detail {
 
-/// Arranges that `free` is called with null when this thread ends. False when that cannot be had, or the thread is ending already.
+/// Arranges that `free` is called with null when this thread ends. False when that cannot be had, or the
+/// thread is ending already.
 bool atThreadEnd(void (*free)() noexcept) noexcept;
 
-/// Blocks of `size` bytes. Each thread keeps the one that it gave back last for its next request, which costs a fifth of what the
-/// heap takes.
+/// Blocks of `size` bytes. Each thread keeps the one that it gave back last for its next request, which costs
+/// a fifth of what the heap takes.
 template <std::size_t size>
 class SpareBlock {
 public:

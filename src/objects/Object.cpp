@@ -46,8 +46,8 @@ namespace {
 
 using Properties = std::pair<ValueObject::iterator, ValueObject::iterator>;
 
-/// Through the operations of writable iteration, although nothing is written, and the end first: what back-ends have come
-/// to see.
+/// Through the operations of writable iteration, although nothing is written, and the end first: what
+/// back-ends have come to see.
 Properties propertiesOf(vexa::data::impl::ObjectImpl& object) {
     ValueObject::iterator end(object.end());
     return {ValueObject::iterator(object.begin()), std::move(end)};

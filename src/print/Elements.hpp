@@ -17,7 +17,8 @@ Alignment alignmentOf(ArrayType type) noexcept;
 /// True for numbers, truth values, units, strings and members of enumerations: elements that fit into a grid.
 bool isScalarKind(ArrayType type) noexcept;
 
-/// The element at a position of an array of such a kind: texts in quotes, "<missing>" and "<none>" for what is not there.
+/// The element at a position of an array of such a kind: texts in quotes, "<missing>" and "<none>" for what is
+/// not there.
 std::string elementText(ArrayImpl& array, std::size_t index, const PrintOptions& options);
 
 /// The stored value at position `index` among the non-zeros of a sparse array.

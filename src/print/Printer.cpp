@@ -126,7 +126,8 @@ std::string heading(const Array& array) {
     return text;
 }
 
-/// What fits behind a label, if anything does: scalars, rows of characters, and headings of arrays without elements.
+/// What fits behind a label, if anything does: scalars, rows of characters, and headings of arrays without
+/// elements.
 std::optional<std::string> shortText(const Array& array, const PrintOptions& options) {
     if (array.getType() == ArrayType::UNKNOWN) {
         return "empty";

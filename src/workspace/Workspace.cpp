@@ -17,8 +17,8 @@ namespace {
 
 using Record = std::shared_ptr<VariableInfoImplData>;
 
-/// Stands for a position in the record. Other than iterators elsewhere, it hands the record out without adding a reference, as
-/// engines expect.
+/// Stands for a position in the record. Other than iterators elsewhere, it hands the record out without adding
+/// a reference, as engines expect.
 class VariableInfoIterator final : public ForwardIteratorImpl {
 public:
     VariableInfoIterator(Record record, std::size_t position)

@@ -1,5 +1,5 @@
-// Elements of arrays that handles recognise are reached without asking the back-end; those of other classes by its operations.
-// Whatever a program does, both must give the same values and the same errors.
+// Elements of arrays that handles recognise are reached without asking the back-end; those of other classes by
+// its operations. Whatever a program does, both must give the same values and the same errors.
 #include "support/ForwardingFactory.hpp"
 #include "support/Throws.hpp"
 

@@ -1,5 +1,5 @@
-// One program of accesses over arrays whose elements handles reach in place and over arrays of another back-end that hold the same:
-// the same values, the same errors.
+// One program of accesses over arrays whose elements handles reach in place and over arrays of another
+// back-end that hold the same: the same values, the same errors.
 #include "support/ForwardingBackEnd.hpp"
 #include "support/Throws.hpp"
 

@@ -1,5 +1,6 @@
-// A back-end that passes everything on to the embedded one, but for the one thing that the environment variable VEXADATA_FAULT
-// names: an operation and how it is wrong. faults.cmake lists them; what any operation can do wrong is in Faults.hpp.
+// A back-end that passes everything on to the embedded one, but for the one thing that the environment
+// variable VEXADATA_FAULT names: an operation and how it is wrong. faults.cmake lists them; what any operation
+// can do wrong is in Faults.hpp.
 
 #include "backend_check/Faults.hpp"
 #include "support/ForwardingFactory.hpp"
@@ -27,7 +28,8 @@ using vexa::data::impl::PropertyImpl;
 
 ArrayFactoryImpl& factoryInside();
 
-// --- iterators ---------------------------------------------------------------------------------------------------
+// --- iterators
+// ---------------------------------------------------------------------------------------------------
 
 /// `prefix` begins the names of its operations.
 class WrongIterator : public ForwardingIterator {
@@ -148,7 +150,8 @@ ForwardIteratorImpl* wrongForward(const char* prefix, const char* operation, For
     return counted(operation, new WrongForward(prefix, std::move(inner)));
 }
 
-// --- arrays of any kind ------------------------------------------------------------------------------------------
+// --- arrays of any kind
+// ------------------------------------------------------------------------------------------
 
 /// A chain that leads where it led when it was made, whatever is going to be written.
 class LooseChain : public ReferenceImpl {
@@ -481,7 +484,8 @@ private:
     Inner<ArrayImpl> moved_; // of the dimensions that were lent
 };
 
-// --- numbers -----------------------------------------------------------------------------------------------------
+// --- numbers
+// -----------------------------------------------------------------------------------------------------
 
 template <class T>
 bool sameReal(const T& a, const T& b) {
@@ -644,7 +648,8 @@ private:
     Inner<ArrayImpl> before_; // the array that was shared, for its dimensions
 };
 
-// --- cells, texts, members, records ------------------------------------------------------------------------------
+// --- cells, texts, members, records
+// ------------------------------------------------------------------------------
 
 class WrongCells : public Wrong<ForwardingCells, WrongCells> {
 public:
@@ -869,7 +874,8 @@ private:
     }
 };
 
-// --- sparse matrices ---------------------------------------------------------------------------------------------
+// --- sparse matrices
+// ---------------------------------------------------------------------------------------------
 
 class WrongSparse : public Wrong<ForwardingSparse, WrongSparse> {
 public:
@@ -921,7 +927,8 @@ private:
     static inline std::vector<std::size_t> jc_, ir_;
 };
 
-// --- objects -----------------------------------------------------------------------------------------------------
+// --- objects
+// -----------------------------------------------------------------------------------------------------
 
 /// A reference to a property that forgets to make the value the property's own.
 class SharingReference : public ReferenceImpl {
@@ -1301,7 +1308,8 @@ struct WrongKinds {
     using Class = WrongClass;
 };
 
-// --- the factory -------------------------------------------------------------------------------------------------
+// --- the factory
+// -------------------------------------------------------------------------------------------------
 
 class WrongFactory : public ForwardingBackEndFactory<WrongKinds> {
     using Base = ForwardingBackEndFactory;
@@ -1601,7 +1609,8 @@ ArrayFactoryImpl* wrongFactory() {
     return counted("factory", fresh());
 }
 
-/// The embedded back-end has registered itself as the client's when this library is loaded; the engine's place goes first.
+/// The embedded back-end has registered itself as the client's when this library is loaded; the engine's place
+/// goes first.
 const bool registered = [] {
     if (chosen() == "crash-on-load") std::raise(SIGSEGV);
     if (chosen() == "throws-on-load") throw std::runtime_error("no licence");

@@ -1,5 +1,5 @@
-// Work that grows with what is written, not with what lies beside it. Nothing is timed: what was wrong would take hours, or more
-// allocations.
+// Work that grows with what is written, not with what lies beside it. Nothing is timed: what was wrong would
+// take hours, or more allocations.
 #include "support/AllocationCountdown.hpp"
 #include "support/Throws.hpp"
 

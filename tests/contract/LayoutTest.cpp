@@ -1,4 +1,5 @@
-// What the library writes into the words of an index chain, read by their places as a back-end built long ago would.
+// What the library writes into the words of an index chain, read by their places as a back-end built long ago
+// would.
 #include <foundation/vexadata/Exception.hpp>
 #include <vexa/data/detail/IndexList.hpp>
 #include <vexa/data/detail/ReferenceImpl.hpp>

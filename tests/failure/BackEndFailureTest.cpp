@@ -1,5 +1,5 @@
-// Every operation over a back-end whose operations fail one after the other: the error comes out as it is, nothing is
-// lost, nothing is changed.
+// Every operation over a back-end whose operations fail one after the other: the error comes out as it is,
+// nothing is lost, nothing is changed.
 #include "Sweep.hpp"
 #include "ThrowingBackEnd.hpp"
 #include "support/AllocationCountdown.hpp"

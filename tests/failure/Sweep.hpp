@@ -11,9 +11,9 @@
 
 namespace failure {
 
-/// Calls `inject(operation, number, text)` with number 1, 2, ... for each operation, until that says that the operation has
-/// fewer steps; `text` is that of an unchanged world. Prints and returns how many failures that made. Stops at the first
-/// failure of the test.
+/// Calls `inject(operation, number, text)` with number 1, 2, ... for each operation, until that says that the
+/// operation has fewer steps; `text` is that of an unchanged world. Prints and returns how many failures that
+/// made. Stops at the first failure of the test.
 template <class Inject>
 std::size_t sweep(const Family& family, const ArrayFactory& factory, const char* steps, Inject inject) {
     constexpr std::size_t limit = 500;

@@ -1,5 +1,5 @@
-// The embedded back-end behind wrappers, each of whose operations can be made to throw: those of arrays, objects and classes, of
-// iterators and of element references.
+// The embedded back-end behind wrappers, each of whose operations can be made to throw: those of arrays,
+// objects and classes, of iterators and of element references.
 #pragma once
 
 #include <foundation/vexadata/ArrayFactory.hpp>
@@ -8,8 +8,8 @@
 
 namespace failure {
 
-/// What fails: an operation, by throwing; a query that must not throw, by throwing all the same; an operation that gives a
-/// pointer, by giving null.
+/// What fails: an operation, by throwing; a query that must not throw, by throwing all the same; an operation
+/// that gives a pointer, by giving null.
 enum class Failing { operation, query, result };
 
 enum class Thrown { libraryError, standardError, foreignType };

@@ -19,7 +19,8 @@ ArrayFactoryImpl* noFactory() {
     return nullptr;
 }
 
-// Functions in this section run before the initialisers of the libraries, so registration has to work without them.
+// Functions in this section run before the initialisers of the libraries, so registration has to work without
+// them.
 void registerFirst() { ArrayFactoryImpl::registerClientFactoryFunction(&noFactory); }
 [[gnu::section(".preinit_array"), gnu::used]] void (*const beforeAll)() = &registerFirst;
 

@@ -28,8 +28,8 @@ void fill(Doubles& array, double value) {
     }
 }
 
-/// What one thread lends to another. Only the count of handles tells the lender that its array is its own again: the
-/// semaphores order nothing between the borrower's reads and the lender's next write.
+/// What one thread lends to another. Only the count of handles tells the lender that its array is its own
+/// again: the semaphores order nothing between the borrower's reads and the lender's next write.
 class Borrower {
 public:
     explicit Borrower(int rounds) : thread_([this, rounds] { run(rounds); }) {}

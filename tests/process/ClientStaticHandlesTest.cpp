@@ -1,5 +1,5 @@
-// Handles with static storage: made before main, used and dropped after it, when the libraries' own static objects may be
-// gone.
+// Handles with static storage: made before main, used and dropped after it, when the libraries' own static
+// objects may be gone.
 #include <foundation/vexadata/ArrayFactory.hpp>
 
 #include <gtest/gtest.h>

@@ -40,9 +40,10 @@ Outcome outcomeOf(Operation&& operation) {
     return outcome;
 }
 
-/// Lets the 1st, 2nd, ... allocation of `operation(state)` fail, each time over a fresh `state = setup()`, until it runs
-/// through. After each failure `check(state)` says whether everything is as promised; then the state is dropped, after
-/// which no block may be left. Only std::bad_alloc may come out, and at least one failure has to happen.
+/// Lets the 1st, 2nd, ... allocation of `operation(state)` fail, each time over a fresh `state = setup()`,
+/// until it runs through. After each failure `check(state)` says whether everything is as promised; then the
+/// state is dropped, after which no block may be left. Only std::bad_alloc may come out, and at least one
+/// failure has to happen.
 template <class Setup, class Operation, class Check>
 void sweep(Setup&& setup, Operation&& operation, Check&& check) {
     constexpr std::size_t limit = 1000;

@@ -1,6 +1,6 @@
-// A back-end over another one: every operation of every interface is passed on and can be overridden. A test derives
-// from these to make single operations behave differently. Wrapped arrays, objects and classes are unwrapped again when
-// they are handed back to the inner back-end.
+// A back-end over another one: every operation of every interface is passed on and can be overridden. A test
+// derives from these to make single operations behave differently. Wrapped arrays, objects and classes are
+// unwrapped again when they are handed back to the inner back-end.
 #pragma once
 
 #include <foundation/vexadata/Access.hpp>
@@ -56,7 +56,8 @@ struct ReleaseInner {
         object->release();
     }
 };
-/// Called before every operation that is passed on, unless it must not throw. May throw. A null function means nothing.
+/// Called before every operation that is passed on, unless it must not throw. May throw. A null function means
+/// nothing.
 inline void (*beforeOperation)() = nullptr;
 /// The same before the queries that must not throw.
 inline void (*beforeQuery)() = nullptr;

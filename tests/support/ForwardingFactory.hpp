@@ -10,8 +10,8 @@
 
 namespace support {
 
-/// The classes in which a ForwardingBackEndFactory wraps what the inner factory makes. Another set derives from this one and
-/// names its own.
+/// The classes in which a ForwardingBackEndFactory wraps what the inner factory makes. Another set derives
+/// from this one and names its own.
 struct ForwardingKinds {
     template <class T>
     using Numbers = ForwardingNumbers<T>;

@@ -1,4 +1,5 @@
-// An iterator of a test's own over elements that lie side by side, which typed iterators have to ask at every step.
+// An iterator of a test's own over elements that lie side by side, which typed iterators have to ask at every
+// step.
 #pragma once
 
 #include <foundation/vexadata/Access.hpp>

@@ -1,5 +1,5 @@
-// Back-end objects that pass every call to an inner one and write down what was called. A test derives from them to make
-// one operation behave differently.
+// Back-end objects that pass every call to an inner one and write down what was called. A test derives from
+// them to make one operation behave differently.
 #pragma once
 
 #include "support/LiveObjects.hpp"
@@ -19,7 +19,8 @@
 
 namespace support {
 
-/// The calls that objects received, in order, e.g. `setElementValue(3, "", 1.5)`. Shared by an object and its copies.
+/// The calls that objects received, in order, e.g. `setElementValue(3, "", 1.5)`. Shared by an object and its
+/// copies.
 class CallLog {
 public:
     template <class... Args>
@@ -194,8 +195,8 @@ public:
     ArrayImpl& inner() const noexcept { return *inner_; }
 
 protected:
-    /// What `sharedCopy` returns over a copy of the inner array. A derived class whose copies shall be of its own kind
-    /// overrides this.
+    /// What `sharedCopy` returns over a copy of the inner array. A derived class whose copies shall be of its
+    /// own kind overrides this.
     virtual ArrayImpl* copyOver(std::shared_ptr<ArrayImpl> inner) const {
         return new RecordingArray(std::move(inner), log_);
     }
@@ -216,7 +217,8 @@ struct Recorded {
     std::shared_ptr<CallLog> log;
 };
 
-/// Puts a recording array, or a `BackEnd` derived from it, in front of `inner`, which should not be used otherwise.
+/// Puts a recording array, or a `BackEnd` derived from it, in front of `inner`, which should not be used
+/// otherwise.
 template <template <class> class BackEnd = RecordingArray, class T>
 Recorded<T> recorded(foundation::vexadata::TypedArray<T> inner) {
     auto log = std::make_shared<CallLog>();

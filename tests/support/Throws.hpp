@@ -27,8 +27,8 @@ inline std::string describe(const std::type_info& type, const char* message) {
     return className(type) + " \"" + message + "\"";
 }
 
-/// Success when `statement` throws an `E` itself, not a class derived from it, with exactly this message. Works for the
-/// library's exceptions and for standard ones.
+/// Success when `statement` throws an `E` itself, not a class derived from it, with exactly this message.
+/// Works for the library's exceptions and for standard ones.
 template <class E, class Statement>
 testing::AssertionResult throwsExactly(Statement&& statement, std::string_view message) {
     const std::string wanted = describe(typeid(E), std::string(message).c_str());

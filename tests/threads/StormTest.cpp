@@ -1,5 +1,5 @@
-// Each thread uses handles of its own; what they share are the arrays behind them. The thread sanitizer sees more here than
-// the checks of values do.
+// Each thread uses handles of its own; what they share are the arrays behind them. The thread sanitizer sees
+// more here than the checks of values do.
 #include "threads/Storm.hpp"
 
 #include <vexa/data/impl/ArrayImpl.hpp>
@@ -98,7 +98,8 @@ TEST_P(Storms, OneConstantHandleIsReadByAll) {
     report(std::uint64_t{rounds} * reads * workers * 3);
 }
 
-/// Counts of what was made while the process had one thread, changed without locked instructions, must hold on many.
+/// Counts of what was made while the process had one thread, changed without locked instructions, must hold on
+/// many.
 TEST_P(Storms, ArraysOfTheTimeBeforeThreadsAreShared) {
     constexpr std::size_t cycles = 5, operations = 50;
     const Kind& kind = this->kind();

@@ -151,7 +151,8 @@ std::size_t positionOf(const ArrayImpl& matrix, std::size_t row, std::size_t col
 /// @throws Failure unless the count is 1
 void expectOneReference(std::string_view what, const data::detail::RefCounted& object);
 
-/// How a creator answered: a back-end that does not offer a kind throws. Null is a failure: handles take it for an array.
+/// How a creator answered: a back-end that does not offer a kind throws. Null is a failure: handles take it
+/// for an array.
 template <class F>
 auto offered(const Backend& backend, std::string_view creator, F create) {
     backend.step(creator);

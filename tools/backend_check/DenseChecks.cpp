@@ -73,7 +73,8 @@ void needsNoData(Backend& backend) {
     });
 }
 
-/// Columns one after another in the data that an array is made from, whatever its own layout: as indices find them.
+/// Columns one after another in the data that an array is made from, whatever its own layout: as indices find
+/// them.
 void indicesFindElements(Backend& backend) {
     eachSubject(backend, {true, false, true, false}, [&](Subject& subject) {
         withElementType(subject.array->getType(), [&](auto tag) {

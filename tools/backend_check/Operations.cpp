@@ -46,7 +46,8 @@ void walk(Trial& trial, Begin begin, End end, std::size_t wanted) {
     expectEqual("the number of objects that an iterator passes", count, wanted);
 }
 
-// --- arrays of every kind ----------------------------------------------------------------------------------------
+// --- arrays of every kind
+// ----------------------------------------------------------------------------------------
 
 void addForAll(std::vector<Operation>& all) {
     all.push_back({"sharedCopy", "any", true, {}, [](const Backend&, Subject& subject, Trial& trial) {
@@ -151,7 +152,8 @@ void addForAll(std::vector<Operation>& all) {
                        }});
 }
 
-// --- numbers -----------------------------------------------------------------------------------------------------
+// --- numbers
+// -----------------------------------------------------------------------------------------------------
 
 /// Elements in the order of positions.
 void expectBuffer(const ArrayImpl& shape, const Subject& subject, const void* memory, Deleter deleter) {
@@ -200,7 +202,8 @@ void addForNumbers(std::vector<Operation>& all) {
          }});
 }
 
-// --- cells, structs ----------------------------------------------------------------------------------------------
+// --- cells, structs
+// ----------------------------------------------------------------------------------------------
 
 void addForHolders(std::vector<Operation>& all) {
     for (const char* kind : {"cell", "struct"}) {
@@ -279,7 +282,8 @@ void addForHolders(std::vector<Operation>& all) {
          }});
 }
 
-// --- texts, members, sparse matrices -----------------------------------------------------------------------------
+// --- texts, members, sparse matrices
+// -----------------------------------------------------------------------------
 
 void addForTexts(std::vector<Operation>& all) {
     all.push_back({"castToString", "string", true, {}, [](const Backend&, Subject& subject, Trial& trial) {
@@ -341,7 +345,8 @@ void addForTexts(std::vector<Operation>& all) {
              }});
 }
 
-// --- objects -----------------------------------------------------------------------------------------------------
+// --- objects
+// -----------------------------------------------------------------------------------------------------
 
 void expectTwo(const std::vector<std::string>& names, const std::vector<std::string>& wanted) {
     expectEqual("the names", names, wanted);
@@ -465,7 +470,8 @@ void addForObjects(std::vector<Operation>& all) {
         });
 }
 
-// --- the factory -------------------------------------------------------------------------------------------------
+// --- the factory
+// -------------------------------------------------------------------------------------------------
 
 /// What a creator makes in a trial.
 template <class F>
@@ -608,7 +614,8 @@ std::vector<Operation> allOperations() {
     return all;
 }
 
-// --- refusals ----------------------------------------------------------------------------------------------------
+// --- refusals
+// ----------------------------------------------------------------------------------------------------
 
 /// More bytes than an address can tell, for any size of an element; less than two of its own remain of them.
 constexpr std::size_t hugeCounts[]{(std::size_t(1) << 60) + 1, (std::size_t(1) << 61) + 1,

@@ -20,7 +20,8 @@ std::size_t productOf(const Dimensions& dimensions) {
     return product;
 }
 
-// --- shape -------------------------------------------------------------------------------------------------------
+// --- shape
+// -------------------------------------------------------------------------------------------------------
 
 void expectShape(const std::string& what, const ArrayImpl& array, const Dimensions& dimensions) {
     expectEqual("getDimensions of a " + what, array.getDimensions(), dimensions);
@@ -121,7 +122,8 @@ void dimensionsOfTwo(Backend& backend) {
     });
 }
 
-// --- contents ----------------------------------------------------------------------------------------------------
+// --- contents
+// ----------------------------------------------------------------------------------------------------
 
 void holdsWhatItShould(Backend& backend) {
     eachSubject(backend, [&](Subject& subject) { subject.expectUnchanged(""); });
@@ -214,7 +216,8 @@ void lendsUntilChanged(Backend& backend) {
     });
 }
 
-// --- copies ------------------------------------------------------------------------------------------------------
+// --- copies
+// ------------------------------------------------------------------------------------------------------
 
 void copiesAlike(Backend& backend) {
     eachSubject(backend, [&](Subject& subject) {
@@ -298,7 +301,8 @@ void unshareKeeps(Backend& backend) {
     });
 }
 
-// --- identity, equality ------------------------------------------------------------------------------------------
+// --- identity, equality
+// ------------------------------------------------------------------------------------------
 
 /// Arrays with different contents must not have one identity: they would count as equal unseen.
 void identities(Backend& backend) {

@@ -40,11 +40,12 @@ struct Table {
 /// Reads delimited text to its end; `head` is its first chunk. Without `delimiter`, finds out. Throws InputError.
 Table readTable(Chunks& chunks, std::string_view head, std::optional<char> delimiter, MemoryBudget& budget);
 
-/// A line of titles, one line a variable, notes on numbers that are shown changed, and the words of each enumeration.
+/// A line of titles, one line a variable, notes on numbers that are shown changed, and the words of each
+/// enumeration.
 std::string describe(const Table& table, MemoryBudget& budget);
 
-/// A name for each text that fields may have, none twice: letters, digits and underscores, first a letter. At most 63 of them are
-/// taken from the text; a number follows where names would be equal.
+/// A name for each text that fields may have, none twice: letters, digits and underscores, first a letter. At
+/// most 63 of them are taken from the text; a number follows where names would be equal.
 std::vector<std::string> fieldNames(const std::vector<std::string>& texts);
 
 } // namespace vexa::inspect

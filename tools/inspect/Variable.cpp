@@ -70,8 +70,9 @@ Array makeEnumeration(TextBuffer& texts, const std::string& className, ArrayFact
     return members;
 }
 
-/// An array of strings takes 16 bytes an element, and two for each unit of longer texts, three times that while it grows. The
-/// longest text, of which nothing is known but that all together are no shorter, is on its way besides.
+/// An array of strings takes 16 bytes an element, and two for each unit of longer texts, three times that
+/// while it grows. The longest text, of which nothing is known but that all together are no shorter, is on its
+/// way besides.
 Array makeStrings(TextBuffer& texts, ArrayFactory& factory, MemoryShare& memory) {
     constexpr std::size_t longestText = std::size_t{16} << 20;
     memory.take(16 * texts.size() + 6 * texts.bytes() + 2 * std::min(texts.bytes(), longestText));

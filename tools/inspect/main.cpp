@@ -50,7 +50,8 @@ void explain(Complaint& complaint) noexcept {
     complaint.send();
 }
 
-/// For an exception that finds no way out. Where memory is so short that not even an exception can be made, there is none.
+/// For an exception that finds no way out. Where memory is so short that not even an exception can be made,
+/// there is none.
 [[noreturn]] void endInWant() noexcept {
     Complaint complaint;
     if (std::current_exception() != nullptr)

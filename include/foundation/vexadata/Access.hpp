@@ -27,8 +27,8 @@ struct ReleaseReference {
 };
 
 struct Access {
-    /// Adopts the caller's one reference to `impl`, without adding any; the last owner drops it. Null gives an empty
-    /// pointer and allocates nothing.
+    /// Adopts the caller's one reference to `impl`, without adding any; the last owner drops it. Null gives an
+    /// empty pointer and allocates nothing.
     /// @throws std::bad_alloc after dropping the reference
     template <class T>
     static std::shared_ptr<T> createSharedPtr(T* impl) {
@@ -47,8 +47,8 @@ struct Access {
         return ref.position_;
     }
 
-    /// True when `owner` is the only handle of its object and the object has no other owner. What other threads did
-    /// through handles that they have dropped is then visible.
+    /// True when `owner` is the only handle of its object and the object has no other owner. What other
+    /// threads did through handles that they have dropped is then visible.
     template <class T>
     static bool isPrivate(const std::shared_ptr<T>& owner) noexcept {
 #ifdef VEXADATA_THREAD_SANITIZER

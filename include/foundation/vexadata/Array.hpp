@@ -17,9 +17,10 @@
 
 namespace foundation::vexadata {
 
-/// An array as a value. Copying shares the back-end's array; the first write through a handle that shares gives that
-/// handle a copy of its own. Moving leaves the source without an array: it may only be destroyed or assigned. Distinct
-/// handles may be used, copied and dropped on different threads; one handle must not be used on two at once.
+/// An array as a value. Copying shares the back-end's array; the first write through a handle that shares
+/// gives that handle a copy of its own. Moving leaves the source without an array: it may only be destroyed or
+/// assigned. Distinct handles may be used, copied and dropped on different threads; one handle must not be
+/// used on two at once.
 class VEXADATA_API Array {
 public:
     /// The empty array: type UNKNOWN, 0 by 0. Shares one object of the whole process.
@@ -54,9 +55,11 @@ public:
     /// True when other handles share the array. A default-constructed handle always shares.
     bool isShared() const noexcept { return impl_.use_count() >= 2; }
 
-    /// An element, or a partial subscript that needs further indices; of a temporary array, only until the expression ends. The
-    /// writable form makes the array private first, and stays attached to it when the handle is copied afterwards.
-    /// @throws CantIndexIntoEmptyArrayException, TooManyIndicesProvidedException; std::bad_alloc, the handle unchanged
+    /// An element, or a partial subscript that needs further indices; of a temporary array, only until the
+    /// expression ends. The writable form makes the array private first, and stays attached to it when the
+    /// handle is copied afterwards.
+    /// @throws CantIndexIntoEmptyArrayException, TooManyIndicesProvidedException; std::bad_alloc, the handle
+    /// unchanged
     ArrayElementRef<false> operator[](std::size_t index) {
         detail::Access::unshare(*this);
         return ArrayElementRef<false>(detail::ElementPosition::firstOfAny(impl_.get(), index));
@@ -70,8 +73,8 @@ protected:
     std::shared_ptr<vexa::data::impl::ArrayImpl> impl_;
 };
 
-/// Equality: the same object or identity; else equal dimensions, type and elements. Ends the process when the back-end
-/// fails in it.
+/// Equality: the same object or identity; else equal dimensions, type and elements. Ends the process when the
+/// back-end fails in it.
 VEXADATA_API bool operator==(const Array& a, const Array& b) noexcept;
 inline bool operator!=(const Array& a, const Array& b) noexcept { return !(a == b); }
 

@@ -1,6 +1,6 @@
-// Handles to elements of arrays whose kind is not known at compile time, and of cell arrays. One level deeper, into the array
-// that such an element holds, leads `held()` (HeldElementRef.hpp). Elements of a `TypedArray<T>` have ArrayElementTypedRef; a
-// reference that is kept is a `Reference<T>`.
+// Handles to elements of arrays whose kind is not known at compile time, and of cell arrays. One level deeper,
+// into the array that such an element holds, leads `held()` (HeldElementRef.hpp). Elements of a
+// `TypedArray<T>` have ArrayElementTypedRef; a reference that is kept is a `Reference<T>`.
 #pragma once
 
 #include <foundation/vexadata/UntypedElement.hpp>
@@ -14,10 +14,10 @@ namespace foundation::vexadata {
 template <bool isConst>
 class HeldElements;
 
-/// What `Array::operator[]` returns: an element of any kind of array, or a partial subscript that needs further indices. Values,
-/// texts and records are read and written when the array's kind is exactly theirs, fields reached by name, and array handles
-/// are constructed from it and assigned to it when the element holds an array. Validity and indices as for
-/// ArrayElementTypedRef.
+/// What `Array::operator[]` returns: an element of any kind of array, or a partial subscript that needs
+/// further indices. Values, texts and records are read and written when the array's kind is exactly theirs,
+/// fields reached by name, and array handles are constructed from it and assigned to it when the element holds
+/// an array. Validity and indices as for ArrayElementTypedRef.
 template <bool isConst>
 class ArrayElementRef : public detail::Indexing<ArrayElementRef<isConst>>,
                         public detail::UntypedElement<ArrayElementRef<isConst>, isConst> {
@@ -34,9 +34,10 @@ public:
         : position_(std::move(other.position_)) {}
     VEXADATA_INLINE ~ArrayElementRef() {}
 
-    /// Appends an index. On an element that an iterator gave, which needs none, the index goes into the array that it holds.
-    /// @throws StringIndexMustBeLastException, CantIndexIntoEmptyArrayException, TooManyIndicesProvidedException; index errors
-    /// of the array held
+    /// Appends an index. On an element that an iterator gave, which needs none, the index goes into the array
+    /// that it holds.
+    /// @throws StringIndexMustBeLastException, CantIndexIntoEmptyArrayException,
+    /// TooManyIndicesProvidedException; index errors of the array held
     VEXADATA_INLINE ArrayElementRef operator[](std::size_t index) && {
         return position_.isFixed() ? inside(position_, index)
                                    : static_cast<detail::Indexing<ArrayElementRef>&&>(*this)[index];

@@ -1,6 +1,7 @@
-// References to arrays that cells and fields hold, when the kind of the array is known: `Reference<TypedArray<T>>` and, with
-// the headers of their kinds, `Reference<CharArray>`, `Reference<StructArray>` and so on. `Reference<const ...>` of each
-// only reads. For an array of any kind see `Reference<Array>` (Reference.hpp), for a single element of a primitive array
+// References to arrays that cells and fields hold, when the kind of the array is known:
+// `Reference<TypedArray<T>>` and, with the headers of their kinds, `Reference<CharArray>`,
+// `Reference<StructArray>` and so on. `Reference<const ...>` of each only reads. For an array of any kind see
+// `Reference<Array>` (Reference.hpp), for a single element of a primitive array
 // `Reference<T>`.
 #pragma once
 
@@ -15,8 +16,9 @@ namespace foundation::vexadata {
 
 namespace detail {
 
-/// What a reference to an array of handle type `A` can do to be read; `Ext` adds what the kind of array has of its own.
-/// What lies in the cell or field may be replaced while the reference is kept: its kind is tested at every use.
+/// What a reference to an array of handle type `A` can do to be read; `Ext` adds what the kind of array has of
+/// its own. What lies in the cell or field may be replaced while the reference is kept: its kind is tested at
+/// every use.
 ///
 /// @throws TypeMismatchException from every function when no array of this kind lies there; index errors
 template <class A, class Ext>
@@ -115,7 +117,8 @@ public:
     }
     using View::operator[];
 
-    /// The elements of the array held, for writing; the iterators keep the chain alive. Everything on the way is made private.
+    /// The elements of the array held, for writing; the iterators keep the chain alive. Everything on the way
+    /// is made private.
     iterator begin() { return position(false); }
     iterator end() { return position(true); }
     using View::begin;
@@ -146,8 +149,8 @@ public:
     using Held::operator=;
 };
 
-/// A cell or field that holds a sparse array. The stored values are walked and changed through `SparseArray<T>`, which it
-/// converts to.
+/// A cell or field that holds a sparse array. The stored values are walked and changed through
+/// `SparseArray<T>`, which it converts to.
 template <class T>
 class Reference<SparseArray<T>>
     : public detail::HeldAssignment<Reference<SparseArray<T>>, SparseArray<T>, ArrayReferenceExt> {
@@ -166,8 +169,10 @@ public:
     }
 };
 
-/// A cell or field, also one of an array that is const, whose array is only read: the queries, elements and iterators of
-/// `Reference<A>` that do so. `A` is a `TypedArray<T>`, `CharArray`, `StructArray`, `EnumArray`, `ValueObjectArray` or
+/// A cell or field, also one of an array that is const, whose array is only read: the queries, elements and
+/// iterators of
+/// `Reference<A>` that do so. `A` is a `TypedArray<T>`, `CharArray`, `StructArray`, `EnumArray`,
+/// `ValueObjectArray` or
 /// `SparseArray<T>`.
 template <class A>
 class Reference<const A> : public Reference<A>::ReadOnly, private detail::NotAssignable {

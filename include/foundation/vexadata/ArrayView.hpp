@@ -14,10 +14,11 @@
 
 namespace foundation::vexadata {
 
-/// A window on the elements of a primitive array with `Rank` indices, of either memory layout. Reads and writes the
-/// elements themselves, without copy-on-write and without asking the back-end again. Shares the array, which therefore
-/// stays alive; while a view exists, a write through a handle of the array gives that handle a copy of its own and
-/// leaves the view where it was. Copies are cheap and see the same elements. `T` is const for read-only views.
+/// A window on the elements of a primitive array with `Rank` indices, of either memory layout. Reads and
+/// writes the elements themselves, without copy-on-write and without asking the back-end again. Shares the
+/// array, which therefore stays alive; while a view exists, a write through a handle of the array gives that
+/// handle a copy of its own and leaves the view where it was. Copies are cheap and see the same elements. `T`
+/// is const for read-only views.
 template <class T, std::size_t Rank = 2>
 class ArrayView {
     static_assert(Rank > 0, "a view needs an index");
@@ -81,8 +82,8 @@ private:
 
 namespace detail {
 
-/// Fills in the extents and strides of an array seen through `rank` indices: missing dimensions have extent 1, and a row
-/// or column vector may be seen through one index.
+/// Fills in the extents and strides of an array seen through `rank` indices: missing dimensions have extent 1,
+/// and a row or column vector may be seen through one index.
 /// @throws NotEnoughIndicesProvidedException when the array has more dimensions than that
 VEXADATA_API void describeLayout(const ArrayImpl& array, std::size_t rank, std::size_t* extents,
                                  std::size_t* strides);
@@ -108,14 +109,16 @@ ArrayView<const T, Rank> readOnlyView(const TypedArray<T>& array) {
 }
 
 /// A writable view with `Rank` indices; the array is made private first, once.
-/// @throws NotEnoughIndicesProvidedException when the array has more dimensions; std::bad_alloc, the handle unchanged
+/// @throws NotEnoughIndicesProvidedException when the array has more dimensions; std::bad_alloc, the handle
+/// unchanged
 template <std::size_t Rank = 2, class T>
 ArrayView<T, Rank> writableView(TypedArray<T>& array) {
     static_assert(detail::isPrimitiveElement<T>, "only arrays of primitive elements have views");
     detail::Access::unshare(array);
     const auto& impl = detail::Access::impl(array);
     impl->unshare();
-    // Storage of a private array may be written; the interface hands it out as read-only because most callers read.
+    // Storage of a private array may be written; the interface hands it out as read-only because most callers
+    // read.
     T* data = const_cast<T*>(static_cast<const detail::TypedArrayImpl<T>&>(*impl).getTypedDataPtr());
     return detail::makeView<T, Rank>(impl, data);
 }

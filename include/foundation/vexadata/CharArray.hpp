@@ -15,7 +15,8 @@ class VEXADATA_API CharArray : public TypedArray<char16_t> {
 public:
     using TypedArray<char16_t>::TypedArray;
     using TypedArray<char16_t>::operator=;
-    /// @throws InvalidArrayTypeException when the array is no character array; a moved argument is emptied even then
+    /// @throws InvalidArrayTypeException when the array is no character array; a moved argument is emptied
+    /// even then
     CharArray(const Array& array) : TypedArray<char16_t>(array) {}
     CharArray(Array&& array) : TypedArray<char16_t>(std::move(array)) {}
     CharArray(const CharArray&) noexcept = default;

@@ -1,5 +1,5 @@
-// The index chain of an element handle, held in place. An element access through it allocates nothing; a shared chain is
-// made only when something needs one.
+// The index chain of an element handle, held in place. An element access through it allocates nothing; a
+// shared chain is made only when something needs one.
 #pragma once
 
 #include <foundation/vexadata/ReferenceFunctions.hpp>
@@ -18,12 +18,18 @@
 
 namespace foundation::vexadata::detail {
 
-/// Takes the exception in flight along.
+/// The exception in flight, in one word that a result can carry in a register; never null.
 VEXADATA_API void* holdError() noexcept;
 /// Throws what `holdError` returned, once.
 [[noreturn, gnu::cold]] VEXADATA_API void rethrowHeldError(void* error);
 
-/// The class of arrays of elements `T` that handles recognise, in which they reach elements of type `Stored`.
+/// `condition`, with the other branch laid out as one that is never taken: compilers then keep the sums of a
+/// loop in registers across the fast branch, and spill them in the other alone.
+VEXADATA_INLINE inline bool isLikely(bool condition) noexcept {
+    return __builtin_expect_with_probability(condition, true, 1.0);
+}
+
+/// The class of arrays of elements `T` that handles recognise, and what is public of it.
 template <class T, bool isPrimitive = isPrimitiveElement<T>>
 struct InPlaceClass {
     static constexpr bool exists = false;
@@ -31,7 +37,6 @@ struct InPlaceClass {
 template <class T>
 struct InPlaceClass<T, true> {
     static constexpr bool exists = true;
-    using Stored = T;
     using Base = vexa::data::impl::DenseArrayImpl<T>;
     VEXADATA_INLINE static bool recognises(const ArrayImpl& array) noexcept { return isExactly<Base>(array); }
 };
@@ -39,7 +44,6 @@ struct InPlaceClass<T, true> {
 template <class Interface, class T, vexa::data::detail::RecognisedKind kind>
 struct NamedInPlaceClass {
     static constexpr bool exists = true;
-    using Stored = T;
     using Base = vexa::data::impl::InPlaceArrayImpl<Interface, T>;
     VEXADATA_INLINE static bool recognises(const ArrayImpl& array) noexcept {
         return typeInformationOf(array) ==
@@ -58,12 +62,12 @@ template <>
 struct InPlaceClass<StructElement, false> : NamedInPlaceClass<vexa::data::impl::StructArrayImpl, const void,
                                                               vexa::data::detail::RecognisedKind::STRUCTS> {};
 
-/// Either up to three indices into an array, or a shared chain. Follows the rules of the shared chain in the same order,
-/// and asks the back-end for the same operations. The array is borrowed and never counted: a position is valid while
-/// its array lives. Not synchronised.
+/// Either up to three indices into an array, or a shared chain. Follows the rules of the shared chain in the
+/// same order, and asks the back-end for the same operations. The array is borrowed and never counted: a
+/// position is valid while its array lives. Not synchronised.
 ///
-/// The short functions are forced inline: only when a compiler sees a whole access at once does it drop the chain, which
-/// is never there, and keep the indices in registers.
+/// The short functions are forced inline: only when a compiler sees a whole access at once does it drop the
+/// chain, which is never there, and keep the indices in registers.
 class ElementPosition {
 public:
     /// A first index into `array`.
@@ -76,12 +80,12 @@ public:
         return ElementPosition(array, &shape.dimensions, shape.way, 1, index);
     }
 
-    /// The same into an array of elements `T`. In a matrix of a class that is recognised nothing is asked, and nothing can fail before
-    /// the element is read or written.
+    /// The same into an array of elements `T`. In a matrix of a class that is recognised nothing is asked, and
+    /// nothing can fail before the element is read or written.
     template <class T>
     VEXADATA_INLINE static ElementPosition firstOf(ArrayImpl* array, std::size_t index) {
         if constexpr (InPlaceClass<T>::exists) {
-            if (InPlaceClass<T>::recognises(*array) && inPlaceOf<T>(array).rows != 0) {
+            if (isLikely(isPlainMatrix<T>(*array))) {
                 return ElementPosition(array, nullptr, Way::IN_PLACE, 1, index);
             }
         }
@@ -90,18 +94,18 @@ public:
 
     /// The same into an array of any kind. In a matrix of the most usual kinds nothing is asked.
     VEXADATA_INLINE static ElementPosition firstOfAny(ArrayImpl* array, std::size_t index) {
-        return isPlainMatrix<double>(*array) || isPlainMatrix<char16_t>(*array)
+        return isLikely(isPlainMatrix<double>(*array) || isPlainMatrix<char16_t>(*array))
                    ? ElementPosition(array, nullptr, Way::PLAIN, 1, index)
                    : first(array, index);
     }
 
-    /// An element of the array that the element of `chain` holds, everything on the way made private. In place when it is the field
-    /// of a record of a recognised class.
+    /// An element of the array that the element of `chain` holds, everything on the way made private. In place
+    /// when it is the field of a record of a recognised class.
     /// @throws NotEnoughIndicesProvidedException when the element holds no array; index errors of either level
     VEXADATA_API static ElementPosition inside(std::shared_ptr<ReferenceImpl>& chain, std::size_t index);
 
-    /// An element whose position is known, as iterators know it. Whether it may be written was decided when the iterator
-    /// was made: nothing happens before a write.
+    /// An element whose position is known, as iterators know it. Whether it may be written was decided when
+    /// the iterator was made: nothing happens before a write.
     VEXADATA_INLINE static ElementPosition at(ArrayImpl* array, std::uint64_t linearIndex) noexcept {
         return ElementPosition(array, nullptr, Way::OTHER, known, linearIndex);
     }
@@ -148,8 +152,8 @@ public:
         std::swap(chain_, other.chain_);
     }
 
-    /// Appends an index. A shared chain that others hold is copied before. An element whose position is known needs none:
-    /// it takes zeros, without effect, and nothing else.
+    /// Appends an index. A shared chain that others hold is copied before. An element whose position is known
+    /// needs none: it takes zeros, without effect, and nothing else.
     /// @throws StringIndexMustBeLastException, CantIndexIntoEmptyArrayException, TooManyIndicesProvidedException
     VEXADATA_INLINE void append(std::size_t index) {
         if (chain_ == nullptr && count_ < capacity) {
@@ -176,8 +180,9 @@ public:
         }
     }
 
-    /// The array indexed into, made ready for a write; see the function for chains. A position in place belongs to the
-    /// caller's own handle, which outlives the call, so that its indices may be read after the back-end's operation.
+    /// The array indexed into, made ready for a write; see the function for chains. A position in place
+    /// belongs to the caller's own handle, which outlives the call, so that its indices may be read after the
+    /// back-end's operation.
     VEXADATA_INLINE ArrayImpl* arrayForWrite() const {
         if (chain_ != nullptr) {
             return detail::arrayForWrite(end());
@@ -205,11 +210,11 @@ public:
     template <class T>
     VEXADATA_INLINE T value() const {
         if constexpr (isPrimitiveElement<T>) {
-            if (isInPlace()) {
+            if (isLikely(isInPlace())) {
                 return *addressInPlace<T>();
             }
         } else if constexpr (std::is_same_v<T, String>) {
-            if (isInPlace()) {
+            if (isLikely(isInPlace())) {
                 return readElement<T>(*array_, indexInPlace<T>(), noFieldName);
             }
         }
@@ -220,8 +225,9 @@ public:
                 keepRewrite(resolve(parts()));
             }
         }
-        Outcome<T> outcome =
-            readAsked<T>(array_, dimensions_, way_, count_, indices_[0], indices_[1], indices_[2], chain_);
+        Outcome<T> outcome = isInMatrix() ? readInMatrix<T>(array_, dimensions_, indices_[0], indices_[1])
+                                          : readAsked<T>(array_, dimensions_, way_, count_, indices_[0],
+                                                         indices_[1], indices_[2], chain_);
         if (outcome.error != nullptr) {
             rethrowHeldError(outcome.error);
         }
@@ -232,7 +238,7 @@ public:
     template <class T>
     VEXADATA_INLINE void setValue(T value) const {
         if constexpr (isPrimitiveElement<T>) {
-            if (isInPlace()) {
+            if (isLikely(isInPlace())) {
                 *addressInPlace<T>() = value;
                 return;
             }
@@ -264,8 +270,8 @@ public:
         return indices_[0] + indices_[1] * matrix.rows;
     }
 
-    /// The element itself when it is known to be reached in place: of a matrix of a recognised class with elements `T`. Null otherwise,
-    /// and when it is not there.
+    /// The element itself when it is known to be reached in place: of a matrix of a recognised class with
+    /// elements `T`. Null otherwise, and when it is not there.
     template <class T>
     VEXADATA_INLINE T* tryInPlace() const noexcept {
         return isInPlace() ? inPlaceOf<T>(array_).element(count_, indices_[0], indices_[1]) : nullptr;
@@ -297,20 +303,21 @@ private:
     static constexpr std::uint64_t known =
         capacity + 1; // in place of a count: the position is in the first index
 
-    /// How the element is reached while the indices are in place. As wide as a count: compilers compare two neighbouring halves of a
-    /// word at once, and wait for both to be written.
+    /// How the element is reached while the indices are in place. As wide as a count: compilers compare two
+    /// neighbouring halves of a word at once, and wait for both to be written.
     enum class Way : std::uint64_t {
         IN_PLACE, ///< a column-major matrix of the recognised class for the elements of the handle; nothing was asked so far
         NONE,            ///< no first index is possible; never the way of a position
-        PLAIN,           ///< the same, of some class of plain values
+        PLAIN,           ///< as IN_PLACE, of some recognised class of plain values
         MATRIX,          ///< a column-major matrix
         OTHER,           ///< plus the layout: any other array, and elements whose position is known
         INSIDE = 1 << 16 ///< plus the type: a matrix in a field, see `inside`
     };
 
-    // Inside a field the chain leads to the field, and other members have a meaning of their own: the place of the field's pointer, the
-    // index, and the extents that its array had when the position was made. In an array of another kind or shape the index means
-    // nothing. For whatever is not done in place, `end` makes the chain into the array.
+    // Inside a field the chain leads to the field, and other members have a meaning of their own: the place of
+    // the field's pointer, the index, and the extents that its array had when the position was made. In an
+    // array of another kind or shape the index means nothing. For whatever is not done in place, `end` makes
+    // the chain into the array.
 
     /// The count inside a field once the element was reached: further indices do not move it then.
     static constexpr std::uint64_t resolved = 2;
@@ -380,7 +387,8 @@ private:
     VEXADATA_INLINE Parts parts() const noexcept {
         return {array_, dimensions_, way_, count_, {indices_[0], indices_[1], indices_[2]}, chain_};
     }
-    /// A single index into a matrix is rewritten as two. That stays, as in a shared chain, so that a further index follows them.
+    /// A single index into a matrix is rewritten as two. That stays, as in a shared chain, so that a further
+    /// index follows them.
     VEXADATA_INLINE const Target& keepRewrite(const Target& target) const noexcept {
         if (chain_ == nullptr) {
             count_ = target.count;
@@ -416,12 +424,11 @@ private:
     VEXADATA_INLINE T* addressInPlace() const {
         return inPlaceOf<T>(array_).data + indexInPlace<T>();
     }
+
     // In an array that is asked. What is out of line takes no address of a position.
 
-    /// Being cold marks what follows as unlikely, so that a loop over arrays that are not asked keeps its sums in registers.
-    /// @throws CantIndexIntoEmptyArrayException, TooManyIndicesProvidedException
-    [[gnu::cold, gnu::noinline]] static Shape askedForFirst(const ArrayImpl* array,
-                                                            std::size_t index) noexcept {
+    /// NONE when there may be no such first index.
+    [[gnu::noinline]] static Shape askedForFirst(const ArrayImpl* array, std::size_t index) noexcept {
         const std::vector<std::size_t>& dimensions = array->getDimensions();
         const vexa::data::MemoryLayout layout = array->getMemoryLayout();
         const bool isMatrix = dimensions.size() == 2;
@@ -472,21 +479,30 @@ private:
     static Target targetOf(Parts position);
     static Target settledTarget(Parts position);
     static Target targetOf(ReferenceImpl& chain, ArrayImpl* array);
+
     /// Without exceptions: compilers keep what lives across a call that may throw in memory.
     template <class T>
     struct Outcome {
         T value;
         void* error; // of holdError; null after a success
     };
+    /// With few arguments and nothing cold: this is how arrays are read that no handle recognises.
+    template <class T>
+    [[gnu::noinline]] static Outcome<T> readInMatrix(ArrayImpl* array,
+                                                     const std::vector<std::size_t>* dimensions,
+                                                     std::uint64_t row, std::uint64_t column) noexcept {
+        try {
+            const std::size_t index = vexa::data::detail::rules::inMatrix(*dimensions, row, column);
+            return {readElement<T>(*array, index, noFieldName), nullptr};
+        } catch (...) {
+            return {T(), holdError()};
+        }
+    }
     template <class T>
     [[gnu::noinline, gnu::cold]] static Outcome<T> readAsked(
         ArrayImpl* array, const std::vector<std::size_t>* dimensions, Way way, std::uint64_t count,
         std::uint64_t first, std::uint64_t second, std::uint64_t third, ReferenceImpl* chain) noexcept {
         try {
-            if (way == Way::MATRIX && count == 2 && chain == nullptr) {
-                const std::size_t index = vexa::data::detail::rules::inMatrix(*dimensions, first, second);
-                return {readElement<T>(*array, index, noFieldName), nullptr};
-            }
             const Target target = resolve({array, dimensions, way, count, {first, second, third}, chain});
             return {readElement<T>(*target.array, target.index, *target.fieldName), nullptr};
         } catch (...) {
@@ -500,7 +516,8 @@ private:
         }
     }
     VEXADATA_API ReferenceImpl& makeChain() const;
-    /// The chain of `position` with one more index, in its place: the reference to `position.chain` goes over to the result.
+    /// The chain of `position` with one more index, in its place: the reference to `position.chain` goes over
+    /// to the result.
     [[gnu::cold]] VEXADATA_API static ReferenceImpl* longerChain(Parts position, std::size_t index);
     void appendToChain(std::size_t index);
 

@@ -15,7 +15,8 @@ class VEXADATA_API EnumArray : public TypedArray<Enumeration> {
 public:
     using TypedArray<Enumeration>::TypedArray;
     using TypedArray<Enumeration>::operator=;
-    /// @throws InvalidArrayTypeException when the array is no enumeration array; a moved argument is emptied even then
+    /// @throws InvalidArrayTypeException when the array is no enumeration array; a moved argument is emptied
+    /// even then
     EnumArray(const Array& array) : TypedArray<Enumeration>(array) {}
     EnumArray(Array&& array) : TypedArray<Enumeration>(std::move(array)) {}
     EnumArray(const EnumArray&) noexcept = default;
@@ -33,8 +34,8 @@ class VEXADATA_API EnumArrayExt : public ArrayReferenceExt {
 public:
     using ArrayReferenceExt::ArrayReferenceExt;
 
-    /// As many bytes of the class name as the array has elements, deliberately: fewer than the name has cut it off, more
-    /// go on behind its end. For the name itself ask `EnumArray::getClassName`.
+    /// As many bytes of the class name as the array has elements, deliberately: fewer than the name has cut it
+    /// off, more go on behind its end. For the name itself ask `EnumArray::getClassName`.
     /// @throws TypeMismatchException when something else lies there by now; index errors
     std::string getClassName() const;
 };

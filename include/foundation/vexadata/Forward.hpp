@@ -1,6 +1,7 @@
-// All names of the library, without definitions. Headers that only pass handles and back-end objects along, the library's own and
-// those of its users, include this one instead of others: it needs no standard header worth the name. Functions may be declared with all
-// of these types, by value too; whoever defines or calls one, or has a member of one, includes the header of the type.
+// All names of the library, without definitions. Headers that only pass handles and back-end objects along,
+// the library's own and those of its users, include this one instead of others: it needs no standard header
+// worth the name. Functions may be declared with all of these types, by value too; whoever defines or calls
+// one, or has a member of one, includes the header of the type.
 #pragma once
 
 #include <foundation/vexadata/Export.hpp>

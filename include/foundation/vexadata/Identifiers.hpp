@@ -52,9 +52,9 @@ private:
     std::shared_ptr<vexa::data::impl::VexaIdentifierImpl> impl_;
 };
 
-/// The name of a property, perhaps qualified by the class that defines it, and a weak link to the class information that it
-/// was last resolved against. Copies share all of it: a link set through one is seen through every other. Setting the link
-/// is not synchronised against readers.
+/// The name of a property, perhaps qualified by the class that defines it, and a weak link to the class
+/// information that it was last resolved against. Copies share all of it: a link set through one is seen
+/// through every other. Setting the link is not synchronised against readers.
 class VEXADATA_API VexaPropertyIdentifier {
 public:
     /// "Class.property", split at the last dot, or "property" alone. Nothing is tested.
@@ -78,7 +78,8 @@ public:
     /// Links to class information, which the link does not keep alive. Does nothing after a move.
     void updateClassInfo(ClassInfo& classInfo);
 
-    /// Equal names of property and class; links do not matter. An identifier that was moved from equals only others like it.
+    /// Equal names of property and class; links do not matter. An identifier that was moved from equals only
+    /// others like it.
     bool operator==(const VexaPropertyIdentifier& other) const noexcept;
     bool operator!=(const VexaPropertyIdentifier& other) const noexcept { return !(*this == other); }
     /// By the name of the property, then of the class; identifiers that were moved from come first.
@@ -91,8 +92,9 @@ private:
 
 namespace detail {
 
-/// Resolves a property identifier against a class. An unqualified one is linked to it, the caller's identifier with it; one
-/// qualified by this very class becomes an unqualified one of its own, linked; one of another class stays as it is.
+/// Resolves a property identifier against a class. An unqualified one is linked to it, the caller's identifier
+/// with it; one qualified by this very class becomes an unqualified one of its own, linked; one of another
+/// class stays as it is.
 VEXADATA_API VexaPropertyIdentifier validateVexaPropertyIdentifier(const VexaPropertyIdentifier& id,
                                                                    ClassInfo& classInfo);
 

@@ -31,14 +31,14 @@ VEXADATA_API void writeElement<HandleObjectRef>(ArrayImpl& array, std::size_t in
 
 extern template VEXADATA_API ValueObject getValue<ValueObject>(std::shared_ptr<ReferenceImpl>);
 
-/// What every handle to a value object in an array can do. Converts to the object, shared with the array until one of them
-/// is written; to change an element, change that object and assign it.
+/// What every handle to a value object in an array can do. Converts to the object, shared with the array until
+/// one of them is written; to change an element, change that object and assign it.
 class VEXADATA_API ValueObjectElement : public ElementView<ValueObject> {
 public:
     using ElementView<ValueObject>::ElementView;
 
-    /// The value of a property, shared with the object. Constant, so that writing to it on the spot, which the element would
-    /// never see, does not compile.
+    /// The value of a property, shared with the object. Constant, so that writing to it on the spot, which the
+    /// element would never see, does not compile.
     /// @throws index errors; errors of the back-end
     const Array operator[](const VexaPropertyIdentifier& id) const;
     const Array operator[](const std::string& id) const { return (*this)[VexaPropertyIdentifier(id)]; }
@@ -170,7 +170,8 @@ public:
     explicit HandleRef(detail::ReferenceImpl* chain) : chain_(detail::Access::createSharedPtr(chain)) {}
     HandleRef(const Reference<HandleObjectRef>& element) : chain_(element.chain()) {}
 
-    /// Tells the engine of one more reference to the object. The element must hold a handle object, which is not tested.
+    /// Tells the engine of one more reference to the object. The element must hold a handle object, which is
+    /// not tested.
     /// @throws index errors
     void addReference() const;
 

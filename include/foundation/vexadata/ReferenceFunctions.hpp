@@ -32,8 +32,8 @@ VEXADATA_API void addIndex(std::shared_ptr<ReferenceImpl>& chain, std::size_t in
 /// @throws CanOnlyUseOneStringIndexException
 VEXADATA_API void addIndex(std::shared_ptr<ReferenceImpl>& chain, std::string fieldName);
 
-/// A chain into the array that the element of `chain` holds, with a first index. The writable form makes everything on
-/// the way private before.
+/// A chain into the array that the element of `chain` holds, with a first index. The writable form makes
+/// everything on the way private before.
 /// @throws NotEnoughIndicesProvidedException when the element holds no array; index errors of either level
 template <bool isConst>
 VEXADATA_API std::shared_ptr<ReferenceImpl> createReferenceWithIndex(std::shared_ptr<ReferenceImpl>& chain,
@@ -47,13 +47,15 @@ extern template VEXADATA_API std::shared_ptr<ReferenceImpl> createReferenceWithI
 VEXADATA_API std::shared_ptr<ReferenceImpl> createConstReferenceWithIndex(
     const std::shared_ptr<ReferenceImpl>& chain, std::size_t index);
 
-/// A chain at the same place as `chain`, which it keeps alive, that can grow without changing it. What happens before a
-/// write through `chain` happens before one through the copy too. Its position is refused when the array there has become
-/// one of another kind (TypeMismatchException) or of other dimensions (EArrayIndexOutOfRange).
+/// A chain at the same place as `chain`, which it keeps alive, that can grow without changing it. What happens
+/// before a write through `chain` happens before one through the copy too. Its position is refused when the
+/// array there has become one of another kind (TypeMismatchException) or of other dimensions
+/// (EArrayIndexOutOfRange).
 VEXADATA_API std::shared_ptr<ReferenceImpl> copyChain(const std::shared_ptr<ReferenceImpl>& chain);
 
-/// The array that a chain indexes into, made ready for a write. The chain is asked for it before its hook runs, as chains of
-/// back-ends have always seen it, and again afterwards, since the hook may have put a copy in its place.
+/// The array that a chain indexes into, made ready for a write. The chain is asked for it before its hook
+/// runs, as chains of back-ends have always seen it, and again afterwards, since the hook may have put a copy
+/// in its place.
 inline ArrayImpl* arrayForWrite(ReferenceImpl& chain) {
     chain.getArrayImpl();
     chain.prepareForWrite();
@@ -85,8 +87,8 @@ void validateReference(std::shared_ptr<ReferenceImpl> chain, bool unshare) {
 /// Text of the element.
 VEXADATA_API std::string castToString(std::shared_ptr<ReferenceImpl> chain);
 
-/// The element at `index` of `array` as a value. The array must be one of elements `T`; that is not tested. String and
-/// enumeration elements are converted from the text that the back-end gives.
+/// The element at `index` of `array` as a value. The array must be one of elements `T`; that is not tested.
+/// String and enumeration elements are converted from the text that the back-end gives.
 template <class T>
 T readElement(ArrayImpl& array, std::size_t index, const std::string& fieldName) {
     if constexpr (std::is_same_v<T, String>) {
@@ -123,8 +125,8 @@ T getValue(std::shared_ptr<ReferenceImpl> chain) {
     return readElement<T>(*array, chain->getLinearIndex(), chain->stringIndex());
 }
 
-/// Writes the element of a chain; see `writeElement`. The array is made private before the index is looked at, so that a
-/// failing write may have copied it.
+/// Writes the element of a chain; see `writeElement`. The array is made private before the index is looked at,
+/// so that a failing write may have copied it.
 /// @throws index errors; errors of the back-end
 template <class T>
 void setTypedElement(std::shared_ptr<ReferenceImpl> chain, T value) {
@@ -132,17 +134,19 @@ void setTypedElement(std::shared_ptr<ReferenceImpl> chain, T value) {
     writeElement<T>(*array, chain->getLinearIndex(), chain->stringIndex(), std::move(value));
 }
 
-/// Stores an array into the element. Storing an array into itself stores a copy, since it would own itself otherwise.
+/// Stores an array into the element. Storing an array into itself stores a copy, since it would own itself
+/// otherwise.
 /// @throws CantAssignArrayToThisArrayException when elements hold no arrays; index errors
 VEXADATA_API void storeArray(const std::shared_ptr<ReferenceImpl>& chain, const Array& array);
 
-/// Replaces the record of the element by the values of its fields, in their order. The array is made private before the
-/// number of values is looked at.
-/// @throws WrongVectorSizeForStructException when their number differs; TypeMismatchException when the array is no struct
-/// array; index errors; errors of the back-end
+/// Replaces the record of the element by the values of its fields, in their order. The array is made private
+/// before the number of values is looked at.
+/// @throws WrongVectorSizeForStructException when their number differs; TypeMismatchException when the array
+/// is no struct array; index errors; errors of the back-end
 VEXADATA_API void setElement(const std::shared_ptr<ReferenceImpl>& chain, std::vector<Array> values);
 
-/// Stores an array of any handle type into the element, see `storeArray`; the values of a record when they come as a vector.
+/// Stores an array of any handle type into the element, see `storeArray`; the values of a record when they
+/// come as a vector.
 template <class A>
 void setElement(std::shared_ptr<ReferenceImpl> chain, A array) {
     if constexpr (std::is_same_v<A, std::vector<Array>>) {
@@ -187,9 +191,10 @@ ArrayImpl& elementArray(const std::shared_ptr<ReferenceImpl>& chain, bool forWri
     return *array;
 }
 
-/// The same, of a kind that a handle of type `A` takes. References ask at every use, since what an element holds may have been
-/// replaced.
-/// @throws E when the element holds none; TypeMismatchException when a handle of type `A` does not take it; index errors
+/// The same, of a kind that a handle of type `A` takes. References ask at every use, since what an element
+/// holds may have been replaced.
+/// @throws E when the element holds none; TypeMismatchException when a handle of type `A` does not take it;
+/// index errors
 template <class A, class E = TypeMismatchException>
 ArrayImpl& heldArray(const std::shared_ptr<ReferenceImpl>& chain, bool forWrite = false) {
     ArrayImpl& array = elementArray<E>(chain, forWrite);
@@ -223,8 +228,9 @@ struct CastTo<Reference<A>> {
     }
 };
 
-/// The array that the element holds, as a handle of type `A` that shares it with the element, or as a reference, which
-/// keeps the chain. References to records and enumeration elements are formed without a test: their chain is the element.
+/// The array that the element holds, as a handle of type `A` that shares it with the element, or as a
+/// reference, which keeps the chain. References to records and enumeration elements are formed without a test:
+/// their chain is the element.
 /// @throws TypeMismatchException when the element holds no array or one of another kind; index errors
 template <class A, bool isConst>
 A castTo(std::shared_ptr<ReferenceImpl> chain) {

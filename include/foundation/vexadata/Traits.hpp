@@ -163,8 +163,8 @@ struct ElementRef<Array, isConst> {
 template <class T, bool isConst>
 using ElementRefOf = typename ElementRef<T, isConst>::type;
 
-/// True for the references that may stand for an array: array handles are constructed and assigned from these. Elements of
-/// typed arrays other than cells hold none.
+/// True for the references that may stand for an array: array handles are constructed and assigned from these.
+/// Elements of typed arrays other than cells hold none.
 template <class T>
 inline constexpr bool isArrayReference = false;
 template <class T>

@@ -25,7 +25,8 @@ using buffer_ptr = std::unique_ptr<T[], void (*)(void*)>;
 
 } // namespace detail
 
-/// An array of elements `T`, any of the catalogue's element types. Copies, moves and assigns between its own kind as
+/// An array of elements `T`, any of the catalogue's element types. Copies, moves and assigns between its own
+/// kind as
 /// `Array` does; from other arrays it checks their kind.
 template <class T>
 class VEXADATA_API TypedArray : public Array {
@@ -40,7 +41,8 @@ public:
     using iterator = TypedIterator<T>;
     using const_iterator = TypedIterator<const T>;
 
-    /// @throws InvalidArrayTypeException when the array is not one of elements `T`; a moved argument is emptied even then
+    /// @throws InvalidArrayTypeException when the array is not one of elements `T`; a moved argument is
+    /// emptied even then
     TypedArray(const Array& array) : Array(array) { requireType(*this); }
     TypedArray(Array&& array) : Array(std::move(array)) { requireType(*this); }
     /// The array that an element holds.
@@ -58,7 +60,8 @@ public:
     ~TypedArray() override {} // not defaulted: such a one is not always part of the instantiation
 
     /// Shares the array. A moved argument keeps it too: only handles of one type are emptied by assignment.
-    /// @throws InvalidArrayTypeException when the array is not one of elements `T`; this handle has not changed then
+    /// @throws InvalidArrayTypeException when the array is not one of elements `T`; this handle has not
+    /// changed then
     TypedArray& operator=(const Array& array) {
         requireType(array);
         Array::operator=(array);
@@ -98,8 +101,9 @@ public:
         return detail::ElementRefOf<T, true>(detail::ElementPosition::firstOf<T>(this->impl_.get(), index));
     }
 
-    /// Hands the elements over in a buffer that the caller owns: the array's own when no other handle shares it, a copy
-    /// otherwise. Ends iterators and references into the array; what it reports afterwards is the back-end's choice.
+    /// Hands the elements over in a buffer that the caller owns: the array's own when no other handle shares
+    /// it, a copy otherwise. Ends iterators and references into the array; what it reports afterwards is the
+    /// back-end's choice.
     /// @throws InvalidArrayTypeException when the back-end has no buffer of elements; std::bad_alloc
     detail::buffer_ptr<T> release() {
         void* data = nullptr;

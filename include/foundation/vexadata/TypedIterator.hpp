@@ -59,14 +59,15 @@ private:
 
 } // namespace detail
 
-/// A position in an array, in storage order. `TypedIterator<const T>` reads, `TypedIterator<T>` also writes; the array was
-/// made private when the latter was made. Does not keep the array alive. A random-access iterator, over primitive elements
-/// with real references; over other elements it hands out handles by value, as that of `std::vector<bool>` does. Iterators
-/// that are compared or subtracted must come from one array. Copies move independently.
+/// A position in an array, in storage order. `TypedIterator<const T>` reads, `TypedIterator<T>` also writes;
+/// the array was made private when the latter was made. Does not keep the array alive. A random-access
+/// iterator, over primitive elements with real references; over other elements it hands out handles by value,
+/// as that of `std::vector<bool>` does. Iterators that are compared or subtracted must come from one array.
+/// Copies move independently.
 ///
-/// The library's own kinds of iterators, over contiguous storage and over positions, move alone: their `impl_` points at
-/// nothing and only owns what keeps the chain alive through which the array was reached. All others forward every step to
-/// the back-end's iterator.
+/// The library's own kinds of iterators, over contiguous storage and over positions, move alone: their `impl_`
+/// points at nothing and only owns what keeps the chain alive through which the array was reached. All others
+/// forward every step to the back-end's iterator.
 template <class T>
 class TypedIterator {
     using Element = std::remove_const_t<T>;
@@ -210,8 +211,8 @@ private:
 
     bool movesAlone() const noexcept { return __builtin_expect(impl_.get() == nullptr, true); }
 
-    /// What an iterator consists of, made out of line and returned by value: an iterator whose own address nobody has
-    /// seen stays in registers.
+    /// What an iterator consists of, made out of line and returned by value: an iterator whose own address
+    /// nobody has seen stays in registers.
     struct Parts {
         std::shared_ptr<Impl> impl;
         Cursor current;
@@ -260,9 +261,10 @@ private:
         }
     }
 
-    // The forwarded steps. Out of line, with pointers by value and without exceptions of their own, so that a loop which
-    // never takes them keeps its pointer and its sums in registers: a call that may throw would make compilers store them
-    // at every step. An error is held back and thrown again by a function that does not return.
+    // The forwarded steps. Out of line, with pointers by value and without exceptions of their own, so that a
+    // loop which never takes them keeps its pointer and its sums in registers: a call that may throw would
+    // make compilers store them at every step. An error is held back and thrown again by a function that does
+    // not return.
     template <class R>
     struct Outcome {
         R value;

@@ -32,9 +32,10 @@ private:
 
 namespace detail {
 
-/// A list of variables that owns its names, in two forms: as strings, and as pointers to text of theirs or of somebody else.
-/// Binary contract: the members in this order; operations 5 and 6 follow those of IVariableInfo. No index is tested. Can be
-/// moved, which leaves the pointers valid, but not copied, which would not.
+/// A list of variables that owns its names, in two forms: as strings, and as pointers to text of theirs or of
+/// somebody else. Binary contract: the members in this order; operations 5 and 6 follow those of
+/// IVariableInfo. No index is tested. Can be moved, which leaves the pointers valid, but not copied, which
+/// would not.
 class VEXADATA_API DefaultVariableInfoImpl : public IVariableInfo {
 public:
     DefaultVariableInfoImpl();

@@ -1,4 +1,5 @@
-// What the program and the back-end know of each other beside the contract: all errors, and two ways to throw them across.
+// What the program and the back-end know of each other beside the contract: all errors, and two ways to throw
+// them across.
 #pragma once
 
 #include <foundation/vexadata/Exception.hpp>

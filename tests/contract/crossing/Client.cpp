@@ -1,5 +1,5 @@
-// A client of the embedded back-end that uses every kind of handle. It is built with the headers of a published contract and run
-// over the libraries of today: it uses only what these headers have.
+// A client of the embedded back-end that uses every kind of handle. It is built with the headers of a
+// published contract and run over the libraries of today: it uses only what these headers have.
 #include "Numbers.hpp"
 
 #include <foundation/vexadata/InProcessCustomWorkspace.hpp>
@@ -200,7 +200,8 @@ void sparse() {
     EXPECT(complex[0] == std::complex<double>());
 }
 
-/// A workspace in the client, called through its interface; its records are objects of the library with members in both.
+/// A workspace in the client, called through its interface; its records are objects of the library with
+/// members in both.
 class OwnWorkspace : public ICustomWorkspace {
 public:
     Array getVariable(const char*) const override { return kept_; }

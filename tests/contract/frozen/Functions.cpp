@@ -1,5 +1,5 @@
-// The types of the functions that the library exports, results included, which the names of all but function templates leave
-// out. What is virtual stands in the tables of interfaces.
+// The types of the functions that the library exports, results included, which the names of all but function
+// templates leave out. What is virtual stands in the tables of interfaces.
 #include "Table.hpp"
 
 #include <foundation/vexadata/InProcessCustomWorkspace.hpp>

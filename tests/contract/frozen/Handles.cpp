@@ -1,4 +1,5 @@
-// Values that cross or lie in clients' objects, back-ends' too: handles to arrays, objects and elements, iterators, names.
+// Values that cross or lie in clients' objects, back-ends' too: handles to arrays, objects and elements,
+// iterators, names.
 #include "Table.hpp"
 
 #include <foundation/vexadata/InProcessCustomWorkspace.hpp>

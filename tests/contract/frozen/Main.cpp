@@ -1,4 +1,5 @@
-// Compares the tables with what the compiler lays out. A failure means that back-ends built before cannot be used any more.
+// Compares the tables with what the compiler lays out. A failure means that back-ends built before cannot be
+// used any more.
 //
 //   c++ -std=c++17 -I include tests/contract/frozen/*.cpp -o frozen && ./frozen
 #include "Table.hpp"
@@ -16,8 +17,8 @@ std::vector<contract::Row>& rows() {
     return all;
 }
 
-/// A pointer to a virtual member is two words, the first of which holds 1 plus the offset of its slot in the table; a pointer
-/// to a data member is one word, its offset.
+/// A pointer to a virtual member is two words, the first of which holds 1 plus the offset of its slot in the
+/// table; a pointer to a data member is one word, its offset.
 std::ptrdiff_t placeOf(const contract::Row& row) {
     std::ptrdiff_t words[2] = {0, 0};
     const bool isData = row.kind == contract::Kind::member;

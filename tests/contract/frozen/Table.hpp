@@ -1,5 +1,6 @@
-// The rows of the frozen tables. Each row is an explicit instantiation, which may name private members; types are compared
-// when it is compiled, places when the program starts. Needs no library, so that anybody can build and run it.
+// The rows of the frozen tables. Each row is an explicit instantiation, which may name private members; types
+// are compared when it is compiled, places when the program starts. Needs no library, so that anybody can
+// build and run it.
 #pragma once
 
 #include <cstddef>
@@ -8,8 +9,8 @@
 
 namespace contract {
 
-/// Where the numbers of an interface begin: the difference between an operation's number and its slot, which counts from 0
-/// and gives two slots to a destructor.
+/// Where the numbers of an interface begin: the difference between an operation's number and its slot, which
+/// counts from 0 and gives two slots to a destructor.
 constexpr int afterDestructor = 1;     // number 1 follows the destructor
 constexpr int countingDestructor = -1; // numbers 1 and 2 are the destructor
 constexpr int afterUnusedOne = 2;      // one unused operation follows the destructor, then number 1
@@ -44,7 +45,8 @@ struct MemberType<Type Class::*> {
     using type = Type;
 };
 
-/// A virtual operation: its slot, its type and its name. An operation stands in the table of the class that declares it first.
+/// A virtual operation: its slot, its type and its name. An operation stands in the table of the class that
+/// declares it first.
 template <int slot, class Signature, auto operation>
 struct Operation {
     static_assert(std::is_same_v<typename MemberType<decltype(operation)>::type, Signature>);
@@ -94,7 +96,8 @@ struct Followed : T {
     char next;
 };
 
-/// Values that cross or lie in clients' objects: their size, their alignment, the end of their members, how they are passed.
+/// Values that cross or lie in clients' objects: their size, their alignment, the end of their members, how
+/// they are passed.
 template <std::size_t size, std::size_t alignment, std::ptrdiff_t end, Passed passed, class... Types>
 struct Values {
     static_assert(((sizeof(Types) == size && alignof(Types) == alignment) && ...));
@@ -109,8 +112,8 @@ struct Values {
     static inline const bool made = (One<Types>::make() && ...);
 };
 
-/// Functions and variables that the library exports, all of one type. Overloads are told apart by it. A program that is linked
-/// with the library keeps their addresses too, to see which of the exports have no row.
+/// Functions and variables that the library exports, all of one type. Overloads are told apart by it. A
+/// program that is linked with the library keeps their addresses too, to see which of the exports have no row.
 template <class Type, Type... functions>
 struct Function {
 #ifdef VEXADATA_CONTRACT_LINKED

@@ -9,8 +9,8 @@
 
 namespace vexa::client {
 
-/// A buffer was handed over that cannot be the storage of an array: there is none although the array has elements, or its
-/// memory layout is neither column- nor row-major.
+/// A buffer was handed over that cannot be the storage of an array: there is none although the array has
+/// elements, or its memory layout is neither column- nor row-major.
 class VEXADATA_API InvalidBufferException final : public foundation::vexadata::Exception {
 public:
     const char* what() const noexcept override;
@@ -88,7 +88,8 @@ public:
     ~AmbiguousPropertyException() override;
 };
 
-/// A class cannot have this property of its own: the name is no identifier, comes twice, or is that of another class.
+/// A class cannot have this property of its own: the name is no identifier, comes twice, or is that of another
+/// class.
 class VEXADATA_API InvalidPropertyException final : public NamedException {
 public:
     InvalidPropertyException(const std::string& name, const std::string& className,
@@ -124,7 +125,8 @@ public:
     ~WrongClassException() override;
 };
 
-/// A variable cannot have this name: it is made of other characters than letters, digits and underscores, or begins with a digit.
+/// A variable cannot have this name: it is made of other characters than letters, digits and underscores, or
+/// begins with a digit.
 class VEXADATA_API InvalidVariableNameException final : public NamedException {
 public:
     explicit InvalidVariableNameException(const std::string& name);

@@ -12,8 +12,9 @@
 
 namespace vexa::data::detail {
 
-/// Element-wise equality of floating-point runs: NaN differs from itself, zeros of either sign are equal. Sixteen bytes at
-/// a time in blocks without an early exit; left to themselves, compilers do this one element at a time.
+/// Element-wise equality of floating-point runs: NaN differs from itself, zeros of either sign are equal.
+/// Sixteen bytes at a time in blocks without an early exit; left to themselves, compilers do this one element
+/// at a time.
 template <class T>
 bool equalFloats(const T* a, const T* b, std::size_t count) {
     using Lanes [[gnu::vector_size(16), gnu::aligned(alignof(T)), gnu::may_alias]] = T;

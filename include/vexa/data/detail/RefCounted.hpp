@@ -12,8 +12,8 @@
 
 namespace vexa::data::detail {
 
-/// True while the process has never had a second thread, or has none any more: counts then need no locked instruction,
-/// which would cost several times what the rest of a handle's copy does.
+/// True while the process has never had a second thread, or has none any more: counts then need no locked
+/// instruction, which would cost several times what the rest of a handle's copy does.
 inline bool processIsSingleThreaded() noexcept {
 #if __has_include(<sys/single_threaded.h>)
     return __libc_single_threaded != 0;

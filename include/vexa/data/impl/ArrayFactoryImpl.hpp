@@ -1,5 +1,5 @@
-// The interface of back-end factories, and their registration. Binary contract: positions 1 to 25 follow the virtual
-// destructor in this order.
+// The interface of back-end factories, and their registration. Binary contract: positions 1 to 25 follow the
+// virtual destructor in this order.
 #pragma once
 
 #include <foundation/vexadata/ArrayType.hpp>
@@ -21,9 +21,9 @@ using foundation::vexadata::ArrayType;
 template <class T>
 using Buffer = std::unique_ptr<T, void (*)(void*)>;
 
-/// Makes arrays, objects and class descriptions. Every result carries one reference for the caller. Dimensions arrive
-/// checked: at least two unless none, with a product that fits in 64 bits. A list, text or buffer passed by value is
-/// the back-end's; what is passed by pointer is borrowed and has to be copied.
+/// Makes arrays, objects and class descriptions. Every result carries one reference for the caller. Dimensions
+/// arrive checked: at least two unless none, with a product that fits in 64 bits. A list, text or buffer
+/// passed by value is the back-end's; what is passed by pointer is borrowed and has to be copied.
 class VEXADATA_API ArrayFactoryImpl : public detail::RefCounted {
 public:
     using Dimensions = std::vector<std::size_t>;
@@ -43,7 +43,8 @@ public:
 
     /// Position 1. An array of zeros, empty cells, missing strings ... The type comes unchecked.
     virtual ArrayImpl* createArrayImpl(ArrayType type, Dimensions dimensions) = 0;
-    /// Positions 2 to 4. Sparse matrices from `count` triplets in any order; the buffers hold values, rows and columns.
+    /// Positions 2 to 4. Sparse matrices from `count` triplets in any order; the buffers hold values, rows and
+    /// columns.
     virtual ArrayImpl* createSparseLogicalImpl(Dimensions dimensions, std::size_t count,
                                                Buffer<bool[]> values, Buffer<std::size_t[]> rows,
                                                Buffer<std::size_t[]> columns);
@@ -66,8 +67,8 @@ public:
                                                          Buffer<std::size_t[]> rows,
                                                          Buffer<std::size_t[]> starts);
     virtual void reservedOp8(); ///< position 8, not called by this library
-    /// Position 9. An array with copies of `count` elements at `data`, in column-major order. What happens when `count`
-    /// is not the product of the dimensions is the back-end's choice.
+    /// Position 9. An array with copies of `count` elements at `data`, in column-major order. What happens
+    /// when `count` is not the product of the dimensions is the back-end's choice.
     virtual ArrayImpl* createArrayWithDataImpl(ArrayType type, Dimensions dimensions, const void* data,
                                                std::size_t count) = 0;
     virtual ArrayImpl* createStructArrayImpl(Dimensions dimensions, Names fieldNames); ///< position 10
@@ -91,7 +92,8 @@ public:
     virtual ArrayImpl* createEnumArrayImpl(Dimensions dimensions, std::string className, Names members);
     virtual void reservedOp21(); ///< position 21, not called by this library
     virtual void reservedOp22(); ///< position 22, not called by this library
-    /// Position 23. Fills in a new buffer for `count` elements of a type and the function that frees it. Nobody expects zeros in it.
+    /// Position 23. Fills in a new buffer for `count` elements of a type and the function that frees it.
+    /// Nobody expects zeros in it.
     virtual void createBufferImpl(void*& data, void (*&deleter)(void*), ArrayType type,
                                   std::size_t count) = 0;
     /// Position 24. The same for `count` bytes.

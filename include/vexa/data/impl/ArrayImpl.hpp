@@ -3,8 +3,8 @@
 //
 // Element positions are linear, counted from 0 in the order of the memory layout. A "field name" is a string index
 // of the chain through which the element was reached, usually empty. Unless stated otherwise an operation may
-// throw, and its error reaches the caller of the handle unchanged. Back-ends need no locks: const operations must be
-// safe on several threads at once, the others have the object to themselves.
+// throw, and its error reaches the caller of the handle unchanged. Back-ends need no locks: const operations
+// must be safe on several threads at once, the others have the object to themselves.
 #pragma once
 
 #include <foundation/vexadata/ArrayType.hpp>
@@ -44,14 +44,15 @@ public:
     virtual ArrayType getType() const = 0;
     /// Order 11. COLUMN_MAJOR or ROW_MAJOR for an array that is indexed. Must not throw.
     virtual MemoryLayout getMemoryLayout() const = 0;
-    /// Order 12. A new chain into what element `index` holds, one reference for the caller; null when elements hold
-    /// no arrays. A chain made with `forWrite` false must still make that array exclusively owned when its
+    /// Order 12. A new chain into what element `index` holds, one reference for the caller; null when elements
+    /// hold no arrays. A chain made with `forWrite` false must still make that array exclusively owned when its
     /// `prepareForWrite` runs later.
     virtual detail::ReferenceImpl* createElementReference(std::size_t index, const std::string& fieldName,
                                                           bool forWrite) = 0;
     /// Order 13. Order 12 for reading. Implemented here for all arrays.
     virtual detail::ReferenceImpl* forwardingOp(std::size_t index, const std::string& fieldName);
-    /// Order 14. At least two. Valid, and at the same address, until the array is released by order 33 or destroyed. Must not throw.
+    /// Order 14. At least two. Valid, and at the same address, until the array is released by order 33 or
+    /// destroyed. Must not throw.
     virtual const std::vector<std::size_t>& getDimensions() const = 0;
     /// Order 15. Product of the dimensions. Must not throw.
     virtual std::size_t getNumberOfElements() const = 0;
@@ -71,8 +72,8 @@ public:
     /// and the number of units; null for a missing element. Valid until the array is changed. The default leaves
     /// both as they are.
     virtual void getStringElement(std::size_t index, const char16_t*& text, std::size_t& length) const;
-    /// Order 23. Column starts of a sparse array, one more than columns; valid until the array is changed. Orders 23
-    /// to 28 throw InvalidArrayTypeException unless overridden.
+    /// Order 23. Column starts of a sparse array, one more than columns; valid until the array is changed.
+    /// Orders 23 to 28 throw InvalidArrayTypeException unless overridden.
     virtual const std::size_t* getJc() const;
     /// Order 24. Row indices of the non-zeros of a sparse array; valid until the array is changed.
     virtual const std::size_t* getIr() const;
@@ -87,17 +88,17 @@ public:
     virtual std::uint64_t getArrayID() const = 0;
     /// Order 31. Makes the storage exclusively owned, in this same object, before a write through a reference.
     virtual void unshare() = 0;
-    /// Order 32. Fills in a copy of the elements in a new buffer and the function that frees it; both belong to the
-    /// caller. The default throws InvalidArrayTypeException.
+    /// Order 32. Fills in a copy of the elements in a new buffer and the function that frees it; both belong
+    /// to the caller. The default throws InvalidArrayTypeException.
     virtual void copyOutBuffer(void*& data, void (*&deleter)(void*)) const;
     /// Order 33. Hands the array's own buffer over in the same way. What the array reports afterwards is the
     /// back-end's choice, but for at least two dimensions. The default throws InvalidArrayTypeException.
     virtual void releaseBuffer(void*& data, void (*&deleter)(void*));
-    /// Order 34. First element of contiguous storage, valid until the array is changed or released; null when there
-    /// is none, which is the default.
+    /// Order 34. First element of contiguous storage, valid until the array is changed or released; null when
+    /// there is none, which is the default.
     virtual const void* getUntypedDataPtr() const;
-    /// Order 35. Element-wise equality with an array of equal dimensions and type; object arrays are asked without a test of
-    /// these, and test them. Must not throw.
+    /// Order 35. Element-wise equality with an array of equal dimensions and type; object arrays are asked
+    /// without a test of these, and test them. Must not throw.
     virtual bool isEqual(const ArrayImpl* other) const = 0;
 
 protected:

@@ -1,5 +1,5 @@
-// The interface of back-end class descriptions. Binary contract: virtual operations in the order of their numbers; the
-// two entries of the destructor are operations 1 and 2.
+// The interface of back-end class descriptions. Binary contract: virtual operations in the order of their
+// numbers; the two entries of the destructor are operations 1 and 2.
 #pragma once
 
 #include <foundation/vexadata/Forward.hpp>

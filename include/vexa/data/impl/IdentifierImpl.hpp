@@ -32,8 +32,8 @@ private:
     std::string name_;
 };
 
-/// Name of a property, perhaps with the class that defines it, and a weak link to the class information that it was
-/// last resolved against. Setting the link is not synchronised against readers.
+/// Name of a property, perhaps with the class that defines it, and a weak link to the class information that
+/// it was last resolved against. Setting the link is not synchronised against readers.
 class VEXADATA_API VexaPropertyIdentifierImpl final : public detail::RefCounted {
 public:
     VexaPropertyIdentifierImpl(std::string propertyName, std::string className) noexcept;

@@ -8,8 +8,8 @@
 
 namespace vexa::data::impl {
 
-/// The interface of the kind of array, followed by the place of its elements, which the array keeps up to date: nothing in it
-/// may be true of the array a moment ago only. See `detail::recognise`.
+/// The interface of the kind of array, followed by the place of its elements, which the array keeps up to
+/// date: nothing in it may be true of the array a moment ago only. See `detail::recognise`.
 template <class Interface, class T>
 class InPlaceArrayImpl : public Interface {
 public:

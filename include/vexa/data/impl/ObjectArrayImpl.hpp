@@ -10,9 +10,9 @@
 
 namespace vexa::data::impl {
 
-/// An array of objects, of value or handle classes alike. Order 38 answers with the HandleObjectRef at an element, order
-/// 39 stores one; value objects go through orders 58 to 60. Iterators and references are new ones, with one reference
-/// for the caller.
+/// An array of objects, of value or handle classes alike. Order 38 answers with the HandleObjectRef at an
+/// element, order 39 stores one; value objects go through orders 58 to 60. Iterators and references are new
+/// ones, with one reference for the caller.
 class VEXADATA_API ObjectArrayImpl : public TypedArrayImpl<foundation::vexadata::HandleObjectRef> {
 public:
     using VexaPropertyIdentifier = foundation::vexadata::VexaPropertyIdentifier;
@@ -37,12 +37,14 @@ public:
     virtual std::vector<std::size_t> getExternalDimensions() const = 0;                       ///< order 55
     virtual bool isExternalDimensionsSet() const = 0;                                         ///< order 56
     virtual std::vector<std::string> getExternalRepresentationArrayPropertyNames() const = 0; ///< order 57
-    /// Order 58. Value of one property of element `index`. What an element without object answers is the back-end's choice.
+    /// Order 58. Value of one property of element `index`. What an element without object answers is the
+    /// back-end's choice.
     virtual foundation::vexadata::Array getElementProperty(std::size_t index,
                                                            VexaPropertyIdentifier id) const = 0;
     /// Order 59. Stores an object (borrowed: add a reference to keep it) into element `index`.
     virtual void setElementObject(std::size_t index, ObjectImpl* object) = 0;
-    /// Order 60. The object at element `index` with one reference for the caller; null when the element holds none.
+    /// Order 60. The object at element `index` with one reference for the caller; null when the element holds
+    /// none.
     virtual ObjectImpl* getElementObject(std::size_t index) const = 0;
     virtual void reservedOp61(); ///< order 61, not called by this library
     virtual void reservedOp62(); ///< order 62, not called by this library
@@ -52,8 +54,9 @@ public:
     /// Order 66. The properties of element `index`.
     virtual detail::ForwardIteratorImpl* beginElementProperties(std::size_t index) = 0;
     virtual detail::ForwardIteratorImpl* endElementProperties(std::size_t index) = 0; ///< order 67
-    /// Order 68. Equality of the array properties with those of another object array, of whatever dimensions and back-end. Handles
-    /// ask this first and then, whatever the answer, order 35, which has to compare dimensions itself. Must not throw.
+    /// Order 68. Equality of the array properties with those of another object array, of whatever dimensions
+    /// and back-end. Handles ask this first and then, whatever the answer, order 35, which has to compare
+    /// dimensions itself. Must not throw.
     virtual bool isEqualArrayProperties(const ArrayImpl* other) const = 0;
 
 protected:

@@ -1,5 +1,5 @@
-// The interfaces of back-end objects, of their properties and of handle objects. Binary contract: virtual operations in
-// the order of their numbers.
+// The interfaces of back-end objects, of their properties and of handle objects. Binary contract: virtual
+// operations in the order of their numbers.
 #pragma once
 
 #include <foundation/vexadata/Forward.hpp>
@@ -15,10 +15,10 @@ namespace vexa::data::impl {
 
 /// One property of an object as seen while walking it. Operations 1 to 3 follow the destructor.
 ///
-/// A reference to a property is a chain to the element of a cell array: its `getArrayImpl` is an array of type CELL in which the
-/// property is the element at the chain's position, with the value as what that element holds. Were it the value itself, then
-/// storing, copying and looking up fields would go to the first element of the value. An object that keeps its values in a cell
-/// array hands out `ArrayReferenceImpl(cells, place)`.
+/// A reference to a property is a chain to the element of a cell array: its `getArrayImpl` is an array of type
+/// CELL in which the property is the element at the chain's position, with the value as what that element
+/// holds. Were it the value itself, then storing, copying and looking up fields would go to the first element
+/// of the value. An object that keeps its values in a cell array hands out `ArrayReferenceImpl(cells, place)`.
 class VEXADATA_API PropertyImpl : public detail::RefCounted {
 public:
     ~PropertyImpl() override;
@@ -27,8 +27,9 @@ public:
     virtual const foundation::vexadata::VexaPropertyIdentifier* getIdentifier() const = 0;
     /// Operation 2. The value, shared.
     virtual std::shared_ptr<ArrayImpl> getValue() const = 0;
-    /// Operation 3. A writable reference to the property, one reference for the caller. For a property from a read-only walk
-    /// every way to write through it throws CantAssignArrayToThisArrayException: `setArray`, `prepareForWrite`,
+    /// Operation 3. A writable reference to the property, one reference for the caller. For a property from a
+    /// read-only walk every way to write through it throws CantAssignArrayToThisArrayException: `setArray`,
+    /// `prepareForWrite`,
     /// `getElementArray` and `createReference` with the write flag.
     virtual detail::ReferenceImpl* getReference() = 0;
 
@@ -47,7 +48,8 @@ public:
 
     /// Operation 3. An independent copy, one reference for the caller.
     virtual ObjectImpl* sharedCopy() const = 0;
-    /// Operation 4. Name of the enumeration member that the object is, NUL-terminated, as long as the object lives.
+    /// Operation 4. Name of the enumeration member that the object is, NUL-terminated, as long as the object
+    /// lives.
     virtual const char* getEnumerationName() const = 0;
     virtual foundation::vexadata::ClassInfo getClassInfo() const = 0; ///< operation 5
     /// Operation 6. The value of a property, shared. An unknown one is the back-end's to report.
@@ -72,8 +74,8 @@ protected:
     ObjectImpl(const ObjectImpl&) noexcept = default;
 };
 
-/// The second interface of an object with reference semantics, reached from its ObjectImpl by a cross-cast. It is not
-/// counted on its own. After the destructor comes one unused operation, then operations 1 to 3.
+/// The second interface of an object with reference semantics, reached from its ObjectImpl by a cross-cast. It
+/// is not counted on its own. After the destructor comes one unused operation, then operations 1 to 3.
 class VEXADATA_API HandleObjectRefImpl {
 public:
     virtual ~HandleObjectRefImpl();

@@ -19,7 +19,8 @@ public:
     detail::IteratorImpl* beginIterator(void* unused, bool writable) override;
     detail::IteratorImpl* endIterator(void* unused, bool writable) override;
 
-    /// Order 41. A new iterator at the first field name (VexaIdentifierImpl objects), one reference for the caller.
+    /// Order 41. A new iterator at the first field name (VexaIdentifierImpl objects), one reference for the
+    /// caller.
     virtual detail::ForwardIteratorImpl* fieldNamesBegin() = 0;
     /// Order 42. The same past the last field name.
     virtual detail::ForwardIteratorImpl* fieldNamesEnd() = 0;
@@ -29,7 +30,8 @@ public:
     /// caller; at the first field, or past the last.
     virtual detail::IteratorImpl* createFieldValuesIterator(std::size_t index, bool atEnd) = 0;
     virtual void reservedOp46(); ///< order 46, not called by this library
-    /// Order 47. The array held by a field, one reference for the caller. An unknown name is the back-end's to report.
+    /// Order 47. The array held by a field, one reference for the caller. An unknown name is the back-end's to
+    /// report.
     virtual ArrayImpl* getField(std::size_t index, const std::string& fieldName) const = 0;
     /// Order 48. Replaces all field values of an element, in field order.
     virtual void setFieldValues(std::size_t index, std::vector<foundation::vexadata::Array> values) = 0;

@@ -13,7 +13,8 @@ namespace foundation::vexadata {
 
 namespace detail {
 
-/// Enables what elements `T` give for `U`, another type that arrays of `T` are made for: complex `long long` for complex
+/// Enables what elements `T` give for `U`, another type that arrays of `T` are made for: complex `long long`
+/// for complex
 /// `std::int64_t`, which no conversion of the language leads to.
 template <class T, class U>
 using IfOtherComplex = std::enable_if_t<isComplexElement<T> && !std::is_same_v<T, U> &&
@@ -34,8 +35,8 @@ struct ComplexComparison<Ref, T, true> {
     friend bool operator!=(const T& a, const Ref& b) { return !(a == b); }
 };
 
-/// Compound assignment: one read and one write of the element. As the language's own, it is computed in the common type of both
-/// sides, so that `words[0] /= 0.5` doubles.
+/// Compound assignment: one read and one write of the element. As the language's own, it is computed in the
+/// common type of both sides, so that `words[0] /= 0.5` doubles.
 template <class Ref, class T>
 class CompoundAssignment {
     template <class U>
@@ -71,10 +72,11 @@ private:
 
 } // namespace detail
 
-/// What `TypedArray<T>::operator[]` returns: an element, or a row of them that wants more indices. Reads and writes go to
-/// the array at the moment of conversion or assignment; bounds are tested then. Further `[]` append indices: on a named
-/// handle they give a new one and leave it as it is. Valid while the array handle that it came from lives, is not
-/// reassigned and is not made private by a later write. Holds its indices in place. Not synchronised.
+/// What `TypedArray<T>::operator[]` returns: an element, or a row of them that wants more indices. Reads and
+/// writes go to the array at the moment of conversion or assignment; bounds are tested then. Further `[]`
+/// append indices: on a named handle they give a new one and leave it as it is. Valid while the array handle
+/// that it came from lives, is not reassigned and is not made private by a later write. Holds its indices in
+/// place. Not synchronised.
 template <class T, bool isConst>
 class ArrayElementTypedRef
     : public detail::Indexing<ArrayElementTypedRef<T, isConst>>,

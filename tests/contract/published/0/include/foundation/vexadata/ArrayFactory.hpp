@@ -67,18 +67,21 @@ inline constexpr bool isNarrowText = std::is_same_v<Element, String>
 
 } // namespace detail
 
-/// Makes every array, over the back-end that is registered when the factory is made. Copies share one back-end factory.
+/// Makes every array, over the back-end that is registered when the factory is made. Copies share one back-end
+/// factory.
 ///
-/// Dimensions: one entry n means n by 1 and is not tested; otherwise their product must fit in 64 bits, which a zero before a
-/// huge entry satisfies. Creators that take dimensions throw NumberOfElementsExceedsMaximumException when it does not. All
-/// creators pass errors of the back-end on; a buffer handed to a call that fails is freed with its own deleter.
+/// Dimensions: one entry n means n by 1 and is not tested; otherwise their product must fit in 64 bits, which
+/// a zero before a huge entry satisfies. Creators that take dimensions throw
+/// NumberOfElementsExceedsMaximumException when it does not. All creators pass errors of the back-end on; a
+/// buffer handed to a call that fails is freed with its own deleter.
 ///
 /// Narrow text is ASCII: where characters or strings are made of it, a byte above 127 throws
 /// NonAsciiCharInInputDataException, and a null pointer in place of a text throws std::logic_error.
 class VEXADATA_API ArrayFactory {
 public:
-    /// Asks the registered back-end. Without one the factory is empty, and creating with it ends the process with a word on
-    /// standard error: link the embedded back-end, or load another before. So does creating with a factory that was moved from.
+    /// Asks the registered back-end. Without one the factory is empty, and creating with it ends the process
+    /// with a word on standard error: link the embedded back-end, or load another before. So does creating
+    /// with a factory that was moved from.
     ArrayFactory();
     ArrayFactory(std::shared_ptr<vexa::data::impl::ArrayFactoryImpl> impl) noexcept;
     ArrayFactory(const ArrayFactory&) noexcept;
@@ -96,13 +99,14 @@ public:
     Array createArray(ArrayType type, std::vector<std::size_t> dims) const;
     template <class T>
     TypedArray<T> createArray(std::vector<std::size_t> dims) const;
-    /// The same for dimensions that are listed. Where the back-end uses the library's dense arrays, these are made without
-    /// asking it and, small as they often are, without a list in memory.
+    /// The same for dimensions that are listed. Where the back-end uses the library's dense arrays, these are
+    /// made without asking it and, small as they often are, without a list in memory.
     template <class T>
     TypedArray<T> createArray(std::initializer_list<std::size_t> dims) const;
 
-    /// An array of the listed values in column-major order; a back-end decides what happens when there are more or fewer
-    /// primitive values than elements. Strings and arrays beyond the elements throw EArrayIndexOutOfRange.
+    /// An array of the listed values in column-major order; a back-end decides what happens when there are
+    /// more or fewer primitive values than elements. Strings and arrays beyond the elements throw
+    /// EArrayIndexOutOfRange.
     template <class T>
     TypedArray<T> createArray(std::vector<std::size_t> dims, std::initializer_list<T> values) const;
     /// The same from narrow text, for strings and characters.
@@ -134,8 +138,8 @@ public:
     template <class T>
     TypedArray<T> createArrayWithData(std::vector<std::size_t> dims, const T* data, std::size_t count) const;
 
-    /// A 1-by-1 array holding `value`, which is of an element type or one that is taken as one: text makes a string array, `char`
-    /// characters, `long long` and its complex numbers the integers of 64 bits.
+    /// A 1-by-1 array holding `value`, which is of an element type or one that is taken as one: text makes a
+    /// string array, `char` characters, `long long` and its complex numbers the integers of 64 bits.
     template <class T>
     TypedArray<typename vexa::data::GetReturnType<T>::type> createScalar(T value) const;
 
@@ -151,20 +155,20 @@ public:
     /// An array of records with these fields, each holding an empty array. The back-end judges the names.
     StructArray createStructArray(std::vector<std::size_t> dims, std::vector<std::string> fieldNames) const;
 
-    /// An array of members of the class `className`, in column-major order; without names, of elements that nobody has set.
-    /// The back-end judges the names.
+    /// An array of members of the class `className`, in column-major order; without names, of elements that
+    /// nobody has set. The back-end judges the names.
     EnumArray createEnumArray(std::vector<std::size_t> dims, std::string className,
                               std::vector<std::string> members = {}) const;
 
     /// A sparse matrix from `count` values at `rows[k]`, `columns[k]`, counted from 0, in any order. The
-    /// buffers are the back-end's, which may change what is in them. What happens to values at one place, to zeros and to
-    /// places outside is its choice.
+    /// buffers are the back-end's, which may change what is in them. What happens to values at one place, to
+    /// zeros and to places outside is its choice.
     /// @throws EInvalidDimensionsInSparseArray for more than two dimensions
     template <class T>
     SparseArray<T> createSparseArray(std::vector<std::size_t> dims, std::size_t count, buffer_ptr<T> values,
                                      buffer_ptr<std::size_t> rows, buffer_ptr<std::size_t> columns) const;
-    /// A sparse matrix from compressed columns: `count` values and their rows, column by column, and where each column begins
-    /// among them, with one entry more than columns.
+    /// A sparse matrix from compressed columns: `count` values and their rows, column by column, and where
+    /// each column begins among them, with one entry more than columns.
     /// @throws EInvalidDimensionsInSparseArray for more than two dimensions
     template <class T>
     SparseArray<T> createVEXASparseArray(std::vector<std::size_t> dims, std::size_t count,
@@ -193,7 +197,8 @@ public:
     /// A member of an enumeration class as an object.
     ValueObject createEnumerationObject(const std::string& className, const std::string& member) const;
 
-    /// A buffer for `count` elements, to be filled and handed to `createArrayFromBuffer`. What is in it before is not defined.
+    /// A buffer for `count` elements, to be filled and handed to `createArrayFromBuffer`. What is in it before
+    /// is not defined.
     /// @throws MustBePrimitiveTypeException
     std::unique_ptr<void, void (*)(void*)> createBuffer(ArrayType type, std::size_t count) const;
     /// A buffer of `count` bytes, not filled either.
@@ -259,8 +264,8 @@ private:
     std::shared_ptr<vexa::data::impl::ArrayFactoryImpl> impl_;
 };
 
-// Each creator is made once for each of its element types, in the library. The definitions are for what is left: other values
-// of `createScalar`, lists of other elements, and wrong types, which they refuse.
+// Each creator is made once for each of its element types, in the library. The definitions are for what is
+// left: other values of `createScalar`, lists of other elements, and wrong types, which they refuse.
 
 template <class T>
 TypedArray<T> ArrayFactory::createArray(std::vector<std::size_t> dims) const {

@@ -21,8 +21,8 @@ struct KeepAlive {
 } // namespace detail
 
 /// The elements of a primitive array in storage order, without a copy. The deleter holds a handle to the array and
-/// frees nothing else: the storage lives at least as long as the pointer, and a write through another handle leaves it
-/// as it is. Never unshares.
+/// frees nothing else: the storage lives at least as long as the pointer, and a write through another handle
+/// leaves it as it is. Never unshares.
 template <class T>
 VEXADATA_API std::unique_ptr<const T[], std::function<void(const T*)>> getBufferPtr(TypedArray<T> array) {
     static_assert(detail::isPrimitiveElement<T>, "only arrays of primitive elements have a buffer");
@@ -70,7 +70,8 @@ VEXADATA_API Range<TypedIterator, const T> getReadOnlyElements(const Array& arra
 }
 
 /// The elements of an array for writing; the array is made private first.
-/// @throws InvalidArrayTypeException when the array is not one of elements `T`; std::bad_alloc, the handle unchanged
+/// @throws InvalidArrayTypeException when the array is not one of elements `T`; std::bad_alloc, the handle
+/// unchanged
 template <class T>
 VEXADATA_API Range<TypedIterator, T> getWritableElements(Array& array) {
     detail::requireElements<T>(array.getType());

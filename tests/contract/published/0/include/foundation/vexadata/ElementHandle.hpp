@@ -69,8 +69,8 @@ protected:
     ElementPosition position_;
 };
 
-/// The writable handle `Ref` to an element that `View` reads as a `T`. The array is made private before the index is looked at.
-/// Assigning another element writes its value; it never makes the handle refer elsewhere.
+/// The writable handle `Ref` to an element that `View` reads as a `T`. The array is made private before the
+/// index is looked at. Assigning another element writes its value; it never makes the handle refer elsewhere.
 /// @throws index errors; errors of the back-end
 template <class Ref, class View, class T>
 class WritableElement : public View {

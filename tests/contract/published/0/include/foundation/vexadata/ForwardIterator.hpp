@@ -13,8 +13,8 @@
 
 namespace foundation::vexadata {
 
-/// A position in a sequence of names, classes or properties. Every dereference makes a new handle; nothing is cached.
-/// Copies move independently. Errors of the back-end pass through.
+/// A position in a sequence of names, classes or properties. Every dereference makes a new handle; nothing is
+/// cached. Copies move independently. Errors of the back-end pass through.
 template <class T>
 class ForwardIterator {
     using Impl = vexa::data::detail::ForwardIteratorImpl;

@@ -13,9 +13,9 @@ namespace foundation::vexadata {
 
 namespace detail {
 
-/// A cell or field, and indices into the array that it holds. That array is looked up at every use, so that it may be replaced
-/// meanwhile: nothing is kept of it, and nothing is tested before. With up to three indices, and as long as the array in a cell is
-/// the cell's alone, nothing is allocated.
+/// A cell or field, and indices into the array that it holds. That array is looked up at every use, so that it
+/// may be replaced meanwhile: nothing is kept of it, and nothing is tested before. With up to three indices,
+/// and as long as the array in a cell is the cell's alone, nothing is allocated.
 class VEXADATA_API HeldPosition {
 public:
     /// A first index. `writable` when `forWrite` may be called.
@@ -80,8 +80,9 @@ private:
 
 } // namespace detail
 
-/// An element of the array that a cell or field holds, or a partial subscript that needs further indices. Reads, writes, compares and combines as ArrayElementRef does. Valid while the handle that the cell was reached through lives, is not
-/// reassigned and is not made private by a later write.
+/// An element of the array that a cell or field holds, or a partial subscript that needs further indices.
+/// Reads, writes, compares and combines as ArrayElementRef does. Valid while the handle that the cell was
+/// reached through lives, is not reassigned and is not made private by a later write.
 template <bool isConst>
 class HeldElementRef : public detail::UntypedElement<HeldElementRef<isConst>, isConst> {
     using Untyped = detail::UntypedElement<HeldElementRef<isConst>, isConst>;
@@ -145,7 +146,8 @@ public:
     VEXADATA_INLINE ~HeldElements() {}
     HeldElements(const HeldElements&) = default;
 
-    /// An element, or a partial subscript that needs further indices. The indices are tested when the element is used.
+    /// An element, or a partial subscript that needs further indices. The indices are tested when the element
+    /// is used.
     VEXADATA_INLINE HeldElementRef<isConst> operator[](std::size_t index) const& {
         return HeldElementRef<isConst>(detail::HeldPosition(holder_, !isConst, index));
     }

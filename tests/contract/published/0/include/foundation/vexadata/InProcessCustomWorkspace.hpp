@@ -10,9 +10,9 @@
 
 namespace foundation::vexadata {
 
-/// Binary contract: the members in this order. The context and the callbacks belong to the engine, which must outlive the
-/// object; nothing is tested and nothing freed. What a callback throws passes through. Calls go straight to the engine, on the
-/// caller's thread.
+/// Binary contract: the members in this order. The context and the callbacks belong to the engine, which must
+/// outlive the object; nothing is tested and nothing freed. What a callback throws passes through. Calls go
+/// straight to the engine, on the caller's thread.
 ///
 /// Iterators handed to a callback are this library's and live for the call: `get` gives the record of the exchange
 /// (VariableInfoImplData, borrowed) whatever the position, and the k-th step from the begin means variable k.

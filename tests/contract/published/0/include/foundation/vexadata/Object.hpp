@@ -14,8 +14,8 @@
 
 namespace foundation::vexadata {
 
-/// A handle to an object. Copies share it. An empty handle holds none; only equality, assignment and destruction are valid
-/// on it.
+/// A handle to an object. Copies share it. An empty handle holds none; only equality, assignment and
+/// destruction are valid on it.
 class VEXADATA_API Object {
 public:
     Object() noexcept = default;
@@ -61,8 +61,9 @@ public:
 
 } // namespace detail
 
-/// An object with value semantics: the first write through a handle that shares its object gives it a copy of its own, also
-/// when a writable way in is used for reading. Errors of the back-end, such as for an unknown property, pass through.
+/// An object with value semantics: the first write through a handle that shares its object gives it a copy of
+/// its own, also when a writable way in is used for reading. Errors of the back-end, such as for an unknown
+/// property, pass through.
 class VEXADATA_API ValueObject : public Object, public detail::PropertiesByText<ValueObject> {
 public:
     using iterator = ForwardIterator<Property>;
@@ -81,16 +82,17 @@ public:
     /// @throws std::logic_error when the back-end has none
     std::string getEnumerationName() const;
 
-    /// The value of a property, shared with the object until one of them is written. Constant, so that writing to it on the spot,
-    /// which the object would never see, does not compile; assign it to an `Array` to change that.
+    /// The value of a property, shared with the object until one of them is written. Constant, so that writing
+    /// to it on the spot, which the object would never see, does not compile; assign it to an `Array` to
+    /// change that.
     const Array operator[](const VexaPropertyIdentifier& id) const;
     /// The property, to be written or looked into.
     /// @throws std::bad_alloc, the handle unchanged
     Reference<Array> operator[](const VexaPropertyIdentifier& id);
     using detail::PropertiesByText<ValueObject>::operator[];
 
-    /// The properties; the writable form makes the object private first. Those that the read-only form gives cannot be written
-    /// through; see Property.
+    /// The properties; the writable form makes the object private first. Those that the read-only form gives
+    /// cannot be written through; see Property.
     iterator begin();
     iterator end();
     const_iterator begin() const { return cbegin(); }
@@ -104,9 +106,9 @@ public:
     /// Names of the properties as they are shown.
     std::vector<std::string> getExternalRepresentationPropertyNames() const;
 
-    /// Equal properties: the same number, and for each of this object an equal value under the same identifier in the other.
-    /// Neither the classes nor the order of the properties matter, nor which members of enumerations the objects are. Two
-    /// empty handles are equal.
+    /// Equal properties: the same number, and for each of this object an equal value under the same identifier
+    /// in the other. Neither the classes nor the order of the properties matter, nor which members of
+    /// enumerations the objects are. Two empty handles are equal.
     /// @throws errors of the back-end, which may have one for an unknown property
     bool operator==(const ValueObject& other) const;
     bool operator!=(const ValueObject& other) const { return !(*this == other); }

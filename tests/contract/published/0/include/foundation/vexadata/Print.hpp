@@ -31,14 +31,16 @@ struct Printed {
 };
 inline Printed printed(Array array, const PrintOptions& options = {}) { return {std::move(array), options}; }
 
-/// The array as lines of UTF-8, without a line end after the last. A scalar and a row of characters are written as they
-/// are, everything else below a line with dimensions and kind: matrices with aligned columns, pages one after the other,
-/// cells, fields and properties indented. Text stands in quotes, a missing string is `<missing>`, an element of an
-/// enumeration without member `<none>`; what is left out is `...`.
-/// Only reads: never gives a handle a copy of its own. Passes errors of the back-end on; then nothing has been written.
+/// The array as lines of UTF-8, without a line end after the last. A scalar and a row of characters are
+/// written as they are, everything else below a line with dimensions and kind: matrices with aligned columns,
+/// pages one after the other, cells, fields and properties indented. Text stands in quotes, a missing string
+/// is `<missing>`, an element of an enumeration without member `<none>`; what is left out is `...`.
+/// Only reads: never gives a handle a copy of its own. Passes errors of the back-end on; then nothing has been
+/// written.
 VEXADATA_API std::string toText(const Array& array, const PrintOptions& options = {});
 
-/// Writes `toText`, with the stream's precision. The width of the stream is ignored and set to 0, its other settings stay.
+/// Writes `toText`, with the stream's precision. The width of the stream is ignored and set to 0, its other
+/// settings stay.
 VEXADATA_API std::ostream& operator<<(std::ostream& stream, const Array& array);
 VEXADATA_API std::ostream& operator<<(std::ostream& stream, const Printed& printed);
 
@@ -59,8 +61,9 @@ inline constexpr bool isReference<Reference<T>> = true;
 
 } // namespace detail
 
-/// Writes an element: a number as the stream would, except that eight-bit integers are numbers too; a text, unit or member as
-/// it is, without quotes; a record by its fields; the array that a cell or field holds as `toText` does.
+/// Writes an element: a number as the stream would, except that eight-bit integers are numbers too; a text,
+/// unit or member as it is, without quotes; a record by its fields; the array that a cell or field holds as
+/// `toText` does.
 /// @throws index errors; errors of the back-end
 template <class Ref, std::enable_if_t<detail::isElementHandle<Ref> || detail::isReference<Ref>, int> = 0>
 std::ostream& operator<<(std::ostream& stream, const Ref& element) {

@@ -26,9 +26,9 @@ private:
     std::shared_ptr<detail::ReferenceImpl> chain_;
 };
 
-/// Queries about the array that an element holds, answered without copying it. The element is resolved at the first
-/// query. Every query throws NotEnoughIndicesProvidedException when the element holds no array or lacks indices, and
-/// EArrayIndexOutOfRange.
+/// Queries about the array that an element holds, answered without copying it. The element is resolved at the
+/// first query. Every query throws NotEnoughIndicesProvidedException when the element holds no array or lacks
+/// indices, and EArrayIndexOutOfRange.
 class VEXADATA_API ArrayReferenceExt {
 public:
     explicit ArrayReferenceExt(std::shared_ptr<detail::ReferenceImpl> chain) noexcept
@@ -47,11 +47,11 @@ protected:
     std::shared_ptr<detail::ReferenceImpl> chain_;
 };
 
-/// A writable element of a primitive array. Valid while the array handle that it came from lives, is not reassigned and is
-/// not made private by a later write; inside cells and fields also only while no array on the way to it is replaced or
-/// shared with another handle. The index is tested when the reference is formed; each use tests that the array still has the
-/// kind and the dimensions it had then, as it has not after `release()`, or when something else was put into the cell or
-/// field.
+/// A writable element of a primitive array. Valid while the array handle that it came from lives, is not
+/// reassigned and is not made private by a later write; inside cells and fields also only while no array on
+/// the way to it is replaced or shared with another handle. The index is tested when the reference is formed;
+/// each use tests that the array still has the kind and the dimensions it had then, as it has not after
+/// `release()`, or when something else was put into the cell or field.
 ///
 /// @throws TypeMismatchException, EArrayIndexOutOfRange from every use when it has not
 template <class T>
@@ -123,8 +123,8 @@ private:
     std::shared_ptr<detail::ReferenceImpl> chain_;
 };
 
-/// An element that holds an array: a cell or a field. May be formed with fewer indices than the array has dimensions; the
-/// first use then fails.
+/// An element that holds an array: a cell or a field. May be formed with fewer indices than the array has
+/// dimensions; the first use then fails.
 template <>
 class VEXADATA_API Reference<Array> : public ArrayReferenceExt {
 public:
@@ -165,10 +165,10 @@ public:
     /// Exchanges the arrays held. Found by argument alone: `std::swap` by its full name would lose one of them.
     friend VEXADATA_API void swap(Reference a, Reference b);
 
-    /// A field of the record that this reference stands for. A reference that is a field already stands for an array and not
-    /// for a record: index that array first.
-    /// @throws CanOnlyUseOneStringIndexException on a field; TypeMismatchException when the array is no struct array;
-    /// index errors; errors of the back-end
+    /// A field of the record that this reference stands for. A reference that is a field already stands for an
+    /// array and not for a record: index that array first.
+    /// @throws CanOnlyUseOneStringIndexException on a field; TypeMismatchException when the array is no struct
+    /// array; index errors; errors of the back-end
     Reference operator[](const std::string& fieldName) {
         return detail::fieldOf(detail::ElementPosition(chain_), fieldName, std::false_type());
     }

@@ -13,8 +13,9 @@
 namespace foundation::vexadata {
 
 /// A two-dimensional array that stores its non-zeros only, column by column; `T` is `bool`, `double` or
-/// `std::complex<double>`. Iterators walk the stored values. Members that are not const may give this handle a copy of the
-/// array of its own; what is marked `noexcept` ends the process when the back-end fails or memory runs out.
+/// `std::complex<double>`. Iterators walk the stored values. Members that are not const may give this handle a
+/// copy of the array of its own; what is marked `noexcept` ends the process when the back-end fails or memory
+/// runs out.
 template <class T>
 class VEXADATA_API SparseArray : public Array {
     static_assert(detail::sparseTypeOf<T> != ArrayType::UNKNOWN,
@@ -25,8 +26,8 @@ public:
     using iterator = TypedIterator<T>;
     using const_iterator = TypedIterator<const T>;
 
-    /// @throws InvalidArrayTypeException when the array is not sparse with elements `T`; a moved argument is emptied even
-    /// then
+    /// @throws InvalidArrayTypeException when the array is not sparse with elements `T`; a moved argument is
+    /// emptied even then
     SparseArray(const Array& array) : Array(array) { requireType(*this); }
     SparseArray(Array&& array) : Array(std::move(array)) { requireType(*this); }
     /// The array that an element holds.
@@ -41,7 +42,8 @@ public:
     SparseArray& operator=(SparseArray&&) noexcept = default;
     ~SparseArray() override {} // as in TypedArray
 
-    /// @throws InvalidArrayTypeException when the array is not sparse with elements `T`; neither side has changed then
+    /// @throws InvalidArrayTypeException when the array is not sparse with elements `T`; neither side has
+    /// changed then
     SparseArray& operator=(const Array& array) {
         requireType(array);
         Array::operator=(array);
@@ -81,8 +83,9 @@ public:
     std::size_t getRows() const { return this->impl_->getRows(); }
     std::size_t getCols() const { return this->impl_->getCols(); }
 
-    /// Row and column, counted from 0, of the stored value at which the iterator stands, known by its address. The iterator
-    /// must come from this array as it is: this form makes the array private first, and a copy made then has other values.
+    /// Row and column, counted from 0, of the stored value at which the iterator stands, known by its address.
+    /// The iterator must come from this array as it is: this form makes the array private first, and a copy
+    /// made then has other values.
     std::pair<std::size_t, std::size_t> getIndex(const iterator& it) noexcept {
         return this->impl_->getIndex(ordinal(it, begin()));
     }

@@ -19,8 +19,8 @@ namespace foundation::vexadata {
 
 namespace detail {
 
-/// The text of a string element, borrowed from its array until that is changed; null for a missing element, whatever length a
-/// back-end gives it.
+/// The text of a string element, borrowed from its array until that is changed; null for a missing element,
+/// whatever length a back-end gives it.
 struct BorrowedText {
     const char16_t* text = nullptr;
     std::size_t length = 0;
@@ -52,8 +52,8 @@ inline String stringOf(const ArrayImpl& array, std::size_t index) {
     return found.text == nullptr ? String() : String(std::in_place, found.text, found.length);
 }
 
-/// Equality of `length` units. Texts of up to 8 units, which most are, take two overlapping loads from each side instead
-/// of a call.
+/// Equality of `length` units. Texts of up to 8 units, which most are, take two overlapping loads from each
+/// side instead of a call.
 inline bool equalUnits(const char16_t* a, const char16_t* b, std::size_t length) noexcept {
     if (length < 4 || length > 8) {
         return std::memcmp(a, b, length * sizeof(char16_t)) == 0;
@@ -67,7 +67,8 @@ inline bool equalUnits(const char16_t* a, const char16_t* b, std::size_t length)
     return ((heads[0] ^ heads[1]) | (tails[0] ^ tails[1])) == 0;
 }
 
-/// A missing element equals an empty text here, deliberately, although two missing elements do not equal each other.
+/// A missing element equals an empty text here, deliberately, although two missing elements do not equal each
+/// other.
 inline bool equalsText(const BorrowedText& element, std::u16string_view text) noexcept {
     return element.length == text.size() &&
            (text.empty() || (element.text != nullptr && equalUnits(element.text, text.data(), text.size())));
@@ -105,8 +106,8 @@ public:
     operator std::u16string() const;
 
     /// The element as a value, missing or not. Assign this one to a `String` that exists already, as in
-    /// `texts[k] = strings[k].value()`: without it the language's optional goes through the text, which a missing element
-    /// does not have. So does direct initialisation, `String s(strings[i])`.
+    /// `texts[k] = strings[k].value()`: without it the language's optional goes through the text, which a
+    /// missing element does not have. So does direct initialisation, `String s(strings[i])`.
     /// @throws index errors
     String value() const;
     /// The same. The two forms keep `String s = strings[i]` from going through the text.

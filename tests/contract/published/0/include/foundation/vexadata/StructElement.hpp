@@ -32,9 +32,10 @@ VEXADATA_API std::vector<Array> valuesOf(const ElementPosition& position);
 
 } // namespace detail
 
-/// A record: an ordered list of named fields, each holding an array. A view that copies no value; valid as long as the
-/// struct array that it came from lives, is not reassigned and is not made private by a later write. Assigning makes the view
-/// one of another record and writes nothing; the handles to elements that derive from it write.
+/// A record: an ordered list of named fields, each holding an array. A view that copies no value; valid as
+/// long as the struct array that it came from lives, is not reassigned and is not made private by a later
+/// write. Assigning makes the view one of another record and writes nothing; the handles to elements that
+/// derive from it write.
 ///
 /// Every operation throws index errors, and passes errors of the back-end on.
 class VEXADATA_API StructElement {
@@ -53,8 +54,8 @@ public:
     Range<ForwardIterator, const VexaFieldIdentifier> getFieldNames() const;
     std::size_t getNumberOfFields() const;
 
-    /// The value of a field, shared with the record until one of them is written. Constant, so that indexing into it on
-    /// the spot reads without making a copy first; assign it to an `Array` to keep or to change it.
+    /// The value of a field, shared with the record until one of them is written. Constant, so that indexing
+    /// into it on the spot reads without making a copy first; assign it to an `Array` to keep or to change it.
     VEXADATA_INLINE const Array operator[](const std::string& fieldName) const {
         return position_.isInPlace()
                    ? detail::fieldOf(*position_.array(), position_.indexInPlace<StructElement>(), fieldName)

@@ -1,6 +1,7 @@
-// What the handles to elements of arrays have in common whose kind is known at run time only: `ArrayElementRef`, and
-// `HeldElementRef` one level deeper. They read, write, compare and combine as the handles of typed arrays do, and test the kind
-// of the array at each use.
+// What the handles to elements of arrays have in common whose kind is known at run time only:
+// `ArrayElementRef`, and
+// `HeldElementRef` one level deeper. They read, write, compare and combine as the handles of typed arrays do,
+// and test the kind of the array at each use.
 #pragma once
 
 #include <foundation/vexadata/ElementHandle.hpp>
@@ -23,8 +24,8 @@ namespace foundation::vexadata::detail {
 template <class T>
 using StoredAs = typename vexa::data::GetReturnType<T>::type;
 
-/// Elements that are values: numbers, logicals, characters, members of enumerations and objects. Texts, records and arrays have
-/// forms of their own.
+/// Elements that are values: numbers, logicals, characters, members of enumerations and objects. Texts,
+/// records and arrays have forms of their own.
 template <class T>
 inline constexpr bool isValueElement =
     isElementType<StoredAs<T>> && !std::is_same_v<T, char> && !std::is_same_v<StoredAs<T>, Array> &&
@@ -90,7 +91,8 @@ ElementPosition positionOf(const Reference<T>& element) {
 enum class Order : std::uint8_t { LESS, EQUAL, GREATER, UNORDERED };
 enum class Arithmetic : std::uint8_t { ADD, SUBTRACT, MULTIPLY, DIVIDE };
 
-// Each throws TypeMismatchException for a kind of array that has no such operation, index errors, and errors of the back-end.
+// Each throws TypeMismatchException for a kind of array that has no such operation, index errors, and errors
+// of the back-end.
 
 /// By value, whatever the two types are; a NaN is unordered.
 VEXADATA_API Order compared(const ElementPosition& element, const Number& number);
@@ -102,8 +104,9 @@ VEXADATA_API bool equals(const ElementPosition& element, std::string_view text);
 /// Two elements of arrays of one kind, or the arrays that two cells hold.
 VEXADATA_API bool sameElements(const ElementPosition& a, const ElementPosition& b);
 
-/// Replaces the element by what the operation gives. Beside a floating-point number, or divided by 0, it is computed as a double, and
-/// whole elements take the nearest value that they have; whole numbers alone wrap around.
+/// Replaces the element by what the operation gives. Beside a floating-point number, or divided by 0, it is
+/// computed as a double, and whole elements take the nearest value that they have; whole numbers alone wrap
+/// around.
 VEXADATA_API void combine(const ElementPosition& element, Arithmetic operation, const Number& number);
 /// The same with another element; complex ones with those of their own type.
 VEXADATA_API void combine(const ElementPosition& element, Arithmetic operation, const ElementPosition& other);
@@ -118,8 +121,8 @@ VEXADATA_API void storeText(const ElementPosition& element, std::string_view tex
 /// @throws std::runtime_error "Missing string value" for a missing one
 VEXADATA_API std::u16string presentText(const ElementPosition& element);
 
-/// Copies the element at `from` to the element at `to`: a value between arrays of one primitive kind, the array held
-/// between cells and fields.
+/// Copies the element at `from` to the element at `to`: a value between arrays of one primitive kind, the
+/// array held between cells and fields.
 VEXADATA_API void copyElement(const ElementPosition& from, const ElementPosition& to);
 
 /// The array that a cell or field holds, borrowed.
@@ -142,11 +145,11 @@ void requireKind(const ElementPosition& element) {
     }
 }
 
-/// The operations of the handle `Ref`, which tells the position of its element: `forRead()`, `forWrite()` when it is about to
-/// be written, and `kept()` for a handle that stays.
+/// The operations of the handle `Ref`, which tells the position of its element: `forRead()`, `forWrite()` when
+/// it is about to be written, and `kept()` for a handle that stays.
 ///
-/// Every operation throws TypeMismatchException when the array's kind is not the one that it is for, index errors, and errors of
-/// the back-end.
+/// Every operation throws TypeMismatchException when the array's kind is not the one that it is for, index
+/// errors, and errors of the back-end.
 template <class Ref, bool isConst>
 class UntypedElement {
     template <class T>
@@ -170,11 +173,13 @@ public:
     bool isEmpty() const { return held().isEmpty(); }
     std::uint64_t getArrayID() const { return held().getArrayID(); }
 
-    /// The field of the record that the element is: a reference to it, or the array itself when this handle is read-only.
+    /// The field of the record that the element is: a reference to it, or the array itself when this handle is
+    /// read-only.
     FieldOf<isConst> operator[](const std::string& fieldName) const {
         return fieldOf(self().kept(), fieldName, std::bool_constant<isConst>());
     }
-    /// The same for a literal or a pointer to text, which would otherwise be taken for an array indexed by the element.
+    /// The same for a literal or a pointer to text, which would otherwise be taken for an array indexed by the
+    /// element.
     template <class Text,
               std::enable_if_t<
                   std::is_convertible_v<const Text&, const char*> && !std::is_null_pointer_v<Text>, int> = 0>
@@ -219,8 +224,8 @@ public:
         writeAsked<StoredAs<T>>(self(), static_cast<StoredAs<T>>(value));
         return self();
     }
-    /// Writes a string element; a `String` without text or `std::nullopt` makes it missing. Narrow text also writes the member
-    /// of that name to an enumeration.
+    /// Writes a string element; a `String` without text or `std::nullopt` makes it missing. Narrow text also
+    /// writes the member of that name to an enumeration.
     /// @throws NonAsciiCharInInputDataException for narrow text with a byte above 127
     Ref& operator=(String text) { return write(std::move(text)); }
     Ref& operator=(std::nullopt_t) { return write(String()); }
@@ -239,8 +244,8 @@ public:
         storeRecord(writable(), std::move(values));
         return self();
     }
-    /// Stores an array, shared with the handle until one of them is written. Taking any handle type as it is keeps this
-    /// apart from the form for values.
+    /// Stores an array, shared with the handle until one of them is written. Taking any handle type as it is
+    /// keeps this apart from the form for values.
     /// @throws CantAssignArrayToThisArrayException when elements hold no arrays
     template <class A, std::enable_if_t<std::is_base_of_v<Array, A>, int> = 0>
     Ref& operator=(const A& array) {
@@ -253,8 +258,8 @@ public:
         return copyFrom(other);
     }
 
-    /// For elements of any real type, by value: whole elements take the nearest value that they have, and wrap around when both
-    /// sides are whole. With a complex number, the array must be of its type.
+    /// For elements of any real type, by value: whole elements take the nearest value that they have, and wrap
+    /// around when both sides are whole. With a complex number, the array must be of its type.
     template <class T, IfNumber<T> = 0>
     Ref& operator+=(const T& value) {
         return combineWith(Arithmetic::ADD, value);
@@ -288,8 +293,8 @@ public:
         return combineWith(Arithmetic::DIVIDE, other);
     }
 
-    // Arithmetic: the element is read as a `T`, and the array must be one of these. What the type of the result is has to be
-    // known when the program is compiled, the kind of the array is not.
+    // Arithmetic: the element is read as a `T`, and the array must be one of these. What the type of the
+    // result is has to be known when the program is compiled, the kind of the array is not.
 
     template <class T, IfNumber<T> = 0>
     friend auto operator+(const Ref& element, const T& value) {
@@ -434,7 +439,8 @@ public:
         return !(element == value);
     }
 
-    // Equality with text: of string elements, as their own handles compare, and of members of enumerations with their names.
+    // Equality with text: of string elements, as their own handles compare, and of members of enumerations
+    // with their names.
 
     friend bool operator==(const Ref& element, std::u16string_view text) {
         return equals(place(element), text);
@@ -484,7 +490,8 @@ private:
         static_assert(!isConst, "this reference is read-only: its array is const");
         return self().forWrite();
     }
-    // Elements that are not reached in place. By value: a handle whose own address nobody has keeps its indices in registers.
+    // Elements that are not reached in place. By value: a handle whose own address nobody has keeps its
+    // indices in registers.
     template <class T>
     [[gnu::noinline]] static T readAsked(Ref element) {
         const auto& position = element.forRead();

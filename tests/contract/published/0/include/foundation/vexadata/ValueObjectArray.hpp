@@ -22,8 +22,8 @@ using IfOtherArray =
 
 } // namespace detail
 
-/// An array of value objects, which besides its elements has properties of its own. Writable ways in make the array private
-/// first, also when they are used for reading. Errors of the back-end pass through.
+/// An array of value objects, which besides its elements has properties of its own. Writable ways in make the
+/// array private first, also when they are used for reading. Errors of the back-end pass through.
 class VEXADATA_API ValueObjectArray : public TypedArray<ValueObject>,
                                       public detail::PropertiesByText<ValueObjectArray> {
 public:
@@ -44,8 +44,8 @@ public:
     /// Whether elements may be of different classes.
     bool isHeterogeneous() const;
 
-    /// A property of the array, shared with it until one of them is written. Constant, so that writing to it on the spot, which
-    /// the array would never see, does not compile.
+    /// A property of the array, shared with it until one of them is written. Constant, so that writing to it
+    /// on the spot, which the array would never see, does not compile.
     const Array operator[](const VexaPropertyIdentifier& id) const;
     /// A property of the array, to be written or looked into.
     Reference<Array> operator[](const VexaPropertyIdentifier& id);

@@ -19,7 +19,8 @@ public:
     virtual IteratorImpl* clone() const = 0;
     /// Operation 4. Moves by `count` elements, back when negative.
     virtual void advance(std::int64_t count) = 0;
-    /// Operation 5. Both stand at the same position. The other comes from the same array, which need not be tested.
+    /// Operation 5. Both stand at the same position. The other comes from the same array, which need not be
+    /// tested.
     virtual bool isEqual(const IteratorImpl& other) const = 0;
     /// Operation 6. Number of elements from this position to the other, which comes from the same array.
     virtual std::int64_t distanceTo(const IteratorImpl& other) const = 0;

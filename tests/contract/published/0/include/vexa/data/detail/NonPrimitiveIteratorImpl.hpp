@@ -15,8 +15,8 @@ struct MatchingDataOrder {};
 
 namespace vexa::data::detail {
 
-/// Stands on a linear position of `array`, which is borrowed and must outlive the iterator. Typed iterators move this one
-/// themselves and forward every step to a class derived from it.
+/// Stands on a linear position of `array`, which is borrowed and must outlive the iterator. Typed iterators
+/// move this one themselves and forward every step to a class derived from it.
 template <class Order>
 class VEXADATA_API NonPrimitiveIteratorImpl : public IteratorImpl {
 public:

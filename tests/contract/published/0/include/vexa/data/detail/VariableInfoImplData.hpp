@@ -16,7 +16,8 @@ class VEXADATA_API VariableInfoImplData : public RefCounted {
 public:
     using VariableStatus = foundation::vexadata::IVariableInfo::VariableStatus;
 
-    /// For these names, which must outlive the record. Every status is NOT_SET; values that are not given are empty.
+    /// For these names, which must outlive the record. Every status is NOT_SET; values that are not given are
+    /// empty.
     explicit VariableInfoImplData(std::vector<const char*>& names,
                                   std::vector<foundation::vexadata::Array> values = {});
     ~VariableInfoImplData() override;
@@ -25,7 +26,8 @@ public:
     virtual const char* getName(std::size_t index) const;
     /// Operation 2.
     virtual void setStatus(std::size_t index, VariableStatus status);
-    /// Operation 3. Adopts one reference to `value` and sets the status to SET_BY_ENGINE. Null stands for an empty array.
+    /// Operation 3. Adopts one reference to `value` and sets the status to SET_BY_ENGINE. Null stands for an
+    /// empty array.
     virtual void setValue(std::size_t index, impl::ArrayImpl* value);
     /// Operation 4.
     virtual VariableStatus getStatus(std::size_t index) const;

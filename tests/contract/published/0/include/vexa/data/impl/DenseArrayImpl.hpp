@@ -1,5 +1,5 @@
-// The dense array that the library offers to back-ends: a factory that returns it need not write one. Handles recognise it and
-// read and write its elements without a call.
+// The dense array that the library offers to back-ends: a factory that returns it need not write one. Handles
+// recognise it and read and write its elements without a call.
 #pragma once
 
 #include <vexa/data/detail/Identity.hpp>
@@ -15,12 +15,14 @@
 
 namespace vexa::data::impl {
 
-/// Contiguous elements of a primitive type `T`. Owns its storage alone: two arrays never share it, since an iterator or a pointer
-/// that may write can outlive any bookkeeping about who looks at it. Sharing happens between handles of one array. Objects
-/// are made by the functions below, each of which returns one reference for the caller.
+/// Contiguous elements of a primitive type `T`. Owns its storage alone: two arrays never share it, since an
+/// iterator or a pointer that may write can outlive any bookkeeping about who looks at it. Sharing happens
+/// between handles of one array. Objects are made by the functions below, each of which returns one reference
+/// for the caller.
 ///
-/// The elements of small arrays follow the object in the same block, and before them its dimensions, unless it shares those with
-/// all arrays of its shape, as small matrices do. Other elements lie in a buffer with a function that frees it.
+/// The elements of small arrays follow the object in the same block, and before them its dimensions, unless it
+/// shares those with all arrays of its shape, as small matrices do. Other elements lie in a buffer with a
+/// function that frees it.
 template <class T>
 class VEXADATA_API DenseArrayImpl final : public TypedArrayImpl<T> {
     using Dimensions = std::vector<std::size_t>;
@@ -31,10 +33,12 @@ public:
     static DenseArrayImpl* zeros(Dimensions&& dimensions);
     /// The same for a matrix.
     static DenseArrayImpl* zeros(std::size_t rows, std::size_t columns);
-    /// Over a buffer with as many elements as the dimensions say, in the order of `layout`. Null will do without elements.
+    /// Over a buffer with as many elements as the dimensions say, in the order of `layout`. Null will do
+    /// without elements.
     /// @throws std::bad_alloc after freeing the buffer
     static DenseArrayImpl* adopt(Dimensions&& dimensions, Buffer<void> storage, MemoryLayout layout);
-    /// Copies of the first `count` elements at `source`, column-major: of as many as there is room for, zeros for the rest.
+    /// Copies of the first `count` elements at `source`, column-major: of as many as there is room for, zeros
+    /// for the rest.
     /// @throws std::bad_alloc
     static DenseArrayImpl* withData(Dimensions&& dimensions, const void* source, std::size_t count);
     ~DenseArrayImpl() override;

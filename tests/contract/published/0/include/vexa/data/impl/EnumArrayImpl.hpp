@@ -6,7 +6,8 @@
 
 namespace vexa::data::impl {
 
-/// An array of members of one enumeration class. Order 18 of ArrayImpl answers with a member's name, order 19 sets it.
+/// An array of members of one enumeration class. Order 18 of ArrayImpl answers with a member's name, order 19
+/// sets it.
 class VEXADATA_API EnumArrayImpl : public TypedArrayImpl<foundation::vexadata::Enumeration> {
 public:
     ~EnumArrayImpl() override;
@@ -15,8 +16,8 @@ public:
     detail::IteratorImpl* beginIterator(void* unused, bool writable) override;
     detail::IteratorImpl* endIterator(void* unused, bool writable) override;
 
-    /// Order 41. The class name, NUL-terminated, valid as long as the array lives. The buffer must hold at least as many
-    /// bytes as the array has elements: a reference to the array copies that many.
+    /// Order 41. The class name, NUL-terminated, valid as long as the array lives. The buffer must hold at
+    /// least as many bytes as the array has elements: a reference to the array copies that many.
     virtual const char* getClassName() const = 0;
     virtual void reservedOp42(); ///< order 42, not called by this library
     /// Order 43. Name of the member at an element, NUL-terminated, valid until the array is changed.
