@@ -12,7 +12,7 @@ bool operator==(const Array& a, const Array& b) noexcept {
     return detail::equal(*detail::Access::impl(a), *detail::Access::impl(b));
 }
 
-bool isSparse(const Array& array) { return static_cast<std::uint32_t>(array.getType()) - 30U < 3U; }
+bool isSparse(const Array& array) { return detail::isSparse(array.getType()); }
 
 bool detail::equal(const ArrayImpl& a, const ArrayImpl& b) {
     if (&a == &b || a.getArrayID() == b.getArrayID()) {

@@ -51,7 +51,7 @@ done | awk -F: '
             folder = $1
             sub(/[^\/]*$/, "", folder)
             target = collapsed(folder target)
-            if (target ~ /^src\// && $1 !~ /^src\//) wrong($1 " includes " target ", which is private to src")
+            if (target ~ /^src\// && $1 ~ /^client\//) wrong($1 " includes " target ", a back-end sees include/ only")
         } else if (target !~ /^(foundation|vexa)\//) {
             next
         }
