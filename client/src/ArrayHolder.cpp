@@ -1,7 +1,5 @@
 #include "ArrayHolder.hpp"
 
-#include "ObjectArray.hpp"
-
 #include <foundation/vexadata/TypeInformation.hpp>
 
 #include <unordered_map>
@@ -12,25 +10,27 @@ namespace vexa::client {
 
 namespace fv = foundation::vexadata;
 using data::detail::ReferenceImpl;
+using data::impl::ArrayImpl;
+using fv::ArrayType;
 using fv::detail::Access;
 
 namespace {
 
-/// Stands for whatever lies in the slot. Once it has indices it means an element of the array that lay there
+/// Stands for whatever lies in the place. Once it has indices it means an element of the array that lay there
 /// when it was made: in an array of another kind or shape they mean nothing.
-class SlotReference final : public ReferenceImpl {
+class PlaceReference final : public ReferenceImpl {
 public:
-    SlotReference(ArrayHolder& holder, std::size_t slot, bool forWrite) : holder_(holder), slot_(slot) {
+    PlaceReference(ArrayHolder& holder, std::size_t place, bool forWrite) : holder_(holder), place_(place) {
         if (forWrite) {
-            holder_.makePrivate(slot_);
+            holder_.makePrivate(place_);
         }
-        const ArrayImpl& held = holder_.heldIn(slot_);
+        const ArrayImpl& held = holder_.heldIn(place_);
         type_ = held.getType();
         bind(held.getDimensions(), held.getMemoryLayout());
     }
 
     std::uint64_t getLinearIndex(bool unshare) override {
-        const ArrayImpl& held = holder_.heldIn(slot_);
+        const ArrayImpl& held = holder_.heldIn(place_);
         if (held.getType() != type_) {
             fv::detail::raise<fv::TypeMismatchException>();
         }
@@ -38,48 +38,25 @@ public:
         return ReferenceImpl::getLinearIndex(unshare);
     }
 
-    ArrayImpl* getArrayImpl() const override { return &holder_.heldIn(slot_); }
+    ArrayImpl* getArrayImpl() const override { return &holder_.heldIn(place_); }
     void prepareForWrite() override {
-        holder_.makePrivate(slot_);
-        holder_.heldIn(slot_).unshare();
+        holder_.makePrivate(place_);
+        holder_.heldIn(place_).unshare();
     }
 
 private:
     ArrayHolder& holder_;
-    std::size_t slot_;
+    std::size_t place_;
     ArrayType type_;
 };
 
-ObjectArray* asObjects(ArrayImpl& array) {
-    return fv::detail::acceptsType<fv::ValueObject>(array.getType())
-               ? fv::detail::dynamicCast<ObjectArray>(&array)
-               : nullptr;
+/// Null for arrays that hold none, and for those of other back-ends.
+Container* containerIn(ArrayImpl& array) noexcept {
+    return canHold(array.getType()) ? fv::detail::dynamicCast<Container>(&array) : nullptr;
 }
-/// The slots of a cell or struct, the properties of an array of objects; null for arrays that hold none, and
-/// for those of other back-ends.
-ArrayHolder* slotsOf(ArrayImpl& array) {
-    if (!canHold(array.getType())) {
-        return nullptr;
-    }
-    if (ObjectArray* objects = asObjects(array)) {
-        return &objects->properties();
-    }
-    return fv::detail::dynamicCast<ArrayHolder>(&array);
-}
-
-/// Calls `visit` for the slots of `array` and for those of its objects.
-template <class Visit>
-void forEachHolder(ArrayImpl& array, Visit visit) {
-    if (ArrayHolder* slots = slotsOf(array)) {
-        visit(*slots);
-    }
-    if (ObjectArray* objects = asObjects(array)) {
-        for (std::size_t k = 0; k < objects->getNumberOfElements(); ++k) {
-            if (Instance* object = objects->objectIn(k)) {
-                visit(object->properties());
-            }
-        }
-    }
+/// Null for no object, and for one of another back-end.
+Container* containerIn(const fv::HandleObjectRef& object) noexcept {
+    return fv::detail::dynamicCast<Container>(Access::impl(object).get());
 }
 
 /// Looks for `target` at any depth, into everything once.
@@ -87,28 +64,29 @@ class Search {
 public:
     explicit Search(const ArrayHolder& target) : target_(target) {}
 
-    bool reachesFrom(ArrayImpl& array) {
-        enter(array);
-        return finds();
-    }
-    bool reachesFrom(ArrayHolder& holder) {
-        enter(holder);
-        return finds();
-    }
-
-private:
-    bool finds() {
+    bool reachesFrom(Container& container) {
+        enter(container);
         while (!found_ && !open_.empty()) {
             const ArrayHolder& holder = *open_.back();
             open_.pop_back();
-            for (std::size_t slot = holder.firstNested(); slot < holder.endNested(); ++slot) {
-                enter(holder.heldIn(slot));
+            for (std::size_t place = holder.firstNested(); place < holder.endNested(); ++place) {
+                if (Container* nested = containerIn(holder.heldIn(place))) {
+                    enter(*nested);
+                }
             }
         }
         return found_;
     }
-    void enter(ArrayImpl& array) {
-        forEachHolder(array, [this](ArrayHolder& holder) { enter(holder); });
+
+private:
+    void enter(Container& container) {
+        const Contents contents = container.contents();
+        enter(contents.places);
+        for (const fv::HandleObjectRef& object : contents.objects) {
+            if (Container* properties = containerIn(object)) {
+                enter(properties->contents().places);
+            }
+        }
     }
     void enter(ArrayHolder& holder) {
         found_ = found_ || &holder == &target_;
@@ -123,8 +101,8 @@ private:
     std::vector<const ArrayHolder*> open_;
 };
 
-/// Copies arrays and objects so that they share no holder with the originals, at any depth. What the originals
-/// share among each other, the copies do too.
+/// Copies arrays and objects so that they share no holder with the originals, at any depth. What the
+/// originals share among each other, the copies do too.
 class SeparateCopies {
 public:
     Held of(const ArrayImpl& array) {
@@ -132,7 +110,7 @@ public:
         separateAll();
         return copy;
     }
-    fv::HandleObjectRef of(const Instance& object) {
+    fv::HandleObjectRef of(const fv::HandleObjectRef& object) {
         const fv::HandleObjectRef copy = copyOf(object);
         separateAll();
         return copy;
@@ -143,9 +121,9 @@ private:
         while (!open_.empty()) {
             ArrayHolder& holder = *open_.back();
             open_.pop_back();
-            for (std::size_t slot = holder.firstNested(); slot < holder.endNested(); ++slot) {
-                if (slotsOf(holder.heldIn(slot)) != nullptr) {
-                    holder.put(slot, copyOf(holder.heldIn(slot)));
+            for (std::size_t place = holder.firstNested(); place < holder.endNested(); ++place) {
+                if (containerIn(holder.heldIn(place)) != nullptr) {
+                    holder.put(place, copyOf(holder.heldIn(place)));
                 }
             }
         }
@@ -157,50 +135,52 @@ private:
         }
         Held copy(array.sharedCopy());
         arrays_.emplace(&array, copy);
-        open_.push_back(slotsOf(*copy));
-        if (ObjectArray* objects = asObjects(*copy)) {
-            for (std::size_t k = 0; k < objects->getNumberOfElements(); ++k) {
-                if (const Instance* object = objects->objectIn(k)) {
-                    objects->put(k, copyOf(*object));
-                }
+        const Contents contents = containerIn(*copy)->contents();
+        open_.push_back(&contents.places);
+        for (fv::HandleObjectRef& element : contents.objects) {
+            if (containerIn(element) != nullptr) {
+                element = copyOf(element);
+                containerIn(element)->contents().places.setHeld();
             }
         }
         return copy;
     }
-    fv::HandleObjectRef copyOf(const Instance& object) {
-        fv::HandleObjectRef& copy = objects_[&object];
+    /// Of an object of this back-end.
+    fv::HandleObjectRef copyOf(const fv::HandleObjectRef& object) {
+        fv::HandleObjectRef& copy = objects_[Access::impl(object).get()];
         if (Access::impl(copy) == nullptr) {
-            copy = fv::HandleObjectRef(object.sharedCopy());
-            open_.push_back(&dynamic_cast<Instance&>(*Access::impl(copy)).properties());
+            copy = fv::HandleObjectRef(Access::impl(object)->sharedCopy());
+            open_.push_back(&containerIn(copy)->contents().places);
         }
         return copy;
     }
 
     std::unordered_map<const ArrayImpl*, Held> arrays_;
-    std::unordered_map<const Instance*, fv::HandleObjectRef> objects_;
+    std::unordered_map<const data::impl::ObjectImpl*, fv::HandleObjectRef> objects_;
     std::vector<ArrayHolder*> open_;
 };
 
 } // namespace
 
-void ArrayHolder::note(std::size_t slot, ArrayImpl& array) noexcept {
+void ArrayHolder::note(std::size_t place, ArrayImpl& array) noexcept {
     if (!canHold(array.getType())) {
         return;
     }
-    if (const ArrayHolder* slots = slotsOf(array)) {
-        slots->setHeld();
+    if (Container* container = containerIn(array)) {
+        container->contents().places.setHeld();
     }
-    firstNested_ = std::min(firstNested_, slot);
-    endNested_ = std::max(endNested_, slot + 1);
+    firstNested_ = std::min(firstNested_, place);
+    endNested_ = std::max(endNested_, place + 1);
 }
 
-ReferenceImpl* referenceInto(ArrayHolder& holder, std::size_t slot, bool forWrite) {
-    return new SlotReference(holder, slot, forWrite);
+ReferenceImpl* referenceInto(ArrayHolder& holder, std::size_t place, bool forWrite) {
+    return new PlaceReference(holder, place, forWrite);
 }
 
 Held storable(ArrayImpl& array, const ArrayHolder& target) {
-    const ArrayHolder* slots = slotsOf(array);
-    if (slots != nullptr && (slots == &target || (target.isHeld() && Search(target).reachesFrom(array)))) {
+    Container* const container = containerIn(array);
+    if (container != nullptr && (&container->contents().places == &target ||
+                                 (target.isHeld() && Search(target).reachesFrom(*container)))) {
         return SeparateCopies().of(array);
     }
     array.retain();
@@ -208,9 +188,9 @@ Held storable(ArrayImpl& array, const ArrayHolder& target) {
 }
 
 fv::HandleObjectRef storable(fv::HandleObjectRef object, const ArrayHolder& target) {
-    auto* instance = fv::detail::dynamicCast<Instance>(Access::impl(object).get());
-    if (instance != nullptr && target.isHeld() && Search(target).reachesFrom(instance->properties())) {
-        return SeparateCopies().of(*instance);
+    Container* const container = containerIn(object);
+    if (container != nullptr && target.isHeld() && Search(target).reachesFrom(*container)) {
+        return SeparateCopies().of(object);
     }
     return object;
 }

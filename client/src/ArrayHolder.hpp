@@ -1,4 +1,6 @@
-// What holds arrays: cells, structs, and the properties of objects and of their arrays.
+// What holds arrays: cells, structs, and the properties of objects and of their arrays. An array comes to lie
+// in itself only through one of these, so that here every array that is stored is looked into first, and
+// copied where that would happen.
 #pragma once
 
 #include <foundation/vexadata/Object.hpp>
@@ -9,6 +11,7 @@
 #include <atomic>
 #include <cstddef>
 #include <limits>
+#include <span>
 #include <utility>
 
 namespace vexa::client {
@@ -33,7 +36,7 @@ public:
     data::impl::ArrayImpl& operator*() const noexcept { return *array_; }
     data::impl::ArrayImpl* operator->() const noexcept { return array_; }
     /// Where the pointer lies.
-    data::impl::ArrayImpl* const* place() const noexcept { return &array_; }
+    data::impl::ArrayImpl* const* address() const noexcept { return &array_; }
     /// Hands the reference over.
     data::impl::ArrayImpl* detach() noexcept { return std::exchange(array_, nullptr); }
 
@@ -48,24 +51,45 @@ inline bool canHold(foundation::vexadata::ArrayType type) noexcept {
            foundation::vexadata::detail::acceptsType<foundation::vexadata::ValueObject>(type);
 }
 
-/// Slots with an array each, counted from 0; the arrays may be shared with handles and other holders.
-/// Remembers what spares most searches: whether it ever came into another holder, and which of its slots ever
-/// held what can hold arrays itself.
-class ArrayHolder {
+class ArrayHolder;
+
+/// What an array or object holds: the places of its own, and objects with places of theirs.
+struct Contents {
+    /// The cells or fields; the properties of an object, or of an array of objects.
+    ArrayHolder& places;
+    /// The elements of an array of objects, empty handles among them.
+    std::span<foundation::vexadata::HandleObjectRef> objects;
+};
+
+/// An array or object of this back-end that holds arrays. Whoever follows them to any depth asks this and
+/// knows no class of arrays.
+class Container {
 public:
-    virtual std::size_t numberOfSlots() const noexcept = 0;
-    virtual data::impl::ArrayImpl& heldIn(std::size_t slot) const noexcept = 0;
-    /// Whether the array in the slot is anybody else's too.
-    virtual bool isShared(std::size_t slot) const noexcept = 0;
-    /// Puts a copy into the slot unless the array there is the slot's alone.
-    void makePrivate(std::size_t slot) {
-        if (isShared(slot)) {
-            put(slot, Held(heldIn(slot).sharedCopy()));
+    virtual Contents contents() noexcept = 0;
+
+protected:
+    ~Container() = default;
+};
+
+/// Places with an array each, counted from 0; the arrays may be shared with handles and other holders.
+/// Remembers what spares most searches: whether it ever came into another holder, and which of its places
+/// ever held what can hold arrays itself.
+class ArrayHolder : public Container {
+public:
+    Contents contents() noexcept override { return {*this, {}}; }
+    virtual std::size_t numberOfPlaces() const noexcept = 0;
+    virtual data::impl::ArrayImpl& heldIn(std::size_t place) const noexcept = 0;
+    /// Whether the array in the place is anybody else's too.
+    virtual bool isShared(std::size_t place) const noexcept = 0;
+    /// Puts a copy into the place unless the array there is the place's alone.
+    void makePrivate(std::size_t place) {
+        if (isShared(place)) {
+            put(place, Held(heldIn(place).sharedCopy()));
         }
     }
-    void put(std::size_t slot, Held array) {
-        note(slot, *array);
-        replace(slot, std::move(array));
+    void put(std::size_t place, Held array) {
+        note(place, *array);
+        replace(place, std::move(array));
     }
 
     /// False for one that no array or object has ever held.
@@ -73,7 +97,7 @@ public:
     /// Constant: arrays that are shared between threads are stored on any of them.
     void setHeld() const noexcept { isHeld_.store(true, std::memory_order_relaxed); }
     bool hasNested() const noexcept { return firstNested_ < endNested_; }
-    /// No slot before this one, and none from `endNested` on, has an array that can hold others.
+    /// No place before this one, and none from `endNested` on, has an array that can hold others.
     std::size_t firstNested() const noexcept { return firstNested_; }
     std::size_t endNested() const noexcept { return endNested_; }
 
@@ -86,19 +110,19 @@ protected:
     ~ArrayHolder() = default;
 
 private:
-    virtual void replace(std::size_t slot, Held array) = 0;
-    void note(std::size_t slot, data::impl::ArrayImpl& array) noexcept;
+    virtual void replace(std::size_t place, Held array) = 0;
+    void note(std::size_t place, data::impl::ArrayImpl& array) noexcept;
 
     mutable std::atomic<bool> isHeld_{false};
     std::size_t firstNested_ = std::numeric_limits<std::size_t>::max();
     std::size_t endNested_ = 0;
 };
 
-/// A new chain into the array in a slot, one reference for the caller. Before a write that array is made the
-/// slot's alone, even when the chain was made for reading: then it moves to the copy.
-data::detail::ReferenceImpl* referenceInto(ArrayHolder& holder, std::size_t slot, bool forWrite);
+/// A new chain into the array in a place, one reference for the caller. Before a write that array is made the
+/// place's alone, even when the chain was made for reading: then it moves to the copy.
+data::detail::ReferenceImpl* referenceInto(ArrayHolder& holder, std::size_t place, bool forWrite);
 
-/// `array` for a slot of `target`. When `target` is in `array`, at any depth, a copy that shares no holder
+/// `array` for a place of `target`. When `target` is in `array`, at any depth, a copy that shares no holder
 /// with it: `target` would own itself otherwise. Looks for it only when somebody holds `target`, once into
 /// everything that can hold arrays.
 Held storable(data::impl::ArrayImpl& array, const ArrayHolder& target);

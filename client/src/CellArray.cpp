@@ -46,18 +46,18 @@ Array* CellArray::getElementAddress(std::size_t index, const std::string&, bool)
 void CellArray::setElementValue(std::size_t index, const std::string&, Array value) {
     put(index, storable(*Access::impl(value), *this));
 }
-std::size_t CellArray::numberOfSlots() const noexcept { return elements_.size(); }
-data::impl::ArrayImpl& CellArray::heldIn(std::size_t slot) const noexcept {
-    return *Access::impl(elements_[slot]);
+std::size_t CellArray::numberOfPlaces() const noexcept { return elements_.size(); }
+data::impl::ArrayImpl& CellArray::heldIn(std::size_t place) const noexcept {
+    return *Access::impl(elements_[place]);
 }
-bool CellArray::isShared(std::size_t slot) const noexcept {
-    return !Access::isPrivate(Access::impl(elements_[slot]));
+bool CellArray::isShared(std::size_t place) const noexcept {
+    return !Access::isPrivate(Access::impl(elements_[place]));
 }
-void CellArray::replace(std::size_t slot, Held array) { elements_[slot] = Array(array.detach()); }
+void CellArray::replace(std::size_t place, Held array) { elements_[place] = Array(array.detach()); }
 bool CellArray::equalsIn(Comparison& comparison, const data::impl::ArrayImpl& other) const {
     const auto* right = foundation::vexadata::detail::dynamicCast<const CellArray>(&other);
     return right != nullptr
-               ? comparison.equalSlots(*this, *right)
+               ? comparison.equalPlaces(*this, *right)
                : data::detail::equalElements<Array>(*this, static_cast<const TypedArrayImpl<Array>&>(other));
 }
 const Array* CellArray::getTypedDataPtr() const { return elements_.data(); }

@@ -41,15 +41,15 @@ public:
     void setElementValue(std::size_t index, const std::string& fieldName, Array value) override;
     const Array* getTypedDataPtr() const override;
 
-    std::size_t numberOfSlots() const noexcept override;
-    data::impl::ArrayImpl& heldIn(std::size_t slot) const noexcept override;
-    bool isShared(std::size_t slot) const noexcept override;
+    std::size_t numberOfPlaces() const noexcept override;
+    data::impl::ArrayImpl& heldIn(std::size_t place) const noexcept override;
+    bool isShared(std::size_t place) const noexcept override;
     bool equalsIn(Comparison& comparison, const data::impl::ArrayImpl& other) const override;
 
 private:
     CellArray(const CellArray&);
 
-    void replace(std::size_t slot, Held array) override;
+    void replace(std::size_t place, Held array) override;
 
     std::vector<Array> elements_;
 };

@@ -1,7 +1,5 @@
 #include "Comparison.hpp"
 
-#include "Instance.hpp"
-
 #include <foundation/vexadata/TypeInformation.hpp>
 
 #include <new>
@@ -10,10 +8,10 @@ namespace vexa::client {
 
 using data::impl::ArrayImpl;
 
-bool Comparison::equalSlots(const ArrayHolder& a, const ArrayHolder& b) {
-    for (std::size_t slot = 0; slot < a.numberOfSlots(); ++slot) {
-        const ArrayImpl& left = a.heldIn(slot);
-        const ArrayImpl& right = b.heldIn(slot);
+bool Comparison::equalPlaces(const ArrayHolder& a, const ArrayHolder& b) {
+    for (std::size_t place = 0; place < a.numberOfPlaces(); ++place) {
+        const ArrayImpl& left = a.heldIn(place);
+        const ArrayImpl& right = b.heldIn(place);
         if (&left == &right || left.getArrayID() == right.getArrayID()) {
             continue;
         }
@@ -21,7 +19,7 @@ bool Comparison::equalSlots(const ArrayHolder& a, const ArrayHolder& b) {
             return false;
         }
         const bool equal = canHold(left.getType())
-                               ? equalLater(left, right, a.isShared(slot) && b.isShared(slot))
+                               ? equalLater(left, right, a.isShared(place) && b.isShared(place))
                                : left.isEqual(&right);
         if (!equal) {
             return false;
@@ -30,8 +28,8 @@ bool Comparison::equalSlots(const ArrayHolder& a, const ArrayHolder& b) {
     return true;
 }
 
-bool Comparison::equalProperties(Instance& a, Instance& b) {
-    return !seen_.emplace(&a, &b).second || equalSlots(a.properties(), b.properties());
+bool Comparison::equalProperties(const ArrayHolder& a, const ArrayHolder& b) {
+    return !seen_.emplace(&a, &b).second || equalPlaces(a, b);
 }
 
 /// Out of memory they are compared at once, one inside the other.

@@ -12,7 +12,6 @@
 namespace vexa::client {
 
 class Comparison;
-class Instance;
 
 /// Beside the interface of arrays that can hold others.
 class Comparable {
@@ -34,10 +33,10 @@ public:
         return array.equalsIn(comparison, other) && comparison.finish();
     }
 
-    /// Slot by slot, as many on both sides.
-    bool equalSlots(const ArrayHolder& a, const ArrayHolder& b);
-    /// Properties of objects of one class.
-    bool equalProperties(Instance& a, Instance& b);
+    /// Place by place, as many on both sides.
+    bool equalPlaces(const ArrayHolder& a, const ArrayHolder& b);
+    /// Properties of two objects of one class, which other objects and arrays may share: each pair is compared once.
+    bool equalProperties(const ArrayHolder& a, const ArrayHolder& b);
 
 private:
     using Pair = std::pair<const void*, const void*>;

@@ -8,6 +8,7 @@
 #include "StructArray.hpp"
 
 #include <foundation/vexadata/TypeInformation.hpp>
+#include <foundation/vexadata/detail/ByKind.hpp>
 #include <vexa/client/Exception.hpp>
 #include <vexa/data/detail/ElementMemory.hpp>
 #include <vexa/data/impl/DenseArrayImpl.hpp>
@@ -25,23 +26,17 @@ using data::impl::DenseArrayImpl;
 
 namespace {
 
-template <class T>
-struct ElementTag {
-    using type = T;
-};
-
-/// Calls `make` with the element type of a primitive kind.
+/// Calls `make` with the tag of a primitive kind.
 /// @throws E for other kinds
 template <class E, class F>
 auto forPrimitive(fv::ArrayType type, F make) {
-    switch (type) {
-#define VEXADATA_ELEMENT(T)                                                                                  \
-    case fv::detail::arrayTypeOf<T>:                                                                         \
-        return make(ElementTag<T>());
-#include <foundation/vexadata/PrimitiveTypes.inc>
-    default:
-        fv::detail::raise<E>();
-    }
+    return fv::detail::withKind(type, [&](auto tag) -> decltype(make(fv::detail::ElementTag<double>())) {
+        if constexpr (tag.isPrimitive) {
+            return make(tag);
+        } else {
+            fv::detail::raise<E>();
+        }
+    });
 }
 
 } // namespace
@@ -58,19 +53,19 @@ ArrayImpl* Factory::createArrayImpl(fv::ArrayType type, Dimensions dimensions) {
         return new StructArray(std::move(dimensions), {});
     case fv::ArrayType::ENUM:
         return new EnumArray(std::move(dimensions), {}, {});
-    case fv::ArrayType::SPARSE_LOGICAL:
-        return CompressedColumns<bool>::zeros(std::move(dimensions));
-    case fv::ArrayType::SPARSE_DOUBLE:
-        return CompressedColumns<double>::zeros(std::move(dimensions));
-    case fv::ArrayType::SPARSE_COMPLEX_DOUBLE:
-        return CompressedColumns<std::complex<double>>::zeros(std::move(dimensions));
     case fv::ArrayType::OBJECT:
     case fv::ArrayType::VALUE_OBJECT:
     case fv::ArrayType::HANDLE_OBJECT_REF:
         return new ObjectArray(type, std::move(dimensions));
     default:
-        return forPrimitive<fv::InvalidArrayTypeException>(type, [&](auto tag) -> ArrayImpl* {
-            return DenseArrayImpl<typename decltype(tag)::type>::zeros(std::move(dimensions));
+        return fv::detail::withKind(type, [&](auto tag) -> ArrayImpl* {
+            if constexpr (tag.isSparse) {
+                return CompressedColumns<typename decltype(tag)::type>::zeros(std::move(dimensions));
+            } else if constexpr (tag.isPrimitive) {
+                return DenseArrayImpl<typename decltype(tag)::type>::zeros(std::move(dimensions));
+            } else {
+                fv::detail::raise<fv::InvalidArrayTypeException>();
+            }
         });
     }
 }

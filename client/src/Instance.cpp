@@ -43,7 +43,7 @@ ForwardIteratorImpl* Instance::end() { return properties_.iteratorAt(numOfProper
 ForwardIteratorImpl* Instance::cbegin() const { return properties_.iteratorAt(0); }
 ForwardIteratorImpl* Instance::cend() const { return properties_.iteratorAt(numOfProperties()); }
 bool Instance::hasProperty(const VexaPropertyIdentifier& id) const { return properties_.has(id); }
-std::size_t Instance::numOfProperties() const { return properties_.numberOfSlots(); }
+std::size_t Instance::numOfProperties() const { return properties_.numberOfPlaces(); }
 std::vector<std::string> Instance::getExternalRepresentationPropertyNames() const {
     return properties_.list().externalNames();
 }

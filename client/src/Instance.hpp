@@ -14,7 +14,7 @@
 namespace vexa::client {
 
 /// An object of a class, with a value for each property; perhaps a member of an enumeration.
-class Instance : public data::impl::ObjectImpl {
+class Instance : public data::impl::ObjectImpl, public Container {
 public:
     explicit Instance(std::shared_ptr<const ClassDescription> description,
                       std::optional<std::string> member = std::nullopt);
@@ -36,6 +36,7 @@ public:
 
     const ClassDescription& description() const noexcept { return *description_; }
     PropertySet& properties() noexcept { return properties_; }
+    Contents contents() noexcept override { return {properties_, {}}; }
 
 protected:
     Instance(const Instance& other);

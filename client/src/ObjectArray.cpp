@@ -76,7 +76,7 @@ bool equalObjects(Comparison* comparison, const fv::ValueObject& a, const fv::Va
         !mine->description().equals(others->description())) {
         return a == b;
     }
-    return comparison->equalProperties(*mine, *others);
+    return comparison->equalProperties(mine->properties(), others->properties());
 }
 
 } // namespace
@@ -148,7 +148,7 @@ ForwardIteratorImpl* ObjectArray::cendArrayProp() const {
     return properties_.iteratorAt(numOfArrayProperties());
 }
 bool ObjectArray::hasArrayProperty(const VexaPropertyIdentifier& id) const { return properties_.has(id); }
-std::size_t ObjectArray::numOfArrayProperties() const { return properties_.numberOfSlots(); }
+std::size_t ObjectArray::numOfArrayProperties() const { return properties_.numberOfPlaces(); }
 std::vector<std::size_t> ObjectArray::getExternalDimensions() const {
     return externalDimensions_.value_or(getDimensions());
 }

@@ -21,7 +21,9 @@ using data::impl::ObjectImpl;
 /// Objects in column-major order. With a class, all objects are of this class and the array has its array
 /// properties; without, objects of any class may stand side by side. Copies share objects; an object that
 /// others share is copied before it changes.
-class ObjectArray final : public ColumnMajorArray<data::impl::ObjectArrayImpl>, public Comparable {
+class ObjectArray final : public ColumnMajorArray<data::impl::ObjectArrayImpl>,
+                          public Container,
+                          public Comparable {
     using Element = foundation::vexadata::HandleObjectRef;
 
 public:
@@ -73,7 +75,7 @@ public:
     void setExternalDimensions(std::vector<std::size_t> dimensions) {
         externalDimensions_ = std::move(dimensions);
     }
-    PropertySet& properties() noexcept { return properties_; }
+    Contents contents() noexcept override { return {properties_, elements_}; }
     /// The object in an element; null when there is none, or one of another back-end.
     Instance* objectIn(std::size_t index) const noexcept;
     /// Makes the object in an element the element's alone, as what iterators write into must be; null when

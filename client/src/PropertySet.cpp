@@ -92,7 +92,7 @@ private:
     data::detail::Identity identity_;
 };
 
-/// A reference to a property. The array in its slot is asked for without making a chain to it.
+/// A reference to a property. The array in its place is asked for without making a chain to it.
 class PropertyReference final : public ReferenceImpl {
 public:
     PropertyReference(PropertySet& properties, std::size_t place, bool writable)
@@ -176,10 +176,10 @@ bool PropertySet::equals(const PropertySet& other) const {
     return list_->equals(*other.list_) && values_ == other.values_;
 }
 
-ArrayImpl& PropertySet::heldIn(std::size_t slot) const noexcept { return *Access::impl(values_[slot]); }
-bool PropertySet::isShared(std::size_t slot) const noexcept {
-    return !Access::isPrivate(Access::impl(values_[slot]));
+ArrayImpl& PropertySet::heldIn(std::size_t place) const noexcept { return *Access::impl(values_[place]); }
+bool PropertySet::isShared(std::size_t place) const noexcept {
+    return !Access::isPrivate(Access::impl(values_[place]));
 }
-void PropertySet::replace(std::size_t slot, Held array) { values_[slot] = Array(array.detach()); }
+void PropertySet::replace(std::size_t place, Held array) { values_[place] = Array(array.detach()); }
 
 } // namespace vexa::client

@@ -48,14 +48,14 @@ public:
     /// The same properties with equal values.
     bool equals(const PropertySet& other) const;
 
-    std::size_t numberOfSlots() const noexcept override { return values_.size(); }
-    data::impl::ArrayImpl& heldIn(std::size_t slot) const noexcept override;
-    bool isShared(std::size_t slot) const noexcept override;
+    std::size_t numberOfPlaces() const noexcept override { return values_.size(); }
+    data::impl::ArrayImpl& heldIn(std::size_t place) const noexcept override;
+    bool isShared(std::size_t place) const noexcept override;
     /// Stores an array, borrowed; a copy when it would hold the owner.
-    void store(std::size_t slot, data::impl::ArrayImpl& array) { put(slot, storable(array, *this)); }
+    void store(std::size_t place, data::impl::ArrayImpl& array) { put(place, storable(array, *this)); }
 
 private:
-    void replace(std::size_t slot, Held array) override;
+    void replace(std::size_t place, Held array) override;
 
     const PropertyList* list_;
     const std::string* className_;

@@ -20,11 +20,11 @@ struct Running {
 };
 thread_local Running running{0, nullptr};
 
-template <class Slots>
-void release(Slots&& slots) noexcept {
+template <class Places>
+void release(Places&& places) noexcept {
     if (running.depth >= mostInsideEachOther) {
         try {
-            running.putAside->emplace_back(std::move(slots));
+            running.putAside->emplace_back(std::move(places));
             return;
         } catch (const std::bad_alloc&) {} // deeper, then
     }
@@ -32,20 +32,20 @@ void release(Slots&& slots) noexcept {
     if (running.depth == 1) {
         PutAside putAside;
         running.putAside = &putAside;
-        slots.clear();
+        places.clear();
         while (!putAside.empty()) {
             const auto next = std::move(putAside.back());
             putAside.pop_back();
         }
     } else {
-        slots.clear();
+        places.clear();
     }
     --running.depth;
 }
 
 } // namespace
 
-void releaseAll(Arrays&& slots) noexcept { release(std::move(slots)); }
-void releaseAll(std::vector<Held>&& slots) noexcept { release(std::move(slots)); }
+void releaseAll(Arrays&& places) noexcept { release(std::move(places)); }
+void releaseAll(std::vector<Held>&& places) noexcept { release(std::move(places)); }
 
 } // namespace vexa::client

@@ -10,11 +10,11 @@
 namespace vexa::client {
 
 StringArray::StringArray(Dimensions dimensions)
-    : ColumnMajorArray(std::move(dimensions)), slots_(allocatable<Slot>(getNumberOfElements())) {
+    : ColumnMajorArray(std::move(dimensions)), entries_(allocatable<Entry>(getNumberOfElements())) {
     showPositions(getDimensions());
 }
 StringArray::StringArray(const StringArray& other)
-    : ColumnMajorArray(other), slots_(other.slots_), longTexts_(other.longTexts_), gaps_(other.gaps_) {
+    : ColumnMajorArray(other), entries_(other.entries_), longTexts_(other.longTexts_), gaps_(other.gaps_) {
     showPositions(getDimensions());
 }
 StringArray::~StringArray() = default;
@@ -27,33 +27,33 @@ StringArray::Element* StringArray::getElementAddress(std::size_t, const std::str
 const StringArray::Element* StringArray::getTypedDataPtr() const { return nullptr; }
 
 void StringArray::getStringElement(std::size_t index, const char16_t*& text, std::size_t& length) const {
-    const Slot& slot = slots_[index];
-    if (slot.state == 0) {
+    const Entry& entry = entries_[index];
+    if (entry.state == 0) {
         text = nullptr;
         length = 0;
         return;
     }
-    text = slot.isLong() ? longTexts_.data() + startOf(slot) : slot.units;
-    length = slot.length();
+    text = entry.isLong() ? longTexts_.data() + startOf(entry) : entry.units;
+    length = entry.length();
 }
 
 void StringArray::setStringElement(std::size_t index, const std::string&, Element value) {
-    const Slot fresh = slotFor(value, longTexts_.size());
+    const Entry fresh = entryFor(value, longTexts_.size());
     if (fresh.isLong()) {
         longTexts_.insert(longTexts_.end(), value->begin(), value->end());
     }
-    const Slot old = std::exchange(slots_[index], fresh);
+    const Entry old = std::exchange(entries_[index], fresh);
     if (old.isLong()) {
         gaps_ += old.length();
-        // Closing walks all slots: it must be worth that, too.
-        if (gaps_ > longTexts_.size() / 2 && gaps_ > slots_.size()) {
+        // Closing walks all entries: it must be worth that, too.
+        if (gaps_ > longTexts_.size() / 2 && gaps_ > entries_.size()) {
             closeGaps();
         }
     }
 }
 
 bool StringArray::isEqual(const ArrayImpl* other) const {
-    for (std::size_t k = 0; k < slots_.size(); ++k) {
+    for (std::size_t k = 0; k < entries_.size(); ++k) {
         const char16_t* left = nullptr;
         const char16_t* right = nullptr;
         std::size_t leftLength = 0;
@@ -68,27 +68,27 @@ bool StringArray::isEqual(const ArrayImpl* other) const {
     return true;
 }
 
-/// A slot for a text; a long one begins at `start` of the block.
-StringArray::Slot StringArray::slotFor(const Element& value, std::size_t start) {
-    Slot slot;
+/// An entry for a text; a long one begins at `start` of the block.
+StringArray::Entry StringArray::entryFor(const Element& value, std::size_t start) {
+    Entry entry;
     if (!value) {
-        return slot;
+        return entry;
     }
     if (value->size() >= std::numeric_limits<std::uint32_t>::max()) {
         throw std::bad_alloc();
     }
-    slot.state = static_cast<std::uint32_t>(value->size() + 1);
-    if (slot.isLong()) {
-        std::memcpy(slot.units, &start, sizeof start);
+    entry.state = static_cast<std::uint32_t>(value->size() + 1);
+    if (entry.isLong()) {
+        std::memcpy(entry.units, &start, sizeof start);
     } else {
-        std::copy(value->begin(), value->end(), slot.units);
+        std::copy(value->begin(), value->end(), entry.units);
     }
-    return slot;
+    return entry;
 }
 
-std::size_t StringArray::startOf(const Slot& slot) noexcept {
+std::size_t StringArray::startOf(const Entry& entry) noexcept {
     std::size_t start = 0;
-    std::memcpy(&start, slot.units, sizeof start);
+    std::memcpy(&start, entry.units, sizeof start);
     return start;
 }
 
@@ -100,12 +100,12 @@ void StringArray::closeGaps() {
     } catch (const std::bad_alloc&) {
         return;
     }
-    for (Slot& slot : slots_) {
-        if (slot.isLong()) {
-            const auto first = longTexts_.begin() + static_cast<std::ptrdiff_t>(startOf(slot));
+    for (Entry& entry : entries_) {
+        if (entry.isLong()) {
+            const auto first = longTexts_.begin() + static_cast<std::ptrdiff_t>(startOf(entry));
             const std::size_t start = dense.size();
-            dense.insert(dense.end(), first, first + static_cast<std::ptrdiff_t>(slot.length()));
-            std::memcpy(slot.units, &start, sizeof start);
+            dense.insert(dense.end(), first, first + static_cast<std::ptrdiff_t>(entry.length()));
+            std::memcpy(entry.units, &start, sizeof start);
         }
     }
     longTexts_ = std::move(dense);

@@ -35,7 +35,7 @@ public:
 private:
     static constexpr std::size_t inPlaceUnits = 6;
 
-    struct Slot {
+    struct Entry {
         std::uint32_t state = 0; ///< 0 for a missing text, otherwise its length + 1
         char16_t units[inPlaceUnits] = {};
 
@@ -45,13 +45,13 @@ private:
 
     StringArray(const StringArray&);
 
-    static Slot slotFor(const Element& value, std::size_t start);
-    static std::size_t startOf(const Slot& slot) noexcept;
+    static Entry entryFor(const Element& value, std::size_t start);
+    static std::size_t startOf(const Entry& entry) noexcept;
     void closeGaps();
 
-    std::vector<Slot> slots_;
+    std::vector<Entry> entries_;
     std::vector<char16_t> longTexts_;
-    std::size_t gaps_ = 0; // units of longTexts_ that no slot refers to
+    std::size_t gaps_ = 0; // units of longTexts_ that no entry refers to
 };
 
 } // namespace vexa::client

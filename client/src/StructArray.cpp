@@ -119,13 +119,13 @@ ArrayImpl* StructArray::sharedCopy() const { return new StructArray(*this); }
 ArrayType StructArray::getType() const { return ArrayType::STRUCT; }
 ReferenceImpl* StructArray::createElementReference(std::size_t index, const std::string& fieldName,
                                                    bool forWrite) {
-    return fieldName.empty() ? nullptr : referenceInto(*this, slotOf(index, fieldName), forWrite);
+    return fieldName.empty() ? nullptr : referenceInto(*this, placeOf(index, fieldName), forWrite);
 }
 void StructArray::assignElementArray(std::size_t index, const std::string& fieldName, ArrayImpl* array) {
     if (fieldName.empty()) {
         fv::detail::raise<fv::CantAssignArrayToThisArrayException>();
     }
-    put(slotOf(index, fieldName), storable(*array, *this));
+    put(placeOf(index, fieldName), storable(*array, *this));
 }
 StructArray::Element* StructArray::getElementAddress(std::size_t, const std::string&, bool) {
     return nullptr;
@@ -139,7 +139,7 @@ void StructArray::setElementValue(std::size_t index, const std::string&, Element
 bool StructArray::isEqual(const ArrayImpl* other) const { return Comparison::equal(*this, *other); }
 bool StructArray::equalsIn(Comparison& comparison, const ArrayImpl& other) const {
     if (const auto* right = fv::detail::dynamicCast<const StructArray>(&other)) {
-        return *names_ == *right->names_ && comparison.equalSlots(*this, *right);
+        return *names_ == *right->names_ && comparison.equalPlaces(*this, *right);
     }
     return equalByName(static_cast<const StructArrayImpl&>(other));
 }
@@ -169,7 +169,7 @@ IteratorImpl* StructArray::createFieldValuesIterator(std::size_t index, bool atE
     return new FieldValueIterator(*this, index, atEnd ? names_->size() : 0);
 }
 ArrayImpl* StructArray::getField(std::size_t index, const std::string& fieldName) const {
-    ArrayImpl& value = *values_[slotOf(index, fieldName)];
+    ArrayImpl& value = *values_[placeOf(index, fieldName)];
     value.retain();
     return &value;
 }
@@ -179,15 +179,15 @@ void StructArray::setFieldValues(std::size_t index, std::vector<fv::Array> value
     for (const fv::Array& value : values) {
         stored.push_back(storable(*Access::impl(value), *this));
     }
-    std::size_t slot = index * names_->size();
+    std::size_t place = index * names_->size();
     for (Held& value : stored) {
-        put(slot++, std::move(value));
+        put(place++, std::move(value));
     }
 }
 
-std::size_t StructArray::numberOfSlots() const noexcept { return values_.size(); }
-ArrayImpl& StructArray::heldIn(std::size_t slot) const noexcept { return *values_[slot]; }
-bool StructArray::isShared(std::size_t slot) const noexcept { return values_[slot]->referenceCount() > 1; }
-void StructArray::replace(std::size_t slot, Held array) { values_[slot] = std::move(array); }
+std::size_t StructArray::numberOfPlaces() const noexcept { return values_.size(); }
+ArrayImpl& StructArray::heldIn(std::size_t place) const noexcept { return *values_[place]; }
+bool StructArray::isShared(std::size_t place) const noexcept { return values_[place]->referenceCount() > 1; }
+void StructArray::replace(std::size_t place, Held array) { values_[place] = std::move(array); }
 
 } // namespace vexa::client

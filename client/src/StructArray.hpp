@@ -49,24 +49,24 @@ public:
     /// @throws UnknownFieldException
     ArrayImpl* getField(std::size_t index, const std::string& fieldName) const override;
     ArrayImpl* const* getFieldPlace(std::size_t index, const std::string& fieldName) const override {
-        return values_[slotOf(index, fieldName)].place();
+        return values_[placeOf(index, fieldName)].address();
     }
     void setFieldValues(std::size_t index, std::vector<foundation::vexadata::Array> values) override;
 
-    std::size_t numberOfSlots() const noexcept override;
-    ArrayImpl& heldIn(std::size_t slot) const noexcept override;
+    std::size_t numberOfPlaces() const noexcept override;
+    ArrayImpl& heldIn(std::size_t place) const noexcept override;
     /// Every handle and holder of the array counts once.
-    bool isShared(std::size_t slot) const noexcept override;
+    bool isShared(std::size_t place) const noexcept override;
     bool equalsIn(Comparison& comparison, const ArrayImpl& other) const override;
     const FieldNames& names() const noexcept { return *names_; }
 
 private:
     StructArray(const StructArray&);
 
-    void replace(std::size_t slot, Held array) override;
+    void replace(std::size_t place, Held array) override;
     bool equalByName(const StructArrayImpl& other) const;
     /// Where the value of a field lies. @throws UnknownFieldException
-    std::size_t slotOf(std::size_t index, const std::string& fieldName) const {
+    std::size_t placeOf(std::size_t index, const std::string& fieldName) const {
         return index * names_->size() + names_->positionOf(fieldName);
     }
 

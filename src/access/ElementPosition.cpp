@@ -1,8 +1,8 @@
-#include "../core/ByType.hpp"
 #include "FieldReference.hpp"
 
 #include <foundation/vexadata/ElementPosition.hpp>
 #include <foundation/vexadata/TypeInformation.hpp>
+#include <foundation/vexadata/detail/ByKind.hpp>
 #include <vexa/data/impl/InPlaceStructImpl.hpp>
 
 namespace foundation::vexadata::detail {
@@ -36,7 +36,8 @@ bool isPlainMatrixOf(const ArrayImpl& array, PlainMatrix& found) noexcept {
 PlainMatrix plainMatrixOf(const ArrayImpl& array) {
     PlainMatrix found;
     if (!isPlainMatrixOf<double>(array, found)) {
-        withPrimitive(array.getType(), [&](auto zero) { isPlainMatrixOf<decltype(zero)>(array, found); });
+        withPrimitive(array.getType(),
+                      [&](auto tag) { isPlainMatrixOf<typename decltype(tag)::type>(array, found); });
     }
     return found;
 }

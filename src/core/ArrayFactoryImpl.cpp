@@ -1,27 +1,9 @@
 #include <foundation/vexadata/Exception.hpp>
 #include <vexa/data/impl/ArrayFactoryImpl.hpp>
 
-#include <atomic>
-#include <stdexcept>
-
 namespace vexa::data::impl {
 
 namespace {
-
-using Function = ArrayFactoryImpl* (*)();
-using Slot = std::atomic<Function>;
-
-// Constant-initialised: back-ends register from the initialisers of other libraries.
-constinit Slot vexaFactoryFuncPtr{nullptr};
-constinit Slot clientFactoryFuncPtr{nullptr};
-
-bool registerOnce(Slot& slot, Function function, const char* message) {
-    Function current = nullptr;
-    if (slot.compare_exchange_strong(current, function) || current == function) {
-        return true;
-    }
-    throw std::logic_error(message);
-}
 
 /// For the kinds that a back-end does not offer.
 [[noreturn]] void notOffered() {
@@ -31,24 +13,6 @@ bool registerOnce(Slot& slot, Function function, const char* message) {
 } // namespace
 
 ArrayFactoryImpl::~ArrayFactoryImpl() = default;
-
-bool ArrayFactoryImpl::registerVexaFactoryFunction(Function function) {
-    return registerOnce(vexaFactoryFuncPtr, function,
-                        "attempted to assign vexaFactoryFuncPtr twice to different values.");
-}
-
-bool ArrayFactoryImpl::registerClientFactoryFunction(Function function) {
-    return registerOnce(clientFactoryFuncPtr, function,
-                        "attempted to assign clientFactoryFuncPtr twice to different values.");
-}
-
-ArrayFactoryImpl* ArrayFactoryImpl::getDefaultFactory() {
-    if (Function engine = vexaFactoryFuncPtr.load()) {
-        return engine();
-    }
-    Function client = clientFactoryFuncPtr.load();
-    return client == nullptr ? nullptr : client();
-}
 
 ArrayImpl* ArrayFactoryImpl::createSparseLogicalImpl(Dimensions, std::size_t, Buffer<bool[]>,
                                                      Buffer<std::size_t[]>, Buffer<std::size_t[]>) {

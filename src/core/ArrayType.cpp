@@ -1,4 +1,3 @@
-#include <foundation/vexadata/Array.hpp>
 #include <foundation/vexadata/ArrayType.hpp>
 #include <foundation/vexadata/Exception.hpp>
 
@@ -9,7 +8,5 @@ void detail::typeIsPrimitive(ArrayType type) {
         raise<MustBePrimitiveTypeException>();
     }
 }
-
-bool isSparse(const Array& array) { return static_cast<std::uint32_t>(array.getType()) - 30U < 3U; }
 
 } // namespace foundation::vexadata

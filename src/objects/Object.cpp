@@ -1,4 +1,4 @@
-#include "../core/Equality.hpp"
+#include "../arrays/Equality.hpp"
 
 #include <foundation/vexadata/Exception.hpp>
 #include <foundation/vexadata/Object.hpp>

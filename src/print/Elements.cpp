@@ -1,11 +1,11 @@
 #include "Elements.hpp"
 
-#include "../core/ByType.hpp"
 #include "Numbers.hpp"
 #include "Text.hpp"
 
 #include <foundation/vexadata/StringElement.hpp>
 #include <foundation/vexadata/TypedIterator.hpp>
+#include <foundation/vexadata/detail/ByKind.hpp>
 
 #include <cstdint>
 #include <ostream>
@@ -56,21 +56,19 @@ std::string elementText(ArrayImpl& array, std::size_t index, const PrintOptions&
         return nameOrNone(array.castToString(index, detail::noFieldName));
     }
     std::string text;
-    detail::withPrimitive(type, [&](auto zero) {
-        text = valueText(detail::readElement<decltype(zero)>(array, index, detail::noFieldName), options);
+    detail::withPrimitive(type, [&](auto tag) {
+        text = valueText(detail::readElement<typename decltype(tag)::type>(array, index, detail::noFieldName),
+                         options);
     });
     return text;
 }
 
 std::string storedText(const Array& sparse, std::size_t index, const PrintOptions& options) {
-    switch (sparse.getType()) {
-    case ArrayType::SPARSE_LOGICAL:
-        return storedTextOf<bool>(sparse, index, options);
-    case ArrayType::SPARSE_DOUBLE:
-        return storedTextOf<double>(sparse, index, options);
-    default:
-        return storedTextOf<std::complex<double>>(sparse, index, options);
-    }
+    std::string text;
+    detail::withSparse(sparse.getType(), [&](auto tag) {
+        text = storedTextOf<typename decltype(tag)::type>(sparse, index, options);
+    });
+    return text;
 }
 
 namespace {
@@ -100,8 +98,9 @@ void writeScalar(std::ostream& stream, const detail::ElementPosition& element) {
     } else if (array.getType() == ArrayType::ENUM) {
         stream << nameOrNone(array.castToString(index, detail::noFieldName));
     } else {
-        detail::withPrimitive(array.getType(), [&](auto zero) {
-            write(stream, detail::readElement<decltype(zero)>(array, index, detail::noFieldName));
+        detail::withPrimitive(array.getType(), [&](auto tag) {
+            write(stream,
+                  detail::readElement<typename decltype(tag)::type>(array, index, detail::noFieldName));
         });
     }
 }

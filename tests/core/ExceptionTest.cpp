@@ -9,8 +9,11 @@
 
 #include <complex>
 #include <cstdint>
+#include <fstream>
+#include <map>
+#include <regex>
 #include <set>
-#include <string_view>
+#include <string>
 
 namespace {
 
@@ -30,36 +33,38 @@ CaughtBy catchOne() {
     }
 }
 
+/// The messages in docs/errors.md, by class.
+std::map<std::string, std::string> listedMessages() {
+    std::map<std::string, std::string> messages;
+    std::ifstream page(VEXADATA_ERRORS_PAGE);
+    const std::regex row(R"(\| `(\w+)` \| ([^|]+) \| .+ \| .+ \|)");
+    std::smatch found;
+    for (std::string line; std::getline(page, line);) {
+        if (std::regex_match(line, found, row)) {
+            messages[found[1]] = found[2];
+        }
+    }
+    return messages;
+}
+
 template <class E>
-void expectError(std::string_view message) {
-    EXPECT_EQ(E().what(), message);
+void expectError(const std::string& message) {
     EXPECT_EQ(static_cast<const void*>(E().what()), static_cast<const void*>(E().what())) << message;
     EXPECT_EQ(catchOne<E>(), CaughtBy::library) << message;
     EXPECT_TRUE(throwsExactly<E>([] { detail::raise<E>(); }, message));
 }
 
-TEST(Exceptions, HaveTheirMessageAndAreNoStandardOnes) {
-    expectError<MustBePrimitiveTypeException>("Defined data buffers must be of primitive type");
-    expectError<EArrayIndexOutOfRange>("Array index is out of range");
-    expectError<NotEnoughIndicesProvidedException>("Not enough indices provided");
-    expectError<EInvalidDimensionsInSparseArray>("Sparse Array can only have two dimensions.");
-    expectError<NonAsciiCharInInputDataException>("Input data can only contain ASCII characters");
-    expectError<NumberOfElementsExceedsMaximumException>(
-        "Could not create the Array because the number of elements exceeds the maximum.");
-    expectError<StringIndexMustBeLastException>("String index must be last");
-    expectError<TooManyIndicesProvidedException>("Too many indices provided");
-    expectError<CantIndexIntoEmptyArrayException>("Can't index into an empty array");
-    expectError<NonAsciiCharInRequestedAsciiOutputException>("Can't convert to ASCII");
-    expectError<EArrayUnknownDataType>("Unknown DataType field in vexa::data::Array");
-    expectError<CanOnlyUseOneStringIndexException>("Can't provide more than one string index");
-    expectError<TypeMismatchException>("Data type mismatch");
-    expectError<WrongVectorSizeForStructException>(
-        "The number of elements in the input vector does not match the number of fields in the StructArray");
-    expectError<CantAssignArrayToThisArrayException>("Can't assign an Array to this Array");
-    expectError<InvalidArrayTypeException>("Invalid Array type");
-
-    EXPECT_STREQ(EArrayInvalidHandleRef().what(), "The HandleObjectRef does not refer to a handle.");
+TEST(Exceptions, HaveTheMessageOfTheErrorPageAndAreNoStandardOnes) {
+    std::map<std::string, std::string> messages = listedMessages();
+    const auto take = [&](const char* name) {
+        const auto row = messages.extract(name);
+        return row.empty() ? "no row of docs/errors.md" : row.mapped();
+    };
+#define VEXADATA_ERROR(E, message) expectError<E>(take(#E));
+#include <foundation/vexadata/ErrorTypes.inc>
+    EXPECT_EQ(EArrayInvalidHandleRef().what(), take("EArrayInvalidHandleRef"));
     EXPECT_EQ(catchOne<EArrayInvalidHandleRef>(), CaughtBy::standard);
+    EXPECT_TRUE(messages.empty()) << messages.begin()->first << " is no class of the list";
 }
 
 /// Errors of a client's own: one beside the library's classes and one below them.

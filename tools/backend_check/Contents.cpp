@@ -76,9 +76,7 @@ ArrayImpl* createSparse(ArrayFactoryImpl& factory, ArrayType type, const Dimensi
                     &ArrayFactoryImpl::createVexaSparseComplexDoubleImpl);
     }
 }
-bool isSparse(ArrayType type) {
-    return type >= ArrayType::SPARSE_LOGICAL && type <= ArrayType::SPARSE_COMPLEX_DOUBLE;
-}
+bool isSparse(ArrayType type) { return fv::detail::isSparse(type); }
 
 fv::VexaPropertyIdentifier property(const std::string& name) { return fv::VexaPropertyIdentifier(name); }
 
@@ -143,9 +141,9 @@ std::string shownValue(void* address) {
 
 Contents nonZerosOf(ArrayImpl& array) {
     const Iterator here = beginOf(array);
-    const auto show = array.getType() == ArrayType::SPARSE_LOGICAL  ? &shownValue<bool>
-                      : array.getType() == ArrayType::SPARSE_DOUBLE ? &shownValue<double>
-                                                                    : &shownValue<std::complex<double>>;
+    std::string (*show)(void*) = nullptr;
+    fv::detail::withSparse(array.getType(),
+                           [&](auto tag) { show = &shownValue<typename decltype(tag)::type>; });
     return listed(array.getNumberOfNonZeroElements(), [&](std::size_t k) {
         void* address = here->getElementAddress();
         if (address == nullptr) fail("the iterator of a " + describe(array) + " gives no address");

@@ -128,30 +128,51 @@ public:
     using Foreign::Foreign;
 };
 
+/// The class for the arrays of a tag; void for arrays of objects and for no kind.
+template <class Tag>
+struct ForeignClass {
+    using type = void;
+};
+template <class T>
+struct ForeignClass<fv::detail::ElementTag<T>> {
+    using type = ForeignElements<T>;
+};
+template <>
+struct ForeignClass<fv::detail::ElementTag<fv::String>> {
+    using type = ForeignStrings;
+};
+template <>
+struct ForeignClass<fv::detail::ElementTag<fv::Enumeration>> {
+    using type = ForeignEnums;
+};
+template <>
+struct ForeignClass<fv::detail::ElementTag<fv::StructElement>> {
+    using type = ForeignStructs;
+};
+template <>
+struct ForeignClass<fv::detail::ElementTag<fv::ValueObject>> {
+    using type = void;
+};
+template <>
+struct ForeignClass<fv::detail::ElementTag<fv::HandleObjectRef>> {
+    using type = void;
+};
+template <class T>
+struct ForeignClass<fv::detail::SparseTag<T>> {
+    using type = ForeignSparse;
+};
+
 } // namespace
 
 Owned<ArrayImpl> foreign(Owned<ArrayImpl> array) {
-    const auto as = [&](auto make) { return Owned<ArrayImpl>(make(std::move(array))); };
-    switch (array->getType()) {
-#define VEXADATA_ELEMENT(T)                                                                                  \
-    case fv::detail::arrayTypeOf<T>:                                                                         \
-        return as([](auto inner) { return new ForeignElements<T>(std::move(inner)); });
-#include <foundation/vexadata/PrimitiveTypes.inc>
-    case ArrayType::CELL:
-        return as([](auto inner) { return new ForeignElements<fv::Array>(std::move(inner)); });
-    case ArrayType::STRING:
-        return as([](auto inner) { return new ForeignStrings(std::move(inner)); });
-    case ArrayType::ENUM:
-        return as([](auto inner) { return new ForeignEnums(std::move(inner)); });
-    case ArrayType::STRUCT:
-        return as([](auto inner) { return new ForeignStructs(std::move(inner)); });
-    case ArrayType::SPARSE_LOGICAL:
-    case ArrayType::SPARSE_DOUBLE:
-    case ArrayType::SPARSE_COMPLEX_DOUBLE:
-        return as([](auto inner) { return new ForeignSparse(std::move(inner)); });
-    default:
-        return array;
-    }
+    return fv::detail::withKind(array->getType(), [&](auto tag) -> Owned<ArrayImpl> {
+        using Class = typename ForeignClass<decltype(tag)>::type;
+        if constexpr (std::is_void_v<Class>) {
+            return std::move(array);
+        } else {
+            return Owned<ArrayImpl>(new Class(std::move(array)));
+        }
+    });
 }
 
 Owned<ArrayImpl> emptyArray() {

@@ -57,13 +57,7 @@ TypedArrayImpl<T>& asNumbers(ArrayImpl& array) {
 /// Runs `f` with a tag for the element type of an array of primitive elements; false for other kinds.
 template <class F>
 bool withElementType(ArrayType type, F f) {
-    bool found = false;
-    forEachPrimitive([&](auto tag) {
-        if (tag.arrayType != type) return;
-        found = true;
-        f(tag);
-    });
-    return found;
+    return fv::detail::withPrimitive(type, f);
 }
 
 /// A 1-by-1 double array.

@@ -8,6 +8,7 @@
 
 #include <foundation/vexadata/ArrayFactory.hpp>
 #include <foundation/vexadata/Print.hpp>
+#include <foundation/vexadata/Visit.hpp>
 
 #include <algorithm>
 #include <cctype>
@@ -72,19 +73,6 @@ std::string nameOf(MatrixSymmetry symmetry) {
     }
 }
 
-/// Calls `visit` with the array as the sparse array that it is.
-template <class Visit>
-auto visitSparse(const Array& array, Visit visit) {
-    switch (array.getType()) {
-    case ArrayType::SPARSE_LOGICAL:
-        return visit(SparseArray<bool>(array));
-    case ArrayType::SPARSE_DOUBLE:
-        return visit(SparseArray<double>(array));
-    default:
-        return visit(SparseArray<std::complex<double>>(array));
-    }
-}
-
 /// The pieces of any sparse array, which live as long as it does.
 struct Pieces {
     std::size_t rows, columns, count;
@@ -92,7 +80,7 @@ struct Pieces {
     const std::size_t* rowOf;
 };
 Pieces piecesOf(const Array& array) {
-    return visitSparse(array, [](const auto& sparse) {
+    return visit(array, []<class T>(const SparseArray<T>& sparse) {
         return Pieces{sparse.getRows(), sparse.getCols(), sparse.getNumberOfNonZeroElements(), sparse.getJc(),
                       sparse.getIr()};
     });
@@ -100,12 +88,12 @@ Pieces piecesOf(const Array& array) {
 
 /// Magnitudes of complex values, values of the others; what is not a number is left out.
 std::vector<double> presentMagnitudes(const Array& array) {
-    return visitSparse(array, [](const auto& sparse) {
+    return visit(array, []<class T>(const SparseArray<T>& sparse) {
         std::vector<double> values;
         values.reserve(sparse.getNumberOfNonZeroElements());
         for (const auto& value : sparse) {
             double number = 0;
-            if constexpr (std::is_arithmetic_v<std::decay_t<decltype(value)>>)
+            if constexpr (std::is_arithmetic_v<T>)
                 number = static_cast<double>(value);
             else
                 number = std::abs(value);

@@ -3,6 +3,7 @@
 #include "Encoding.hpp"
 
 #include <foundation/vexadata/BufferAccess.hpp>
+#include <foundation/vexadata/Visit.hpp>
 
 #include <algorithm>
 #include <cmath>
@@ -22,6 +23,7 @@ using foundation::vexadata::Enumeration;
 using foundation::vexadata::SparseArray;
 using foundation::vexadata::String;
 using foundation::vexadata::StructArray;
+using foundation::vexadata::StructElement;
 using foundation::vexadata::TypedArray;
 
 namespace {
@@ -96,25 +98,34 @@ std::size_t bytesOfAll(Iterator first, Iterator last) {
     return bytes;
 }
 
-template <class T>
-std::size_t bytesOfSparse(const SparseArray<T>& matrix) {
-    return matrix.getNumberOfNonZeroElements() * (sizeof(T) + sizeof(std::size_t)) +
-           (matrix.getCols() + 1) * sizeof(std::size_t);
-}
-
-/// Of the kinds that files are read into.
-std::size_t sizeOfNumber(ArrayType type) {
-    switch (type) {
-    case ArrayType::LOGICAL:
-        return sizeof(bool);
-    case ArrayType::DOUBLE:
-    case ArrayType::INT64:
-    case ArrayType::UINT64:
-        return 8;
-    default:
-        return 0;
+/// Bytes of the elements of each kind of array; see `bytesOf`.
+struct BytesOf {
+    template <class T>
+    std::size_t operator()(const TypedArray<T>& array) const {
+        const std::size_t count = array.getNumberOfElements();
+        if constexpr (std::is_same_v<T, String>) {
+            return bytesOfTexts(array);
+        } else if constexpr (std::is_same_v<T, Enumeration>) {
+            return count * sizeof(std::uint32_t);
+        } else if constexpr (std::is_same_v<T, Array>) {
+            return bytesOfAll(array.begin(), array.end());
+        } else if constexpr (std::is_same_v<T, StructElement>) {
+            std::size_t bytes = 0;
+            for (const auto& record : array)
+                bytes += bytesOfAll(record.begin(), record.end());
+            return bytes;
+        } else if constexpr (foundation::vexadata::detail::isPrimitiveElement<T>) {
+            return count * sizeof(T);
+        } else {
+            return 0; // objects belong to their classes
+        }
     }
-}
+    template <class T>
+    std::size_t operator()(const SparseArray<T>& matrix) const {
+        return matrix.getNumberOfNonZeroElements() * (sizeof(T) + sizeof(std::size_t)) +
+               (matrix.getCols() + 1) * sizeof(std::size_t);
+    }
+};
 
 std::vector<double> presentNumbers(const TypedArray<double>& array) {
     const auto numbers = foundation::vexadata::getBufferPtr<double>(array);
@@ -202,44 +213,13 @@ std::vector<WordCount> countWords(const Array& array) {
 }
 
 std::size_t storedElements(const Array& array) {
-    switch (array.getType()) {
-    case ArrayType::SPARSE_LOGICAL:
-        return SparseArray<bool>(array).getNumberOfNonZeroElements();
-    case ArrayType::SPARSE_DOUBLE:
-        return SparseArray<double>(array).getNumberOfNonZeroElements();
-    case ArrayType::SPARSE_COMPLEX_DOUBLE:
-        return SparseArray<std::complex<double>>(array).getNumberOfNonZeroElements();
-    default:
-        return array.getNumberOfElements();
-    }
+    if (!isSparse(array)) return array.getNumberOfElements();
+    return visit(array,
+                 []<class T>(const SparseArray<T>& matrix) { return matrix.getNumberOfNonZeroElements(); });
 }
 
 std::size_t bytesOf(const Array& array) {
-    const std::size_t count = array.getNumberOfElements();
-    switch (array.getType()) {
-    case ArrayType::STRING:
-        return bytesOfTexts(array);
-    case ArrayType::ENUM:
-        return count * sizeof(std::uint32_t);
-    case ArrayType::CELL: {
-        const TypedArray<Array> cells = array;
-        return bytesOfAll(cells.begin(), cells.end());
-    }
-    case ArrayType::STRUCT: {
-        std::size_t bytes = 0;
-        for (const auto& record : StructArray(array))
-            bytes += bytesOfAll(record.begin(), record.end());
-        return bytes;
-    }
-    case ArrayType::SPARSE_LOGICAL:
-        return bytesOfSparse<bool>(array);
-    case ArrayType::SPARSE_DOUBLE:
-        return bytesOfSparse<double>(array);
-    case ArrayType::SPARSE_COMPLEX_DOUBLE:
-        return bytesOfSparse<std::complex<double>>(array);
-    default:
-        return count * sizeOfNumber(array.getType());
-    }
+    return array.getType() == ArrayType::UNKNOWN ? 0 : visit(array, BytesOf());
 }
 
 } // namespace vexa::inspect

@@ -71,6 +71,11 @@ constexpr bool isPrimitive(ArrayType type) noexcept {
     return value < 24U && ((primitives >> value) & 1U) != 0U;
 }
 
+/// True for the three kinds of sparse arrays.
+constexpr bool isSparse(ArrayType type) noexcept {
+    return type >= ArrayType::SPARSE_LOGICAL && type <= ArrayType::SPARSE_COMPLEX_DOUBLE;
+}
+
 /// Returns when `type` is primitive.
 /// @throws MustBePrimitiveTypeException otherwise
 VEXADATA_API void typeIsPrimitive(ArrayType type);

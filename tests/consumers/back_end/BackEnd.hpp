@@ -32,15 +32,12 @@ struct ListOf {
 };
 
 namespace fv = foundation::vexadata;
-using AllErrors =
-    ListOf<fv::MustBePrimitiveTypeException, fv::EArrayIndexOutOfRange, fv::NotEnoughIndicesProvidedException,
-           fv::EInvalidDimensionsInSparseArray, fv::NonAsciiCharInInputDataException,
-           fv::NumberOfElementsExceedsMaximumException, fv::StringIndexMustBeLastException,
-           fv::TooManyIndicesProvidedException, fv::CantIndexIntoEmptyArrayException,
-           fv::NonAsciiCharInRequestedAsciiOutputException, fv::EArrayUnknownDataType,
-           fv::CanOnlyUseOneStringIndexException, fv::TypeMismatchException,
-           fv::WrongVectorSizeForStructException, fv::CantAssignArrayToThisArrayException,
-           fv::InvalidArrayTypeException, fv::EArrayInvalidHandleRef>;
+// clang-format off
+using AllErrors = ListOf<
+#define VEXADATA_ERROR(E, message) fv::E,
+#include <foundation/vexadata/ErrorTypes.inc>
+    fv::EArrayInvalidHandleRef>;
+// clang-format on
 
 [[gnu::visibility("default")]] std::vector<Thrower> throwersOfBackEnd();
 [[gnu::visibility("default")]] std::vector<bool> caughtByBackEnd(Thrower thrower);

@@ -1,8 +1,7 @@
-#include "../core/ByType.hpp"
-
 #include <foundation/vexadata/StructElement.hpp>
 #include <foundation/vexadata/TypedArray.hpp>
 #include <foundation/vexadata/UntypedElement.hpp>
+#include <foundation/vexadata/detail/ByKind.hpp>
 
 #include <cmath>
 #include <limits>
@@ -114,7 +113,7 @@ T combined(Arithmetic operation, T element, const Number& number) {
     return nearest<T>(applied(operation, realOf(current), realOf(number)));
 }
 
-/// Calls `visit(T())` with the element type of a primitive array.
+/// Calls `visit` with the tag of a primitive array's elements.
 /// @throws TypeMismatchException for other kinds
 template <class Visit>
 void withNumber(const ElementPosition& element, Visit visit) {
@@ -123,34 +122,30 @@ void withNumber(const ElementPosition& element, Visit visit) {
     }
 }
 
-/// Calls `visit(T())` with the element type of an array whose elements are values, not arrays or records;
-/// false, without a call, for other kinds.
+/// Whether elements `T` are values, not arrays or records.
+template <class T>
+constexpr bool isValue = !std::is_same_v<T, Array> && !std::is_same_v<T, StructElement>;
+
+/// Calls `visit` with the tag of an array whose elements are values; false, without a call, for other kinds.
 template <class Visit>
 bool withValue(ArrayType type, Visit visit) {
-    switch (type) {
-    case ArrayType::STRING:
-        visit(String());
-        return true;
-    case ArrayType::ENUM:
-        visit(Enumeration());
-        return true;
-    case ArrayType::OBJECT:
-    case ArrayType::VALUE_OBJECT:
-        visit(ValueObject());
-        return true;
-    case ArrayType::HANDLE_OBJECT_REF:
-        visit(HandleObjectRef());
-        return true;
-    default:
-        return withPrimitive(type, visit);
-    }
+    return withKind(type, [&](auto tag) {
+        using Tag = decltype(tag);
+        if constexpr (!Tag::isSparse && !std::is_same_v<Tag, NoElementTag>) {
+            if constexpr (isValue<typename Tag::type>) {
+                visit(tag);
+                return true;
+            }
+        }
+        return false;
+    });
 }
 
 /// @throws TypeMismatchException when the element is no real number
 Number numberAt(const ElementPosition& element) {
     Number found(0);
-    withNumber(element, [&](auto zero) {
-        using T = decltype(zero);
+    withNumber(element, [&](auto tag) {
+        using T = typename decltype(tag)::type;
         if constexpr (isComplexElement<T>) {
             raise<TypeMismatchException>();
         } else {
@@ -171,8 +166,8 @@ Order compared(const ElementPosition& a, const ElementPosition& b) {
 
 bool equals(const ElementPosition& element, const Number& number) {
     bool found = false;
-    withNumber(element, [&](auto zero) {
-        using T = decltype(zero);
+    withNumber(element, [&](auto tag) {
+        using T = typename decltype(tag)::type;
         const T value = element.value<T>();
         if constexpr (isComplexElement<T>) {
             found = value.imag() == 0 && orderOf(Number(value.real()), number) == Order::EQUAL;
@@ -200,8 +195,8 @@ bool sameElements(const ElementPosition& a, const ElementPosition& b) {
     const ArrayType type = a.array()->getType();
     bool same = false;
     const bool compared =
-        type == b.array()->getType() && withValue(type, [&](auto zero) {
-            using T = decltype(zero);
+        type == b.array()->getType() && withValue(type, [&](auto tag) {
+            using T = typename decltype(tag)::type;
             if constexpr (std::is_same_v<T, String>) {
                 same = ArrayElementTypedRef<String, true>(a) == ArrayElementTypedRef<String, true>(b);
             } else {
@@ -212,8 +207,8 @@ bool sameElements(const ElementPosition& a, const ElementPosition& b) {
 }
 
 void combine(const ElementPosition& element, Arithmetic operation, const Number& number) {
-    withNumber(element, [&](auto zero) {
-        using T = decltype(zero);
+    withNumber(element, [&](auto tag) {
+        using T = typename decltype(tag)::type;
         const T value = element.value<T>();
         if constexpr (isComplexElement<T>) {
             const bool scales = operation == Arithmetic::MULTIPLY || operation == Arithmetic::DIVIDE;
@@ -228,8 +223,8 @@ void combine(const ElementPosition& element, Arithmetic operation, const Number&
 void combine(const ElementPosition& element, Arithmetic operation, const ElementPosition& other) {
     const ArrayType type = element.array()->getType();
     bool complex = false;
-    withNumber(other, [&](auto zero) {
-        using T = decltype(zero);
+    withNumber(other, [&](auto tag) {
+        using T = typename decltype(tag)::type;
         if constexpr (isComplexElement<T>) {
             complex = true;
             if (type != arrayTypeOf<T>) {
@@ -265,8 +260,8 @@ std::u16string presentText(const ElementPosition& element) {
 void copyElement(const ElementPosition& from, const ElementPosition& to) {
     const ArrayType type = from.array()->getType();
     if (to.array()->getType() == type && from.fieldName().empty() && to.fieldName().empty()) {
-        if (withValue(type, [&](auto zero) {
-                using T = decltype(zero);
+        if (withValue(type, [&](auto tag) {
+                using T = typename decltype(tag)::type;
                 to.setValue<T>(from.value<T>());
             })) {
             return;

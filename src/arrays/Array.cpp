@@ -12,6 +12,8 @@ bool operator==(const Array& a, const Array& b) noexcept {
     return detail::equal(*detail::Access::impl(a), *detail::Access::impl(b));
 }
 
+bool isSparse(const Array& array) { return detail::isSparse(array.getType()); }
+
 bool detail::equal(const ArrayImpl& a, const ArrayImpl& b) {
     if (&a == &b || a.getArrayID() == b.getArrayID()) {
         return true; // before dimensions are looked at: all empty arrays have identity 0
