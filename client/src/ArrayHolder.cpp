@@ -1,6 +1,6 @@
 #include "ArrayHolder.hpp"
 
-#include <foundation/vexadata/TypeInformation.hpp>
+#include <foundation/vexadata/detail/TypeInformation.hpp>
 
 #include <unordered_map>
 #include <unordered_set>

@@ -3,7 +3,7 @@
 #include "Dimensions.hpp"
 #include "Release.hpp"
 
-#include <foundation/vexadata/TypeInformation.hpp>
+#include <foundation/vexadata/detail/TypeInformation.hpp>
 #include <vexa/data/detail/Equality.hpp>
 #include <vexa/data/detail/NonPrimitiveIteratorImpl.hpp>
 

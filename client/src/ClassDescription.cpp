@@ -1,6 +1,6 @@
 #include "ClassDescription.hpp"
 
-#include <foundation/vexadata/TypeInformation.hpp>
+#include <foundation/vexadata/detail/TypeInformation.hpp>
 #include <vexa/client/Exception.hpp>
 #include <vexa/data/detail/ForwardIteratorImpl.hpp>
 #include <vexa/data/impl/IdentifierImpl.hpp>

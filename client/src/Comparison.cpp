@@ -1,6 +1,6 @@
 #include "Comparison.hpp"
 
-#include <foundation/vexadata/TypeInformation.hpp>
+#include <foundation/vexadata/detail/TypeInformation.hpp>
 
 #include <new>
 

@@ -2,7 +2,7 @@
 
 #include <foundation/vexadata/Exception.hpp>
 #include <foundation/vexadata/Traits.hpp>
-#include <foundation/vexadata/TypeInformation.hpp>
+#include <foundation/vexadata/detail/TypeInformation.hpp>
 #include <vexa/client/Exception.hpp>
 #include <vexa/data/detail/ContiguousIteratorImpl.hpp>
 #include <vexa/data/detail/ElementMemory.hpp>

@@ -2,8 +2,8 @@
 
 #include "NameTable.hpp"
 
-#include <foundation/vexadata/Access.hpp>
 #include <foundation/vexadata/Enumeration.hpp>
+#include <foundation/vexadata/detail/Access.hpp>
 #include <vexa/client/Exception.hpp>
 #include <vexa/data/detail/ElementMemory.hpp>
 

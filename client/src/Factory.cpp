@@ -7,8 +7,8 @@
 #include "StringArray.hpp"
 #include "StructArray.hpp"
 
-#include <foundation/vexadata/TypeInformation.hpp>
 #include <foundation/vexadata/detail/ByKind.hpp>
+#include <foundation/vexadata/detail/TypeInformation.hpp>
 #include <vexa/client/Exception.hpp>
 #include <vexa/data/detail/ElementMemory.hpp>
 #include <vexa/data/impl/DenseArrayImpl.hpp>

@@ -2,7 +2,7 @@
 
 #include "ArrayHolder.hpp"
 
-#include <foundation/vexadata/TypeInformation.hpp>
+#include <foundation/vexadata/detail/TypeInformation.hpp>
 #include <vexa/client/Exception.hpp>
 #include <vexa/client/Objects.hpp>
 #include <vexa/data/detail/NonPrimitiveIteratorImpl.hpp>

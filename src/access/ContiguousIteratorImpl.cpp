@@ -1,4 +1,4 @@
-#include <foundation/vexadata/Access.hpp>
+#include <foundation/vexadata/detail/Access.hpp>
 #include <vexa/data/detail/ContiguousIteratorImpl.hpp>
 
 namespace vexa::data::detail {
@@ -49,6 +49,6 @@ void* ContiguousIteratorImpl<T>::getElementAddress() {
 }
 
 #define VEXADATA_ELEMENT(T) template class ContiguousIteratorImpl<T>;
-#include <foundation/vexadata/PrimitiveTypes.inc>
+#include <foundation/vexadata/detail/PrimitiveTypes.inc>
 
 } // namespace vexa::data::detail

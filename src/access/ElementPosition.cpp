@@ -1,8 +1,8 @@
 #include "FieldReference.hpp"
 
-#include <foundation/vexadata/ElementPosition.hpp>
-#include <foundation/vexadata/TypeInformation.hpp>
 #include <foundation/vexadata/detail/ByKind.hpp>
+#include <foundation/vexadata/detail/ElementPosition.hpp>
+#include <foundation/vexadata/detail/TypeInformation.hpp>
 #include <vexa/data/impl/InPlaceStructImpl.hpp>
 
 namespace foundation::vexadata::detail {

@@ -3,7 +3,7 @@
 
 #include "../core/SpareBlock.hpp"
 
-#include <foundation/vexadata/ReferenceFunctions.hpp>
+#include <foundation/vexadata/detail/ReferenceFunctions.hpp>
 
 #include <cstddef>
 #include <cstdint>

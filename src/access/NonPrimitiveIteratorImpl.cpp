@@ -1,4 +1,4 @@
-#include <foundation/vexadata/Access.hpp>
+#include <foundation/vexadata/detail/Access.hpp>
 #include <vexa/data/detail/NonPrimitiveIteratorImpl.hpp>
 
 namespace vexa::data::detail {

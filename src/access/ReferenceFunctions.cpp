@@ -1,5 +1,5 @@
 #include <foundation/vexadata/Array.hpp>
-#include <foundation/vexadata/ReferenceFunctions.hpp>
+#include <foundation/vexadata/detail/ReferenceFunctions.hpp>
 
 #include <utility>
 

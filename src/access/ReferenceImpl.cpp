@@ -1,4 +1,4 @@
-#include <foundation/vexadata/Access.hpp>
+#include <foundation/vexadata/detail/Access.hpp>
 #include <vexa/data/detail/IndexRules.hpp>
 #include <vexa/data/detail/ReferenceImpl.hpp>
 #include <vexa/data/impl/ArrayImpl.hpp>

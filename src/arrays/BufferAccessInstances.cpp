@@ -3,6 +3,6 @@
 namespace foundation::vexadata {
 
 #define VEXADATA_ACCESS template
-#include <foundation/vexadata/BufferAccessInstances.inc>
+#include <foundation/vexadata/detail/BufferAccessInstances.inc>
 
 } // namespace foundation::vexadata

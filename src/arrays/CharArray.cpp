@@ -1,5 +1,5 @@
 #include <foundation/vexadata/CharArray.hpp>
-#include <foundation/vexadata/Text.hpp>
+#include <foundation/vexadata/detail/Text.hpp>
 
 namespace foundation::vexadata {
 

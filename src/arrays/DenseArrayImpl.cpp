@@ -297,6 +297,6 @@ void DenseArrayImpl<T>::noteShape() noexcept {
 }
 
 #define VEXADATA_ELEMENT(T) template class DenseArrayImpl<T>;
-#include <foundation/vexadata/PrimitiveTypes.inc>
+#include <foundation/vexadata/detail/PrimitiveTypes.inc>
 
 } // namespace vexa::data::impl

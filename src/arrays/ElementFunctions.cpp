@@ -12,7 +12,7 @@ using Chain = std::shared_ptr<ReferenceImpl>;
 #define VEXADATA_ELEMENT(T)                                                                                  \
     template T getValue<T>(Chain);                                                                           \
     template void setTypedElement<T>(Chain, T);
-#include <foundation/vexadata/PrimitiveTypes.inc>
+#include <foundation/vexadata/detail/PrimitiveTypes.inc>
 template Enumeration getValue<Enumeration>(Chain);
 template ValueObject getValue<ValueObject>(Chain);
 template void setTypedElement<Enumeration>(Chain, Enumeration);
@@ -22,7 +22,7 @@ template void setTypedElement<String>(Chain, String);
     template void validateReference<T>(Chain, bool);                                                         \
     template TypedArray<T> castTo<TypedArray<T>, false>(Chain);                                              \
     template TypedArray<T> castTo<TypedArray<T>, true>(Chain);
-#include <foundation/vexadata/ElementTypes.inc>
+#include <foundation/vexadata/detail/ElementTypes.inc>
 
 template Array castTo<Array, false>(Chain);
 template Array castTo<Array, true>(Chain);

@@ -1,5 +1,5 @@
 #include <foundation/vexadata/EnumArray.hpp>
-#include <foundation/vexadata/Text.hpp>
+#include <foundation/vexadata/detail/Text.hpp>
 #include <vexa/data/impl/EnumArrayImpl.hpp>
 
 namespace foundation::vexadata {

@@ -1,4 +1,4 @@
-#include <foundation/vexadata/Text.hpp>
+#include <foundation/vexadata/detail/Text.hpp>
 #include <vexa/data/detail/NonPrimitiveIteratorImpl.hpp>
 #include <vexa/data/impl/EnumArrayImpl.hpp>
 

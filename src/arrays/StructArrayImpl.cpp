@@ -1,4 +1,4 @@
-#include <foundation/vexadata/Access.hpp>
+#include <foundation/vexadata/detail/Access.hpp>
 #include <vexa/data/detail/NonPrimitiveIteratorImpl.hpp>
 #include <vexa/data/impl/StructArrayImpl.hpp>
 

@@ -3,6 +3,6 @@
 namespace foundation::vexadata {
 
 #define VEXADATA_ELEMENT(T) template class TypedArray<T>;
-#include <foundation/vexadata/ElementTypes.inc>
+#include <foundation/vexadata/detail/ElementTypes.inc>
 
 } // namespace foundation::vexadata

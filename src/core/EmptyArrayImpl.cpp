@@ -1,4 +1,4 @@
-#include <foundation/vexadata/Access.hpp>
+#include <foundation/vexadata/detail/Access.hpp>
 #include <vexa/data/impl/EmptyArrayImpl.hpp>
 
 // The bare `throw;` of the operations that no well-formed caller asks of an empty array is deliberate: with

@@ -26,14 +26,14 @@ public:
         if (kept_ == nullptr && (keeps_ || (keeps_ = atThreadEnd(&freeKept)))) {
             kept_ = block;
         } else {
-            ::operator delete(block, size);
+            ::operator delete(block);
         }
     }
 
 private:
     static void freeKept() noexcept {
         keeps_ = false;
-        ::operator delete(std::exchange(kept_, nullptr), size);
+        ::operator delete(std::exchange(kept_, nullptr));
     }
 
     // Found without a call; two words of the room that is reserved for this.

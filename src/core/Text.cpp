@@ -1,5 +1,5 @@
 #include <foundation/vexadata/Exception.hpp>
-#include <foundation/vexadata/Text.hpp>
+#include <foundation/vexadata/detail/Text.hpp>
 
 #include <algorithm>
 #include <cstring>

@@ -18,7 +18,7 @@ void TypedArrayImpl<optional<std::u16string>>::setElementValue(std::size_t index
 }
 
 #define VEXADATA_ELEMENT(T) template class TypedArrayImpl<T>;
-#include <foundation/vexadata/PrimitiveTypes.inc>
+#include <foundation/vexadata/detail/PrimitiveTypes.inc>
 template class TypedArrayImpl<foundation::vexadata::Array>;
 template class TypedArrayImpl<foundation::vexadata::StructElement>;
 template class TypedArrayImpl<foundation::vexadata::Enumeration>;

@@ -1,5 +1,5 @@
 #include <foundation/vexadata/ArrayFactory.hpp>
-#include <foundation/vexadata/TypeInformation.hpp>
+#include <foundation/vexadata/detail/TypeInformation.hpp>
 #include <vexa/data/detail/InPlace.hpp>
 #include <vexa/data/impl/ClassInfoImpl.hpp>
 

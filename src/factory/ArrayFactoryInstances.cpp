@@ -3,6 +3,6 @@
 namespace foundation::vexadata {
 
 #define VEXADATA_CREATORS template
-#include <foundation/vexadata/ArrayFactoryInstances.inc>
+#include <foundation/vexadata/detail/ArrayFactoryInstances.inc>
 
 } // namespace foundation::vexadata

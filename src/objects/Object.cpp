@@ -2,8 +2,8 @@
 
 #include <foundation/vexadata/Exception.hpp>
 #include <foundation/vexadata/Object.hpp>
-#include <foundation/vexadata/Text.hpp>
-#include <foundation/vexadata/TypeInformation.hpp>
+#include <foundation/vexadata/detail/Text.hpp>
+#include <foundation/vexadata/detail/TypeInformation.hpp>
 
 namespace foundation::vexadata {
 

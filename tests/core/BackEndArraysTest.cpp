@@ -64,7 +64,7 @@ void expectMadeWhole() {
 
 TEST(BackEndArrays, AreWholeForEveryPrimitiveKindAndSize) {
 #define VEXADATA_ELEMENT(T) expectMadeWhole<T>();
-#include <foundation/vexadata/PrimitiveTypes.inc>
+#include <foundation/vexadata/detail/PrimitiveTypes.inc>
 }
 
 TEST(BackEndArrays, TakeValuesFromAnyIterators) {

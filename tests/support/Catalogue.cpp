@@ -276,7 +276,7 @@ const std::vector<Kind>& catalogue() {
         sparseOf<double>("double"),
         sparseOf<std::complex<double>>("complex"),
 #define VEXADATA_ELEMENT(T) numbersOf<T>(#T),
-#include <foundation/vexadata/PrimitiveTypes.inc>
+#include <foundation/vexadata/detail/PrimitiveTypes.inc>
     };
     return all;
 }

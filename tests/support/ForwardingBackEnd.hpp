@@ -3,7 +3,6 @@
 // unwrapped again when they are handed back to the inner back-end.
 #pragma once
 
-#include <foundation/vexadata/Access.hpp>
 #include <foundation/vexadata/Array.hpp>
 #include <foundation/vexadata/ClassInfo.hpp>
 #include <foundation/vexadata/Enumeration.hpp>
@@ -11,6 +10,7 @@
 #include <foundation/vexadata/Object.hpp>
 #include <foundation/vexadata/StructElement.hpp>
 #include <foundation/vexadata/Traits.hpp>
+#include <foundation/vexadata/detail/Access.hpp>
 #include <vexa/data/detail/ForwardIteratorImpl.hpp>
 #include <vexa/data/detail/NonPrimitiveIteratorImpl.hpp>
 #include <vexa/data/impl/ArrayFactoryImpl.hpp>

@@ -44,7 +44,7 @@ public:
 #define VEXADATA_ELEMENT(T)                                                                                  \
     case fv::detail::arrayTypeOf<T>:                                                                         \
         return new typename Kinds::template Numbers<T>(std::move(array));
-#include <foundation/vexadata/PrimitiveTypes.inc>
+#include <foundation/vexadata/detail/PrimitiveTypes.inc>
         case fv::ArrayType::CELL:
             return new typename Kinds::Cells(std::move(array));
         case fv::ArrayType::STRING:

@@ -2,7 +2,7 @@
 // step.
 #pragma once
 
-#include <foundation/vexadata/Access.hpp>
+#include <foundation/vexadata/detail/Access.hpp>
 #include <vexa/data/detail/IteratorImpl.hpp>
 #include <vexa/data/detail/ReferenceImpl.hpp>
 

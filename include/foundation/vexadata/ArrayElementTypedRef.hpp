@@ -1,8 +1,10 @@
-// Handles to elements of typed arrays.
+// `ArrayElementTypedRef<T, isConst>`: what `a[i][j]` of a `TypedArray<T>` gives, to be used at once. Elements
+// of an array whose kind is not known have `ArrayElementRef`; an element that is kept is a `Reference<T>`
+// (Reference.hpp).
 #pragma once
 
-#include <foundation/vexadata/ElementHandle.hpp>
-#include <foundation/vexadata/Text.hpp>
+#include <foundation/vexadata/detail/ElementHandle.hpp>
+#include <foundation/vexadata/detail/Text.hpp>
 
 #include <cstddef>
 #include <memory>

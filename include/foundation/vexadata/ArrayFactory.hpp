@@ -67,8 +67,8 @@ inline constexpr bool isNarrowText = std::is_same_v<Element, String>
 
 } // namespace detail
 
-/// Makes every array, over the back-end that is registered when the factory is made. Copies share one back-end
-/// factory.
+/// Makes every array, over the back-end that is registered when the factory is made. Copies share one
+/// back-end factory.
 ///
 /// Dimensions: one entry n means n by 1 and is not tested; otherwise their product must fit in 64 bits, which
 /// a zero before a huge entry satisfies. Creators that take dimensions throw
@@ -175,7 +175,8 @@ public:
                                          buffer_ptr<T> values, buffer_ptr<std::size_t> rows,
                                          buffer_ptr<std::size_t> starts) const;
 
-    /// Describes a class by its properties, those of its arrays and its superclasses. The back-end judges them.
+    /// Describes a class by its properties, those of its arrays and its superclasses. The back-end judges
+    /// them.
     ClassInfo createClassInfo(const VexaClassIdentifier& name,
                               const std::vector<VexaPropertyIdentifier>& properties = {},
                               const std::vector<VexaPropertyIdentifier>& arrayProperties = {},
@@ -197,8 +198,8 @@ public:
     /// A member of an enumeration class as an object.
     ValueObject createEnumerationObject(const std::string& className, const std::string& member) const;
 
-    /// A buffer for `count` elements, to be filled and handed to `createArrayFromBuffer`. What is in it before
-    /// is not defined.
+    /// A buffer for `count` elements, to be filled and handed to `createArrayFromBuffer`. What is in it
+    /// before is not defined.
     /// @throws MustBePrimitiveTypeException
     std::unique_ptr<void, void (*)(void*)> createBuffer(ArrayType type, std::size_t count) const;
     /// A buffer of `count` bytes, not filled either.
@@ -347,6 +348,6 @@ TypedArray<T> ArrayFactory::createArrayFromBuffer(std::vector<std::size_t> dims,
 }
 
 #define VEXADATA_CREATORS extern template
-#include <foundation/vexadata/ArrayFactoryInstances.inc>
+#include <foundation/vexadata/detail/ArrayFactoryInstances.inc>
 
 } // namespace foundation::vexadata

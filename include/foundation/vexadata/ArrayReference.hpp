@@ -1,8 +1,7 @@
-// References to arrays that cells and fields hold, when the kind of the array is known:
-// `Reference<TypedArray<T>>` and, with the headers of their kinds, `Reference<CharArray>`,
-// `Reference<StructArray>` and so on. `Reference<const ...>` of each only reads. For an array of any kind see
-// `Reference<Array>` (Reference.hpp), for a single element of a primitive array
-// `Reference<T>`.
+// `Reference<TypedArray<T>>` and its like: references to arrays that cells and fields hold, of a kind that is
+// known at compile time. With the headers of their kinds also `Reference<CharArray>`,
+// `Reference<StructArray>` and so on; `Reference<const ...>` only reads. For an array of any kind see
+// `Reference<Array>`, for a single element of a primitive array `Reference<T>` (both Reference.hpp).
 #pragma once
 
 #include <foundation/vexadata/BufferAccess.hpp>
@@ -16,9 +15,9 @@ namespace foundation::vexadata {
 
 namespace detail {
 
-/// What a reference to an array of handle type `A` can do to be read; `Ext` adds what the kind of array has of
-/// its own. What lies in the cell or field may be replaced while the reference is kept: its kind is tested at
-/// every use.
+/// What a reference to an array of handle type `A` can do to be read; `Ext` adds what the kind of array has
+/// of its own. What lies in the cell or field may be replaced while the reference is kept: its kind is tested
+/// at every use.
 ///
 /// @throws TypeMismatchException from every function when no array of this kind lies there; index errors
 template <class A, class Ext>

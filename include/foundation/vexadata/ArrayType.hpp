@@ -64,7 +64,8 @@ enum class ArrayType : std::int32_t {
 
 namespace detail {
 
-/// True for LOGICAL, CHAR and DOUBLE to COMPLEX_UINT64. Any value, also one outside the catalogue, may be asked.
+/// True for LOGICAL, CHAR and DOUBLE to COMPLEX_UINT64. Any value, also one outside the catalogue, may be
+/// asked.
 constexpr bool isPrimitive(ArrayType type) noexcept {
     constexpr std::uint32_t primitives = 0xFFFFF6U;
     const auto value = static_cast<std::uint32_t>(type);

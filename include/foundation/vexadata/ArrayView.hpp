@@ -82,8 +82,8 @@ private:
 
 namespace detail {
 
-/// Fills in the extents and strides of an array seen through `rank` indices: missing dimensions have extent 1,
-/// and a row or column vector may be seen through one index.
+/// Fills in the extents and strides of an array seen through `rank` indices: missing dimensions have extent
+/// 1, and a row or column vector may be seen through one index.
 /// @throws NotEnoughIndicesProvidedException when the array has more dimensions than that
 VEXADATA_API void describeLayout(const ArrayImpl& array, std::size_t rank, std::size_t* extents,
                                  std::size_t* strides);

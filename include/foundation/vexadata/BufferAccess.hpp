@@ -20,9 +20,9 @@ struct KeepAlive {
 
 } // namespace detail
 
-/// The elements of a primitive array in storage order, without a copy. The deleter holds a handle to the array and
-/// frees nothing else: the storage lives at least as long as the pointer, and a write through another handle
-/// leaves it as it is. Never unshares.
+/// The elements of a primitive array in storage order, without a copy. The deleter holds a handle to the
+/// array and frees nothing else: the storage lives at least as long as the pointer, and a write through
+/// another handle leaves it as it is. Never unshares.
 template <class T>
 VEXADATA_API std::unique_ptr<const T[], std::function<void(const T*)>> getBufferPtr(TypedArray<T> array) {
     static_assert(detail::isPrimitiveElement<T>, "only arrays of primitive elements have a buffer");
@@ -117,6 +117,6 @@ Range<TypedIterator, T> getWritableElements(const ArrayElementRef<false>& elemen
 }
 
 #define VEXADATA_ACCESS extern template
-#include <foundation/vexadata/BufferAccessInstances.inc>
+#include <foundation/vexadata/detail/BufferAccessInstances.inc>
 
 } // namespace foundation::vexadata

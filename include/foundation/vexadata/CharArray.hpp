@@ -10,7 +10,8 @@
 
 namespace foundation::vexadata {
 
-/// An array of UTF-16 units that is read as one text: all its elements in storage order, whatever its dimensions.
+/// An array of UTF-16 units that is read as one text: all its elements in storage order, whatever its
+/// dimensions.
 class VEXADATA_API CharArray : public TypedArray<char16_t> {
 public:
     using TypedArray<char16_t>::TypedArray;
@@ -59,7 +60,8 @@ public:
 };
 
 /// The text of a character array, or of a string array with exactly one element.
-/// @throws InvalidArrayTypeException for any other array, string arrays of other dimensions than 1 by 1 among them
+/// @throws InvalidArrayTypeException for any other array, string arrays of other dimensions than 1 by 1 among
+/// them
 /// @throws std::runtime_error "Missing string value"
 VEXADATA_API std::u16string toUTF16(const Array& array);
 

@@ -42,7 +42,8 @@ private:
 
 /// A property of an object, as seen while walking it. Valid as long as the object's handle is neither dropped
 /// nor made private by a later write. A property that came from a read-only walk cannot be written: storing a
-/// value, and any writable way into its value, throw CantAssignArrayToThisArrayException; back-ends see to it.
+/// value, and any writable way into its value, throw CantAssignArrayToThisArrayException; back-ends see to
+/// it.
 class VEXADATA_API Property {
 public:
     /// Adopts the one reference that `impl` carries.

@@ -34,8 +34,8 @@ class VEXADATA_API EnumArrayExt : public ArrayReferenceExt {
 public:
     using ArrayReferenceExt::ArrayReferenceExt;
 
-    /// As many bytes of the class name as the array has elements, deliberately: fewer than the name has cut it
-    /// off, more go on behind its end. For the name itself ask `EnumArray::getClassName`.
+    /// As many bytes of the class name as the array has elements, deliberately: fewer than the name has cut
+    /// it off, more go on behind its end. For the name itself ask `EnumArray::getClassName`.
     /// @throws TypeMismatchException when something else lies there by now; index errors
     std::string getClassName() const;
 };

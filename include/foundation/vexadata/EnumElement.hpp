@@ -1,9 +1,9 @@
 // Handles to elements of enumeration arrays.
 #pragma once
 
-#include <foundation/vexadata/ElementHandle.hpp>
 #include <foundation/vexadata/Enumeration.hpp>
 #include <foundation/vexadata/Reference.hpp>
+#include <foundation/vexadata/detail/ElementHandle.hpp>
 
 #include <memory>
 #include <string>

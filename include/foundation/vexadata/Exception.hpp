@@ -7,8 +7,9 @@
 
 namespace foundation::vexadata {
 
-/// Root of the library's errors. Deliberately not a std::exception: a handler for that one does not catch these.
-/// Copying is trivial for all of them; thrown by value; the text of `what()` lives as long as the process.
+/// Root of the library's errors. Deliberately not a std::exception: a handler for that one does not catch
+/// these. Copying is trivial for all of them; thrown by value; the text of `what()` lives as long as the
+/// process.
 class VEXADATA_API Exception {
 public:
     /// The fixed message of the class; the same pointer every time. Operation 1.

@@ -1,4 +1,5 @@
-// Elements of the array that a cell or field holds, reached in place: what `cells[i].held()[j]` gives.
+// `HeldElementRef`: an element of the array that a cell or field holds, reached in place: what
+// `cells[i].held()[j]` gives. The cell or field itself is an `ArrayElementRef`.
 #pragma once
 
 #include <foundation/vexadata/Reference.hpp>
@@ -13,9 +14,9 @@ namespace foundation::vexadata {
 
 namespace detail {
 
-/// A cell or field, and indices into the array that it holds. That array is looked up at every use, so that it
-/// may be replaced meanwhile: nothing is kept of it, and nothing is tested before. With up to three indices,
-/// and as long as the array in a cell is the cell's alone, nothing is allocated.
+/// A cell or field, and indices into the array that it holds. That array is looked up at every use, so that
+/// it may be replaced meanwhile: nothing is kept of it, and nothing is tested before. With up to three
+/// indices, and as long as the array in a cell is the cell's alone, nothing is allocated.
 class VEXADATA_API HeldPosition {
 public:
     /// A first index. `writable` when `forWrite` may be called.

@@ -8,8 +8,8 @@
 
 namespace foundation::vexadata {
 
-/// Reads, writes, clears and lists variables. Binary contract: operations 3 to 7 follow the two entries of the
-/// destructor. Names are NUL-terminated and borrowed for the call.
+/// Reads, writes, clears and lists variables. Binary contract: operations 3 to 7 follow the two entries of
+/// the destructor. Names are NUL-terminated and borrowed for the call.
 class VEXADATA_API ICustomWorkspace {
 public:
     virtual ~ICustomWorkspace();

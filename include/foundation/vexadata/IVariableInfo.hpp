@@ -8,8 +8,8 @@
 
 namespace foundation::vexadata {
 
-/// Answers for variables by their position in a list of names. Binary contract: operations 3 and 4 follow the two
-/// entries of the destructor. No operation checks its index.
+/// Answers for variables by their position in a list of names. Binary contract: operations 3 and 4 follow the
+/// two entries of the destructor. No operation checks its index.
 class VEXADATA_API IVariableInfo {
 public:
     /// Unscoped, so that it compares with the numbers that engines use.

@@ -1,9 +1,9 @@
 // Handles to elements of object arrays.
 #pragma once
 
-#include <foundation/vexadata/ElementHandle.hpp>
 #include <foundation/vexadata/Object.hpp>
 #include <foundation/vexadata/Reference.hpp>
+#include <foundation/vexadata/detail/ElementHandle.hpp>
 
 #include <cstddef>
 #include <memory>
@@ -15,7 +15,8 @@ namespace foundation::vexadata {
 
 namespace detail {
 
-// Elements of object arrays are handed out and stored as handles; an element without object gives an empty one.
+// Elements of object arrays are handed out and stored as handles; an element without object gives an empty
+// one.
 template <>
 VEXADATA_API ValueObject readElement<ValueObject>(ArrayImpl& array, std::size_t index,
                                                   const std::string& fieldName);
@@ -31,14 +32,14 @@ VEXADATA_API void writeElement<HandleObjectRef>(ArrayImpl& array, std::size_t in
 
 extern template VEXADATA_API ValueObject getValue<ValueObject>(std::shared_ptr<ReferenceImpl>);
 
-/// What every handle to a value object in an array can do. Converts to the object, shared with the array until
-/// one of them is written; to change an element, change that object and assign it.
+/// What every handle to a value object in an array can do. Converts to the object, shared with the array
+/// until one of them is written; to change an element, change that object and assign it.
 class VEXADATA_API ValueObjectElement : public ElementView<ValueObject> {
 public:
     using ElementView<ValueObject>::ElementView;
 
-    /// The value of a property, shared with the object. Constant, so that writing to it on the spot, which the
-    /// element would never see, does not compile.
+    /// The value of a property, shared with the object. Constant, so that writing to it on the spot, which
+    /// the element would never see, does not compile.
     /// @throws index errors; errors of the back-end
     const Array operator[](const VexaPropertyIdentifier& id) const;
     const Array operator[](const std::string& id) const { return (*this)[VexaPropertyIdentifier(id)]; }

@@ -1,4 +1,6 @@
-// Named references: element handles that were checked when they were formed and can be kept.
+// `Reference<T>` and `Reference<Array>`: elements that were checked when the reference was formed and can be
+// kept. References to arrays of a known kind are in ArrayReference.hpp; what `a[i][j]` gives, to be used at
+// once, is an `ArrayElementTypedRef` or `ArrayElementRef`.
 #pragma once
 
 #include <foundation/vexadata/ArrayElementRef.hpp>
@@ -14,7 +16,8 @@
 
 namespace foundation::vexadata {
 
-/// Adopts a chain handed out by a back-end, with the one reference that it carries. Null gives an empty holder.
+/// Adopts a chain handed out by a back-end, with the one reference that it carries. Null gives an empty
+/// holder.
 class ReferenceHolder {
 public:
     /// @throws std::bad_alloc after dropping the reference
@@ -162,13 +165,14 @@ public:
     HeldElements<false> held();
     HeldElements<true> held() const;
 
-    /// Exchanges the arrays held. Found by argument alone: `std::swap` by its full name would lose one of them.
+    /// Exchanges the arrays held. Found by argument alone: `std::swap` by its full name would lose one of
+    /// them.
     friend VEXADATA_API void swap(Reference a, Reference b);
 
-    /// A field of the record that this reference stands for. A reference that is a field already stands for an
-    /// array and not for a record: index that array first.
-    /// @throws CanOnlyUseOneStringIndexException on a field; TypeMismatchException when the array is no struct
-    /// array; index errors; errors of the back-end
+    /// A field of the record that this reference stands for. A reference that is a field already stands for
+    /// an array and not for a record: index that array first.
+    /// @throws CanOnlyUseOneStringIndexException on a field; TypeMismatchException when the array is no
+    /// struct array; index errors; errors of the back-end
     Reference operator[](const std::string& fieldName) {
         return detail::fieldOf(detail::ElementPosition(chain_), fieldName, std::false_type());
     }

@@ -3,7 +3,8 @@
 
 #include <foundation/vexadata/Range.hpp>
 #include <foundation/vexadata/Reference.hpp>
-#include <foundation/vexadata/TypeInformation.hpp>
+#include <foundation/vexadata/detail/HeldError.hpp>
+#include <foundation/vexadata/detail/TypeInformation.hpp>
 #include <vexa/data/detail/ContiguousIteratorImpl.hpp>
 #include <vexa/data/detail/IteratorImpl.hpp>
 #include <vexa/data/detail/NonPrimitiveIteratorImpl.hpp>
@@ -65,9 +66,9 @@ private:
 /// as that of `std::vector<bool>` does. Iterators that are compared or subtracted must come from one array.
 /// Copies move independently.
 ///
-/// The library's own kinds of iterators, over contiguous storage and over positions, move alone: their `impl_`
-/// points at nothing and only owns what keeps the chain alive through which the array was reached. All others
-/// forward every step to the back-end's iterator.
+/// The library's own kinds of iterators, over contiguous storage and over positions, move alone: their
+/// `impl_` points at nothing and only owns what keeps the chain alive through which the array was reached.
+/// All others forward every step to the back-end's iterator.
 template <class T>
 class TypedIterator {
     using Element = std::remove_const_t<T>;

@@ -30,7 +30,8 @@ public:
     using TypedArray<ValueObject>::TypedArray;
     using TypedArray<ValueObject>::operator=;
     using TypedArray<ValueObject>::operator[];
-    /// @throws InvalidArrayTypeException when the array is none of objects; a moved argument is emptied even then
+    /// @throws InvalidArrayTypeException when the array is none of objects; a moved argument is emptied even
+    /// then
     ValueObjectArray(const Array& array) : TypedArray<ValueObject>(array) {}
     ValueObjectArray(Array&& array) : TypedArray<ValueObject>(std::move(array)) {}
     ValueObjectArray(const ValueObjectArray&) noexcept = default;
@@ -51,7 +52,8 @@ public:
     Reference<Array> operator[](const VexaPropertyIdentifier& id);
     using detail::PropertiesByText<ValueObjectArray>::operator[];
 
-    /// The properties of the array. Those that the read-only forms give cannot be written through; see Property.
+    /// The properties of the array. Those that the read-only forms give cannot be written through; see
+    /// Property.
     ForwardIterator<Property> beginArrayProp();
     ForwardIterator<Property> endArrayProp();
     ForwardIterator<const Property> beginArrayProp() const { return cbeginArrayProp(); }

@@ -22,7 +22,8 @@ public:
     ~VariableInfo() override;
 
     VariableStatus getStatus(std::size_t index) const override;
-    /// The value, shared with the workspace until one side is written; an empty array for a variable without one.
+    /// The value, shared with the workspace until one side is written; an empty array for a variable without
+    /// one.
     /// @throws std::bad_alloc
     Array getValue(std::size_t index) const override;
 

@@ -66,7 +66,7 @@ constexpr auto visitResult() {
 template <class F>
 using ResultOfVisit = typename decltype(visitResult<F,
 #define VEXADATA_ELEMENT(T) typename VisitedHandle<ElementTag<T>>::type,
-#include <foundation/vexadata/ElementTypes.inc>
+#include <foundation/vexadata/detail/ElementTypes.inc>
     SparseArray<bool>, SparseArray<double>, SparseArray<std::complex<double>>>())::type;
 // clang-format on
 
@@ -85,15 +85,17 @@ using ResultOfVisit = typename decltype(visitResult<F,
 /// | handle object | `TypedArray<HandleObjectRef>` |
 /// | sparse | `SparseArray<T>` |
 ///
-/// `f` is a function object; several functions, one for each kind that matters, are made one by deriving from all of them. A call
-/// operator that is a template must compile for every handle that it takes. All of them return the same type.
+/// `f` is a function object; several functions, one for each kind that matters, are made one by deriving from
+/// all of them. A call operator that is a template must compile for every handle that it takes. All of them
+/// return the same type.
 ///
-/// The handle shares the array with `array`, so that a write through it makes a copy. To write in place, move the array in and return
-/// the handle: `array = visit(std::move(array), f);`.
+/// The handle shares the array with `array`, so that a write through it makes a copy. To write in place, move
+/// the array in and return the handle: `array = visit(std::move(array), f);`.
 ///
 /// Costs a virtual call and a jump; allocates nothing. The thread rule is that of the handles.
 ///
-/// @throws InvalidArrayTypeException for a kind that `f` does not take, and for the empty array, which has none; what `f` throws
+/// @throws InvalidArrayTypeException for a kind that `f` does not take, and for the empty array, which has
+/// none; what `f` throws
 template <class F>
 detail::ResultOfVisit<F> visit(Array array, F&& f) {
     using Result = detail::ResultOfVisit<F>;

@@ -74,7 +74,7 @@ template struct Operation<afterDestructor + 35, bool(const ArrayImpl*) const, &A
 static_assert(sizeof(EmptyArrayImpl) == 16);
 
 #define VEXADATA_ELEMENT(T) template struct Interface<TypedArrayImpl<T>, 16, afterDestructor + 41>;
-#include <foundation/vexadata/PrimitiveTypes.inc>
+#include <foundation/vexadata/detail/PrimitiveTypes.inc>
 template struct Interface<TypedArrayImpl<Array>, 16, afterDestructor + 41>;
 template struct Operation<afterDestructor + 36, void(), &TypedArrayImpl<double>::reservedOp36>;
 template struct Operation<afterDestructor + 37, void(), &TypedArrayImpl<double>::reservedOp37>;

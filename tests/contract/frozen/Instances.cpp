@@ -57,7 +57,7 @@ using Element =
                              &getReadOnlyElements<T>>;                                                       \
     template struct Function<Range<TypedIterator, T> (*)(Array&), &getWritableElements<T>>;                  \
     template struct Function<Range<TypedIterator, T> (*)(Reference<Array>&), &getWritableElements<T>>;
-#include <foundation/vexadata/ElementTypes.inc>
+#include <foundation/vexadata/detail/ElementTypes.inc>
 
 #define VEXADATA_ELEMENT(T)                                                                                  \
     template struct Function<TypedArray<T> (ArrayFactory::*)(Sizes, const T*, std::size_t) const,            \
@@ -82,7 +82,7 @@ using Element =
                              &DenseArrayImpl<T>::withData>;                                                  \
     template struct Function<const InPlace<T>& (DenseArrayImpl<T>::*)() const, &DenseArrayImpl<T>::inPlace>; \
     template struct Function < void (*)(void*), &DenseArrayImpl<T>::operator delete>;
-#include <foundation/vexadata/PrimitiveTypes.inc>
+#include <foundation/vexadata/detail/PrimitiveTypes.inc>
 
 #define VEXADATA_SPARSE(T)                                                                                   \
     template struct Function < SparseArray<T>& (SparseArray<T>::*)(const Array&),                            \

@@ -1,5 +1,6 @@
-// From the kind of an array, known at run time, to the type of its elements. Every place that decides by kind what a template is to do
-// comes here, so that a new element type is added to PrimitiveTypes.inc, or to `withKind` below, and nowhere else.
+// From the kind of an array, known at run time, to the type of its elements. Every place that decides by kind
+// what a template is to do comes here, so that a new element type is added to PrimitiveTypes.inc, or to
+// `withKind` below, and nowhere else.
 #pragma once
 
 #include <foundation/vexadata/Traits.hpp>
@@ -31,15 +32,15 @@ struct NoElementTag {
     static constexpr bool isSparse = false;
 };
 
-/// Calls `visit` with the tag of a kind and returns what it returns, which must be of one type for all tags. An OBJECT array is one of
-/// value objects here.
+/// Calls `visit` with the tag of a kind and returns what it returns, which must be of one type for all tags.
+/// An OBJECT array is one of value objects here.
 template <class Visit>
 decltype(auto) withKind(ArrayType type, Visit&& visit) {
     switch (type) {
 #define VEXADATA_ELEMENT(T)                                                                                  \
     case arrayTypeOf<T>:                                                                                     \
         return visit(ElementTag<T>());
-#include <foundation/vexadata/PrimitiveTypes.inc>
+#include <foundation/vexadata/detail/PrimitiveTypes.inc>
     case ArrayType::STRING:
         return visit(ElementTag<String>());
     case ArrayType::CELL:
@@ -90,7 +91,7 @@ bool withSparse(ArrayType type, Visit&& visit) {
 template <class Visit>
 void forEachPrimitive(Visit&& visit) {
 #define VEXADATA_ELEMENT(T) visit(ElementTag<T>());
-#include <foundation/vexadata/PrimitiveTypes.inc>
+#include <foundation/vexadata/detail/PrimitiveTypes.inc>
 }
 
 } // namespace foundation::vexadata::detail

@@ -56,7 +56,7 @@ protected:
 };
 
 #define VEXADATA_ELEMENT(T) extern template class VEXADATA_API TypedArrayImpl<T>;
-#include <foundation/vexadata/PrimitiveTypes.inc>
+#include <foundation/vexadata/detail/PrimitiveTypes.inc>
 extern template class VEXADATA_API TypedArrayImpl<foundation::vexadata::Array>;
 extern template class VEXADATA_API TypedArrayImpl<foundation::vexadata::StructElement>;
 extern template class VEXADATA_API TypedArrayImpl<foundation::vexadata::Enumeration>;

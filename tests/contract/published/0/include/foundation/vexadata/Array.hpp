@@ -1,11 +1,13 @@
-// The handle of any array.
+// The handle of an array of any kind. When the type of the elements is known at compile time: `TypedArray<T>`
+// (TypedArray.hpp); an array that lies in a cell or field is referred to by `Reference<Array>`
+// (Reference.hpp).
 #pragma once
 
-#include <foundation/vexadata/Access.hpp>
 #include <foundation/vexadata/ArrayElementRef.hpp>
 #include <foundation/vexadata/ArrayType.hpp>
 #include <foundation/vexadata/HeldElementRef.hpp>
 #include <foundation/vexadata/Reference.hpp>
+#include <foundation/vexadata/detail/Access.hpp>
 #include <vexa/data/impl/ArrayImpl.hpp>
 
 #include <cstddef>
@@ -18,8 +20,8 @@
 namespace foundation::vexadata {
 
 /// An array as a value. Copying shares the back-end's array; the first write through a handle that shares
-/// gives that handle a copy of its own. Moving leaves the source without an array: it may only be destroyed or
-/// assigned. Distinct handles may be used, copied and dropped on different threads; one handle must not be
+/// gives that handle a copy of its own. Moving leaves the source without an array: it may only be destroyed
+/// or assigned. Distinct handles may be used, copied and dropped on different threads; one handle must not be
 /// used on two at once.
 class VEXADATA_API Array {
 public:

@@ -1,6 +1,6 @@
-// Handles to elements of arrays whose kind is not known at compile time, and of cell arrays. One level deeper,
-// into the array that such an element holds, leads `held()` (HeldElementRef.hpp). Elements of a
-// `TypedArray<T>` have ArrayElementTypedRef; a reference that is kept is a `Reference<T>`.
+// `ArrayElementRef<isConst>`: what `a[i][j]` of an `Array` or of a cell array gives, to be used at once. One
+// level deeper, into the array that such an element holds, leads `held()` (HeldElementRef.hpp). Elements of a
+// `TypedArray<T>` have `ArrayElementTypedRef`; an element that is kept is a `Reference<T>` (Reference.hpp).
 #pragma once
 
 #include <foundation/vexadata/UntypedElement.hpp>
@@ -16,8 +16,8 @@ class HeldElements;
 
 /// What `Array::operator[]` returns: an element of any kind of array, or a partial subscript that needs
 /// further indices. Values, texts and records are read and written when the array's kind is exactly theirs,
-/// fields reached by name, and array handles are constructed from it and assigned to it when the element holds
-/// an array. Validity and indices as for ArrayElementTypedRef.
+/// fields reached by name, and array handles are constructed from it and assigned to it when the element
+/// holds an array. Validity and indices as for ArrayElementTypedRef.
 template <bool isConst>
 class ArrayElementRef : public detail::Indexing<ArrayElementRef<isConst>>,
                         public detail::UntypedElement<ArrayElementRef<isConst>, isConst> {

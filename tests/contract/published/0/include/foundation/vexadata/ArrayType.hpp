@@ -64,11 +64,17 @@ enum class ArrayType : std::int32_t {
 
 namespace detail {
 
-/// True for LOGICAL, CHAR and DOUBLE to COMPLEX_UINT64. Any value, also one outside the catalogue, may be asked.
+/// True for LOGICAL, CHAR and DOUBLE to COMPLEX_UINT64. Any value, also one outside the catalogue, may be
+/// asked.
 constexpr bool isPrimitive(ArrayType type) noexcept {
     constexpr std::uint32_t primitives = 0xFFFFF6U;
     const auto value = static_cast<std::uint32_t>(type);
     return value < 24U && ((primitives >> value) & 1U) != 0U;
+}
+
+/// True for the three kinds of sparse arrays.
+constexpr bool isSparse(ArrayType type) noexcept {
+    return type >= ArrayType::SPARSE_LOGICAL && type <= ArrayType::SPARSE_COMPLEX_DOUBLE;
 }
 
 /// Returns when `type` is primitive.

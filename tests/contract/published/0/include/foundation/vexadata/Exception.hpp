@@ -7,8 +7,9 @@
 
 namespace foundation::vexadata {
 
-/// Root of the library's errors. Deliberately not a std::exception: a handler for that one does not catch these.
-/// Copying is trivial for all of them; thrown by value; the text of `what()` lives as long as the process.
+/// Root of the library's errors. Deliberately not a std::exception: a handler for that one does not catch
+/// these. Copying is trivial for all of them; thrown by value; the text of `what()` lives as long as the
+/// process.
 class VEXADATA_API Exception {
 public:
     /// The fixed message of the class; the same pointer every time. Operation 1.
@@ -199,22 +200,8 @@ namespace detail {
 template <class E>
 [[noreturn, gnu::cold, gnu::noinline]] VEXADATA_API void raise();
 
-extern template VEXADATA_API void raise<MustBePrimitiveTypeException>();
-extern template VEXADATA_API void raise<EArrayIndexOutOfRange>();
-extern template VEXADATA_API void raise<NotEnoughIndicesProvidedException>();
-extern template VEXADATA_API void raise<EInvalidDimensionsInSparseArray>();
-extern template VEXADATA_API void raise<NonAsciiCharInInputDataException>();
-extern template VEXADATA_API void raise<NumberOfElementsExceedsMaximumException>();
-extern template VEXADATA_API void raise<StringIndexMustBeLastException>();
-extern template VEXADATA_API void raise<TooManyIndicesProvidedException>();
-extern template VEXADATA_API void raise<CantIndexIntoEmptyArrayException>();
-extern template VEXADATA_API void raise<NonAsciiCharInRequestedAsciiOutputException>();
-extern template VEXADATA_API void raise<EArrayUnknownDataType>();
-extern template VEXADATA_API void raise<CanOnlyUseOneStringIndexException>();
-extern template VEXADATA_API void raise<TypeMismatchException>();
-extern template VEXADATA_API void raise<WrongVectorSizeForStructException>();
-extern template VEXADATA_API void raise<CantAssignArrayToThisArrayException>();
-extern template VEXADATA_API void raise<InvalidArrayTypeException>();
+#define VEXADATA_ERROR(E, message) extern template VEXADATA_API void raise<E>();
+#include <foundation/vexadata/ErrorTypes.inc>
 
 } // namespace detail
 

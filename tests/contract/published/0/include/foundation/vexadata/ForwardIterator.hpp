@@ -1,8 +1,8 @@
 // Walking the names, classes and properties that a back-end keeps.
 #pragma once
 
-#include <foundation/vexadata/Access.hpp>
 #include <foundation/vexadata/Range.hpp>
+#include <foundation/vexadata/detail/Access.hpp>
 #include <vexa/data/detail/ForwardIteratorImpl.hpp>
 
 #include <cstddef>

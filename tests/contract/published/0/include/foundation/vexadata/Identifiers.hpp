@@ -1,7 +1,7 @@
 // Names of classes, fields and properties.
 #pragma once
 
-#include <foundation/vexadata/Access.hpp>
+#include <foundation/vexadata/detail/Access.hpp>
 
 #include <cstddef>
 #include <functional>
@@ -69,10 +69,11 @@ public:
     explicit VexaPropertyIdentifier(vexa::data::detail::RefCounted* impl);
 
     std::string getPropertyName() const; ///< empty after a move
-    /// The qualifying class; without one that of the link, as long as its class information lives; else empty.
+    /// The qualifying class; without one that of the link, as long as its class information lives; else
+    /// empty.
     std::string getClassName() const;
-    /// The name to show: the property alone when it is unqualified, or qualified by the class of the link; else
-    /// "Class.property".
+    /// The name to show: the property alone when it is unqualified, or qualified by the class of the link;
+    /// else "Class.property".
     std::string getExternalPropertyName() const;
 
     /// Links to class information, which the link does not keep alive. Does nothing after a move.
@@ -92,9 +93,9 @@ private:
 
 namespace detail {
 
-/// Resolves a property identifier against a class. An unqualified one is linked to it, the caller's identifier
-/// with it; one qualified by this very class becomes an unqualified one of its own, linked; one of another
-/// class stays as it is.
+/// Resolves a property identifier against a class. An unqualified one is linked to it, the caller's
+/// identifier with it; one qualified by this very class becomes an unqualified one of its own, linked; one of
+/// another class stays as it is.
 VEXADATA_API VexaPropertyIdentifier validateVexaPropertyIdentifier(const VexaPropertyIdentifier& id,
                                                                    ClassInfo& classInfo);
 

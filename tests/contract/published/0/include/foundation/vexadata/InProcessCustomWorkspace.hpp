@@ -14,7 +14,8 @@ namespace foundation::vexadata {
 /// outlive the object; nothing is tested and nothing freed. What a callback throws passes through. Calls go
 /// straight to the engine, on the caller's thread.
 ///
-/// Iterators handed to a callback are this library's and live for the call: `get` gives the record of the exchange
+/// Iterators handed to a callback are this library's and live for the call: `get` gives the record of the
+/// exchange
 /// (VariableInfoImplData, borrowed) whatever the position, and the k-th step from the begin means variable k.
 class VEXADATA_API InProcessCustomWorkspace : public ICustomWorkspace {
 public:

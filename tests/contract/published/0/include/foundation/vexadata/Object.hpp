@@ -82,9 +82,9 @@ public:
     /// @throws std::logic_error when the back-end has none
     std::string getEnumerationName() const;
 
-    /// The value of a property, shared with the object until one of them is written. Constant, so that writing
-    /// to it on the spot, which the object would never see, does not compile; assign it to an `Array` to
-    /// change that.
+    /// The value of a property, shared with the object until one of them is written. Constant, so that
+    /// writing to it on the spot, which the object would never see, does not compile; assign it to an `Array`
+    /// to change that.
     const Array operator[](const VexaPropertyIdentifier& id) const;
     /// The property, to be written or looked into.
     /// @throws std::bad_alloc, the handle unchanged
@@ -106,9 +106,9 @@ public:
     /// Names of the properties as they are shown.
     std::vector<std::string> getExternalRepresentationPropertyNames() const;
 
-    /// Equal properties: the same number, and for each of this object an equal value under the same identifier
-    /// in the other. Neither the classes nor the order of the properties matter, nor which members of
-    /// enumerations the objects are. Two empty handles are equal.
+    /// Equal properties: the same number, and for each of this object an equal value under the same
+    /// identifier in the other. Neither the classes nor the order of the properties matter, nor which members
+    /// of enumerations the objects are. Two empty handles are equal.
     /// @throws errors of the back-end, which may have one for an unknown property
     bool operator==(const ValueObject& other) const;
     bool operator!=(const ValueObject& other) const { return !(*this == other); }

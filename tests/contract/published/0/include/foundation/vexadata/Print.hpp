@@ -35,8 +35,8 @@ inline Printed printed(Array array, const PrintOptions& options = {}) { return {
 /// written as they are, everything else below a line with dimensions and kind: matrices with aligned columns,
 /// pages one after the other, cells, fields and properties indented. Text stands in quotes, a missing string
 /// is `<missing>`, an element of an enumeration without member `<none>`; what is left out is `...`.
-/// Only reads: never gives a handle a copy of its own. Passes errors of the back-end on; then nothing has been
-/// written.
+/// Only reads: never gives a handle a copy of its own. Passes errors of the back-end on; then nothing has
+/// been written.
 VEXADATA_API std::string toText(const Array& array, const PrintOptions& options = {});
 
 /// Writes `toText`, with the stream's precision. The width of the stream is ignored and set to 0, its other

@@ -13,9 +13,9 @@
 namespace foundation::vexadata {
 
 /// A two-dimensional array that stores its non-zeros only, column by column; `T` is `bool`, `double` or
-/// `std::complex<double>`. Iterators walk the stored values. Members that are not const may give this handle a
-/// copy of the array of its own; what is marked `noexcept` ends the process when the back-end fails or memory
-/// runs out.
+/// `std::complex<double>`. Iterators walk the stored values. Members that are not const may give this handle
+/// a copy of the array of its own; what is marked `noexcept` ends the process when the back-end fails or
+/// memory runs out.
 template <class T>
 class VEXADATA_API SparseArray : public Array {
     static_assert(detail::sparseTypeOf<T> != ArrayType::UNKNOWN,
@@ -83,9 +83,9 @@ public:
     std::size_t getRows() const { return this->impl_->getRows(); }
     std::size_t getCols() const { return this->impl_->getCols(); }
 
-    /// Row and column, counted from 0, of the stored value at which the iterator stands, known by its address.
-    /// The iterator must come from this array as it is: this form makes the array private first, and a copy
-    /// made then has other values.
+    /// Row and column, counted from 0, of the stored value at which the iterator stands, known by its
+    /// address. The iterator must come from this array as it is: this form makes the array private first, and
+    /// a copy made then has other values.
     std::pair<std::size_t, std::size_t> getIndex(const iterator& it) noexcept {
         return this->impl_->getIndex(ordinal(it, begin()));
     }
@@ -94,7 +94,8 @@ public:
     }
 
 private:
-    // Copies made by `begin` and by `end` are released through types of their own, which nobody else needs to see.
+    // Copies made by `begin` and by `end` are released through types of their own, which nobody else needs to
+    // see.
     struct __attribute__((visibility("hidden"))) ReleaseForBegin : detail::ReleaseReference {};
     struct __attribute__((visibility("hidden"))) ReleaseForEnd : detail::ReleaseReference {};
 

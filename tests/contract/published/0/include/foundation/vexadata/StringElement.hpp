@@ -3,8 +3,8 @@
 
 #include <foundation/vexadata/ArrayElementRef.hpp>
 #include <foundation/vexadata/ArrayElementTypedRef.hpp>
-#include <foundation/vexadata/ElementHandle.hpp>
-#include <foundation/vexadata/Text.hpp>
+#include <foundation/vexadata/detail/ElementHandle.hpp>
+#include <foundation/vexadata/detail/Text.hpp>
 
 #include <cstddef>
 #include <cstring>
@@ -128,7 +128,8 @@ namespace detail {
 template <class Ref>
 using IfStringRef = std::enable_if_t<std::is_base_of_v<VEXAStringReferenceExt, Ref>, int>;
 
-/// Writing a string element through the handle `Ref`. The array is made private before the index is looked at.
+/// Writing a string element through the handle `Ref`. The array is made private before the index is looked
+/// at.
 /// @throws index errors; errors of the back-end
 template <class Ref>
 class WritableString : public VEXAStringReferenceExt {

@@ -15,7 +15,8 @@ class VEXADATA_API StructArray : public TypedArray<StructElement> {
 public:
     using TypedArray<StructElement>::TypedArray;
     using TypedArray<StructElement>::operator=;
-    /// @throws InvalidArrayTypeException when the array is no struct array; a moved argument is emptied even then
+    /// @throws InvalidArrayTypeException when the array is no struct array; a moved argument is emptied even
+    /// then
     StructArray(const Array& array) : TypedArray<StructElement>(array) {}
     StructArray(Array&& array) : TypedArray<StructElement>(std::move(array)) {}
     StructArray(const StructArray&) noexcept = default;

@@ -55,7 +55,8 @@ public:
     std::size_t getNumberOfFields() const;
 
     /// The value of a field, shared with the record until one of them is written. Constant, so that indexing
-    /// into it on the spot reads without making a copy first; assign it to an `Array` to keep or to change it.
+    /// into it on the spot reads without making a copy first; assign it to an `Array` to keep or to change
+    /// it.
     VEXADATA_INLINE const Array operator[](const std::string& fieldName) const {
         return position_.isInPlace()
                    ? detail::fieldOf(*position_.array(), position_.indexInPlace<StructElement>(), fieldName)
@@ -112,7 +113,8 @@ public:
     ~WritableRecord() = default;
 
     /// Replaces all values, which take the fields in their order.
-    /// @throws WrongVectorSizeForStructException when their number differs, all fields as they were; index errors
+    /// @throws WrongVectorSizeForStructException when their number differs, all fields as they were; index
+    /// errors
     Ref& operator=(std::vector<Array> values) {
         storeRecord(position_, std::move(values));
         return static_cast<Ref&>(*this);

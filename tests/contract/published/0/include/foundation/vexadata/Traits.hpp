@@ -104,7 +104,8 @@ inline constexpr ArrayType arrayTypeOf<HandleObjectRef> = ArrayType::HANDLE_OBJE
 template <>
 inline constexpr ArrayType arrayTypeOf<Enumeration> = ArrayType::ENUM;
 
-/// The kind of complex arrays with parts of the kind `part`, ten further on; UNKNOWN when those are no numbers.
+/// The kind of complex arrays with parts of the kind `part`, ten further on; UNKNOWN when those are no
+/// numbers.
 constexpr ArrayType complexTypeOf(ArrayType part) noexcept {
     const bool isNumber = part >= ArrayType::DOUBLE && part <= ArrayType::UINT64;
     return isNumber ? static_cast<ArrayType>(static_cast<std::int32_t>(part) + 10) : ArrayType::UNKNOWN;
@@ -141,7 +142,8 @@ template <>
 inline constexpr bool isNarrowUnit<char8_t> = true;
 #endif
 
-/// True when an array of kind `type` can be handled as one of elements `T`. The three object kinds are one here.
+/// True when an array of kind `type` can be handled as one of elements `T`. The three object kinds are one
+/// here.
 template <class T>
 constexpr bool acceptsType(ArrayType type) noexcept {
     if constexpr (std::is_same_v<T, ValueObject> || std::is_same_v<T, HandleObjectRef>) {
@@ -163,8 +165,8 @@ struct ElementRef<Array, isConst> {
 template <class T, bool isConst>
 using ElementRefOf = typename ElementRef<T, isConst>::type;
 
-/// True for the references that may stand for an array: array handles are constructed and assigned from these.
-/// Elements of typed arrays other than cells hold none.
+/// True for the references that may stand for an array: array handles are constructed and assigned from
+/// these. Elements of typed arrays other than cells hold none.
 template <class T>
 inline constexpr bool isArrayReference = false;
 template <class T>

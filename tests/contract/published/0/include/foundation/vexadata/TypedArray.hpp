@@ -146,6 +146,6 @@ private:
         std::shared_ptr<detail::ReferenceImpl>);                                                             \
     extern template VEXADATA_API TypedArray<T> detail::castTo<TypedArray<T>, true>(                          \
         std::shared_ptr<detail::ReferenceImpl>);
-#include <foundation/vexadata/ElementTypes.inc>
+#include <foundation/vexadata/detail/ElementTypes.inc>
 
 } // namespace foundation::vexadata

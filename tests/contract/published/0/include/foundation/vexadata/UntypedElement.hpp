@@ -1,11 +1,9 @@
 // What the handles to elements of arrays have in common whose kind is known at run time only:
-// `ArrayElementRef`, and
-// `HeldElementRef` one level deeper. They read, write, compare and combine as the handles of typed arrays do,
-// and test the kind of the array at each use.
+// `ArrayElementRef`, and `HeldElementRef` one level deeper. They read, write, compare and combine as the
+// handles of typed arrays do, and test the kind of the array at each use.
 #pragma once
 
-#include <foundation/vexadata/ElementHandle.hpp>
-#include <foundation/vexadata/Text.hpp>
+#include <foundation/vexadata/detail/ElementOperations.hpp>
 
 #include <complex>
 #include <cstddef>
@@ -20,133 +18,8 @@
 
 namespace foundation::vexadata::detail {
 
-/// The element type that a C++ type is read and written as: itself, or the one of equal width for `long long`.
-template <class T>
-using StoredAs = typename vexa::data::GetReturnType<T>::type;
-
-/// Elements that are values: numbers, logicals, characters, members of enumerations and objects. Texts,
-/// records and arrays have forms of their own.
-template <class T>
-inline constexpr bool isValueElement =
-    isElementType<StoredAs<T>> && !std::is_same_v<T, char> && !std::is_same_v<StoredAs<T>, Array> &&
-    !std::is_same_v<StoredAs<T>, StructElement> && !std::is_same_v<StoredAs<T>, String>;
-template <class T>
-inline constexpr bool isRealElement =
-    isValueElement<T>&& isPrimitiveElement<StoredAs<T>> && !isComplexElement<StoredAs<T>>;
-template <class T>
-inline constexpr bool isNumberElement = isRealElement<T> ||
-                                        (isValueElement<T> && isComplexElement<StoredAs<T>>);
-/// Narrow characters are compared, too; to be read or computed with, an element has to be something else.
-template <class T>
-inline constexpr bool isComparable = isRealElement<T> || std::is_same_v<T, char>;
-
-/// A real number beside an element of any real kind.
-struct Number {
-    enum class Kind : std::uint8_t { SIGNED, UNSIGNED, REAL };
-
-    template <class T>
-    explicit Number(T value) noexcept {
-        if constexpr (std::is_floating_point_v<T>) {
-            kind = Kind::REAL;
-            real = static_cast<double>(value);
-        } else if constexpr (std::is_signed_v<T>) {
-            kind = Kind::SIGNED;
-            whole = static_cast<std::int64_t>(value);
-        } else {
-            kind = Kind::UNSIGNED;
-            natural = static_cast<std::uint64_t>(value);
-        }
-    }
-
-    Kind kind;
-    union {
-        std::int64_t whole;
-        std::uint64_t natural;
-        double real;
-    };
-};
-
-/// The handles to single elements.
-template <class Ref>
-inline constexpr bool isElementHandle = isUntypedElement<Ref>;
-template <class T, bool isConst>
-inline constexpr bool isElementHandle<ArrayElementTypedRef<T, isConst>> = true;
-template <class T>
-inline constexpr bool isElementHandle<Reference<T>> = isElementType<T>;
-
-/// The position that a handle to an element refers to.
-template <class Ref>
-ElementPosition positionOf(const Ref& element) {
-    return Access::position(element);
-}
-template <bool isConst>
-ElementPosition positionOf(const HeldElementRef<isConst>& element) {
-    return element.kept();
-}
-template <class T>
-ElementPosition positionOf(const Reference<T>& element) {
-    return ElementPosition(element.chain());
-}
-
-enum class Order : std::uint8_t { LESS, EQUAL, GREATER, UNORDERED };
-enum class Arithmetic : std::uint8_t { ADD, SUBTRACT, MULTIPLY, DIVIDE };
-
-// Each throws TypeMismatchException for a kind of array that has no such operation, index errors, and errors
-// of the back-end.
-
-/// By value, whatever the two types are; a NaN is unordered.
-VEXADATA_API Order compared(const ElementPosition& element, const Number& number);
-/// Complex elements too: equal when the imaginary part is 0.
-VEXADATA_API bool equals(const ElementPosition& element, const Number& number);
-/// String elements, as their own handles compare; narrow text also with the names of members of enumerations.
-VEXADATA_API bool equals(const ElementPosition& element, std::u16string_view text);
-VEXADATA_API bool equals(const ElementPosition& element, std::string_view text);
-/// Two elements of arrays of one kind, or the arrays that two cells hold.
-VEXADATA_API bool sameElements(const ElementPosition& a, const ElementPosition& b);
-
-/// Replaces the element by what the operation gives. Beside a floating-point number, or divided by 0, it is
-/// computed as a double, and whole elements take the nearest value that they have; whole numbers alone wrap
-/// around.
-VEXADATA_API void combine(const ElementPosition& element, Arithmetic operation, const Number& number);
-/// The same with another element; complex ones with those of their own type.
-VEXADATA_API void combine(const ElementPosition& element, Arithmetic operation, const ElementPosition& other);
-/// As for a number.
-VEXADATA_API Order compared(const ElementPosition& a, const ElementPosition& b);
-
-/// A string element, or by narrow text a member of an enumeration.
-/// @throws NonAsciiCharInInputDataException for narrow text for a string with a byte above 127
-VEXADATA_API void storeText(const ElementPosition& element, String text);
-VEXADATA_API void storeText(const ElementPosition& element, std::string_view text);
-/// The text of a string element.
-/// @throws std::runtime_error "Missing string value" for a missing one
-VEXADATA_API std::u16string presentText(const ElementPosition& element);
-
-/// Copies the element at `from` to the element at `to`: a value between arrays of one primitive kind, the
-/// array held between cells and fields.
-VEXADATA_API void copyElement(const ElementPosition& from, const ElementPosition& to);
-
-/// The array that a cell or field holds, borrowed.
-/// @throws NotEnoughIndicesProvidedException when the element holds none
-VEXADATA_API const ArrayImpl& arrayHeldBy(const ElementPosition& element);
-
-/// What `["name"]` gives: a reference to write through, or the array held.
-template <bool isConst>
-using FieldOf = std::conditional_t<isConst, const Array, Reference<Array>>;
-VEXADATA_API const Array fieldOf(const ElementPosition& record, const std::string& fieldName, std::true_type);
-VEXADATA_API Reference<Array> fieldOf(const ElementPosition& record, const std::string& fieldName,
-                                      std::false_type);
-VEXADATA_API void storeRecord(const ElementPosition& position, std::vector<Array> values);
-
-/// @throws TypeMismatchException when the element is not one of an array of elements `T`
-template <class T>
-void requireKind(const ElementPosition& element) {
-    if (!acceptsType<T>(element.array()->getType())) {
-        raise<TypeMismatchException>();
-    }
-}
-
-/// The operations of the handle `Ref`, which tells the position of its element: `forRead()`, `forWrite()` when
-/// it is about to be written, and `kept()` for a handle that stays.
+/// The operations of the handle `Ref`, which tells the position of its element: `forRead()`, `forWrite()`
+/// when it is about to be written, and `kept()` for a handle that stays.
 ///
 /// Every operation throws TypeMismatchException when the array's kind is not the one that it is for, index
 /// errors, and errors of the back-end.
@@ -173,13 +46,13 @@ public:
     bool isEmpty() const { return held().isEmpty(); }
     std::uint64_t getArrayID() const { return held().getArrayID(); }
 
-    /// The field of the record that the element is: a reference to it, or the array itself when this handle is
-    /// read-only.
+    /// The field of the record that the element is: a reference to it, or the array itself when this handle
+    /// is read-only.
     FieldOf<isConst> operator[](const std::string& fieldName) const {
         return fieldOf(self().kept(), fieldName, std::bool_constant<isConst>());
     }
-    /// The same for a literal or a pointer to text, which would otherwise be taken for an array indexed by the
-    /// element.
+    /// The same for a literal or a pointer to text, which would otherwise be taken for an array indexed by
+    /// the element.
     template <class Text,
               std::enable_if_t<
                   std::is_convertible_v<const Text&, const char*> && !std::is_null_pointer_v<Text>, int> = 0>
@@ -258,8 +131,8 @@ public:
         return copyFrom(other);
     }
 
-    /// For elements of any real type, by value: whole elements take the nearest value that they have, and wrap
-    /// around when both sides are whole. With a complex number, the array must be of its type.
+    /// For elements of any real type, by value: whole elements take the nearest value that they have, and
+    /// wrap around when both sides are whole. With a complex number, the array must be of its type.
     template <class T, IfNumber<T> = 0>
     Ref& operator+=(const T& value) {
         return combineWith(Arithmetic::ADD, value);
@@ -346,7 +219,8 @@ public:
         return value /= static_cast<T>(element);
     }
 
-    // Comparison with a real number, by value, for elements of any real kind; for equality of complex kinds too.
+    // Comparison with a real number, by value, for elements of any real kind; for equality of complex kinds
+    // too.
 
     template <class T, IfComparable<T> = 0>
     friend bool operator==(const Ref& element, const T& value) {
@@ -453,7 +327,8 @@ public:
     friend bool operator!=(std::u16string_view text, const Ref& element) { return !(element == text); }
     friend bool operator!=(std::string_view text, const Ref& element) { return !(element == text); }
 
-    // Equality with another element, of an array of the same kind; of two that hold arrays, equality of these.
+    // Equality with another element, of an array of the same kind; of two that hold arrays, equality of
+    // these.
 
     template <class Other, IfElement<Other> = 0>
     friend bool operator==(const Ref& element, const Other& other) {

@@ -14,3 +14,4 @@
 #include <foundation/vexadata/StructArray.hpp>
 #include <foundation/vexadata/TypedArray.hpp>
 #include <foundation/vexadata/ValueObjectArray.hpp>
+#include <foundation/vexadata/Visit.hpp>

@@ -37,6 +37,6 @@ private:
 };
 
 #define VEXADATA_ELEMENT(T) extern template class VEXADATA_API ContiguousIteratorImpl<T>;
-#include <foundation/vexadata/PrimitiveTypes.inc>
+#include <foundation/vexadata/detail/PrimitiveTypes.inc>
 
 } // namespace vexa::data::detail

@@ -106,6 +106,6 @@ private:
 };
 
 #define VEXADATA_ELEMENT(T) extern template class VEXADATA_API DenseArrayImpl<T>;
-#include <foundation/vexadata/PrimitiveTypes.inc>
+#include <foundation/vexadata/detail/PrimitiveTypes.inc>
 
 } // namespace vexa::data::impl

@@ -1,10 +1,10 @@
 // Growing, resolving, reading and writing index chains: what every element handle is made of.
 #pragma once
 
-#include <foundation/vexadata/Access.hpp>
 #include <foundation/vexadata/Enumeration.hpp>
 #include <foundation/vexadata/Exception.hpp>
 #include <foundation/vexadata/Traits.hpp>
+#include <foundation/vexadata/detail/Access.hpp>
 #include <vexa/data/detail/ReferenceImpl.hpp>
 #include <vexa/data/impl/TypedArrayImpl.hpp>
 
@@ -47,9 +47,9 @@ extern template VEXADATA_API std::shared_ptr<ReferenceImpl> createReferenceWithI
 VEXADATA_API std::shared_ptr<ReferenceImpl> createConstReferenceWithIndex(
     const std::shared_ptr<ReferenceImpl>& chain, std::size_t index);
 
-/// A chain at the same place as `chain`, which it keeps alive, that can grow without changing it. What happens
-/// before a write through `chain` happens before one through the copy too. Its position is refused when the
-/// array there has become one of another kind (TypeMismatchException) or of other dimensions
+/// A chain at the same place as `chain`, which it keeps alive, that can grow without changing it. What
+/// happens before a write through `chain` happens before one through the copy too. Its position is refused
+/// when the array there has become one of another kind (TypeMismatchException) or of other dimensions
 /// (EArrayIndexOutOfRange).
 VEXADATA_API std::shared_ptr<ReferenceImpl> copyChain(const std::shared_ptr<ReferenceImpl>& chain);
 
@@ -125,8 +125,8 @@ T getValue(std::shared_ptr<ReferenceImpl> chain) {
     return readElement<T>(*array, chain->getLinearIndex(), chain->stringIndex());
 }
 
-/// Writes the element of a chain; see `writeElement`. The array is made private before the index is looked at,
-/// so that a failing write may have copied it.
+/// Writes the element of a chain; see `writeElement`. The array is made private before the index is looked
+/// at, so that a failing write may have copied it.
 /// @throws index errors; errors of the back-end
 template <class T>
 void setTypedElement(std::shared_ptr<ReferenceImpl> chain, T value) {
@@ -229,8 +229,8 @@ struct CastTo<Reference<A>> {
 };
 
 /// The array that the element holds, as a handle of type `A` that shares it with the element, or as a
-/// reference, which keeps the chain. References to records and enumeration elements are formed without a test:
-/// their chain is the element.
+/// reference, which keeps the chain. References to records and enumeration elements are formed without a
+/// test: their chain is the element.
 /// @throws TypeMismatchException when the element holds no array or one of another kind; index errors
 template <class A, bool isConst>
 A castTo(std::shared_ptr<ReferenceImpl> chain) {
@@ -241,12 +241,12 @@ A castTo(std::shared_ptr<ReferenceImpl> chain) {
 #define VEXADATA_ELEMENT(T)                                                                                  \
     extern template VEXADATA_API T getValue<T>(std::shared_ptr<ReferenceImpl>);                              \
     extern template VEXADATA_API void setTypedElement<T>(std::shared_ptr<ReferenceImpl>, T);
-#include <foundation/vexadata/PrimitiveTypes.inc>
+#include <foundation/vexadata/detail/PrimitiveTypes.inc>
 extern template VEXADATA_API Enumeration getValue<Enumeration>(std::shared_ptr<ReferenceImpl>);
 extern template VEXADATA_API void setTypedElement<Enumeration>(std::shared_ptr<ReferenceImpl>, Enumeration);
 extern template VEXADATA_API void setTypedElement<String>(std::shared_ptr<ReferenceImpl>, String);
 #define VEXADATA_ELEMENT(T)                                                                                  \
     extern template VEXADATA_API void validateReference<T>(std::shared_ptr<ReferenceImpl>, bool);
-#include <foundation/vexadata/ElementTypes.inc>
+#include <foundation/vexadata/detail/ElementTypes.inc>
 
 } // namespace foundation::vexadata::detail

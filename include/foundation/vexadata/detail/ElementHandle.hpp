@@ -1,7 +1,8 @@
-// What all element handles have in common.
+// What `ArrayElementTypedRef`, `ArrayElementRef` and `HeldElementRef` have in common: how they hold their
+// position and grow by an index.
 #pragma once
 
-#include <foundation/vexadata/ElementPosition.hpp>
+#include <foundation/vexadata/detail/ElementPosition.hpp>
 
 #include <cstddef>
 #include <memory>
@@ -23,12 +24,14 @@ inline constexpr bool isPlainElement = false;
 template <bool isConst>
 inline constexpr bool isPlainElement<ArrayElementRef<isConst>> = true;
 
-/// Further indices on the element handle `Ref`: a temporary one grows, a named one is copied and stays as it is.
+/// Further indices on the element handle `Ref`: a temporary one grows, a named one is copied and stays as it
+/// is.
 template <class Ref>
 class Indexing {
 public:
     /// Appends an index.
-    /// @throws StringIndexMustBeLastException, CantIndexIntoEmptyArrayException, TooManyIndicesProvidedException
+    /// @throws StringIndexMustBeLastException, CantIndexIntoEmptyArrayException,
+    /// TooManyIndicesProvidedException
     VEXADATA_INLINE Ref operator[](std::size_t index) && {
         Ref& self = static_cast<Ref&>(*this);
         Access::position(self).append(index);

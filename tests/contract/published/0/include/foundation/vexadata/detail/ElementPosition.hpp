@@ -2,13 +2,10 @@
 // shared chain is made only when something needs one.
 #pragma once
 
-#include <foundation/vexadata/ReferenceFunctions.hpp>
-#include <foundation/vexadata/TypeInformation.hpp>
+#include <foundation/vexadata/detail/HeldError.hpp>
+#include <foundation/vexadata/detail/InPlaceClass.hpp>
+#include <foundation/vexadata/detail/ReferenceFunctions.hpp>
 #include <vexa/data/detail/IndexRules.hpp>
-#include <vexa/data/impl/DenseArrayImpl.hpp>
-#include <vexa/data/impl/InPlaceArrayImpl.hpp>
-#include <vexa/data/impl/StringArrayImpl.hpp>
-#include <vexa/data/impl/StructArrayImpl.hpp>
 
 #include <cstddef>
 #include <cstdint>
@@ -18,49 +15,11 @@
 
 namespace foundation::vexadata::detail {
 
-/// The exception in flight, in one word that a result can carry in a register; never null.
-VEXADATA_API void* holdError() noexcept;
-/// Throws what `holdError` returned, once.
-[[noreturn, gnu::cold]] VEXADATA_API void rethrowHeldError(void* error);
-
 /// `condition`, with the other branch laid out as one that is never taken: compilers then keep the sums of a
 /// loop in registers across the fast branch, and spill them in the other alone.
 VEXADATA_INLINE inline bool isLikely(bool condition) noexcept {
     return __builtin_expect_with_probability(condition, true, 1.0);
 }
-
-/// The class of arrays of elements `T` that handles recognise, and what is public of it.
-template <class T, bool isPrimitive = isPrimitiveElement<T>>
-struct InPlaceClass {
-    static constexpr bool exists = false;
-};
-template <class T>
-struct InPlaceClass<T, true> {
-    static constexpr bool exists = true;
-    using Base = vexa::data::impl::DenseArrayImpl<T>;
-    VEXADATA_INLINE static bool recognises(const ArrayImpl& array) noexcept { return isExactly<Base>(array); }
-};
-/// One that a back-end has named.
-template <class Interface, class T, vexa::data::detail::RecognisedKind kind>
-struct NamedInPlaceClass {
-    static constexpr bool exists = true;
-    using Base = vexa::data::impl::InPlaceArrayImpl<Interface, T>;
-    VEXADATA_INLINE static bool recognises(const ArrayImpl& array) noexcept {
-        return typeInformationOf(array) ==
-               vexa::data::detail::recognisedClasses[static_cast<std::size_t>(kind)].load(
-                   std::memory_order_relaxed);
-    }
-};
-template <>
-struct InPlaceClass<Array, false>
-    : NamedInPlaceClass<TypedArrayImpl<Array>, Array, vexa::data::detail::RecognisedKind::CELLS> {};
-/// Where a text or a record lies is known; what is in it, the back-end is asked.
-template <>
-struct InPlaceClass<String, false> : NamedInPlaceClass<vexa::data::impl::StringArrayImpl, const void,
-                                                       vexa::data::detail::RecognisedKind::STRINGS> {};
-template <>
-struct InPlaceClass<StructElement, false> : NamedInPlaceClass<vexa::data::impl::StructArrayImpl, const void,
-                                                              vexa::data::detail::RecognisedKind::STRUCTS> {};
 
 /// Either up to three indices into an array, or a shared chain. Follows the rules of the shared chain in the
 /// same order, and asks the back-end for the same operations. The array is borrowed and never counted: a
@@ -80,8 +39,8 @@ public:
         return ElementPosition(array, &shape.dimensions, shape.way, 1, index);
     }
 
-    /// The same into an array of elements `T`. In a matrix of a class that is recognised nothing is asked, and
-    /// nothing can fail before the element is read or written.
+    /// The same into an array of elements `T`. In a matrix of a class that is recognised nothing is asked,
+    /// and nothing can fail before the element is read or written.
     template <class T>
     VEXADATA_INLINE static ElementPosition firstOf(ArrayImpl* array, std::size_t index) {
         if constexpr (InPlaceClass<T>::exists) {
@@ -99,9 +58,10 @@ public:
                    : first(array, index);
     }
 
-    /// An element of the array that the element of `chain` holds, everything on the way made private. In place
-    /// when it is the field of a record of a recognised class.
-    /// @throws NotEnoughIndicesProvidedException when the element holds no array; index errors of either level
+    /// An element of the array that the element of `chain` holds, everything on the way made private. In
+    /// place when it is the field of a record of a recognised class.
+    /// @throws NotEnoughIndicesProvidedException when the element holds no array; index errors of either
+    /// level
     VEXADATA_API static ElementPosition inside(std::shared_ptr<ReferenceImpl>& chain, std::size_t index);
 
     /// An element whose position is known, as iterators know it. Whether it may be written was decided when
@@ -154,7 +114,8 @@ public:
 
     /// Appends an index. A shared chain that others hold is copied before. An element whose position is known
     /// needs none: it takes zeros, without effect, and nothing else.
-    /// @throws StringIndexMustBeLastException, CantIndexIntoEmptyArrayException, TooManyIndicesProvidedException
+    /// @throws StringIndexMustBeLastException, CantIndexIntoEmptyArrayException,
+    /// TooManyIndicesProvidedException
     VEXADATA_INLINE void append(std::size_t index) {
         if (chain_ == nullptr && count_ < capacity) {
             if ((count_ != 1 || way_ >= Way::OTHER) && !takesFurther(array_, dimensions_, count_, index)) {
@@ -314,8 +275,8 @@ private:
         INSIDE = 1 << 16 ///< plus the type: a matrix in a field, see `inside`
     };
 
-    // Inside a field the chain leads to the field, and other members have a meaning of their own: the place of
-    // the field's pointer, the index, and the extents that its array had when the position was made. In an
+    // Inside a field the chain leads to the field, and other members have a meaning of their own: the place
+    // of the field's pointer, the index, and the extents that its array had when the position was made. In an
     // array of another kind or shape the index means nothing. For whatever is not done in place, `end` makes
     // the chain into the array.
 

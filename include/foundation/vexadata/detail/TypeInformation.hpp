@@ -22,8 +22,8 @@ VEXADATA_INLINE inline const void* typeInformationOf(const T& object) noexcept {
     return vtable[-1];
 }
 
-/// Whether `object` is a `Class` itself, not of a class derived from it. Compares addresses, never names: the type
-/// information of a class that a shared library exports exists once in a process. Callers that are built
+/// Whether `object` is a `Class` itself, not of a class derived from it. Compares addresses, never names: the
+/// type information of a class that a shared library exports exists once in a process. Callers that are built
 /// without type information recognise nothing, which costs them time and nothing else.
 template <class Class, class T>
 VEXADATA_INLINE inline bool isExactly(const T& object) noexcept {

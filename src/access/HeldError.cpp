@@ -1,4 +1,4 @@
-#include <foundation/vexadata/TypedIterator.hpp>
+#include <foundation/vexadata/detail/HeldError.hpp>
 
 #include <exception>
 #include <memory>

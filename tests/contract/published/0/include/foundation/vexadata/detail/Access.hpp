@@ -27,8 +27,8 @@ struct ReleaseReference {
 };
 
 struct Access {
-    /// Adopts the caller's one reference to `impl`, without adding any; the last owner drops it. Null gives an
-    /// empty pointer and allocates nothing.
+    /// Adopts the caller's one reference to `impl`, without adding any; the last owner drops it. Null gives
+    /// an empty pointer and allocates nothing.
     /// @throws std::bad_alloc after dropping the reference
     template <class T>
     static std::shared_ptr<T> createSharedPtr(T* impl) {
