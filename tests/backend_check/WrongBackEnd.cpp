@@ -1066,6 +1066,9 @@ public:
         if (is("beginElementProperties", "shared"))
             return walk(named("beginElementProperties"),
                         Inner<ObjectImpl>(Wrong::getElementObject(index))->begin());
+        if (is("beginElementProperties", "needs-an-object") &&
+            Inner<ObjectImpl>(Wrong::getElementObject(index)) == nullptr)
+            return nullptr;
         return walk(named("beginElementProperties"),
                     Wrong::beginElementProperties(at("beginElementProperties", index)));
     }
@@ -1125,6 +1128,11 @@ public:
     }
     bool isEqual(const ArrayImpl* other) const override {
         if (is("isEqual", "dimensions-ignored") && getDimensions() != other->getDimensions()) return true;
+        const char* mine = lastMember(*this);
+        const char* others = lastMember(*other);
+        if (is("isEqual", "no-members") && mine != nullptr) return false;
+        if (is("isEqual", "member-names") && mine != nullptr && others != nullptr)
+            return std::strcmp(mine, others) == 0;
         if (!is("isEqual", "first-property")) return Wrong::isEqual(other);
         for (std::size_t k = 0; k < wrapped().getNumberOfElements(); ++k)
             if (Wrong::getElementProperty(k, VexaPropertyIdentifier("x")) !=
@@ -1137,6 +1145,13 @@ public:
 private:
     mutable bool mixed_ = false;
 
+    /// The name of the member in the last element; null when there is none.
+    static const char* lastMember(const ArrayImpl& array) {
+        const auto& objects = static_cast<const ObjectArrayImpl&>(array);
+        const std::size_t count = array.getNumberOfElements();
+        const Inner<ObjectImpl> last(count == 0 ? nullptr : objects.getElementObject(count - 1));
+        return last == nullptr ? nullptr : last->getEnumerationName();
+    }
     std::size_t at(const char* operation, std::size_t index) const {
         return place(operation, index, wrapped().getNumberOfElements());
     }
@@ -1376,6 +1391,7 @@ public:
                                       Buffer<std::size_t[]> rows, Buffer<std::size_t[]> columns) override {
         if (is("createSparseDoubleImpl", "needs-buffers") && values == nullptr)
             throw std::invalid_argument("no values");
+        if (is("createSparseDoubleImpl", "trusts-buffers") && columns == nullptr) count = 0;
         disorder("createSparseDoubleImpl", count, values, rows, columns);
         return passed("createSparseDoubleImpl", [&] {
             return Base::createSparseDoubleImpl(std::move(dimensions),
@@ -1450,6 +1466,7 @@ public:
     }
     ArrayImpl* createValueObjectScalarImpl(ObjectImpl* object) override {
         if (is("createValueObjectScalarImpl", "object-leaked")) object->retain();
+        if (is("createValueObjectScalarImpl", "needs-an-object") && object == nullptr) return nullptr;
         return counted("createValueObjectScalarImpl", Base::createValueObjectScalarImpl(object));
     }
     ArrayImpl* createValueObjectArrayImpl(Dimensions dimensions, ClassInfoImpl* classInfo) override {
@@ -1518,6 +1535,7 @@ public:
         const char* name = "createArrayFromBufferImpl";
         const Making making(type, dimensions, layout);
         if (is(name, "needs-buffer") && buffer == nullptr) throw std::invalid_argument("no buffer");
+        if (is(name, "trusts-buffer") && buffer == nullptr) return Base::createArrayImpl(type, dimensions);
         if (is(name, "not-its-own") && buffer.get() == given_) throw std::invalid_argument("an own buffer");
         const auto free = buffer.get_deleter();
         void* memory = buffer.get();

@@ -172,6 +172,8 @@ TEST_F(Printing, SparseMatricesAndObjects) {
     values[0] = {1, 2};
     values[1] = -1;
     rows[0] = 12;
+    rows[1] = 0;
+    columns[0] = 0;
     columns[1] = 3;
     EXPECT_EQ(streamed(factory.createSparseArray<std::complex<double>>({20, 4}, 2, std::move(values),
                                                                        std::move(rows), std::move(columns))),

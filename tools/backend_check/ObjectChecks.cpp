@@ -196,7 +196,8 @@ void namesAlike(Backend& backend) {
             };
             expectEqual("getProperty" + of, scalarValue(*object->getProperty(property(names[k]))), wanted);
             expectEqual("hasProperty" + of, object->hasProperty(property(names[k])), true);
-            for (const std::string& other : {names[k] + "_", names[k].substr(1), "A" + names[k].substr(1)})
+            for (const std::string& other :
+                 {names[k] + "_", names[k].substr(1), std::string("A").append(names[k], 1)})
                 expectEqual("hasProperty of " + show(other), object->hasProperty(property(other)),
                             std::find(names.begin(), names.end(), other) != names.end());
             if (array == nullptr) continue;
@@ -424,6 +425,11 @@ void expectRefusals(const Backend& backend, const std::string& operation,
         refused("prepareForWrite", [&] { chain->prepareForWrite(); });
         refused("getElementArray for writing", [&] { chain->getElementArray(true); });
         refused("createReference for writing", [&] { chain->createReference(true, false); });
+        ArrayImpl& cell = *chain->getArrayImpl();
+        refused("unshare of the array", [&] { cell.unshare(); });
+        refused("createElementReference for writing",
+                [&] { Owned<ReferenceImpl>(cell.createElementReference(0, {}, true)); });
+        refused("assignElementArray", [&] { cell.assignElementArray(0, {}, value.get()); });
     }
     expectOneReference("an array whose storing was refused", *value);
 }
@@ -505,9 +511,14 @@ void classesMixed(Backend& backend) {
         return backend.factory().createArrayImpl(ArrayType::VALUE_OBJECT, {1, 3});
     });
     ObjectArrayImpl& objects = asObjects(*array);
-    for (std::size_t k = 0; k < 3; ++k)
+    for (std::size_t k = 0; k < 3; ++k) {
         expect(Owned<ObjectImpl>(objects.getElementObject(k)) == nullptr,
                "getElementObject of an element that holds no object is not null");
+        expectSequence({"the properties of an element that holds no object",
+                        [&] { return objects.beginElementProperties(k); },
+                        [&] { return objects.endElementProperties(k); }, &nameOfProperty},
+                       {});
+    }
     const auto pixel = newClass(backend, "Pixel", {"depth"});
     objects.setElementObject(0, newPoint(backend, 1, 2).get());
     objects.setElementObject(1, newPoint(backend, 3, 4).get());
@@ -525,6 +536,33 @@ void classesMixed(Backend& backend) {
     expectEqual("the object at element 1",
                 shownObject(*adopt(objects.getElementObject(1), "getElementObject")),
                 "x=1x1 double [3], y=1x1 double [4]");
+}
+
+/// Elements that hold no object, an object, members of enumerations: each is equal to the like alone.
+void elementsCompared(Backend& backend) {
+    std::vector<std::pair<std::string, std::function<Owned<ObjectImpl>()>>> elements{
+        {"no object", [] { return Owned<ObjectImpl>(); }},
+        {"an object", [&] { return newPoint(backend, 1, 2); }}};
+    for (const auto& [name, member] : {std::pair{"Colors", "Red"}, {"Colors", "Green"}, {"Colours", "Red"}})
+        if (backend.offers("enumeration-object"))
+            elements.emplace_back(
+                std::string(name).append(".").append(member), [&backend, name = name, member = member] {
+                    return adopt(backend.factory().createEnumerationObjectImpl(name, member),
+                                 "createEnumerationObjectImpl");
+                });
+    const auto arrayOf = [&](const auto& element) {
+        auto array = offered(backend, "createArrayImpl for value objects", [&] {
+            return backend.factory().createArrayImpl(ArrayType::VALUE_OBJECT, {1, 2});
+        });
+        if (const Owned<ObjectImpl> object = element()) asObjects(*array).setElementObject(1, object.get());
+        return array;
+    };
+    for (const auto& [what, element] : elements)
+        for (const auto& [otherwise, other] : elements) {
+            const std::string of = "isEqual of arrays that hold " + what + " and " + otherwise;
+            backend.step(of);
+            expectEqual(of, arrayOf(element)->isEqual(arrayOf(other).get()), what == otherwise);
+        }
 }
 
 /// Read and walked by element, with the objects of several elements held at once.
@@ -727,6 +765,10 @@ void scalars(Backend& backend) {
     copy.reset();
     array.reset();
     expectOneReference("an object after the array of it is gone", *point);
+    backend.step("createValueObjectScalarImpl of no object");
+    array = adopt(backend.factory().createValueObjectScalarImpl(nullptr), "createValueObjectScalarImpl");
+    expect(Owned<ObjectImpl>(asObjects(*array).getElementObject(0)) == nullptr,
+           "getElementObject of an array of no object is not null");
 }
 
 } // namespace
@@ -770,6 +812,8 @@ void addObjectChecks(Checks& checks) {
                 arrayDescribesItself);
     objects.add("arrays of mixed classes", "isHeterogeneous: elements of different classes (order 42)", array,
                 classesMixed);
+    objects.add("elements tell arrays apart", "isEqual is element-wise equality (order 35)", array,
+                elementsCompared);
     objects.add("elements of object arrays",
                 "properties and objects by element (orders 38, 58 to 60, 66, 67)", array, elementsOfArrays);
     objects.add("objects in several elements",

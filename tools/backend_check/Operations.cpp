@@ -684,6 +684,29 @@ std::vector<Refusal> allRefusals() {
             refused(backend.factory().createArrayFromBufferImpl({1, 1}, array.getType(), std::move(buffer),
                                                                 data::MemoryLayout::NONE));
         });
+    add("createArrayFromBufferImpl without storage for elements", "number", {"from-buffer"},
+        [](const Backend& backend, ArrayImpl& array) {
+            refused(backend.factory().createArrayFromBufferImpl({1, 2}, array.getType(),
+                                                                Buffer<void>(nullptr, &std::free),
+                                                                data::MemoryLayout::COLUMN_MAJOR));
+        });
+    for (const bool compressed : {false, true})
+        for (std::size_t missing = 0; missing < 3; ++missing)
+            add(compressed ? "createVexaSparseDoubleImpl without storage for non-zeros"
+                           : "createSparseDoubleImpl without storage for non-zeros",
+                "factory", {"sparse-double", compressed ? "compressed-columns" : "sparse-double"},
+                [=](const Backend& backend, ArrayImpl&) {
+                    const auto indices = [&](std::size_t place) {
+                        return place == missing ? Buffer<std::size_t[]>(nullptr, &std::free)
+                                                : bufferOf<std::size_t>({0, place});
+                    };
+                    auto values =
+                        missing == 0 ? Buffer<double[]>(nullptr, &std::free) : bufferOf<double>({1, 2});
+                    const auto create = compressed ? &ArrayFactoryImpl::createVexaSparseDoubleImpl
+                                                   : &ArrayFactoryImpl::createSparseDoubleImpl;
+                    refused((backend.factory().*create)({3, compressed ? 1U : 3U}, 2, std::move(values),
+                                                        indices(1), indices(2)));
+                });
     add("createArrayWithDataImpl of cells", "factory", {"data"}, [](const Backend& backend, ArrayImpl&) {
         const double data[2]{};
         refused(backend.factory().createArrayWithDataImpl(ArrayType::CELL, {1, 2}, data, 2));
