@@ -384,6 +384,7 @@ void expectElementOfCells(const Backend& backend, const std::string& operation, 
         const ArrayImpl* array = chain->getArrayImpl();
         expect(array != nullptr, what + " is null");
         expectEqual("getType of " + what, array->getType(), ArrayType::CELL);
+        expectEqual("isEmpty of " + what, array->isEmpty(), false);
         ArrayImpl* held = chain->getElementArray(false);
         expect(held != nullptr, "getElementArray of what " + operation + " returns is null");
         if (value != nullptr)
@@ -507,9 +508,7 @@ void arrayDescribesItself(Backend& backend) {
 
 /// Arrays that were made without a class take objects of any.
 void classesMixed(Backend& backend) {
-    const auto array = offered(backend, "createArrayImpl for value objects", [&] {
-        return backend.factory().createArrayImpl(ArrayType::VALUE_OBJECT, {1, 3});
-    });
+    const auto array = backend.array(ArrayType::VALUE_OBJECT, {1, 3});
     ObjectArrayImpl& objects = asObjects(*array);
     for (std::size_t k = 0; k < 3; ++k) {
         expect(Owned<ObjectImpl>(objects.getElementObject(k)) == nullptr,
@@ -551,9 +550,7 @@ void elementsCompared(Backend& backend) {
                                  "createEnumerationObjectImpl");
                 });
     const auto arrayOf = [&](const auto& element) {
-        auto array = offered(backend, "createArrayImpl for value objects", [&] {
-            return backend.factory().createArrayImpl(ArrayType::VALUE_OBJECT, {1, 2});
-        });
+        auto array = backend.array(ArrayType::VALUE_OBJECT, {1, 2});
         if (const Owned<ObjectImpl> object = element()) asObjects(*array).setElementObject(1, object.get());
         return array;
     };
@@ -777,6 +774,7 @@ void addObjectChecks(Checks& checks) {
     Family objects(checks, "objects");
     const Texts object{"value-object", "class", "double"};
     const Texts array{"object-array", "value-object", "class", "double"};
+    const Texts classless{"new-value-object", "object-array", "value-object", "class", "double"};
     const std::string walks = "iterators are new ones, with one reference for the caller (objects, 8 to 11)";
     objects.add("classes name their properties",
                 "iterators over the identifiers of a class (classes, 4 to 8, 11, 12)", {"class"},
@@ -810,9 +808,9 @@ void addObjectChecks(Checks& checks) {
     objects.add("arrays describe their class",
                 "class, classes mixed, external dimensions and names (orders 41, 42, 55 to 57)", array,
                 arrayDescribesItself);
-    objects.add("arrays of mixed classes", "isHeterogeneous: elements of different classes (order 42)", array,
-                classesMixed);
-    objects.add("elements tell arrays apart", "isEqual is element-wise equality (order 35)", array,
+    objects.add("arrays of mixed classes", "isHeterogeneous: elements of different classes (order 42)",
+                classless, classesMixed);
+    objects.add("elements tell arrays apart", "isEqual is element-wise equality (order 35)", classless,
                 elementsCompared);
     objects.add("elements of object arrays",
                 "properties and objects by element (orders 38, 58 to 60, 66, 67)", array, elementsOfArrays);
