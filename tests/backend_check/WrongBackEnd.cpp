@@ -350,6 +350,11 @@ public:
         if (is("isEqual", "itself-only")) return this == other;
         if (is("isEqual", "remembered")) return remembered_ = remembered_ || Base::isEqual(other);
         if (is("isEqual", "same-object-is-different") && this == other) return false;
+        if (is("isEqual", "true-without-memory")) try {
+                mayThrow();
+            } catch (const std::bad_alloc&) {
+                return true;
+            }
         bool equal = passed("isEqual", [&] { return truth("isEqual", Base::isEqual(other)); });
         if (is("isEqual", "moves-storage") && !exposed_) const_cast<Wrong*>(this)->move();
         if (is("isEqual", "loses-when-unequal") && !equal) lose();
@@ -1056,6 +1061,9 @@ public:
                                            bool forWrite) override {
         return Wrong::getElementAddress(at("objects.getElementAddress", index), field, forWrite);
     }
+    const fv::HandleObjectRef* getTypedDataPtr() const override {
+        return is("objects.getTypedDataPtr", "null") ? nullptr : Wrong::getTypedDataPtr();
+    }
     fv::Array getElementProperty(std::size_t index, VexaPropertyIdentifier id) const override {
         if (is("getElementProperty", "x")) id = VexaPropertyIdentifier("x");
         return passed("getElementProperty", [&] {
@@ -1175,6 +1183,8 @@ public:
         return passed("getProperty", [&] {
             if (is("getProperty", "x") && hasProperty(VexaPropertyIdentifier("x")))
                 id = VexaPropertyIdentifier("x");
+            if (is("getProperty", "unqualified") && ForwardingObject::hasProperty(id))
+                id = VexaPropertyIdentifier(id.getPropertyName());
             if (is("getProperty", "unknown-is-empty") && !ForwardingObject::hasProperty(id))
                 return fv::detail::Access::createSharedPtr<ArrayImpl>(new vexa::data::impl::EmptyArrayImpl);
             std::shared_ptr<ArrayImpl> value = ForwardingObject::getProperty(std::move(id));
@@ -1459,6 +1469,8 @@ public:
                                       is("createClassInfoImpl", "no-superclasses") ? none : above));
     }
     ObjectImpl* createValueObjectImpl(ClassInfoImpl* classInfo) override {
+        if (is("createValueObjectImpl", "any-class") && classInfo == nullptr)
+            return createEnumerationObjectImpl("None", "none");
         if (is("createValueObjectImpl", "class-leaked")) ForwardingClass::below(classInfo)->retain();
         return passed("createValueObjectImpl", [&] {
             return counted("createValueObjectImpl", Base::createValueObjectImpl(classInfo));

@@ -230,6 +230,29 @@ void properties(Backend& backend) {
     expect(fresh->getProperty(property("x")) != nullptr, "getProperty of a new object returns null");
 }
 
+/// The identifiers that a class names find each its own property, also where superclasses have namesakes.
+void inheritedProperties(Backend& backend) {
+    std::vector<fv::ClassInfo> above;
+    for (const char* name : {"Point", "Pixel"})
+        above.emplace_back(newClass(backend, name, {"x", "y"}).release());
+    const auto below = newClass(backend, "Dot", {"y", "z"}, {}, above);
+    const auto object = adopt(backend.factory().createValueObjectImpl(below.get()), "createValueObjectImpl");
+    Identifiers ids;
+    const auto end = adopt(below->endProperties(), "endProperties");
+    for (const auto here = adopt(below->beginProperties(), "beginProperties"); !here->equal(end.get());
+         here->increment())
+        ids.emplace_back(here->get());
+    expectEqual("numOfProperties of an object", object->numOfProperties(), ids.size());
+    for (std::size_t k = 0; k < ids.size(); ++k)
+        adopt(object->getPropertyReference(ids[k]), "getPropertyReference")
+            ->setArray(scalar(backend, static_cast<double>(k)).get());
+    for (std::size_t k = 0; k < ids.size(); ++k) {
+        const std::string of = " of " + ids[k].getExternalPropertyName() + ", which the class names";
+        expectEqual("getProperty" + of, scalarValue(*object->getProperty(ids[k])), static_cast<double>(k));
+        expectEqual("hasProperty" + of, object->hasProperty(ids[k]), true);
+    }
+}
+
 /// Values of all kinds, of other back-ends too, stored and replaced one by one.
 void storesValues(Backend& backend) {
     const auto point = newPoint(backend, 1, 2);
@@ -589,6 +612,10 @@ void elementsOfArrays(Backend& backend) {
                      [&] { objects.getElementProperty(k, property("z")); });
     }
     held.clear();
+    const fv::HandleObjectRef* first = objects.getTypedDataPtr();
+    expect(first != nullptr &&
+               scalarValue(*fv::detail::Access::impl(first[5])->getProperty(property("x"))) == 5,
+           "getTypedDataPtr()[5] is not the object at element 5");
     for (const std::size_t k : {0U, 5U})
         expectSequence({"the properties of element " + show(k),
                         [&] { return objects.beginElementProperties(k); },
@@ -792,6 +819,9 @@ void addObjectChecks(Checks& checks) {
     objects.add("properties by their names",
                 "the value of a property, by its whole name (objects, 6, 7, 16; orders 43, 44, 58)", object,
                 namesAlike);
+    objects.add("properties of superclasses",
+                "the value of a property, by the identifier that its class gives (classes, 4; objects, 6, 7)",
+                object, inheritedProperties);
     objects.add("properties hold arrays of all kinds", "a writable reference to a property (objects, 7)",
                 object, storesValues);
     objects.add("properties in their order", walks, object, propertyIterators);

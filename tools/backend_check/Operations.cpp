@@ -728,6 +728,14 @@ std::vector<Refusal> allRefusals() {
             refused(backend.factory().createArrayFromBufferImpl({1, 2}, ArrayType::CELL, std::move(buffer),
                                                                 data::MemoryLayout::COLUMN_MAJOR));
         });
+    add("createValueObjectImpl of no class", "factory", {"value-object"},
+        [](const Backend& backend, ArrayImpl&) {
+            adopt(backend.factory().createValueObjectImpl(nullptr), "createValueObjectImpl");
+        });
+    add("createValueObjectArrayImpl of no class", "factory", {"object-array"},
+        [](const Backend& backend, ArrayImpl&) {
+            refused(backend.factory().createValueObjectArrayImpl({1, 2}, nullptr));
+        });
     add("createBufferImpl of cells", "factory", {"buffer"}, [](const Backend& backend, ArrayImpl&) {
         void* memory = nullptr;
         Deleter deleter = nullptr;
