@@ -2,9 +2,9 @@
 """Changes the sources of both libraries in small ways, one at a time, and asks the tests to notice.
 
 Only the library with the change is built, as its own build would; the test programs of that build, the command
-vexadata-backend-check and the examples then run over it, until one fails or takes too long. Inline bodies of public headers are left out, since every program has copies of its own: ./dev mutants changes these.
-mutants_survivors.txt beside this script lists what of the survivors changes nothing that a caller could see, and why; the rest
-counts. Fails when fewer than 95 of 100 that count are killed.
+vexadata-backend-check and the examples then run over it, until one fails or takes too long. Inline bodies of public headers are left
+out, since every program has copies of its own: ./dev mutants changes these. mutants_survivors.txt beside this script lists what of the
+survivors changes nothing that a caller could see, and why; the rest counts. Fails when fewer than 95 of 100 that count are killed.
 """
 import os
 import pathlib

@@ -1,7 +1,8 @@
 """What the scripts have in common that change sources in small ways, one at a time, and see whether somebody notices.
 
-A mutant that does not compile, or that compiles to the very same code, is none. A file survivors.txt beside a script lists, with
-the reasons, those that change nothing which a caller could see; of the others 95 of 100 have to be killed.
+A mutant that does not compile, or that compiles to the very same code, is none. A file of survivors lists, with the
+reasons, those that change nothing which a caller could see, alone or as "any change" of a line; of the others 95 of 100 have to be
+killed.
 """
 import argparse
 import os
@@ -22,10 +23,12 @@ ROOT = pathlib.Path(__file__).resolve().parents[1]
 
 os.environ["CCACHE_DISABLE"] = "1"  # mutants are compiled once
 
-SWAPS = [(" == ", " != "), (" != ", " == "), (" < ", " <= "), (" <= ", " < "), (" > ", " >= "), (" >= ", " > "), (" + ", " - "),
-         (" - ", " + "), (" * ", " + "), (" && ", " || "), (" || ", " && "), ("++", "--"), ("--", "++"), ("std::min", "std::max"),
-         ("std::max", "std::min"), (".begin()", ".end()"), (" += ", " -= "), (" -= ", " += "), (" % ", " + "), (" / ", " * ")]
-WORDS = [("true", "false"), ("false", "true"), ("0", "1"), ("1", "0"), ("2", "1"), ("COLUMN_MAJOR", "ROW_MAJOR"), ("ROW_MAJOR", "COLUMN_MAJOR")]
+SWAPS = [(" == ", " != "), (" != ", " == "), (" < ", " <= "), (" <= ", " < "), (" > ", " >= "), (" >= ", " > "), (" && ", " || "),
+         (" || ", " && "), (" + ", " - "), (" - ", " + "), (" * ", " + "), (" / ", " * "), (" % ", " + "), (" | ", " & "), (" & ", " | "),
+         ("++", "--"), ("--", "++"), (" += ", " -= "), (" -= ", " += "), (" |= ", " &= "), (" &= ", " |= "), ("std::min", "std::max"),
+         ("std::max", "std::min"), (".begin()", ".end()")]
+WORDS = [("true", "false"), ("false", "true"), ("0", "1"), ("1", "0"), ("2", "1"), ("COLUMN_MAJOR", "ROW_MAJOR"),
+         ("ROW_MAJOR", "COLUMN_MAJOR")]
 
 
 def blanked(match):
@@ -59,7 +62,7 @@ def changes(text):
         for value in ("true", "false") if m[1] == "if" else ("false",):
             yield m.end(), m.end(), f"{value} {'||' if value == 'true' else '&&'} ", f"the condition is always {value}"
     for m in re.finditer(r"^[ \t]+((?!return\b|using\b|throw\b|case\b|break\b|continue\b|static\b|const\b|friend\b|template\b|else\b)"
-                         r"[\w:.\->\[\]*+()&<>]+(?:\(| = | \+= |\+\+)[^{}\n]*;)$", code, re.M):
+                         r"[\w:.\->\[\]*+()&<>]+(?:\(| [-+*|&]?= |\+\+|--)[^{}\n]*;)$", code, re.M):
         yield m.start(1), m.end(1), ";", "the statement is left out"
     for m in re.finditer(r"\breturn ([^;{}]+);", code):
         if m[1] not in ("true", "false", "nullptr", "0"):
@@ -102,7 +105,8 @@ class Library:
         """None when the library is made in `folder`, else the reason why the mutant is none."""
         overlay = folder / "sources"  # quotes look beside the including file first
         for file in self.files():
-            copy = folder / "include" / file.relative_to(ROOT / "include") if file in self.headers else overlay / file.relative_to(self.folder)
+            header = file in self.headers
+            copy = folder / "include" / file.relative_to(ROOT / "include") if header else overlay / file.relative_to(self.folder)
             copy.parent.mkdir(parents=True, exist_ok=True)
             copy.write_text(mutant.text if file == mutant.path else file.read_text())
         link, same = self.link, True
@@ -127,10 +131,13 @@ class Mutant(NamedTuple):
     what: str  # e.g. `<` becomes `<=`, followed by ` (2)` when it is the second such change of the line
     text: str  # of the whole file
 
-    def key(self):
-        """How survivors.txt names it: unlike line numbers, this outlives changes elsewhere."""
+    def key(self, what=None):
+        """How a file of survivors names it: unlike line numbers, this outlives changes elsewhere."""
         line = self.path.read_text().splitlines()[self.line - 1].strip()
-        return f"{self.path.name}: {line}: {self.what}"
+        return f"{self.path.name}: {line}: {what or self.what}"
+
+    def is_in(self, known):
+        return self.key() in known or self.key("any change") in known
 
 
 def mutants_of(library):
@@ -184,7 +191,7 @@ def judge_all(options, libraries, survivors, verdict, left_out=()):
     resource.setrlimit(resource.RLIMIT_AS, (16 << 30,) * 2)  # a mutant may want all memory
     known = {line.split(" # ")[0].strip() for line in survivors.read_text().splitlines() if line and not line.startswith("#")}
     made = [mutant for library in libraries for mutant in mutants_of(library) if mutant.path.name not in left_out]
-    if gone := known - {mutant.key() for mutant in made}:
+    if gone := known - {key for mutant in made for key in (mutant.key(), mutant.key("any change"))}:
         sys.exit("no such mutants any more, see " + "\n".join([str(survivors.relative_to(ROOT)), *sorted(gone)]))
     chosen = [mutant for mutant in made if options.only in str(mutant.path)]
     if options.sample and options.sample < len(chosen):
@@ -196,15 +203,16 @@ def judge_all(options, libraries, survivors, verdict, left_out=()):
             result, why = "none", mutant.library.build_with(mutant, pathlib.Path(name))
             if why is None:
                 why = verdict(mutant, pathlib.Path(name))
-                result = "killed" if why else "equivalent" if mutant.key() in known else "SURVIVES"
+                result = "killed" if why else "equivalent" if mutant.is_in(known) else "SURVIVES"
         counts[result] += 1
         if result == "SURVIVES" or options.verbose:
-            print(f"{result}: {mutant.path.relative_to(ROOT)}:{mutant.line}: {mutant.key()}" + (f": {why}" if why else ""), flush=True)
+            where = f"{mutant.path.relative_to(ROOT)}:{mutant.line}"
+            print(f"{result}: {where}: {mutant.key()}" + (f": {why}" if why else ""), flush=True)
 
     with ThreadPoolExecutor(options.jobs) as pool:
         list(pool.map(judge, chosen))
     judged = counts["killed"] + counts["SURVIVES"]
     share = 100 * counts["killed"] / max(judged, 1)
-    print(f"{len(chosen)} of {len(made)} mutants, {counts['none']} of them not compiled or the same code, {counts['equivalent']} known to change "
-          f"nothing: of {judged} others {counts['killed']} killed, {counts['SURVIVES']} survive ({share:.1f} %)")
+    print(f"{len(chosen)} of {len(made)} mutants, {counts['none']} of them not compiled or the same code, {counts['equivalent']} known to "
+          f"change nothing: of {judged} others {counts['killed']} killed, {counts['SURVIVES']} survive ({share:.1f} %)")
     sys.exit(judged == 0 or share < 95)

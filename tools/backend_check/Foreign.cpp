@@ -123,6 +123,51 @@ public:
     }
 };
 
+class ForeignObjects final : public ForeignTyped<fv::HandleObjectRef, ObjectArrayImpl> {
+    using Iterator = data::detail::ForwardIteratorImpl*;
+    using Identifier = fv::VexaPropertyIdentifier;
+
+public:
+    using ForeignTyped::ForeignTyped;
+    void setElementValue(std::size_t index, const std::string& fieldName,
+                         fv::HandleObjectRef value) override {
+        typed().setElementValue(index, fieldName, std::move(value));
+    }
+    fv::ClassInfo getClassInfo() const override { return typed().getClassInfo(); }
+    bool isHeterogeneous() const override { return typed().isHeterogeneous(); }
+    fv::Array getArrayProperty(Identifier id) const override {
+        return typed().getArrayProperty(std::move(id));
+    }
+    ReferenceImpl* getArrayPropertyReference(Identifier id) override {
+        return typed().getArrayPropertyReference(std::move(id));
+    }
+    Iterator beginArrayProp() override { return typed().beginArrayProp(); }
+    Iterator endArrayProp() override { return typed().endArrayProp(); }
+    Iterator cbeginArrayProp() const override { return typed().cbeginArrayProp(); }
+    Iterator cendArrayProp() const override { return typed().cendArrayProp(); }
+    bool hasArrayProperty(const Identifier& id) const override { return typed().hasArrayProperty(id); }
+    std::size_t numOfArrayProperties() const override { return typed().numOfArrayProperties(); }
+    Dimensions getExternalDimensions() const override { return typed().getExternalDimensions(); }
+    bool isExternalDimensionsSet() const override { return typed().isExternalDimensionsSet(); }
+    std::vector<std::string> getExternalRepresentationArrayPropertyNames() const override {
+        return typed().getExternalRepresentationArrayPropertyNames();
+    }
+    fv::Array getElementProperty(std::size_t index, Identifier id) const override {
+        return typed().getElementProperty(index, std::move(id));
+    }
+    void setElementObject(std::size_t index, ObjectImpl* object) override {
+        typed().setElementObject(index, object);
+    }
+    ObjectImpl* getElementObject(std::size_t index) const override { return typed().getElementObject(index); }
+    Iterator beginElementProperties(std::size_t index) override {
+        return typed().beginElementProperties(index);
+    }
+    Iterator endElementProperties(std::size_t index) override { return typed().endElementProperties(index); }
+    bool isEqualArrayProperties(const ArrayImpl* other) const override {
+        return typed().isEqualArrayProperties(other);
+    }
+};
+
 class ForeignSparse final : public Foreign<ArrayImpl> {
 public:
     using Foreign::Foreign;
@@ -145,6 +190,10 @@ Owned<ArrayImpl> foreign(Owned<ArrayImpl> array) {
         return as([](auto inner) { return new ForeignEnums(std::move(inner)); });
     case ArrayType::STRUCT:
         return as([](auto inner) { return new ForeignStructs(std::move(inner)); });
+    case ArrayType::OBJECT:
+    case ArrayType::VALUE_OBJECT:
+    case ArrayType::HANDLE_OBJECT_REF:
+        return as([](auto inner) { return new ForeignObjects(std::move(inner)); });
     case ArrayType::SPARSE_LOGICAL:
     case ArrayType::SPARSE_DOUBLE:
     case ArrayType::SPARSE_COMPLEX_DOUBLE:

@@ -582,6 +582,9 @@ void elementsCompared(Backend& backend) {
             const std::string of = "isEqual of arrays that hold " + what + " and " + otherwise;
             backend.step(of);
             expectEqual(of, arrayOf(element)->isEqual(arrayOf(other).get()), what == otherwise);
+            if (what == "an object" && otherwise == what)
+                expectEqual(of + " of another back-end",
+                            arrayOf(element)->isEqual(foreign(arrayOf(other)).get()), true);
         }
 }
 
