@@ -19,6 +19,7 @@
 #include <memory>
 #include <new>
 #include <numeric>
+#include <stdexcept>
 #include <utility>
 
 namespace {
@@ -176,6 +177,9 @@ public:
     /// The buffer is this function's from the call on. When it throws, the smart pointer frees it.
     ArrayImpl* createArrayFromBufferImpl(Dimensions dimensions, ArrayType type, Buffer<void> buffer,
                                          MemoryLayout layout) override {
+        if (buffer == nullptr && countOf(dimensions) != 0) {
+            throw std::invalid_argument("a buffer without storage");
+        }
         if (type == ArrayType::SINGLE && layout != MemoryLayout::NONE) {
             return DenseArrayImpl<float>::adopt(std::move(dimensions), std::move(buffer), layout);
         }

@@ -179,6 +179,11 @@ TEST_F(Structs, AreWalked) {
     EXPECT_EQ(y(points, 2), 112);
     EXPECT_EQ(x(copy, 2), 2);
     EXPECT_EQ(y(copy, 2), 12);
+    StructArray other = copy;
+    auto last = other[1].end(); // asked for alone
+    *--last = factory.createScalar(5.0);
+    EXPECT_EQ(y(other, 1), 5);
+    EXPECT_EQ(y(copy, 1), 11);
     StructElement first = *copy.begin();
     EXPECT_EQ(TypedArray<double>(*first.begin())[0], 0);
 }

@@ -47,6 +47,7 @@ TEST(CharArrays, ReadAsOneTextInStorageOrder) {
 
 TEST(CharArrays, NarrowOnlyWhenAllOfThemIsAscii) {
     ArrayFactory factory;
+    EXPECT_EQ(factory.createCharArray("\x7F").toUTF16(), u"\u007F");
     bothWays(factory.createCharArray(u"\u007F\u0001 ~"),
              [](const auto& text) { EXPECT_EQ(text.toAscii(), "\x7F\x01 ~"); });
     for (const std::u16string units :

@@ -32,15 +32,21 @@ void expectNewArray(const Backend& backend, const ArrayImpl& array, const std::v
 
 const std::string creates = "every result of a factory carries one reference for the caller";
 
-/// Arrays that `createArrayImpl` makes.
-void addKind(Family& family, ArrayType type) {
+/// Arrays that `createArrayImpl` makes; those of kinds that have another creator too are "new".
+void addKind(Family& family, ArrayType type, const std::string& isNew = {}) {
     const std::string name(nameOf(type));
-    family.addCapability(name + " arrays", creates, name, {}, [type](Backend& backend) {
-        const Dimensions dimensions{2, 3};
-        const auto array = offered(backend, "createArrayImpl",
-                                   [&] { return backend.factory().createArrayImpl(type, dimensions); });
-        expectNewArray(backend, *array, {type}, dimensions);
-    });
+    const std::string capability = isNew.empty() ? name : isNew + "-" + name;
+    family.addCapability((isNew.empty() ? name : isNew + " " + name) + " arrays", creates, capability, {},
+                         [type](Backend& backend) {
+                             const Dimensions dimensions{2, 3};
+                             const auto array = offered(backend, "createArrayImpl", [&] {
+                                 return backend.factory().createArrayImpl(type, dimensions);
+                             });
+                             expectNewArray(backend, *array, {type}, dimensions);
+                             if (isSparse(type))
+                                 expectEqual("getNumberOfNonZeroElements of a new matrix",
+                                             array->getNumberOfNonZeroElements(), 0);
+                         });
 }
 
 void fromData(Backend& backend) {
@@ -224,6 +230,10 @@ void addCreationChecks(Checks& checks) {
     for (const auto type :
          {ArrayType::SPARSE_LOGICAL, ArrayType::SPARSE_DOUBLE, ArrayType::SPARSE_COMPLEX_DOUBLE})
         addSparse(creation, type);
+    for (const auto type : {ArrayType::STRUCT, ArrayType::ENUM, ArrayType::OBJECT, ArrayType::VALUE_OBJECT,
+                            ArrayType::HANDLE_OBJECT_REF, ArrayType::SPARSE_LOGICAL, ArrayType::SPARSE_DOUBLE,
+                            ArrayType::SPARSE_COMPLEX_DOUBLE})
+        addKind(creation, type, "new");
     creation.addCapability("arrays from compressed columns", creates, "compressed-columns", {},
                            compressedColumns);
     creation.addCapability("arrays from data", creates, "data", {}, fromData);

@@ -123,12 +123,57 @@ public:
     }
 };
 
+class ForeignObjects final : public ForeignTyped<fv::HandleObjectRef, ObjectArrayImpl> {
+    using Iterator = data::detail::ForwardIteratorImpl*;
+    using Identifier = fv::VexaPropertyIdentifier;
+
+public:
+    using ForeignTyped::ForeignTyped;
+    void setElementValue(std::size_t index, const std::string& fieldName,
+                         fv::HandleObjectRef value) override {
+        typed().setElementValue(index, fieldName, std::move(value));
+    }
+    fv::ClassInfo getClassInfo() const override { return typed().getClassInfo(); }
+    bool isHeterogeneous() const override { return typed().isHeterogeneous(); }
+    fv::Array getArrayProperty(Identifier id) const override {
+        return typed().getArrayProperty(std::move(id));
+    }
+    ReferenceImpl* getArrayPropertyReference(Identifier id) override {
+        return typed().getArrayPropertyReference(std::move(id));
+    }
+    Iterator beginArrayProp() override { return typed().beginArrayProp(); }
+    Iterator endArrayProp() override { return typed().endArrayProp(); }
+    Iterator cbeginArrayProp() const override { return typed().cbeginArrayProp(); }
+    Iterator cendArrayProp() const override { return typed().cendArrayProp(); }
+    bool hasArrayProperty(const Identifier& id) const override { return typed().hasArrayProperty(id); }
+    std::size_t numOfArrayProperties() const override { return typed().numOfArrayProperties(); }
+    Dimensions getExternalDimensions() const override { return typed().getExternalDimensions(); }
+    bool isExternalDimensionsSet() const override { return typed().isExternalDimensionsSet(); }
+    std::vector<std::string> getExternalRepresentationArrayPropertyNames() const override {
+        return typed().getExternalRepresentationArrayPropertyNames();
+    }
+    fv::Array getElementProperty(std::size_t index, Identifier id) const override {
+        return typed().getElementProperty(index, std::move(id));
+    }
+    void setElementObject(std::size_t index, ObjectImpl* object) override {
+        typed().setElementObject(index, object);
+    }
+    ObjectImpl* getElementObject(std::size_t index) const override { return typed().getElementObject(index); }
+    Iterator beginElementProperties(std::size_t index) override {
+        return typed().beginElementProperties(index);
+    }
+    Iterator endElementProperties(std::size_t index) override { return typed().endElementProperties(index); }
+    bool isEqualArrayProperties(const ArrayImpl* other) const override {
+        return typed().isEqualArrayProperties(other);
+    }
+};
+
 class ForeignSparse final : public Foreign<ArrayImpl> {
 public:
     using Foreign::Foreign;
 };
 
-/// The class for the arrays of a tag; void for arrays of objects and for no kind.
+/// The class for the arrays of a tag; void for no kind.
 template <class Tag>
 struct ForeignClass {
     using type = void;
@@ -151,11 +196,11 @@ struct ForeignClass<fv::detail::ElementTag<fv::StructElement>> {
 };
 template <>
 struct ForeignClass<fv::detail::ElementTag<fv::ValueObject>> {
-    using type = void;
+    using type = ForeignObjects;
 };
 template <>
 struct ForeignClass<fv::detail::ElementTag<fv::HandleObjectRef>> {
-    using type = void;
+    using type = ForeignObjects;
 };
 template <class T>
 struct ForeignClass<fv::detail::SparseTag<T>> {

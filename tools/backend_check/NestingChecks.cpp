@@ -329,6 +329,28 @@ void intoItself(Backend& backend) {
     });
 }
 
+/// Beside what is copied then lies what holds nothing.
+void mixedIntoItself(Backend& backend) {
+    const auto cells = backend.array(ArrayType::CELL, {1, 4});
+    for (const std::size_t k : {0U, 3U})
+        assign(*cells, k, {}, *backend.array(ArrayType::CELL, {1, 2}));
+    assign(*cells, 1, {}, *scalar(backend, 1));
+    const auto outer = backend.array(ArrayType::CELL, {1, 1});
+    assign(*outer, 0, {}, *cells);
+    try {
+        assign(*cells, 2, {}, *outer);
+    } catch (...) {
+        return; // refused
+    }
+    assign(*cells, 1, {}, *scalar(backend, 2));
+    const auto inside = [](ArrayImpl& holder, std::size_t k) {
+        const auto chain = adopt(holder.createElementReference(k, {}, false), "createElementReference");
+        return share(*chain->getArrayImpl());
+    };
+    const auto before = inside(*inside(*inside(*cells, 2), 0), 1);
+    expectEqual("the number beside cells in a copy of what came to hold itself", scalarValue(*before), 1.0);
+}
+
 } // namespace
 
 void addNestingChecks(Checks& checks) {
@@ -347,6 +369,9 @@ void addNestingChecks(Checks& checks) {
     nesting.add("an array into itself",
                 "assignElementArray stores an array, borrowed, and nothing is lost (order 17)", {},
                 intoItself);
+    nesting.add("an array of cells and numbers into itself",
+                "assignElementArray stores an array, borrowed (order 17)", {"cell", "double"},
+                mixedIntoItself);
 }
 
 } // namespace vexa::check

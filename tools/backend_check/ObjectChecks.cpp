@@ -198,7 +198,8 @@ void namesAlike(Backend& backend) {
             };
             expectEqual("getProperty" + of, scalarValue(*object->getProperty(property(names[k]))), wanted);
             expectEqual("hasProperty" + of, object->hasProperty(property(names[k])), true);
-            for (const std::string& other : {names[k] + "_", names[k].substr(1), "A" + names[k].substr(1)})
+            for (const std::string& other :
+                 {names[k] + "_", names[k].substr(1), std::string("A").append(names[k], 1)})
                 expectEqual("hasProperty of " + show(other), object->hasProperty(property(other)),
                             std::find(names.begin(), names.end(), other) != names.end());
             if (array == nullptr) continue;
@@ -229,6 +230,29 @@ void properties(Backend& backend) {
     const auto fresh =
         adopt(backend.factory().createValueObjectImpl(pointClass(backend).get()), "createValueObjectImpl");
     expect(fresh->getProperty(property("x")) != nullptr, "getProperty of a new object returns null");
+}
+
+/// The identifiers that a class names find each its own property, also where superclasses have namesakes.
+void inheritedProperties(Backend& backend) {
+    std::vector<fv::ClassInfo> above;
+    for (const char* name : {"Point", "Pixel"})
+        above.emplace_back(newClass(backend, name, {"x", "y"}).release());
+    const auto below = newClass(backend, "Dot", {"y", "z"}, {}, above);
+    const auto object = adopt(backend.factory().createValueObjectImpl(below.get()), "createValueObjectImpl");
+    Identifiers ids;
+    const auto end = adopt(below->endProperties(), "endProperties");
+    for (const auto here = adopt(below->beginProperties(), "beginProperties"); !here->equal(end.get());
+         here->increment())
+        ids.emplace_back(here->get());
+    expectEqual("numOfProperties of an object", object->numOfProperties(), ids.size());
+    for (std::size_t k = 0; k < ids.size(); ++k)
+        adopt(object->getPropertyReference(ids[k]), "getPropertyReference")
+            ->setArray(scalar(backend, static_cast<double>(k)).get());
+    for (std::size_t k = 0; k < ids.size(); ++k) {
+        const std::string of = " of " + ids[k].getExternalPropertyName() + ", which the class names";
+        expectEqual("getProperty" + of, scalarValue(*object->getProperty(ids[k])), static_cast<double>(k));
+        expectEqual("hasProperty" + of, object->hasProperty(ids[k]), true);
+    }
 }
 
 /// Values of all kinds, of other back-ends too, stored and replaced one by one.
@@ -385,6 +409,7 @@ void expectElementOfCells(const Backend& backend, const std::string& operation, 
         const ArrayImpl* array = chain->getArrayImpl();
         expect(array != nullptr, what + " is null");
         expectEqual("getType of " + what, array->getType(), ArrayType::CELL);
+        expectEqual("isEmpty of " + what, array->isEmpty(), false);
         ArrayImpl* held = chain->getElementArray(false);
         expect(held != nullptr, "getElementArray of what " + operation + " returns is null");
         if (value != nullptr)
@@ -426,6 +451,11 @@ void expectRefusals(const Backend& backend, const std::string& operation,
         refused("prepareForWrite", [&] { chain->prepareForWrite(); });
         refused("getElementArray for writing", [&] { chain->getElementArray(true); });
         refused("createReference for writing", [&] { chain->createReference(true, false); });
+        ArrayImpl& cell = *chain->getArrayImpl();
+        refused("unshare of the array", [&] { cell.unshare(); });
+        refused("createElementReference for writing",
+                [&] { Owned<ReferenceImpl>(cell.createElementReference(0, {}, true)); });
+        refused("assignElementArray", [&] { cell.assignElementArray(0, {}, value.get()); });
     }
     expectOneReference("an array whose storing was refused", *value);
 }
@@ -504,13 +534,16 @@ void arrayDescribesItself(Backend& backend) {
 
 /// Arrays that were made without a class take objects of any.
 void classesMixed(Backend& backend) {
-    const auto array = offered(backend, "createArrayImpl for value objects", [&] {
-        return backend.factory().createArrayImpl(ArrayType::VALUE_OBJECT, {1, 3});
-    });
+    const auto array = backend.array(ArrayType::VALUE_OBJECT, {1, 3});
     ObjectArrayImpl& objects = asObjects(*array);
-    for (std::size_t k = 0; k < 3; ++k)
+    for (std::size_t k = 0; k < 3; ++k) {
         expect(Owned<ObjectImpl>(objects.getElementObject(k)) == nullptr,
                "getElementObject of an element that holds no object is not null");
+        expectSequence({"the properties of an element that holds no object",
+                        [&] { return objects.beginElementProperties(k); },
+                        [&] { return objects.endElementProperties(k); }, &nameOfProperty},
+                       {});
+    }
     const auto pixel = newClass(backend, "Pixel", {"depth"});
     objects.setElementObject(0, newPoint(backend, 1, 2).get());
     objects.setElementObject(1, newPoint(backend, 3, 4).get());
@@ -528,6 +561,34 @@ void classesMixed(Backend& backend) {
     expectEqual("the object at element 1",
                 shownObject(*adopt(objects.getElementObject(1), "getElementObject")),
                 "x=1x1 double [3], y=1x1 double [4]");
+}
+
+/// Elements that hold no object, an object, members of enumerations: each is equal to the like alone.
+void elementsCompared(Backend& backend) {
+    std::vector<std::pair<std::string, std::function<Owned<ObjectImpl>()>>> elements{
+        {"no object", [] { return Owned<ObjectImpl>(); }},
+        {"an object", [&] { return newPoint(backend, 1, 2); }}};
+    for (const auto& [name, member] : {std::pair{"Colors", "Red"}, {"Colors", "Green"}, {"Colours", "Red"}})
+        if (backend.offers("enumeration-object"))
+            elements.emplace_back(
+                std::string(name).append(".").append(member), [&backend, name = name, member = member] {
+                    return adopt(backend.factory().createEnumerationObjectImpl(name, member),
+                                 "createEnumerationObjectImpl");
+                });
+    const auto arrayOf = [&](const auto& element) {
+        auto array = backend.array(ArrayType::VALUE_OBJECT, {1, 2});
+        if (const Owned<ObjectImpl> object = element()) asObjects(*array).setElementObject(1, object.get());
+        return array;
+    };
+    for (const auto& [what, element] : elements)
+        for (const auto& [otherwise, other] : elements) {
+            const std::string of = "isEqual of arrays that hold " + what + " and " + otherwise;
+            backend.step(of);
+            expectEqual(of, arrayOf(element)->isEqual(arrayOf(other).get()), what == otherwise);
+            if (what == "an object" && otherwise == what)
+                expectEqual(of + " of another back-end",
+                            arrayOf(element)->isEqual(foreign(arrayOf(other)).get()), true);
+        }
 }
 
 /// Read and walked by element, with the objects of several elements held at once.
@@ -557,6 +618,10 @@ void elementsOfArrays(Backend& backend) {
                      [&] { objects.getElementProperty(k, property("z")); });
     }
     held.clear();
+    const fv::HandleObjectRef* first = objects.getTypedDataPtr();
+    expect(first != nullptr &&
+               scalarValue(*fv::detail::Access::impl(first[5])->getProperty(property("x"))) == 5,
+           "getTypedDataPtr()[5] is not the object at element 5");
     for (const std::size_t k : {0U, 5U})
         expectSequence({"the properties of element " + show(k),
                         [&] { return objects.beginElementProperties(k); },
@@ -732,6 +797,10 @@ void scalars(Backend& backend) {
     copy.reset();
     array.reset();
     expectOneReference("an object after the array of it is gone", *point);
+    backend.step("createValueObjectScalarImpl of no object");
+    array = adopt(backend.factory().createValueObjectScalarImpl(nullptr), "createValueObjectScalarImpl");
+    expect(Owned<ObjectImpl>(asObjects(*array).getElementObject(0)) == nullptr,
+           "getElementObject of an array of no object is not null");
 }
 
 } // namespace
@@ -740,6 +809,7 @@ void addObjectChecks(Checks& checks) {
     Family objects(checks, "objects");
     const Texts object{"value-object", "class", "double"};
     const Texts array{"object-array", "value-object", "class", "double"};
+    const Texts classless{"new-value-object", "object-array", "value-object", "class", "double"};
     const std::string walks = "iterators are new ones, with one reference for the caller (objects, 8 to 11)";
     objects.add("classes name their properties",
                 "iterators over the identifiers of a class (classes, 4 to 8, 11, 12)", {"class"},
@@ -757,6 +827,9 @@ void addObjectChecks(Checks& checks) {
     objects.add("properties by their names",
                 "the value of a property, by its whole name (objects, 6, 7, 16; orders 43, 44, 58)", object,
                 namesAlike);
+    objects.add("properties of superclasses",
+                "the value of a property, by the identifier that its class gives (classes, 4; objects, 6, 7)",
+                object, inheritedProperties);
     objects.add("properties hold arrays of all kinds", "a writable reference to a property (objects, 7)",
                 object, storesValues);
     objects.add("properties in their order", walks, object, propertyIterators);
@@ -773,8 +846,10 @@ void addObjectChecks(Checks& checks) {
     objects.add("arrays describe their class",
                 "class, classes mixed, external dimensions and names (orders 41, 42, 55 to 57)", array,
                 arrayDescribesItself);
-    objects.add("arrays of mixed classes", "isHeterogeneous: elements of different classes (order 42)", array,
-                classesMixed);
+    objects.add("arrays of mixed classes", "isHeterogeneous: elements of different classes (order 42)",
+                classless, classesMixed);
+    objects.add("elements tell arrays apart", "isEqual is element-wise equality (order 35)", classless,
+                elementsCompared);
     objects.add("elements of object arrays",
                 "properties and objects by element (orders 38, 58 to 60, 66, 67)", array, elementsOfArrays);
     objects.add("objects in several elements",

@@ -4,6 +4,9 @@
 #include "Foreign.hpp"
 #include "Samples.hpp"
 
+#include <foundation/vexadata/StructArray.hpp>
+#include <vexa/data/impl/InPlaceStructImpl.hpp>
+
 #include <memory>
 #include <set>
 
@@ -39,6 +42,42 @@ void shapes(Backend& backend) {
             expect(other->getMemoryLayout() == subject.array->getMemoryLayout(),
                    "getMemoryLayout of a " + subject.what + " is not that of the array it shares with");
         }
+    });
+}
+
+/// The place of the elements that handles reach without asking, if the class of the array shows any.
+template <class Interface, class T>
+const data::detail::InPlace<T>* shownBy(const ArrayImpl& array) {
+    const auto* showing = dynamic_cast<const data::impl::InPlaceArrayImpl<Interface, T>*>(&array);
+    return showing == nullptr || showing->inPlace().rows == 0 ? nullptr : &showing->inPlace();
+}
+
+void inPlace(Backend& backend) {
+    eachSubject(backend, [](Subject& subject) {
+        ArrayImpl& array = *subject.array;
+        const auto expectShown = [&](const auto* shown) {
+            if (shown != nullptr)
+                expectEqual("the matrix that a " + subject.what + " shows",
+                            Dimensions{shown->rows, shown->columns}, subject.dimensions);
+        };
+        const auto* cells = shownBy<CellArrayImpl, fv::Array>(array);
+        expectShown(cells);
+        expectShown(shownBy<StringArrayImpl, const void>(array));
+        expectShown(shownBy<StructArrayImpl, const void>(array));
+        if (cells != nullptr)
+            expect(cells->data == asCells(array).getElementAddress(0, {}, false),
+                   "the elements that a " + subject.what + " shows are not at getElementAddress");
+        const auto* records = dynamic_cast<const data::impl::InPlaceStructImpl*>(&array);
+        if (records == nullptr) return;
+        for (const std::size_t k : somePositions(array.getNumberOfElements()))
+            for (const fv::VexaFieldIdentifier& name :
+                 fv::StructArray(share(array).release()).getFieldNames()) {
+                const std::string field = name.getString();
+                ArrayImpl* const* place = records->getFieldPlace(k, field);
+                const auto held = adopt(records->getField(k, field), "getField");
+                expect(place != nullptr && *place == held.get(),
+                       "getFieldPlace of a " + subject.what + " is not where getField finds its array");
+            }
     });
 }
 
@@ -486,6 +525,9 @@ void addSharedChecks(Checks& checks) {
         "dimensions, counts, emptiness",
         "getNumberOfElements is the product of the dimensions, isEmpty says that it is 0 (orders 14, 15, 29)",
         {}, shapes);
+    shape.add("elements in place",
+              "the place of the elements, which the array keeps up to date (InPlaceArrayImpl; order 49)", {},
+              inPlace);
     shape.add("sizes around powers of two", "dimensions arrive with a product that fits in 64 bits", {},
               sizes);
     shape.add("extents beyond 32 bits", "dimensions arrive with a product that fits in 64 bits", {},
