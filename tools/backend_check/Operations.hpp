@@ -1,14 +1,17 @@
 // The operations of the contract one by one: made to fail, repeated, asked on several threads.
 #pragma once
 
-#include "FailingAllocations.hpp"
 #include "Samples.hpp"
+
+#include <vexa/testing/FailingAllocations.hpp>
 
 #include <functional>
 #include <string>
 #include <vector>
 
 namespace vexa::check {
+
+using testing::FailingAllocations;
 
 /// Around the calls in which allocations are to fail: the n-th of all that they make, and with `onwards` all that follow.
 class Trial {
