@@ -1,16 +1,17 @@
-# find_package(vexadata [COMPONENTS core client tools])
+# find_package(vexadata [COMPONENTS core client testing tools])
 #
 #   core    vexadata::vexadata       the library
 #   client  vexadata::client         the embedded back-end; a program that links it can create arrays
+#   testing vexadata::testing        headers: doubles of back-ends and failing allocations, for tests
 #   tools   vexadata::backend_check  the command that runs a back-end through the contract, and the function
 #                                    vexadata_check_backend, which makes a test of it (see vexadataCheckBackend.cmake)
 #
-# Without COMPONENTS, core and, where they are installed, client and tools.
+# Without COMPONENTS, core and, where they are installed, client, testing and tools.
 
 foreach(component IN LISTS vexadata_FIND_COMPONENTS)
-  if(NOT component MATCHES "^(core|client|tools)$")
+  if(NOT component MATCHES "^(core|client|testing|tools)$")
     set(vexadata_FOUND FALSE)
-    set(vexadata_NOT_FOUND_MESSAGE "vexadata has no component '${component}'; its components are core, client and tools")
+    set(vexadata_NOT_FOUND_MESSAGE "vexadata has no component '${component}'; its components are core, client, testing and tools")
     return()
   endif()
 endforeach()
@@ -23,6 +24,14 @@ if(NOT vexadata_FIND_COMPONENTS OR "client" IN_LIST vexadata_FIND_COMPONENTS)
   if(NOT vexadata_client_FOUND AND vexadata_FIND_REQUIRED_client)
     set(vexadata_FOUND FALSE)
     set(vexadata_NOT_FOUND_MESSAGE "the component client of vexadata is not installed beside its core")
+  endif()
+endif()
+
+if(NOT vexadata_FIND_COMPONENTS OR "testing" IN_LIST vexadata_FIND_COMPONENTS)
+  include("${CMAKE_CURRENT_LIST_DIR}/vexadataTestingTargets.cmake" OPTIONAL RESULT_VARIABLE vexadata_testing_FOUND)
+  if(NOT vexadata_testing_FOUND AND vexadata_FIND_REQUIRED_testing)
+    set(vexadata_FOUND FALSE)
+    set(vexadata_NOT_FOUND_MESSAGE "the component testing of vexadata is not installed beside its core")
   endif()
 endif()
 

@@ -89,7 +89,7 @@ private:
     /// Into one of its cells, or into a cell of a cell.
     void storeItself(World& world, Array& array) {
         operation = "cells: store the array into itself";
-        if (isEmpty() || weight() > 12) {
+        if (isEmpty() || weight() > 12 || !World::isNested) {
             return;
         }
         const Indices indices = world.input.validIndices(dims_);
@@ -138,18 +138,30 @@ private:
                        }));
     }
 
-    /// `cells[i].held()[j] = 5.0` for cells in a row or column.
+    /// `cells[i].held()[j] = 5.0`, and reading that again.
     void writeScalarInside(World& world, Array& array) {
         operation = "cells: write a scalar in a cell";
-        if (isEmpty() || dims_.size() != 2 || (dims_[0] != 1 && dims_[1] != 1)) {
+        if (isEmpty()) {
             return;
         }
-        const std::size_t cell = world.input.below(elements_.size());
-        const std::size_t element = world.input.below(5);
+        const Indices indices = world.input.validIndices(dims_);
+        Model& inner = *elements_[place(indices).position];
+        const Indices deeper = world.input.indices(inner.dims());
         const double value = world.input.value<double>();
-        const Outcome wanted = elements_[cell]->writeScalar(element, value);
+        const auto inCell = [&](auto& cells, auto use) {
+            atIndices(cells, indices, [&](auto& cell) {
+                auto held = cell.held();
+                atIndices(held, deeper, use);
+            });
+        };
         as<Cell>(array, [&](Cell& cells) {
-            requireOutcome(wanted, outcomeOf([&] { cells[cell].held()[element] = value; }));
+            if (succeeds(inner.writeScalar(deeper, value),
+                         [&] { inCell(cells, [&](auto& element) { element = value; }); })) {
+                inCell(std::as_const(cells), [&](auto& element) {
+                    const double found = element;
+                    require(found == value || value != value, "another value");
+                });
+            }
         });
     }
 

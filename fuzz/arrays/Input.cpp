@@ -17,6 +17,14 @@ std::size_t elementCount(const Dims& dims) {
     return std::accumulate(dims.begin(), dims.end(), std::size_t{1}, std::multiplies<>());
 }
 
+std::size_t Input::below(std::size_t count) {
+    std::size_t number = 0;
+    for (std::size_t most = count - 1; most != 0 && !isEmpty(); most >>= 8U) {
+        number = number << 8U | *--last_;
+    }
+    return number % count;
+}
+
 Dims Input::dims(std::size_t most) {
     if (below(8) == 0) {
         return {below(most + 1)};

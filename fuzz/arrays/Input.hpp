@@ -1,8 +1,7 @@
-// The fuzzer's bytes as choices.
+// The bytes of an input as choices.
 #pragma once
 
-#include <fuzzer/FuzzedDataProvider.h>
-
+#include <algorithm>
 #include <complex>
 #include <cstddef>
 #include <cstdint>
@@ -18,14 +17,16 @@ using Indices = std::vector<std::size_t>;
 Dims normalized(Dims dims);
 std::size_t elementCount(const Dims& dims);
 
+/// Borrows the bytes. Choices are taken from their end and values from their beginning, so that what a fuzzer changes in one
+/// place does not change the meaning of all that follows. Without bytes every choice is 0.
 class Input {
 public:
-    Input(const std::uint8_t* data, std::size_t size) : bytes_(data, size) {}
+    Input(const std::uint8_t* data, std::size_t size) : first_(data), last_(data + size) {}
 
-    bool isEmpty() { return bytes_.remaining_bytes() == 0; }
+    bool isEmpty() const { return first_ == last_; }
     /// Less than `count`, which is not 0.
-    std::size_t below(std::size_t count) { return bytes_.ConsumeIntegralInRange<std::size_t>(0, count - 1); }
-    bool flip() { return bytes_.ConsumeBool(); }
+    std::size_t below(std::size_t count);
+    bool flip() { return below(2) == 1; }
 
     /// One to four dimensions with at most `most` elements; some arrays have none.
     Dims dims(std::size_t most);
@@ -47,12 +48,14 @@ private:
     template <class T>
     T bits() {
         T value{};
-        const auto read = bytes_.ConsumeBytes<std::uint8_t>(sizeof(T));
-        std::copy(read.begin(), read.end(), reinterpret_cast<std::uint8_t*>(&value));
+        const auto* const end = first_ + std::min<std::ptrdiff_t>(sizeof(T), last_ - first_);
+        std::copy(first_, end, reinterpret_cast<std::uint8_t*>(&value));
+        first_ = end;
         return value;
     }
 
-    FuzzedDataProvider bytes_;
+    const std::uint8_t* first_;
+    const std::uint8_t* last_;
 };
 
 template <class T>

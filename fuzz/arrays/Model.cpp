@@ -68,8 +68,9 @@ Place resolve(const Dims& dims, bool rowMajor, const Indices& indices) {
     return {nullptr, position};
 }
 
-Outcome Model::writeScalar(std::size_t, double) {
-    return isEmpty() ? thrown<CantIndexIntoEmptyArrayException> : thrown<TypeMismatchException>;
+Outcome Model::writeScalar(const Indices& indices, double) {
+    const Outcome error = appendError(dims_, indices);
+    return error != nullptr ? error : thrown<TypeMismatchException>;
 }
 
 void Model::check(const Array& array) const {

@@ -39,8 +39,8 @@ public:
     /// One write into the array that a cell, a field or a property holds.
     virtual void writeThrough(World& world, Reference<Array> held) = 0;
 
-    /// What `cells[i][index] = value` does with an array in cell i.
-    virtual Outcome writeScalar(std::size_t index, double value);
+    /// What `cells[i].held()[j][k] = value` does with an array in cell i.
+    virtual Outcome writeScalar(const Indices& indices, double value);
 
     /// Ends the process unless the array reads back as this.
     void check(const Array& array) const;

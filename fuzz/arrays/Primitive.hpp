@@ -80,15 +80,15 @@ public:
         }
     }
 
-    Outcome writeScalar(std::size_t index, double value) override {
+    Outcome writeScalar(const Indices& indices, double value) override {
         if constexpr (std::is_same_v<T, double>) {
-            const Place at = place({index});
+            const Place at = place(indices);
             if (at.error == nullptr) {
                 elements_[at.position] = value;
             }
             return at.error;
         } else {
-            return Model::writeScalar(index, value);
+            return Model::writeScalar(indices, value);
         }
     }
 

@@ -110,7 +110,7 @@ private:
             inside = inside && row < dims[0] && column < dims[1];
         }
     };
-    static constexpr std::size_t mostValues = 40;
+    static constexpr std::size_t mostValues = 400;
 
     /// Small whole values, whose sums do not depend on the order; some cancel.
     static T smallValue(Input& input) {
@@ -133,7 +133,7 @@ private:
     static Dims anyDims(Input& input) {
         Dims dims = input.dims(30);
         if (input.below(8) == 0) {
-            dims = {std::size_t{1} << (20 + input.below(40)), 1 + input.below(4)};
+            dims = {std::size_t{1} << (5 + input.below(55)), 1 + input.below(40)};
         }
         return dims;
     }
@@ -192,7 +192,8 @@ private:
         const Dims dims = normalized(anyDims(input));
         Triplets triplets;
         for (std::size_t n = input.below(mostValues); n > 0 && !input.isEmpty(); --n) {
-            const std::size_t row = rowIn(input, dims);
+            const bool again = !triplets.rows.empty() && input.below(4) == 0;
+            const std::size_t row = again ? triplets.rows.back() : rowIn(input, dims);
             const std::size_t column = input.below(dims[1] == 0 ? 1 : dims[1]);
             triplets.append(row, column, smallValue(input), dims);
         }

@@ -25,14 +25,16 @@ struct Tally {
 };
 Tally tally;
 
-/// Only in the canary: a write that goes around copy-on-write.
-void plant([[maybe_unused]] Array& array) {
-#ifdef VEXADATA_PLANTED_FAULT
+/// A write that goes around copy-on-write.
+void plantFault(const Array& array) {
     if (array.getType() == ArrayType::DOUBLE && !array.isEmpty()) {
         const TypedArray<double> typed = array;
         const_cast<double&>(*typed.begin()) = -42;
     }
-#endif
+}
+
+bool holdsArrays(ArrayType type) {
+    return type == ArrayType::CELL || type == ArrayType::STRUCT || type == ArrayType::VALUE_OBJECT;
 }
 
 } // namespace
@@ -86,7 +88,9 @@ void World::copy() {
     const std::size_t from = any();
     const std::size_t to = any();
     Slot copied = slots_[from];
-    plant(copied.array);
+    if (isFaultPlanted) {
+        plantFault(copied.array);
+    }
     if (input.flip()) {
         slots_[to] = copied;
     } else if (slots_.size() < mostSlots) {
@@ -119,12 +123,10 @@ void World::checkAll() const {
 Slot World::pick() {
     const Slot& slot = slots_[any()];
     const bool atWork = detail::Access::impl(slot.array) == nullptr; // moved into a typed handle
-    return atWork || slot.model->weight() > heaviestStored ? Slot{Array(), emptyModel()} : slot;
+    const std::size_t most = isNested ? heaviestStored : 1;
+    return atWork || slot.model->weight() > most || (!isNested && holdsArrays(slot.model->type()))
+               ? Slot{Array(), emptyModel()}
+               : slot;
 }
 
 } // namespace vexa::fuzz
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    vexa::fuzz::World(data, size).run();
-    return 0;
-}

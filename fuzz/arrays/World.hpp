@@ -27,10 +27,16 @@ private:
 
 class World {
 public:
-    World(const std::uint8_t* data, std::size_t size) : input(data, size) {}
+    World(const std::uint8_t* data, std::size_t size, ArrayFactory maker)
+        : input(data, size), factory(std::move(maker)) {}
 
-    /// Uses the input up.
+    /// Uses the input up. Ends the process when an array and its model differ.
     void run();
+
+    /// Whether arrays that hold arrays may be stored into others. Not in front of a back-end whose doubles would hold themselves.
+    static inline bool isNested = true;
+    /// Whether copies are written to behind the back of their handles, to see that this is noticed.
+    static inline bool isFaultPlanted = false;
 
     /// An array to be stored in another one, or the empty array in place of one that holds too many already.
     Slot pick();

@@ -1,11 +1,12 @@
 // Views by several indices: positions in either layout, errors, copy-on-write once, and what they keep alive.
 #include "support/AllocationCountdown.hpp"
-#include "support/RecordingArray.hpp"
+#include "support/Ledger.hpp"
 #include "support/Throws.hpp"
 
 #include <foundation/vexadata/ArrayFactory.hpp>
 #include <foundation/vexadata/ArrayView.hpp>
 #include <foundation/vexadata/Exception.hpp>
+#include <vexa/testing/CallLog.hpp>
 
 #include <gtest/gtest.h>
 
@@ -102,7 +103,7 @@ TEST_F(Views, CheckEveryIndexAndTheirNumber) {
 }
 
 TEST_F(Views, DecideCopyOnWriteOnce) {
-    auto made = support::recorded(counting({2, 2}));
+    auto made = vexa::testing::recorded(counting({2, 2}));
     const TypedArray<std::int32_t> other = made.array;
     const auto read = readOnlyView(made.array);
     EXPECT_EQ(made.log->take(), (std::vector<std::string>{"getTypedDataPtr()"}));
@@ -120,7 +121,7 @@ TEST_F(Views, DecideCopyOnWriteOnce) {
 }
 
 TEST_F(Views, KeepTheirElementsWhenTheHandleGoesElsewhere) {
-    auto made = support::recorded(counting({2, 2}));
+    auto made = vexa::testing::recorded(counting({2, 2}));
     auto view = writableView(made.array);
     EXPECT_TRUE(made.array.isShared());
     made.array[0][0] = 50; // the handle parts from the view
@@ -128,7 +129,7 @@ TEST_F(Views, KeepTheirElementsWhenTheHandleGoesElsewhere) {
     view(0, 0) = 60;
     EXPECT_EQ(std::as_const(made.array)[0][0], 50);
     made.array = counting({1, 1});
-    EXPECT_EQ(support::LiveObjects::count(), 1);
+    EXPECT_EQ(vexa::testing::LiveObjects::count(), 1);
     const auto copy = view;
     view = writableView(made.array);
     EXPECT_EQ(copy(0, 0), 60);

@@ -1,10 +1,11 @@
 // Whole buffers: read access that keeps the array alive, and handing the elements over.
-#include "support/RecordingArray.hpp"
+#include "support/Ledger.hpp"
 #include "support/Throws.hpp"
 
 #include <foundation/vexadata/ArrayFactory.hpp>
 #include <foundation/vexadata/BufferAccess.hpp>
 #include <foundation/vexadata/Exception.hpp>
+#include <vexa/testing/CallLog.hpp>
 
 #include <gtest/gtest.h>
 
@@ -26,8 +27,8 @@ ArrayType pretended = ArrayType::UNKNOWN;
 
 /// Says that it is of the kind `pretended`.
 template <class T>
-struct PretendingArray : support::RecordingArray<T> {
-    using support::RecordingArray<T>::RecordingArray;
+struct PretendingArray : vexa::testing::ForwardingNumbers<T> {
+    using vexa::testing::ForwardingNumbers<T>::ForwardingNumbers;
     ArrayType getType() const override { return pretended; }
 };
 
@@ -39,7 +40,7 @@ protected:
 };
 
 TEST_F(Buffers, UntypedAccessDependsOnTheKindAlone) {
-    auto made = support::recorded<PretendingArray>(numbers());
+    auto made = vexa::testing::recorded<PretendingArray>(numbers());
     for (std::int32_t kind = -1; kind <= 40; ++kind) {
         SCOPED_TRACE(kind);
         pretended = static_cast<ArrayType>(kind);
@@ -73,13 +74,13 @@ TEST_F(Buffers, ComplexElementsAreReachedThroughTheTypedForm) {
 }
 
 TEST_F(Buffers, KeepTheArrayAliveAndNeverUnshare) {
-    auto made = support::recorded(numbers());
+    auto made = vexa::testing::recorded(numbers());
     auto typed = getBufferPtr(made.array);
     auto untyped = getBufferPtr(static_cast<const Array&>(made.array));
     EXPECT_EQ(made.log->take(), (Calls{"getTypedDataPtr()", "getUntypedDataPtr()"}));
     EXPECT_TRUE(made.array.isShared());
     made.array = numbers(); // the last other handle
-    EXPECT_EQ(support::LiveObjects::count(), 1);
+    EXPECT_EQ(vexa::testing::LiveObjects::count(), 1);
     EXPECT_EQ(typed[2], 3.0);
     typed = {nullptr, nullptr}; // drops the deleter, which is what holds the array
     EXPECT_EQ(static_cast<const double*>(untyped.get())[2], 3.0);
@@ -87,12 +88,12 @@ TEST_F(Buffers, KeepTheArrayAliveAndNeverUnshare) {
     auto deleter = untyped.get_deleter(); // a copy holds the array by itself
     const auto* data = static_cast<const double*>(untyped.get());
     untyped = {nullptr, nullptr};
-    EXPECT_EQ(support::LiveObjects::count(), 1);
+    EXPECT_EQ(vexa::testing::LiveObjects::count(), 1);
     EXPECT_EQ(data[0], 1.0);
     deleter(data); // frees nothing
     EXPECT_EQ(data[0], 1.0);
     deleter = nullptr;
-    EXPECT_EQ(support::LiveObjects::count(), 0);
+    EXPECT_EQ(vexa::testing::LiveObjects::count(), 0);
 }
 
 TEST_F(Buffers, AreNotReachedByLaterWrites) {
@@ -106,7 +107,7 @@ TEST_F(Buffers, AreNotReachedByLaterWrites) {
 }
 
 TEST_F(Buffers, AreHandedOverByPrivateArraysAndCopiedByShared) {
-    auto made = support::recorded(numbers());
+    auto made = vexa::testing::recorded(numbers());
     const TypedArray<double> other = made.array;
     const auto copied = made.array.release();
     EXPECT_EQ(made.log->take(), (Calls{"copyOutBuffer()"}));
@@ -115,7 +116,7 @@ TEST_F(Buffers, AreHandedOverByPrivateArraysAndCopiedByShared) {
     copied[2] = 30.0;
     EXPECT_EQ(other[2], 3.0);
 
-    auto alone = support::recorded(numbers());
+    auto alone = vexa::testing::recorded(numbers());
     const auto own = alone.array.release();
     EXPECT_EQ(alone.log->take(), (Calls{"releaseBuffer()"}));
     EXPECT_EQ(own[2], 3.0);

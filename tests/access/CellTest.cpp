@@ -1,12 +1,12 @@
 // Cells: arrays held by elements, reached through references, queried, written in place, walked and stored.
 #include "support/AllocationCountdown.hpp"
-#include "support/LiveObjects.hpp"
-#include "support/RecordingArray.hpp"
+#include "support/Ledger.hpp"
 #include "support/Throws.hpp"
 
 #include <foundation/vexadata/ArrayFactory.hpp>
 #include <foundation/vexadata/BufferAccess.hpp>
 #include <foundation/vexadata/Exception.hpp>
+#include <vexa/testing/CallLog.hpp>
 
 #include <gtest/gtest.h>
 
@@ -402,7 +402,7 @@ TEST_F(Cells, AreWalkedThroughReferences) {
 }
 
 TEST_F(Cells, AskTheBackEndInOrder) {
-    auto made = support::recorded(threeCells());
+    auto made = vexa::testing::recorded(threeCells());
     Reference<Array> held = made.array[0];
     made.log->clear();
     EXPECT_EQ(held.getType(), ArrayType::DOUBLE);

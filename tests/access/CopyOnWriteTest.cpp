@@ -1,11 +1,12 @@
 // When handles that share an array part, and what stays attached to what.
 #include "support/AllocationCountdown.hpp"
-#include "support/RecordingArray.hpp"
+#include "support/Ledger.hpp"
 #include "support/Throws.hpp"
 
 #include <foundation/vexadata/ArrayFactory.hpp>
 #include <foundation/vexadata/BufferAccess.hpp>
 #include <foundation/vexadata/Exception.hpp>
+#include <vexa/testing/CallLog.hpp>
 
 #include <gtest/gtest.h>
 
@@ -28,7 +29,7 @@ protected:
         return ArrayFactory().createArray<double>({2, 2}, {1.0, 2.0, 3.0, 4.0});
     }
 
-    support::Recorded<double> made = support::recorded(numbers());
+    vexa::testing::Recorded<double> made = vexa::testing::recorded(numbers());
     TypedArray<double>& array = made.array;
     Calls calls() { return made.log->take(); }
     static const void* objectOf(const Array& handle) { return detail::Access::impl(handle).get(); }
@@ -45,18 +46,18 @@ TEST_F(CopyOnWrite, HappensOnceWhenAWritableWayInIsFormed) {
     };
     for (const auto& [name, form] : ways) {
         SCOPED_TRACE(name);
-        support::Recorded<double> own = support::recorded(numbers());
+        vexa::testing::Recorded<double> own = vexa::testing::recorded(numbers());
         form(own.array);
-        EXPECT_EQ(std::count(own.log->actions().begin(), own.log->actions().end(), "sharedCopy()"), 0);
+        EXPECT_EQ(std::count(own.log->operations().begin(), own.log->operations().end(), "sharedCopy()"), 0);
 
         const TypedArray<double> other = own.array;
         EXPECT_TRUE(own.array.isShared());
         own.log->clear();
         form(own.array);
-        ASSERT_FALSE(own.log->actions().empty());
-        EXPECT_EQ(own.log->actions().front(), "sharedCopy()"); // before anything is made
+        ASSERT_FALSE(own.log->operations().empty());
+        EXPECT_EQ(own.log->operations().front(), "sharedCopy()"); // before anything is made
         form(own.array);
-        EXPECT_EQ(std::count(own.log->actions().begin(), own.log->actions().end(), "sharedCopy()"), 1);
+        EXPECT_EQ(std::count(own.log->operations().begin(), own.log->operations().end(), "sharedCopy()"), 1);
         EXPECT_FALSE(own.array.isShared());
         EXPECT_FALSE(other.isShared());
         EXPECT_NE(objectOf(own.array), objectOf(other));
@@ -140,9 +141,9 @@ TEST_F(CopyOnWrite, TheCopyIsTheHandlesAlone) {
     array[0][0] = 10.0;
     EXPECT_EQ(detail::Access::impl(array)->referenceCount(), 1U);
     EXPECT_EQ(detail::Access::impl(other)->referenceCount(), 1U);
-    EXPECT_EQ(support::LiveObjects::count(), 2);
+    EXPECT_EQ(vexa::testing::LiveObjects::count(), 2);
     other = array;
-    EXPECT_EQ(support::LiveObjects::count(), 1);
+    EXPECT_EQ(vexa::testing::LiveObjects::count(), 1);
     EXPECT_EQ(other[0][0], 10.0);
 }
 
@@ -160,13 +161,13 @@ TEST_F(CopyOnWrite, ADefaultArrayAlwaysSharesAndCopiesBeforeItRefuses) {
 }
 
 template <class T>
-struct UncopyableArray : support::RecordingArray<T> {
-    using support::RecordingArray<T>::RecordingArray;
+struct UncopyableArray : vexa::testing::ForwardingNumbers<T> {
+    using vexa::testing::ForwardingNumbers<T>::ForwardingNumbers;
     vexa::data::impl::ArrayImpl* sharedCopy() const override { throw std::runtime_error("no copy"); }
 };
 
 TEST_F(CopyOnWrite, AFailingCopyLeavesBothHandles) {
-    auto own = support::recorded<UncopyableArray>(numbers());
+    auto own = vexa::testing::recorded<UncopyableArray>(numbers());
     const TypedArray<double> other = own.array;
     EXPECT_TRUE(support::throwsExactly<std::runtime_error>([&] { own.array[0][0] = 5.0; }, "no copy"));
     EXPECT_TRUE(support::throwsExactly<std::runtime_error>([&] { own.array.begin(); }, "no copy"));

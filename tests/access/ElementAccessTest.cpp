@@ -1,10 +1,11 @@
 // Reading and writing elements through typed, untyped and named references, for every primitive type.
 #include "support/AllocationCountdown.hpp"
-#include "support/RecordingArray.hpp"
+#include "support/Ledger.hpp"
 #include "support/Throws.hpp"
 
 #include <foundation/vexadata/ArrayFactory.hpp>
 #include <foundation/vexadata/Exception.hpp>
+#include <vexa/testing/CallLog.hpp>
 
 #include <gtest/gtest.h>
 
@@ -132,12 +133,12 @@ TYPED_TEST(ElementAccess, UntypedAccessWantsExactlyTheElementType) {
 
 TYPED_TEST(ElementAccess, WritesUnshareBeforeTheIndexIsLookedAt) {
     using T = TypeParam;
-    auto made = support::recorded(std::move(this->array_));
+    auto made = vexa::testing::recorded(std::move(this->array_));
     made.array[1][1] = this->first_;
-    EXPECT_EQ(made.log->actions().size(), 2U);
-    EXPECT_EQ(made.log->actions().front(), "unshare()");
-    EXPECT_EQ(made.log->actions().back().rfind("setElementValue(3, \"\", ", 0), 0U)
-        << made.log->actions().back();
+    EXPECT_EQ(made.log->operations().size(), 2U);
+    EXPECT_EQ(made.log->operations().front(), "unshare()");
+    EXPECT_EQ(made.log->operations().back().rfind("setElementValue(3, \"\", ", 0), 0U)
+        << made.log->operations().back();
     made.log->clear();
     EXPECT_TRUE(throwsExactly<EArrayIndexOutOfRange>([&] { made.array[2][0] = this->second_; }, outOfRange));
     EXPECT_TRUE(

@@ -1,10 +1,11 @@
-// What may be appended to an index chain, which element it means, and which error comes first: through element
-// handles, which hold their chain in place, and through shared chains.
-#include "support/RecordingArray.hpp"
+// What may be appended to an index chain, which element it means, and which error comes first: through element handles,
+// which hold their chain in place, and through shared chains.
+#include "support/Ledger.hpp"
 #include "support/Throws.hpp"
 
 #include <foundation/vexadata/ArrayFactory.hpp>
 #include <foundation/vexadata/Exception.hpp>
+#include <vexa/testing/CallLog.hpp>
 
 #include <gtest/gtest.h>
 
@@ -85,8 +86,8 @@ struct SharedChain {
 };
 
 template <class T>
-struct LayoutlessArray : support::RecordingArray<T> {
-    using support::RecordingArray<T>::RecordingArray;
+struct LayoutlessArray : vexa::testing::ForwardingNumbers<T> {
+    using vexa::testing::ForwardingNumbers<T>::ForwardingNumbers;
     MemoryLayout getMemoryLayout() const override { return MemoryLayout::NONE; }
 };
 
@@ -184,9 +185,9 @@ public:
     CaseRunner(const Case& given, bool writing) : case_(given), writing_(writing) {
         auto counted = counting(case_.dims, case_.layout == none ? column : case_.layout);
         if (case_.layout == none) {
-            adopt(support::recorded<LayoutlessArray>(std::move(counted)));
+            adopt(vexa::testing::recorded<LayoutlessArray>(std::move(counted)));
         } else {
-            adopt(support::recorded(std::move(counted)));
+            adopt(vexa::testing::recorded(std::move(counted)));
         }
     }
 
@@ -211,7 +212,7 @@ public:
     }
 
 private:
-    void adopt(support::Recorded<double> made) {
+    void adopt(vexa::testing::Recorded<double> made) {
         log_ = made.log;
         array_ = std::make_unique<Handle>(std::move(made.array));
     }
@@ -239,7 +240,7 @@ private:
     const Case& case_;
     bool writing_;
     std::unique_ptr<Handle> array_;
-    std::shared_ptr<support::CallLog> log_;
+    std::shared_ptr<vexa::testing::CallLog> log_;
 };
 
 template <class Form, class Handle>
@@ -350,7 +351,7 @@ TEST_F(IndexRules, APositionOnceComputedIsNotMovedByFurtherIndices) {
 }
 
 TEST_F(IndexRules, AFieldNameEndsAChain) {
-    auto made = support::recorded(counting({2, 2}));
+    auto made = vexa::testing::recorded(counting({2, 2}));
     auto chain = SharedChain::element(made.array, {1});
     detail::addIndex(chain, "field");
     EXPECT_TRUE(

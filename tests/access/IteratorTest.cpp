@@ -1,14 +1,15 @@
 // Typed iterators over contiguous storage, which move by pointer, and over a back-end's own iterators, which are
 // forwarded to: both behave the same. Ranges and the order in which they ask the back-end.
 #include "support/AllocationCountdown.hpp"
-#include "support/LiveObjects.hpp"
+#include "support/Ledger.hpp"
 #include "support/NoTypeInformation.hpp"
-#include "support/RecordingArray.hpp"
 #include "support/Throws.hpp"
 
 #include <foundation/vexadata/ArrayFactory.hpp>
 #include <foundation/vexadata/BufferAccess.hpp>
 #include <foundation/vexadata/Exception.hpp>
+#include <vexa/testing/CallLog.hpp>
+#include <vexa/testing/PointerIterator.hpp>
 
 #include <gtest/gtest.h>
 
@@ -40,54 +41,46 @@ static_assert(std::is_convertible_v<TypedIterator<double>, TypedIterator<const d
 static_assert(!std::is_convertible_v<TypedIterator<const double>, TypedIterator<double>>);
 static_assert(!std::is_convertible_v<TypedIterator<float>, TypedIterator<const double>>);
 
-/// A back-end's own iterator: every second element of a buffer, and a count of what it was asked.
+/// A back-end's own iterator: every second element of a buffer.
 template <class T>
-class StridedIterator final : public vexa::data::detail::IteratorImpl, private support::LiveObjects::Counted {
+class StridedIterator final : public vexa::testing::PointerIterator<StridedIterator<T>, T>,
+                              private vexa::testing::LiveObjects::Counted {
+    using Base = vexa::testing::PointerIterator<StridedIterator<T>, T>;
+
 public:
     static constexpr std::int64_t stride = 2;
 
-    explicit StridedIterator(T* current) : current_(current) {}
-
-    IteratorImpl* clone() const override { return new StridedIterator(*this); }
-    void advance(std::int64_t count) override { current_ += count * stride; }
-    bool isEqual(const IteratorImpl& other) const override { return current_ == at(other); }
-    std::int64_t distanceTo(const IteratorImpl& other) const override {
-        return (at(other) - current_) / stride;
+    using Base::Base;
+    void advance(std::int64_t count) override { Base::advance(count * stride); }
+    std::int64_t distanceTo(const vexa::data::detail::IteratorImpl& other) const override {
+        return Base::distanceTo(other) / stride;
     }
-    void decrement() override { current_ -= stride; }
-    void increment() override { current_ += stride; }
-    vexa::data::detail::ReferenceImpl* createReference() override { return nullptr; }
-    void saveReference(vexa::data::detail::ReferenceImpl* chain) override {
-        chain_ = detail::Access::createSharedPtr(chain);
-    }
-    void* getElementAddress() override { return current_; }
-
-private:
-    static T* at(const IteratorImpl& other) { return static_cast<const StridedIterator&>(other).current_; }
-
-    T* current_;
-    std::shared_ptr<vexa::data::detail::ReferenceImpl> chain_;
+    void decrement() override { Base::advance(-stride); }
+    void increment() override { Base::advance(stride); }
 };
 
 /// Shows the first half of the inner array's buffer, every second element, as its elements.
 template <class T>
-class StridedArray : public support::RecordingArray<T> {
+class StridedArray : public vexa::testing::ForwardingNumbers<T> {
 public:
-    using support::RecordingArray<T>::RecordingArray;
+    using vexa::testing::ForwardingNumbers<T>::ForwardingNumbers;
 
     vexa::data::detail::IteratorImpl* beginIterator(void* unused, bool writable) override {
-        this->log()->action("beginIterator", unused != nullptr, writable);
-        return new StridedIterator<T>(this->typedInner().getElementAddress(0, "", false));
+        return new StridedIterator<T>(first("beginIterator", unused, writable));
     }
     vexa::data::detail::IteratorImpl* endIterator(void* unused, bool writable) override {
-        this->log()->action("endIterator", unused != nullptr, writable);
-        const std::size_t count = this->inner().getNumberOfElements();
-        return new StridedIterator<T>(this->typedInner().getElementAddress(0, "", false) + count);
+        const std::size_t count = this->wrapped().getNumberOfElements();
+        return new StridedIterator<T>(first("endIterator", unused, writable) + count);
     }
 
 protected:
-    vexa::data::impl::ArrayImpl* copyOver(std::shared_ptr<vexa::data::impl::ArrayImpl> inner) const override {
-        return new StridedArray(std::move(inner), this->log());
+    vexa::testing::ArrayImpl* wrapCopy(vexa::testing::Inner<vexa::testing::ArrayImpl> copy) const override {
+        return new StridedArray(std::move(copy), this->hook());
+    }
+
+private:
+    T* first(const char* operation, void* unused, bool writable) {
+        return this->typed(operation, unused != nullptr, writable).getElementAddress(0, "", false);
     }
 };
 
@@ -105,7 +98,7 @@ template <class T>
 struct Forwarded {
     static TypedArray<T> array() {
         const std::vector<int> values{0, -1, 1, -1, 2, -1, 3, -1, 4, -1, 5, -1};
-        return support::recorded<StridedArray>(
+        return vexa::testing::recorded<StridedArray>(
                    ArrayFactory().createArray<T>({2, 6}, values.begin(), values.end()))
             .array;
     }
@@ -264,7 +257,7 @@ TEST(BackEndsWithoutTypeInformation, AreWalkedAndAsked) {
 
 class IteratorCalls : public support::LedgerTest {
 protected:
-    support::Recorded<double> made = support::recorded(Contiguous<double>::array());
+    vexa::testing::Recorded<double> made = vexa::testing::recorded(Contiguous<double>::array());
 };
 
 TEST_F(IteratorCalls, TellTheBackEndWhetherTheyWrite) {
@@ -310,7 +303,7 @@ struct EndlessArray : StridedArray<T> {
 
 TEST_F(IteratorCalls, ThatFailReleaseTheOtherIterator) {
     auto own =
-        support::recorded<EndlessArray>(Contiguous<double>::array()); // the ledger counts its iterators
+        vexa::testing::recorded<EndlessArray>(Contiguous<double>::array()); // the ledger counts its iterators
     EXPECT_TRUE(throwsExactly<std::runtime_error>([&] { getReadOnlyElements<double>(own.array); }, "no end"));
     EXPECT_TRUE(throwsExactly<std::runtime_error>([&] { getWritableElements<double>(own.array); }, "no end"));
     Array cell = ArrayFactory().createArray<Array>({1, 1});
@@ -320,7 +313,7 @@ TEST_F(IteratorCalls, ThatFailReleaseTheOtherIterator) {
 }
 
 TEST_F(IteratorCalls, OverACellGiveForwardedIteratorsTheChainToo) {
-    auto own = support::recorded<StridedArray>(Contiguous<double>::array());
+    auto own = vexa::testing::recorded<StridedArray>(Contiguous<double>::array());
     Array cell = ArrayFactory().createArray<Array>({1, 1});
     cell[0] = std::move(own.array);
     auto reference = std::make_unique<Reference<Array>>(cell[0]);

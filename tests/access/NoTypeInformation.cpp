@@ -1,11 +1,10 @@
 // Compiled with -fno-rtti, except under sanitizers, which read type information themselves.
 #include "support/NoTypeInformation.hpp"
 
-#include "support/BareArray.hpp"
-#include "support/PointerIterator.hpp"
-
 #include <foundation/vexadata/ClassInfo.hpp>
 #include <vexa/data/impl/TypedArrayImpl.hpp>
+#include <vexa/testing/BareArray.hpp>
+#include <vexa/testing/PointerIterator.hpp>
 
 #include <memory>
 #include <stdexcept>
@@ -17,8 +16,8 @@ namespace {
 using namespace vexa::data::impl;
 using vexa::data::detail::IteratorImpl;
 
-class Row final : public support::BareArray<TypedArrayImpl<double>, ArrayType::DOUBLE, 3> {
-    struct Iterator final : support::PointerIterator<Iterator, double> {
+class Row final : public vexa::testing::BareArray<TypedArrayImpl<double>, ArrayType::DOUBLE, 3> {
+    struct Iterator final : vexa::testing::PointerIterator<Iterator, double> {
         using PointerIterator::PointerIterator;
     };
 

@@ -1,6 +1,5 @@
-// Elements of arrays whose kind is known at run time only do what those of typed arrays do, and refuse other
-// kinds.
-#include "support/LiveObjects.hpp"
+// Elements of arrays whose kind is known at run time only do what those of typed arrays do, and refuse other kinds.
+#include "support/Ledger.hpp"
 #include "support/Throws.hpp"
 
 #include <foundation/vexadata/ArrayFactory.hpp>

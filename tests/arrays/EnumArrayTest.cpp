@@ -1,10 +1,10 @@
 // Enumeration arrays.
-#include "support/BareArray.hpp"
 #include "support/Throws.hpp"
 
 #include <foundation/vexadata/VexaData.hpp>
 #include <vexa/client/Exception.hpp>
 #include <vexa/data/impl/EnumArrayImpl.hpp>
+#include <vexa/testing/BareArray.hpp>
 
 #include <gtest/gtest.h>
 
@@ -101,7 +101,7 @@ TEST(Enumerations, TellTheirClass) {
 }
 
 /// One element whose name the back-end does not know.
-class Nameless final : public support::BareArray<vexa::data::impl::EnumArrayImpl, ArrayType::ENUM, 1> {
+class Nameless final : public vexa::testing::BareArray<vexa::data::impl::EnumArrayImpl, ArrayType::ENUM, 1> {
 public:
     std::string castToString(std::size_t index, const std::string&) const override {
         return getEnumName(index);

@@ -1,9 +1,9 @@
-// One program of accesses over arrays whose elements handles reach in place and over arrays of another
-// back-end that hold the same: the same values, the same errors.
-#include "support/ForwardingBackEnd.hpp"
+// One program of accesses over arrays whose elements handles reach in place and over arrays of another back-end that hold the same:
+// the same values, the same errors.
 #include "support/Throws.hpp"
 
 #include <foundation/vexadata/VexaData.hpp>
+#include <vexa/testing/ForwardingObjects.hpp>
 
 #include <gtest/gtest.h>
 
@@ -32,7 +32,8 @@ std::string outcomeOf(Action&& action) {
 /// A handle to what `array` holds, behind operations that are passed on.
 template <class Handle, class Wrapper>
 Handle foreign(const Handle& array) {
-    return Handle(new Wrapper(support::Inner<support::ArrayImpl>(detail::Access::impl(array)->sharedCopy())));
+    return Handle(new Wrapper(
+        vexa::testing::Inner<vexa::testing::ArrayImpl>(detail::Access::impl(array)->sharedCopy())));
 }
 
 template <class Handle>
@@ -122,7 +123,11 @@ std::vector<Step<S>> accesses(std::size_t i, std::size_t j) {
 
 TEST(InPlaceStructs, GiveWhatAskedOnesGive) {
     for (const auto& [i, j] : {std::pair<std::size_t, std::size_t>{0, 0}, {1, 2}, {2, 0}, {0, 3}}) {
-        expectSame<support::ForwardingStructs, S>([] { return records({2, 3}); }, accesses(i, j), print);
+        expectSame<vexa::testing::ForwardingStructs, S>(
+            [] {
+                return records({2, 3});
+            },
+            accesses(i, j), print);
     }
     const std::vector<Step<S>> single{
         {"one index", [](S& s, Out& out) { out << double(s[1]["x"][0]); }},
@@ -140,7 +145,7 @@ TEST(InPlaceStructs, GiveWhatAskedOnesGive) {
     };
     for (const std::vector<std::size_t>& shape :
          std::vector<std::vector<std::size_t>>{{1, 3}, {3, 1}, {2, 2}, {0, 0}, {0, 3}, {1, 2, 2}, {1, 1}}) {
-        expectSame<support::ForwardingStructs, S>([&] { return records(shape); }, single, print);
+        expectSame<vexa::testing::ForwardingStructs, S>([&] { return records(shape); }, single, print);
     }
 }
 
@@ -205,7 +210,7 @@ TEST(InPlaceStructs, KeepWhatAskedOnesKeep) {
              out << double(shared[0]["x"][0]) << ' ' << double(s[0]["x"][0]);
          }},
     };
-    expectSame<support::ForwardingStructs, S>([] { return records({1, 2}); }, steps, print);
+    expectSame<vexa::testing::ForwardingStructs, S>([] { return records({1, 2}); }, steps, print);
 }
 
 TEST(InPlaceStrings, GiveWhatAskedOnesGive) {
@@ -252,7 +257,7 @@ TEST(InPlaceStrings, GiveWhatAskedOnesGive) {
     const auto show = [](const T& t, Out& out) { out << t; };
     for (const std::vector<std::size_t>& shape :
          std::vector<std::vector<std::size_t>>{{2, 5}, {1, 5}, {5, 1}, {0, 5}, {2, 2, 2}, {1, 1}}) {
-        expectSame<support::ForwardingStrings, T>(make(shape), steps, show);
+        expectSame<vexa::testing::ForwardingStrings, T>(make(shape), steps, show);
     }
 }
 

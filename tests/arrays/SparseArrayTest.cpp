@@ -1,19 +1,17 @@
 // Sparse matrices through the handle and the factory, over the embedded back-end.
 #include "support/AllocationCountdown.hpp"
-#include "support/BareArray.hpp"
-#include "support/PointerIterator.hpp"
 #include "support/Throws.hpp"
 
 #include <foundation/vexadata/VexaData.hpp>
 #include <vexa/client/Exception.hpp>
+#include <vexa/testing/BareArray.hpp>
+#include <vexa/testing/PointerIterator.hpp>
 
 #include <gtest/gtest.h>
 
 #include <complex>
 #include <cstdlib>
-#include <map>
 #include <new>
-#include <random>
 #include <tuple>
 #include <utility>
 #include <vector>
@@ -159,8 +157,8 @@ TEST_F(Sparse, TakesAnAssignedArrayOver) {
 }
 
 /// Another back-end's matrix of one row, whose iterators do not count.
-class Row final : public support::BareArray<vexa::data::impl::ArrayImpl, ArrayType::SPARSE_DOUBLE, 3> {
-    struct Iterator final : support::PointerIterator<Iterator, double> {
+class Row final : public vexa::testing::BareArray<vexa::data::impl::ArrayImpl, ArrayType::SPARSE_DOUBLE, 3> {
+    struct Iterator final : vexa::testing::PointerIterator<Iterator, double> {
         using PointerIterator::PointerIterator;
         std::int64_t distanceTo(const IteratorImpl&) const override { return 100; }
     };
@@ -178,79 +176,6 @@ TEST_F(Sparse, FindsPositionsByTheAddressesOfValues) {
     SparseArray<double> matrix(new Row);
     EXPECT_EQ(matrix.getIndex(++ ++matrix.begin()), (std::pair<Index, Index>{0, 2}));
     EXPECT_EQ(std::as_const(matrix).getIndex(++matrix.cbegin()), (std::pair<Index, Index>{0, 1}));
-}
-
-template <class T>
-T valueOf(unsigned number) {
-    if constexpr (std::is_same_v<T, bool>) {
-        return number % 4 != 0;
-    } else {
-        return static_cast<T>(static_cast<double>(number % 5) - 2); // zeros and sums that cancel
-    }
-}
-
-template <class T>
-void compareWithMap(unsigned seed) {
-    std::mt19937 random(seed);
-    const Index rows = random() % 3 == 0 ? Index{1} << 40 : 1 + random() % 300;
-    const Index columns = 1 + random() % 40;
-    const Index count = random() % 500;
-    Triplets<T> triplets;
-    std::map<std::pair<Index, Index>, T> sums;
-    for (Index k = 0; k < count; ++k) {
-        const Index row = random() % 7 * (rows / 7) + random() % (rows / 7 + 1);
-        const Index column = random() % columns;
-        if (row >= rows) {
-            continue;
-        }
-        const T value = valueOf<T>(static_cast<unsigned>(random()));
-        triplets.add(row, column, value);
-        T& sum = sums[{column, row}];
-        sum = static_cast<T>(sum + value);
-    }
-    Entries<T> expected;
-    for (const auto& [position, value] : sums) {
-        if (value != T()) {
-            expected.emplace_back(position.first, position.second, value);
-        }
-    }
-    ArrayFactory factory;
-    freed = 0;
-    {
-        const auto matrix =
-            factory.createSparseArray<T>({rows, columns}, triplets.rows.size(), bufferOf<T>(triplets.values),
-                                         bufferOf(triplets.rows), bufferOf(triplets.columns));
-        ASSERT_EQ(entriesOf(matrix), expected);
-        ASSERT_EQ(entriesOfPieces(matrix), expected);
-        ASSERT_EQ(matrix.getNumberOfNonZeroElements(), expected.size());
-
-        // The pieces make an equal matrix again; so do columns whose rows are in no order.
-        std::vector<Index> starts(matrix.getJc(), matrix.getJc() + columns + 1);
-        std::vector<Index> ir(matrix.getIr(), matrix.getIr() + expected.size());
-        std::vector<T> values(matrix.begin(), matrix.end());
-        for (Index column = 0; column < columns; ++column) {
-            for (Index k = starts[column]; k + 1 < starts[column + 1]; k += 2) {
-                std::swap(ir[k], ir[k + 1]);
-                const T kept = values[k];
-                values[k] = values[k + 1];
-                values[k + 1] = kept;
-            }
-        }
-        const auto again = factory.createVEXASparseArray<T>({rows, columns}, ir.size(), bufferOf<T>(values),
-                                                            bufferOf(ir), bufferOf(starts));
-        ASSERT_EQ(again, matrix);
-        ASSERT_EQ(entriesOf(again), expected);
-    }
-    ASSERT_EQ(freed, 6) << "each buffer is freed once";
-}
-
-TEST_F(Sparse, SumsAndSortsWhateverComes) {
-    for (unsigned seed = 0; seed < 60; ++seed) {
-        SCOPED_TRACE(seed);
-        compareWithMap<double>(seed);
-        compareWithMap<bool>(seed);
-        compareWithMap<std::complex<double>>(seed);
-    }
 }
 
 TEST_F(Sparse, RefusesWhatDoesNotFit) {

@@ -1,8 +1,8 @@
 // Character arrays as text, and what may pass between narrow and UTF-16 text.
-#include "support/BareArray.hpp"
 #include "support/Throws.hpp"
 
 #include <foundation/vexadata/VexaData.hpp>
+#include <vexa/testing/BareArray.hpp>
 
 #include <gtest/gtest.h>
 
@@ -109,7 +109,7 @@ TEST(CharArrays, AreCharacterArraysOnly) {
 
 /// A back-end that has characters but lends none.
 class NullText final
-    : public support::BareArray<vexa::data::impl::TypedArrayImpl<char16_t>, ArrayType::CHAR, 2> {
+    : public vexa::testing::BareArray<vexa::data::impl::TypedArrayImpl<char16_t>, ArrayType::CHAR, 2> {
 public:
     char16_t* getElementAddress(std::size_t, const std::string&, bool) override { return nullptr; }
     void setElementValue(std::size_t, const std::string&, char16_t) override {}

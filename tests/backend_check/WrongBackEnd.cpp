@@ -2,13 +2,13 @@
 // variable VEXADATA_FAULT names: an operation and how it is wrong. faults.cmake lists them; what any operation
 // can do wrong is in Faults.hpp.
 
-#include "backend_check/Faults.hpp"
-#include "support/ForwardingFactory.hpp"
+#include "Faults.hpp"
 
 #include <foundation/vexadata/Exception.hpp>
 #include <vexa/data/detail/Identity.hpp>
 #include <vexa/data/impl/EmptyArrayImpl.hpp>
 #include <vexa/data/impl/IdentifierImpl.hpp>
+#include <vexa/testing/ForwardingFactory.hpp>
 
 #include <unistd.h>
 
@@ -21,7 +21,7 @@
 
 namespace {
 
-using namespace support;
+using namespace vexa::testing;
 using namespace wrong;
 using vexa::data::detail::RefCounted;
 using vexa::data::impl::PropertyImpl;
@@ -366,7 +366,7 @@ public:
     }
     void assignElementArray(std::size_t index, const std::string& field, ArrayImpl* array) override {
         if (is("assignElementArray", "leaked")) array->retain();
-        if (is("assignElementArray", "own-only") && dynamic_cast<ArrayWrapper*>(array) == nullptr) return;
+        if (is("assignElementArray", "own-only") && Double<ArrayImpl>::below(array) == array) return;
         if (is("assignElementArray", "copied") && array->referenceCount() > 1) {
             Inner<ArrayImpl> copy(array->sharedCopy());
             return Base::assignElementArray(index, field, copy.get());
@@ -436,6 +436,11 @@ protected:
         made->kept_ = kept_;
         made->history_.isCopy = true;
         return made;
+    }
+
+    /// A fault shows what it does, whatever would be prepared.
+    void prepareWrite() override {
+        if (chosen().empty()) Base::prepareWrite();
     }
 
     /// Goes on with storage elsewhere. What was lent before is gone.
@@ -1235,6 +1240,9 @@ public:
 
 protected:
     ObjectImpl* wrapCopy(Inner<ObjectImpl> copy) const override { return new WrongObject(std::move(copy)); }
+    void prepareWrite() override {
+        if (chosen().empty()) ForwardingObject::prepareWrite();
+    }
 
 private:
     /// The first property whose name begins with the same letter.
@@ -1336,8 +1344,8 @@ struct WrongKinds {
 // --- the factory
 // -------------------------------------------------------------------------------------------------
 
-class WrongFactory : public ForwardingBackEndFactory<WrongKinds> {
-    using Base = ForwardingBackEndFactory;
+class WrongFactory : public ForwardingFactory<WrongKinds> {
+    using Base = ForwardingFactory;
     using Type = fv::ArrayType;
 
 public:

@@ -1,8 +1,9 @@
 // What holds arrays that hold arrays: any depth, shared parts, and nothing that holds itself.
 #include "support/AllocationCountdown.hpp"
-#include "support/RecordingArray.hpp"
+#include "support/Ledger.hpp"
 
 #include <foundation/vexadata/VexaData.hpp>
+#include <vexa/testing/CallLog.hpp>
 
 #include <gtest/gtest.h>
 
@@ -210,7 +211,7 @@ TEST(NestedAtRandom, NothingComesToHoldItself) {
 class Watched : public support::LedgerTest {};
 
 TEST_F(Watched, ElementsThatHoldNothingAreNotLookedAtWhenTheirArrayIsStored) {
-    auto made = support::recorded(factory.createArray<double>({1, 1}));
+    auto made = vexa::testing::recorded(factory.createArray<double>({1, 1}));
     auto cell = factory.createArray<Array>({1, 100});
     for (std::size_t k = 0; k < 100; ++k) {
         cell[k] = made.array;

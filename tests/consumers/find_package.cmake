@@ -1,8 +1,10 @@
 include("${CMAKE_CURRENT_LIST_DIR}/common.cmake")
 
-run(${configure} -S "${SOURCE}/find_package" -B "${WORK}" "-DCMAKE_PREFIX_PATH=${PREFIX}" "-DVERSION=${VERSION}")
+run(${configure} -S "${SOURCE}/find_package" -B "${WORK}" "-DCMAKE_PREFIX_PATH=${PREFIX}" "-DVERSION=${VERSION}"
+  "-DROOT=${ROOT}")
 run(${CMAKE_COMMAND} --build "${WORK}")
 run_program("${WORK}/program")
+run("${WORK}/doubles")
 
 # A component that does not exist is refused by name.
 execute_process(COMMAND ${configure} -S "${SOURCE}/find_package" -B "${WORK}/unknown"

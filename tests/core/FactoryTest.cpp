@@ -1,10 +1,11 @@
 // What the factory checks, what it passes to the back-end, and who frees buffers.
-#include "support/RecordingArray.hpp"
+#include "support/Ledger.hpp"
 #include "support/Throws.hpp"
 
 #include <foundation/vexadata/ArrayFactory.hpp>
 #include <foundation/vexadata/BufferAccess.hpp>
 #include <vexa/client/Client.hpp>
+#include <vexa/testing/CallLog.hpp>
 
 #include <gtest/gtest.h>
 
@@ -30,7 +31,7 @@ constexpr const char* tooMany =
 constexpr const char* notPrimitive = "Defined data buffers must be of primitive type";
 
 /// Makes small arrays whatever is asked for, and fails when told to.
-class Pretending final : public support::ForwardingFactory {
+class Pretending final : public vexa::testing::ForwardingFactory<> {
 public:
     using ForwardingFactory::ForwardingFactory;
     vexa::data::impl::ArrayImpl* createArrayImpl(foundation::vexadata::ArrayType type,
@@ -60,9 +61,12 @@ void countFree(void* data) {
 
 class Factory : public support::LedgerTest {
 protected:
-    std::shared_ptr<support::CallLog> log = std::make_shared<support::CallLog>();
+    std::shared_ptr<vexa::testing::CallLog> log = std::make_shared<vexa::testing::CallLog>();
     const ArrayFactory plain;
-    std::shared_ptr<Pretending> backEnd = std::make_shared<Pretending>(plain.getArrayFactoryImpl(), log);
+    std::shared_ptr<Pretending> backEnd =
+        std::make_shared<Pretending>(vexa::testing::Inner<vexa::testing::ArrayFactoryImpl>(
+                                         vexa::testing::ArrayFactoryImpl::getDefaultFactory()),
+                                     log);
     const ArrayFactory factory{backEnd};
 
     void SetUp() override {
@@ -95,7 +99,7 @@ TEST_F(Factory, NormalisesDimensionsInOrder) {
             [&] { factory.createArrayFromBuffer<double>(refused, buffer(1)); }, tooMany));
     }
     EXPECT_EQ(freed, 3);
-    EXPECT_EQ(log->actions(), Calls());
+    EXPECT_EQ(log->operations(), Calls());
 }
 
 TEST_F(Factory, MakesSmallMatricesThatShareNothingWithOthersOfTheirShape) {
@@ -128,14 +132,15 @@ TEST_F(Factory, PassesOnWhatItWasGiven) {
     factory.createBuffer<bool>(7);
     factory.createBuffer(ArrayType::CHAR, 3);
     factory.createBuffer(9);
-    EXPECT_EQ(log->actions(), (Calls{"createArrayImpl(6, \"1x1\")", "createArrayWithDataImpl(15, \"2x2\", 2)",
-                                     "createArrayFromBufferImpl(\"2x1\", 4, 1)", "createBufferImpl(1, 7)",
-                                     "createBufferImpl(2, 3)", "createUntypedBufferImpl(9)"}));
+    EXPECT_EQ(log->operations(),
+              (Calls{"createArrayImpl(6, \"1x1\")", "createArrayWithDataImpl(15, \"2x2\", 2)",
+                     "createArrayFromBufferImpl(\"2x1\", 4, 1)", "createBufferImpl(1, 7)",
+                     "createBufferImpl(2, 3)", "createUntypedBufferImpl(9)"}));
     EXPECT_EQ(freed, 1);
     log->clear();
     EXPECT_TRUE(throwsExactly<MustBePrimitiveTypeException>([&] { factory.createBuffer(ArrayType::CELL, 3); },
                                                             notPrimitive));
-    EXPECT_EQ(log->actions(), Calls());
+    EXPECT_EQ(log->operations(), Calls());
 }
 
 TEST_F(Factory, FreesABufferOnceWithItsOwnDeleter) {

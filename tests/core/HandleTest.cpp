@@ -1,10 +1,11 @@
 // Ownership of back-end objects, and the handles of arrays as values.
 #include "support/AllocationCountdown.hpp"
-#include "support/RecordingArray.hpp"
+#include "support/Ledger.hpp"
 #include "support/Throws.hpp"
 
 #include <foundation/vexadata/ArrayFactory.hpp>
 #include <vexa/data/impl/EmptyArrayImpl.hpp>
+#include <vexa/testing/CallLog.hpp>
 
 #include <gtest/gtest.h>
 
@@ -21,10 +22,15 @@ namespace {
 using namespace foundation::vexadata;
 using detail::Access;
 using support::AllocationCountdown;
-using support::RecordingArray;
 using support::throwsExactly;
 using vexa::data::MemoryLayout;
 using vexa::data::impl::ArrayImpl;
+using vexa::testing::ForwardingNumbers;
+
+vexa::testing::Inner<ArrayImpl> objectIn(const Array& handle) {
+    Access::impl(handle)->retain();
+    return vexa::testing::Inner<ArrayImpl>(Access::impl(handle).get());
+}
 
 class Handles : public support::LedgerTest {
 protected:
@@ -32,20 +38,20 @@ protected:
 
     TypedArray<double> numbers() { return factory.createArray<double>({2, 2}, {1, 2, 3, 4}); }
     /// A back-end array with the one reference that a receiver adopts.
-    static RecordingArray<double>* backEnd(const TypedArray<double>& inner) {
-        return new RecordingArray<double>(Access::impl(inner), std::make_shared<support::CallLog>());
+    static ForwardingNumbers<double>* backEnd(const TypedArray<double>& inner) {
+        return new ForwardingNumbers<double>(objectIn(inner));
     }
 };
 
 /// Reports whatever a test says.
-class Disguised final : public RecordingArray<double> {
+class Disguised final : public ForwardingNumbers<double> {
 public:
     Disguised(const TypedArray<double>& inner, ArrayType type, std::uint64_t id = 77)
-        : RecordingArray(Access::impl(inner), std::make_shared<support::CallLog>()), type_(type), id_(id) {}
+        : ForwardingNumbers(objectIn(inner)), type_(type), id_(id) {}
     ArrayType getType() const override { return type_; }
     std::uint64_t getArrayID() const override { return id_; }
     bool isEqual(const vexa::data::impl::ArrayImpl* other) const override {
-        return fails ? throw std::runtime_error("broken") : RecordingArray::isEqual(other);
+        return fails ? throw std::runtime_error("broken") : ForwardingNumbers::isEqual(other);
     }
     bool fails = false;
 
@@ -175,8 +181,8 @@ TEST_F(Handles, CompareInAFixedOrder) {
     EXPECT_EQ(handle(new Disguised(inner, isDouble, 5)), handle(new Disguised(inner, isDouble, 6)));
 
     const auto asked = [&](const Array& right) { // of the array on the left
-        auto log = std::make_shared<support::CallLog>();
-        static_cast<void>(Array(new RecordingArray<double>(Access::impl(inner), log)) == right);
+        auto log = std::make_shared<vexa::testing::CallLog>();
+        static_cast<void>(Array(new ForwardingNumbers<double>(objectIn(inner), log)) == right);
         return log->all();
     };
     using Calls = std::vector<std::string>;

@@ -12,9 +12,15 @@
 namespace {
 
 using failure::Operation;
-using failure::Thrown;
 using failure::World;
 using support::AllocationCountdown;
+
+/// An error that no interface knows.
+struct Foreign {};
+
+enum class Thrown { libraryError, standardError, foreignType };
+constexpr void (*failures[])() = {[] { throw foundation::vexadata::TypeMismatchException(); },
+                                  &vexa::testing::FailingHook::failOrdinarily, [] { throw Foreign(); }};
 
 using Parameters = std::tuple<std::size_t, Thrown>;
 
@@ -31,7 +37,7 @@ protected:
             caught = Thrown::libraryError;
         } catch (const std::runtime_error&) {
             caught = Thrown::standardError;
-        } catch (const failure::Foreign&) {
+        } catch (const Foreign&) {
             caught = Thrown::foreignType;
         } catch (...) {
             return Outcome::otherError;
@@ -44,10 +50,10 @@ protected:
         AllocationCountdown::start();
         std::optional<World> world(std::in_place, factory_);
         world->made();
-        failure::failAt(number, failure::Failing::operation, thrown());
+        failure::steps.failAt(number, failure::Failing::operation, failures[static_cast<int>(thrown())]);
         const Outcome outcome = outcomeOf(operation, *world);
-        failure::failNothing();
-        const bool fired = failure::hasFailed();
+        failure::steps.failNothing();
+        const bool fired = failure::steps.hasFailed();
         if (fired && outcome == Outcome::asThrown) {
             EXPECT_EQ(world->text(), expected) << "a failed operation has changed something";
         }

@@ -41,7 +41,7 @@ std::size_t next(std::size_t number, std::size_t tried) {
 
 void failNothing() {
     AllocationCountdown::failAt(0);
-    failure::failNothing();
+    failure::steps.failNothing();
 }
 
 struct Told {
@@ -65,7 +65,7 @@ void runCold(const Operation& operation, Maker maker, bool made, const std::func
         }
         prepare();
         told.outcome = outcomeOf([&] { operation.run(world ? *world : world.emplace(maker())); });
-        told.fired = AllocationCountdown::fired() || failure::hasFailed();
+        told.fired = AllocationCountdown::fired() || failure::steps.hasFailed();
         failNothing();
         if (!world || told.outcome == Outcome::succeeded) {
             world.emplace(maker());
@@ -86,7 +86,7 @@ class Cold : public testing::TestWithParam<std::tuple<std::size_t, Maker, Want>>
 protected:
     void prepare(std::size_t number) const {
         if (want() == Want::null) {
-            failure::failAt(number, Failing::result);
+            failure::steps.failAt(number, Failing::result);
         } else {
             AllocationCountdown::failAt(number, want() == Want::memoryFromThenOn);
         }
@@ -177,11 +177,11 @@ void failFor(Cause cause, std::size_t number) {
         AllocationCountdown::start();
         return AllocationCountdown::failAt(number, true);
     case Cause::operation:
-        return failure::failAt(number, Failing::operation);
+        return failure::steps.failAt(number, Failing::operation);
     case Cause::query:
-        return failure::failAt(number, Failing::query);
+        return failure::steps.failAt(number, Failing::query);
     case Cause::result:
-        return failure::failAt(number, Failing::result);
+        return failure::steps.failAt(number, Failing::result);
     case Cause::stack:
     case Cause::nothing:
         break;
@@ -201,7 +201,7 @@ bool ends(const Operation& operation, Cause cause) {
                 World world(inBackEnd ? failure::throwingFactory() : embedded());
                 operation.run(world);
             });
-            told = AllocationCountdown::fired() || failure::hasFailed();
+            told = AllocationCountdown::fired() || failure::steps.hasFailed();
         });
         fired = child.told();
     }
@@ -264,11 +264,11 @@ TEST(Ends, DoNotComeFromComparingObjects) {
             const auto left = failure::elementOf(world.objects(), 0),
                        right = failure::elementOf(world.objects(), 1);
             const failure::ValueObject& object = world.object();
-            failure::failAt(number, Failing::query);
+            failure::steps.failAt(number, Failing::query);
             told.objectsThrew = outcomeOf([&] { failure::use(object == other); }) != Outcome::succeeded;
-            failure::failAt(number, Failing::query);
+            failure::steps.failAt(number, Failing::query);
             told.elementsEqual = object_reference_is_equal(left.get(), right.get());
-            told.fired = failure::hasFailed();
+            told.fired = failure::steps.hasFailed();
         });
         ASSERT_EQ(end, End::itself);
         EXPECT_EQ(child.told().objectsThrew, child.told().fired) << number;

@@ -1,7 +1,8 @@
 // The operations that end the process, and how docs/errors.md lists each.
 #include "World.hpp"
 #include "support/AllocationCountdown.hpp"
-#include "support/BareArray.hpp"
+
+#include <vexa/testing/BareArray.hpp>
 
 namespace failure {
 
@@ -12,7 +13,7 @@ using vexa::data::impl::ArrayImpl;
 
 [[noreturn]] void fail() { throw 1; }
 
-struct ThrowsInTheEnd final : support::BareArray<ArrayImpl, ArrayType::CELL, 0> {
+struct ThrowsInTheEnd final : vexa::testing::BareArray<ArrayImpl, ArrayType::CELL, 0> {
     ~ThrowsInTheEnd() override { fail(); }
 };
 

@@ -1,6 +1,7 @@
 // What clients can do, one line an operation. Sweeps run each of them again and again with one step failing.
 #include "World.hpp"
-#include "support/Catalogue.hpp"
+
+#include <vexa/testing/Catalogue.hpp>
 
 #include <algorithm>
 #include <functional>
@@ -471,7 +472,7 @@ const Family workspaces{
 /// What the catalogue does with each kind.
 Family kinds() {
     Family family{"Kinds", {}};
-    for (const support::Kind& kind : support::catalogue()) {
+    for (const vexa::testing::Kind& kind : vexa::testing::catalogue()) {
         const bool walksEnd = kind.name.starts_with("Sparse"); // the process
         family.operations.push_back({kind.name, [&kind, walksEnd](World& w) {
                                          Array array = kind.make(w.factory, 1);

@@ -1,29 +1,17 @@
-// The embedded back-end behind wrappers, each of whose operations can be made to throw: those of arrays,
-// objects and classes, of iterators and of element references.
+// The embedded back-end behind doubles whose steps can be made to fail, one hook for all.
 #pragma once
 
-#include <foundation/vexadata/ArrayFactory.hpp>
-
-#include <cstddef>
+#include <vexa/testing/FailingBackEnd.hpp>
 
 namespace failure {
 
-/// What fails: an operation, by throwing; a query that must not throw, by throwing all the same; an operation
-/// that gives a pointer, by giving null.
-enum class Failing { operation, query, result };
+using Failing = vexa::testing::FailingHook::Failing;
 
-enum class Thrown { libraryError, standardError, foreignType };
+/// Allocates nothing, so that it is there in a process without memory.
+inline vexa::testing::FailingHook steps;
 
-/// An error that no interface knows.
-struct Foreign {};
-
-/// A factory over the embedded back-end.
-foundation::vexadata::ArrayFactory throwingFactory();
-
-/// From now on, step number `number` (1 is the next one) of those that may fail so fails, once.
-void failAt(std::size_t number, Failing failing, Thrown thrown = Thrown::libraryError) noexcept;
-void failNothing() noexcept;
-/// Whether the failure asked for has happened.
-bool hasFailed() noexcept;
+inline foundation::vexadata::ArrayFactory throwingFactory() {
+    return vexa::testing::failingFactory({std::shared_ptr<void>(), &steps});
+}
 
 } // namespace failure

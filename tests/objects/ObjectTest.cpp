@@ -1,11 +1,11 @@
 // Value objects, arrays of them, and handle objects.
 #include "support/AllocationCountdown.hpp"
-#include "support/ForwardingBackEnd.hpp"
 #include "support/Throws.hpp"
 
 #include <foundation/vexadata/VexaData.hpp>
 #include <vexa/client/Exception.hpp>
 #include <vexa/client/Objects.hpp>
+#include <vexa/testing/ForwardingFactory.hpp>
 
 #include <gtest/gtest.h>
 
@@ -248,10 +248,8 @@ TEST_F(Objects, InArraysAreValuesToo) {
     mixed[1] = factory.createValueObject(named);
     EXPECT_TRUE(ValueObjectArray(mixed).isHeterogeneous());
     EXPECT_EQ(ValueObject(factory.createValueObjectScalar(out)[0]), out);
-    using namespace support;
-    auto* inner =
-        factory.getArrayFactoryImpl()->createValueObjectImpl(detail::Access::impl(pointClass).get());
-    ValueObject foreign(new ForwardingObject(Inner<ObjectImpl>(inner)));
+    const ArrayFactory another = vexa::testing::forwardingFactory();
+    ValueObject foreign = another.createValueObject(another.createClassInfo("Point", {"x", "y"}));
     foreign["y"] = factory.createScalar(4.0);
     EXPECT_EQ(number(factory.createValueObjectScalar(foreign)[0]["y"]), 4) << "of another back-end";
 }

@@ -1,6 +1,6 @@
 // Registration of back-end factories in a process that has none to begin with. A registration lasts as long as the
 // process, so each case wants a process of its own, as ctest gives it.
-#include "support/LiveObjects.hpp"
+#include "support/Ledger.hpp"
 #include "support/Throws.hpp"
 
 #include <foundation/vexadata/ArrayFactory.hpp>
@@ -29,7 +29,7 @@ using vexa::data::impl::ArrayFactoryImpl;
 using Function = ArrayFactoryImpl* (*)();
 
 /// Known by its number; makes nothing.
-class NumberedFactory final : public ArrayFactoryImpl, private support::LiveObjects::Counted {
+class NumberedFactory final : public ArrayFactoryImpl, private vexa::testing::LiveObjects::Counted {
     using ArrayImpl = vexa::data::impl::ArrayImpl;
     using ArrayType = foundation::vexadata::ArrayType;
     using Deleter = void (*)(void*);

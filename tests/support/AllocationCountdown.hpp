@@ -1,7 +1,7 @@
-// Operations whose n-th allocation fails. The counting is that of vexadata-backend-check.
+// Operations whose n-th allocation fails.
 #pragma once
 
-#include "backend_check/FailingAllocations.hpp"
+#include <vexa/testing/FailingAllocations.hpp>
 
 #include <gtest/gtest.h>
 
@@ -12,7 +12,7 @@
 
 namespace support {
 
-using AllocationCountdown = vexa::check::FailingAllocations;
+using AllocationCountdown = vexa::testing::FailingAllocations;
 
 /// The number of allocations that `operation` makes.
 template <class Operation>

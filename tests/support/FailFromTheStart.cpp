@@ -3,7 +3,8 @@
 //   FAIL_AT=7         the seventh fails
 //   FAIL_FROM=7       the seventh fails and all that follow
 //   COUNT_TO=FILE     the number of allocations is written to FILE when the program ends
-#include <backend_check/FailingAllocations.hpp>
+#include <vexa/testing/AllocationFunctions.hpp>
+
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -13,7 +14,7 @@
 
 namespace {
 
-using vexa::check::FailingAllocations;
+using vexa::testing::FailingAllocations;
 
 const char* valueOf(char** environment, std::string_view name) {
     for (char** entry = environment; *entry != nullptr; ++entry) {

@@ -1,7 +1,7 @@
 // Many threads at once over the same arrays.
 #pragma once
 
-#include "support/Catalogue.hpp"
+#include <vexa/testing/Catalogue.hpp>
 
 #include <gtest/gtest.h>
 
@@ -59,7 +59,7 @@ struct Held {
     double stamp = 0;
 };
 
-using support::Kind;
+using vexa::testing::Kind;
 
 /// One worker's handles, some of which share an array with each other and with those of other workers. Nothing
 /// but the counts in the arrays orders what the workers do.

@@ -14,7 +14,7 @@ namespace {
 
 class Storms : public testing::TestWithParam<std::size_t> {
 protected:
-    static const Kind& kind() { return support::catalogue()[GetParam()]; }
+    static const Kind& kind() { return vexa::testing::catalogue()[GetParam()]; }
 
     ArrayFactory factory;
 };
@@ -148,15 +148,15 @@ TEST_P(Storms, ArraysOfTheTimeBeforeThreadsAreShared) {
     report(cycles * workers * (operations * 4 + 2));
 }
 
-INSTANTIATE_TEST_SUITE_P(Kinds, Storms, testing::Range<std::size_t>(0, support::catalogue().size()),
-                         [](const auto& each) { return support::catalogue()[each.param].name; });
+INSTANTIATE_TEST_SUITE_P(Kinds, Storms, testing::Range<std::size_t>(0, vexa::testing::catalogue().size()),
+                         [](const auto& each) { return vexa::testing::catalogue()[each.param].name; });
 
 /// All threads copy and drop the same handles, and retain and release the same objects: the counts come out even.
 TEST(Storm, CountsComeOutEven) {
     const std::size_t rounds = 25'000 * times();
     ArrayFactory factory;
     std::vector<Array> arrays;
-    for (const Kind& kind : support::catalogue()) {
+    for (const Kind& kind : vexa::testing::catalogue()) {
         arrays.push_back(kind.make(factory, 1));
     }
     run([&](std::size_t worker) {

@@ -1,7 +1,8 @@
 #include "Child.hpp"
 
 #include "Expect.hpp"
-#include "FailingAllocations.hpp"
+
+#include <vexa/testing/FailingAllocations.hpp>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -21,6 +22,8 @@
 #include <system_error>
 
 namespace vexa::check {
+
+using testing::FailingAllocations;
 
 namespace {
 

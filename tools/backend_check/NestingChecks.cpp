@@ -1,16 +1,17 @@
 // Arrays in arrays in arrays: writes inside, at any depth, and what they must spare.
 
 #include "Check.hpp"
-#include "FailingAllocations.hpp"
 #include "Samples.hpp"
 
 #include <foundation/vexadata/Exception.hpp>
 #include <vexa/data/detail/ForwardIteratorImpl.hpp>
+#include <vexa/testing/FailingAllocations.hpp>
 
 namespace vexa::check {
 
 namespace {
 
+using testing::FailingAllocations;
 /// One thing that holds an array.
 struct Level {
     std::string name;

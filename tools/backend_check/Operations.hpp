@@ -1,8 +1,9 @@
 // The operations of the contract one by one: made to fail, repeated, asked on several threads.
 #pragma once
 
-#include "FailingAllocations.hpp"
 #include "Samples.hpp"
+
+#include <vexa/testing/FailingAllocations.hpp>
 
 #include <functional>
 #include <string>
@@ -10,8 +11,9 @@
 
 namespace vexa::check {
 
-/// Around the calls in which allocations are to fail: the n-th of all that they make, and with `onwards` all
-/// that follow.
+using testing::FailingAllocations;
+
+/// Around the calls in which allocations are to fail: the n-th of all that they make, and with `onwards` all that follow.
 class Trial {
 public:
     Trial() = default;

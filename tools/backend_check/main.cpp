@@ -1,7 +1,8 @@
 // The command vexadata-backend-check.
 
-#include "FailingAllocations.hpp"
 #include "Run.hpp"
+
+#include <vexa/testing/FailingAllocations.hpp>
 
 #include <CLI/CLI.hpp>
 #include <unistd.h>
@@ -19,6 +20,7 @@
 namespace {
 
 using namespace vexa::check;
+using vexa::testing::FailingAllocations;
 
 constexpr int success = 0;
 constexpr int contractBroken = 1;

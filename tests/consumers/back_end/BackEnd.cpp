@@ -1,11 +1,10 @@
 // A back-end of rows of three doubles, built with hidden visibility.
 #include "BackEnd.hpp"
 
-#include "support/BareArray.hpp"
-
 #include <vexa/data/detail/ContiguousIteratorImpl.hpp>
 #include <vexa/data/impl/ArrayFactoryImpl.hpp>
 #include <vexa/data/impl/TypedArrayImpl.hpp>
+#include <vexa/testing/BareArray.hpp>
 
 #include <algorithm>
 #include <memory>
@@ -17,7 +16,7 @@ namespace {
 
 constexpr std::size_t length = 3;
 
-class Row final : public support::BareArray<impl::TypedArrayImpl<double>, ArrayType::DOUBLE, length> {
+class Row final : public vexa::testing::BareArray<impl::TypedArrayImpl<double>, ArrayType::DOUBLE, length> {
     using Iterator = detail::ContiguousIteratorImpl<double>;
 
 public:

@@ -1,17 +1,27 @@
-#include "FailingAllocations.hpp"
+// The allocation functions that FailingAllocations counts with: operator new and delete of every form, and, without a sanitizer,
+// malloc and its relatives. Defines functions that are not inline: exactly one source of a program includes this. For the GNU C
+// library. They are visible whatever the visibility of other functions, and an executable exports them to libraries that are
+// loaded later if it is linked with -rdynamic (ENABLE_EXPORTS in CMake).
+#pragma once
+
+#include <vexa/testing/FailingAllocations.hpp>
 
 #include <malloc.h>
 
+#include <atomic>
 #include <cerrno>
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <new>
 
+#pragma GCC visibility push(default)
+
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#    define VEXA_CHECK_SANITIZED 1
+#    define VEXA_TESTING_SANITIZED 1
 #elif defined(__has_feature)
 #    if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer) || __has_feature(memory_sanitizer)
-#        define VEXA_CHECK_SANITIZED 1
+#        define VEXA_TESTING_SANITIZED 1
 #    endif
 #endif
 
@@ -28,7 +38,7 @@ struct Counters {
 };
 
 // Constant-initialised, so that reaching it never allocates.
-constinit thread_local Counters counters;
+thread_local Counters counters;
 
 /// False when the allocation that is about to happen has to fail.
 bool admit() noexcept {
@@ -66,7 +76,7 @@ void* given(void* block, std::size_t size) noexcept {
 
 } // namespace
 
-#ifdef VEXA_CHECK_SANITIZED
+#ifdef VEXA_TESTING_SANITIZED
 
 namespace {
 
@@ -178,7 +188,9 @@ void operator delete[](void* block, std::align_val_t) noexcept { drop(block); }
 void operator delete(void* block, std::size_t, std::align_val_t) noexcept { drop(block); }
 void operator delete[](void* block, std::size_t, std::align_val_t) noexcept { drop(block); }
 
-namespace vexa::check {
+#pragma GCC visibility pop
+
+namespace vexa::testing {
 
 void FailingAllocations::start() noexcept {
     counters = Counters();
@@ -197,11 +209,11 @@ std::ptrdiff_t FailingAllocations::liveBlocks() noexcept { return counters.live;
 void FailingAllocations::noteRefusals(std::atomic<bool>* note) noexcept { refusals = note; }
 std::ptrdiff_t FailingAllocations::liveBytes() noexcept { return counters.bytes; }
 bool FailingAllocations::seesMalloc() noexcept {
-#ifdef VEXA_CHECK_SANITIZED
+#ifdef VEXA_TESTING_SANITIZED
     return false;
 #else
     return true;
 #endif
 }
 
-} // namespace vexa::check
+} // namespace vexa::testing

@@ -9,9 +9,10 @@
 #include <cstdint>
 #include <memory>
 
-namespace support {
+namespace vexa::testing {
 
-/// `Self` derives from it and is copied by `clone`.
+/// `Self` derives from it and is copied by `clone`. The elements are borrowed. Gives addresses and no chains, and keeps the
+/// chain that it is given.
 template <class Self, class T>
 class PointerIterator : public vexa::data::detail::IteratorImpl {
 public:
@@ -36,4 +37,4 @@ private:
     std::shared_ptr<vexa::data::detail::ReferenceImpl> chain_;
 };
 
-} // namespace support
+} // namespace vexa::testing

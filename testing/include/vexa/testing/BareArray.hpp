@@ -1,4 +1,4 @@
-// An array of a test's own back-end, with as little in it as the interface allows.
+// An array of a back-end of a test's own, with as little in it as the interface allows.
 #pragma once
 
 #include <vexa/data/impl/ArrayImpl.hpp>
@@ -8,9 +8,10 @@
 #include <string>
 #include <vector>
 
-namespace support {
+namespace vexa::testing {
 
-/// A row of `length` elements of the interface `Interface`. What is left abstract is up to the test.
+/// A row of `length` elements of the interface `Interface`: its shape, and nothing inside. Operations that make an object give
+/// null, `unshare` does nothing, no array is equal to it. What `Interface` leaves abstract beyond that is up to the test.
 template <class Interface, foundation::vexadata::ArrayType type, std::size_t length>
 class BareArray : public Interface {
     using ArrayImpl = vexa::data::impl::ArrayImpl;
@@ -38,4 +39,4 @@ private:
     std::vector<std::size_t> dimensions_{1, length};
 };
 
-} // namespace support
+} // namespace vexa::testing

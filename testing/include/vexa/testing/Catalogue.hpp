@@ -1,30 +1,50 @@
-#include "support/Catalogue.hpp"
+// Arrays of every kind, each filled according to a number, for tests that want them all: under threads, under failures, printed.
+#pragma once
+
+#include <foundation/vexadata/VexaData.hpp>
 
 #include <algorithm>
+#include <cctype>
 #include <complex>
+#include <cstddef>
 #include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
 
-namespace support {
+namespace vexa::testing {
+
+/// One kind of array. A stamp is a number from 0 to 99999; arrays that are made with equal stamps hold the same. The functions
+/// throw what the operations of the library throw.
+struct Kind {
+    using Array = foundation::vexadata::Array;
+    using ArrayFactory = foundation::vexadata::ArrayFactory;
+
+    std::string name; ///< of letters and figures
+    Array (*make)(ArrayFactory& factory, double stamp);
+    /// Changes the array in place to what another stamp gives, through element handles, references or iterators.
+    void (*change)(ArrayFactory& factory, Array& array, double stamp);
+    /// Whether the array is what `make` or `change` gives for the stamp.
+    bool (*holds)(const Array& array, double stamp);
+};
+
+namespace kinds {
 
 using namespace foundation::vexadata;
 
-namespace {
-
-constexpr std::size_t elements = 16;
+inline constexpr std::size_t elements = 16;
 
 template <class T>
 T valueOf(double stamp) {
     const int number = static_cast<int>(stamp) % 100;
     if constexpr (std::is_same_v<T, bool>) {
         return number % 2 == 1;
+    } else if constexpr (detail::isComplexElement<T>) {
+        using Part = typename T::value_type;
+        return T(valueOf<Part>(stamp), valueOf<Part>(stamp + 1));
     } else {
         return static_cast<T>(number);
     }
-}
-template <class T>
-requires detail::isComplexElement<T> T valueOf(double stamp) {
-    using Part = typename T::value_type;
-    return T(valueOf<Part>(stamp), valueOf<Part>(stamp + 1));
 }
 
 template <class T>
@@ -48,19 +68,19 @@ void fillNumbers(ArrayFactory&, Array& array, double stamp) {
     array = std::move(numbers);
 }
 /// Through indices.
-void writeNumbers(ArrayFactory&, Array& array, double stamp) {
+inline void writeNumbers(ArrayFactory&, Array& array, double stamp) {
     for (std::size_t k = 0; k < elements; ++k) {
         array[k] = valueOf<double>(stamp);
     }
 }
 
 /// Every second text is too long to be stored in its element.
-std::u16string textOf(double stamp, std::size_t k) {
+inline std::u16string textOf(double stamp, std::size_t k) {
     std::u16string text(k % 2 == 0 ? 2 : 20, u'a');
     text[0] = static_cast<char16_t>(stamp);
     return text;
 }
-void writeStrings(ArrayFactory&, Array& array, double stamp) {
+inline void writeStrings(ArrayFactory&, Array& array, double stamp) {
     TypedArray<String> strings(std::move(array));
     std::size_t k = 0;
     for (auto element : strings) {
@@ -68,42 +88,44 @@ void writeStrings(ArrayFactory&, Array& array, double stamp) {
     }
     array = std::move(strings);
 }
-Array makeStrings(ArrayFactory& factory, double stamp) {
+inline Array makeStrings(ArrayFactory& factory, double stamp) {
     Array array = factory.createArray<String>({4, 1});
     writeStrings(factory, array, stamp);
     return array;
 }
-bool areStrings(const Array& array, double stamp) {
+inline bool areStrings(const Array& array, double stamp) {
     const TypedArray<String> strings = array;
     std::size_t k = 0;
     return std::all_of(strings.begin(), strings.end(),
                        [&](const auto& element) { return element == textOf(stamp, k++); });
 }
 
-std::string memberOf(double stamp) { return std::string(1 + static_cast<std::size_t>(stamp) % 50, 'm'); }
-void writeEnums(ArrayFactory&, Array& array, double stamp) {
+inline std::string memberOf(double stamp) {
+    return std::string(1 + static_cast<std::size_t>(stamp) % 50, 'm');
+}
+inline void writeEnums(ArrayFactory&, Array& array, double stamp) {
     EnumArray members(std::move(array));
     members[0] = memberOf(stamp);
     members[1] = memberOf(stamp + 1);
     array = std::move(members);
 }
-Array makeEnums(ArrayFactory& factory, double stamp) {
+inline Array makeEnums(ArrayFactory& factory, double stamp) {
     Array array = factory.createEnumArray({2, 1}, "Member");
     writeEnums(factory, array, stamp);
     return array;
 }
-bool areEnums(const Array& array, double stamp) {
+inline bool areEnums(const Array& array, double stamp) {
     const EnumArray members = array;
     return members[0] == memberOf(stamp) && members[1] == memberOf(stamp + 1);
 }
 
 /// Numbers, and a cell with numbers and with text that nobody changes.
-Array makeCells(ArrayFactory& factory, double stamp) {
+inline Array makeCells(ArrayFactory& factory, double stamp) {
     auto inner = factory.createArray<Array>(
         {1, 2}, {makeNumbers<double>(factory, stamp), factory.createCharArray("kept")});
     return factory.createArray<Array>({2, 1}, {makeNumbers<double>(factory, stamp), inner});
 }
-void writeCells(ArrayFactory&, Array& array, double stamp) {
+inline void writeCells(ArrayFactory&, Array& array, double stamp) {
     TypedArray<Array> cells(std::move(array));
     Reference<TypedArray<Array>> inner = cells[1];
     Reference<TypedArray<double>> deep = inner[0];
@@ -115,7 +137,7 @@ void writeCells(ArrayFactory&, Array& array, double stamp) {
     }
     array = std::move(cells);
 }
-bool areCells(const Array& array, double stamp) {
+inline bool areCells(const Array& array, double stamp) {
     const TypedArray<Array> cells = array;
     const TypedArray<Array> inner = cells[1];
     const CharArray text = inner[1];
@@ -124,7 +146,7 @@ bool areCells(const Array& array, double stamp) {
 }
 
 /// Fields with numbers and with text.
-Array makeStructs(ArrayFactory& factory, double stamp) {
+inline Array makeStructs(ArrayFactory& factory, double stamp) {
     StructArray records = factory.createStructArray({1, 2}, {"numbers", "text"});
     const Array numbers = makeNumbers<double>(factory, stamp);
     const Array text = makeStrings(factory, stamp);
@@ -133,7 +155,7 @@ Array makeStructs(ArrayFactory& factory, double stamp) {
     }
     return records;
 }
-void writeStructs(ArrayFactory&, Array& array, double stamp) {
+inline void writeStructs(ArrayFactory&, Array& array, double stamp) {
     StructArray records(std::move(array));
     for (std::size_t k = 0; k < 2; ++k) {
         Reference<TypedArray<double>> numbers = records[k]["numbers"];
@@ -146,7 +168,7 @@ void writeStructs(ArrayFactory&, Array& array, double stamp) {
     }
     array = std::move(records);
 }
-bool areStructs(const Array& array, double stamp) {
+inline bool areStructs(const Array& array, double stamp) {
     const StructArray records = array;
     return std::all_of(records.begin(), records.end(), [&](const auto& record) {
         return areNumbers<double>(record["numbers"], stamp) && areStrings(record["text"], stamp);
@@ -186,7 +208,7 @@ bool isSparseWith(const Array& array, double stamp) {
 }
 
 /// Two elements with one object, which has numbers.
-Array makeObjects(ArrayFactory& factory, double stamp) {
+inline Array makeObjects(ArrayFactory& factory, double stamp) {
     const ClassInfo pointClass = factory.createClassInfo("Point", {"x", "y"});
     ValueObject point = factory.createValueObject(pointClass);
     point["x"] = makeNumbers<double>(factory, stamp);
@@ -196,7 +218,7 @@ Array makeObjects(ArrayFactory& factory, double stamp) {
     points[1] = point;
     return points;
 }
-void writeObjects(ArrayFactory& factory, Array& array, double stamp) {
+inline void writeObjects(ArrayFactory& factory, Array& array, double stamp) {
     ValueObjectArray points(std::move(array));
     for (std::size_t k = 0; k < 2; ++k) {
         ValueObject point = points[k];
@@ -207,7 +229,7 @@ void writeObjects(ArrayFactory& factory, Array& array, double stamp) {
     }
     array = std::move(points);
 }
-bool areObjects(const Array& array, double stamp) {
+inline bool areObjects(const Array& array, double stamp) {
     const ValueObjectArray points = array;
     const ValueObject first = points[0];
     const ValueObject second = points[1];
@@ -215,38 +237,38 @@ bool areObjects(const Array& array, double stamp) {
            areNumbers<double>(second["x"], stamp) && areNumbers<double>(second["y"], stamp);
 }
 
-Array makeHandles(ArrayFactory& factory, double stamp) {
+inline Array makeHandles(ArrayFactory& factory, double stamp) {
     const HandleObjectRef handle = factory.createHandleObjectRef(ZVMID(), static_cast<long>(stamp));
     return factory.createArray<HandleObjectRef>({1, 2}, {handle, handle});
 }
-void writeHandles(ArrayFactory& factory, Array& array, double stamp) {
+inline void writeHandles(ArrayFactory& factory, Array& array, double stamp) {
     TypedArray<HandleObjectRef> handles(std::move(array));
     handles[0] = factory.createHandleObjectRef(ZVMID(), static_cast<long>(stamp));
     handles[1] = handles[0];
     array = std::move(handles);
 }
-bool areHandles(const Array& array, double stamp) {
+inline bool areHandles(const Array& array, double stamp) {
     const TypedArray<HandleObjectRef> handles = array;
     return std::all_of(handles.begin(), handles.end(), [&](const auto& element) {
         return HandleObjectRef(element).getId() == static_cast<long>(stamp);
     });
 }
 
-Array makeMember(ArrayFactory& factory, double stamp) {
+inline Array makeMember(ArrayFactory& factory, double stamp) {
     return factory.createValueObjectScalar(factory.createEnumerationObject("Sky", memberOf(stamp)));
 }
-void writeMember(ArrayFactory& factory, Array& array, double stamp) {
+inline void writeMember(ArrayFactory& factory, Array& array, double stamp) {
     ValueObjectArray objects(std::move(array));
     objects[0] = factory.createEnumerationObject("Sky", memberOf(stamp));
     array = std::move(objects);
 }
-bool isMember(const Array& array, double stamp) {
+inline bool isMember(const Array& array, double stamp) {
     const ValueObjectArray objects = array;
     return ValueObject(objects[0]).getEnumerationName() == memberOf(stamp);
 }
 
 /// A name without what no test may have in its own.
-std::string plain(std::string name) {
+inline std::string plain(std::string name) {
     name.erase(std::remove_if(name.begin(), name.end(), [](char unit) { return std::isalnum(unit) == 0; }),
                name.end());
     return name;
@@ -260,9 +282,12 @@ Kind sparseOf(const char* type) {
     return {"Sparse" + plain(type), makeSparse<T>, writeSparse<T>, isSparseWith<T>};
 }
 
-} // namespace
+} // namespace kinds
 
-const std::vector<Kind>& catalogue() {
+/// All kinds: every type of numbers, strings, enumerations, nested cells, structs, objects, handle objects, sparse matrices. Made
+/// at the first call; any thread may ask.
+inline const std::vector<Kind>& catalogue() {
+    using namespace kinds;
     static const std::vector<Kind> all{
         {"NumbersByIndex", makeNumbers<double>, writeNumbers, areNumbers<double>},
         {"Strings", makeStrings, writeStrings, areStrings},
@@ -281,4 +306,4 @@ const std::vector<Kind>& catalogue() {
     return all;
 }
 
-} // namespace support
+} // namespace vexa::testing

@@ -1,0 +1,1 @@
+#include <vexa/testing/AllocationFunctions.hpp>
