@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Changes the sources of both libraries in small ways, one at a time, and asks the tests to notice.
 
 Only the library with the change is built, as its own build would; the test programs of that build, the command

@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Changes the sources of back-ends in small ways, one at a time, and asks vexadata-backend-check alone to notice.
 
 The back-ends are the example in examples/own_backend and the embedded one in client/. A mutant that does not compile, or that

@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Changes the contract headers in ways that break back-ends or clients, one at a time, and asks the tests to notice.
 
 What is declared is compiled against the tables that include its header, and the program of these tables is run; what is
@@ -9,6 +9,7 @@ still says that nothing has moved or is wrong.
 import argparse
 import os
 import pathlib
+import random
 import re
 import subprocess
 import sys
@@ -475,6 +476,8 @@ def main():
     parser.add_argument("--only", default="", metavar="TEXT", help="headers whose name contains this")
     parser.add_argument("--judge", choices=["tables", "C", "programs"], help="only mutants that are judged so")
     parser.add_argument("--libraries", type=pathlib.Path, default=ROOT / "build" / "dev", metavar="FOLDER", help="a build of them")
+    parser.add_argument("--sample", type=int, default=0, metavar="N", help="how many mutants of these; default: all")
+    parser.add_argument("--seed", type=int, default=12, help="of the sample")
     parser.add_argument("--list", action="store_true", help="name the mutants only")
     parser.add_argument("--verbose", action="store_true", help="name every mutant and what killed it")
     options = parser.parse_args()
@@ -485,6 +488,8 @@ def main():
         sys.exit(f"no such mutants any more: {gone}")
     mutants = [mutant for mutant in made if options.only in mutant.header and options.judge in (None, mutant.judge)
                and (mutant.header, mutant.what) not in EQUIVALENT]
+    if 0 < options.sample < len(mutants):
+        mutants = random.Random(options.seed).sample(mutants, options.sample)
     tables = tables_by_header()
     unseen = {mutant.header for mutant in mutants} - set(tables)
     if unseen:

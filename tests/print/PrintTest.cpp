@@ -175,11 +175,15 @@ TEST_F(Printing, SparseMatricesAndObjects) {
     rows[1] = 0;
     columns[0] = 0;
     columns[1] = 3;
-    EXPECT_EQ(streamed(factory.createSparseArray<std::complex<double>>({20, 4}, 2, std::move(values),
-                                                                       std::move(rows), std::move(columns))),
-              "20x4 sparse complex double, 2 non-zeros\n"
-              "  [12][0]   1+2i\n"
-              "  [0][3]   -1+0i");
+    const Array sparse = factory.createSparseArray<std::complex<double>>({20, 4}, 2, std::move(values),
+                                                                         std::move(rows), std::move(columns));
+    PrintOptions options;
+    options.threshold = 2; // all that there are
+    options.edge = 0;
+    EXPECT_EQ(toText(sparse, options), streamed(sparse));
+    EXPECT_EQ(streamed(sparse), "20x4 sparse complex double, 2 non-zeros\n"
+                                "  [12][0]   1+2i\n"
+                                "  [0][3]   -1+0i");
 
     const ClassInfo point = factory.createClassInfo("Point", {"x", "y"});
     ValueObject object = factory.createValueObject(point);
@@ -192,6 +196,7 @@ TEST_F(Printing, SparseMatricesAndObjects) {
                                  "    y: 1.5\n"
                                  "  [1] <none>";
     EXPECT_EQ(streamed(objects), expected);
+    EXPECT_EQ(streamed(Array(objects)[0]), "object\n  x: empty\n  y: 1.5");
     EXPECT_EQ((*point.getPropertyIDs().begin()).getClassName(), "Point") << "links are left alone";
     auto handles = factory.createArray<HandleObjectRef>({1, 1});
     handles[0] = factory.createHandleObjectRef(ZVMID(), 7);
