@@ -1,5 +1,6 @@
-// What holds arrays: cells, structs, and the properties of objects and of their arrays. An array comes to lie in itself only through
-// one of these, so that here every array that is stored is looked into first, and copied where that would happen.
+// What holds arrays: cells, structs, and the properties of objects and of their arrays. An array comes to lie
+// in itself only through one of these, so that here every array that is stored is looked into first, and
+// copied where that would happen.
 #pragma once
 
 #include <foundation/vexadata/Object.hpp>
@@ -60,7 +61,8 @@ struct Contents {
     std::span<foundation::vexadata::HandleObjectRef> objects;
 };
 
-/// An array or object of this back-end that holds arrays. Whoever follows them to any depth asks this and knows no class of arrays.
+/// An array or object of this back-end that holds arrays. Whoever follows them to any depth asks this and
+/// knows no class of arrays.
 class Container {
 public:
     virtual Contents contents() noexcept = 0;
@@ -69,16 +71,17 @@ protected:
     ~Container() = default;
 };
 
-/// Places with an array each, counted from 0; the arrays may be shared with handles and other holders. Remembers what spares most
-/// searches: whether it ever came into another holder, and which of its places ever held what can hold arrays itself.
+/// Places with an array each, counted from 0; the arrays may be shared with handles and other holders.
+/// Remembers what spares most searches: whether it ever came into another holder, and which of its places
+/// ever held what can hold arrays itself.
 class ArrayHolder : public Container {
 public:
     Contents contents() noexcept override { return {*this, {}}; }
     virtual std::size_t numberOfPlaces() const noexcept = 0;
     virtual data::impl::ArrayImpl& heldIn(std::size_t place) const noexcept = 0;
-    /// Whether the array in the place is anybody else's too.
+    /// Whether the array in the place has another owner.
     virtual bool isShared(std::size_t place) const noexcept = 0;
-    /// Puts a copy into the place unless the array there is the place's alone.
+    /// Replaces the array in the place by a copy when it has another owner.
     void makePrivate(std::size_t place) {
         if (isShared(place)) {
             put(place, Held(heldIn(place).sharedCopy()));
@@ -89,7 +92,7 @@ public:
         replace(place, std::move(array));
     }
 
-    /// False for one that no array or object has ever held.
+    /// False when no array or object has ever held the one that these places belong to.
     bool isHeld() const noexcept { return isHeld_.load(std::memory_order_relaxed); }
     /// Constant: arrays that are shared between threads are stored on any of them.
     void setHeld() const noexcept { isHeld_.store(true, std::memory_order_relaxed); }
@@ -100,7 +103,7 @@ public:
 
 protected:
     ArrayHolder() noexcept = default;
-    /// Nobody holds a copy yet.
+    /// A copy is not held yet.
     ArrayHolder(const ArrayHolder& other) noexcept
         : firstNested_(other.firstNested_), endNested_(other.endNested_) {}
     ArrayHolder& operator=(const ArrayHolder&) = delete;
@@ -115,12 +118,13 @@ private:
     std::size_t endNested_ = 0;
 };
 
-/// A new chain into the array in a place, one reference for the caller. Before a write that array is made the place's alone,
-/// even when the chain was made for reading: then it moves to the copy.
+/// A new chain into the array in a place, one reference for the caller. Before a write that array is made the
+/// place's alone, even when the chain was made for reading: then it moves to the copy.
 data::detail::ReferenceImpl* referenceInto(ArrayHolder& holder, std::size_t place, bool forWrite);
 
-/// `array` for a place of `target`. When `target` is in `array`, at any depth, a copy that shares no holder with it: `target` would
-/// own itself otherwise. Looks for it only when somebody holds `target`, once into everything that can hold arrays.
+/// `array` for a place of `target`. When `target` is in `array`, at any depth, a copy that shares no holder
+/// with it: `target` would own itself otherwise. Looks for it only when somebody holds `target`, once into
+/// everything that can hold arrays.
 Held storable(data::impl::ArrayImpl& array, const ArrayHolder& target);
 /// The same for an object that becomes an element of the array whose properties are `target`.
 foundation::vexadata::HandleObjectRef storable(foundation::vexadata::HandleObjectRef object,

@@ -1,4 +1,4 @@
-// Cell arrays.
+// Cell arrays: arrays of arrays.
 #pragma once
 
 #include "ArrayHolder.hpp"
@@ -17,8 +17,8 @@ namespace vexa::client {
 
 using foundation::vexadata::Array;
 
-/// An array of arrays, in column-major order. Copies share their elements; an element that others share is copied before
-/// something inside it is written.
+/// An array of arrays, in column-major order. Copies share their elements; an element that others share is
+/// copied before something inside it is written.
 class CellArray final
     : public ColumnMajorArray<data::impl::InPlaceArrayImpl<data::impl::TypedArrayImpl<Array>, Array>>,
       public ArrayHolder,

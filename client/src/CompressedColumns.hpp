@@ -17,11 +17,12 @@
 
 namespace vexa::client {
 
-/// A matrix in compressed columns: the non-zeros of a column follow each other with ascending rows, and `starts` says where
-/// each column begins. Values can become zero later, through a writable iterator; such a zero stays stored.
+/// A matrix in compressed columns: the non-zeros of a column follow each other with ascending rows, and
+/// `starts` says where each column begins. Values can become zero later, through a writable iterator; such a
+/// zero stays stored.
 ///
-/// Buffers that are handed over belong to the call: it sorts them in place and the matrix keeps them, or else they are
-/// freed, also when it throws.
+/// Buffers that are handed over belong to the call: it sorts them in place and the matrix keeps them, or else
+/// they are freed, also when it throws.
 template <class T>
 class CompressedColumns final : public ColumnMajorArray<data::impl::ArrayImpl> {
 public:
@@ -33,16 +34,17 @@ public:
     /// @throws EInvalidDimensionsInSparseArray unless there are two dimensions
     static CompressedColumns* zeros(Dimensions dimensions);
 
-    /// From `count` triplets in any order. Values of one position are added in the order given (logical ones are or-ed);
-    /// zeros are dropped, also when they are sums. Time and memory grow with non-zeros and columns, never with rows.
+    /// From `count` triplets in any order. Values of one position are added in the order given (logical ones
+    /// are or-ed); zeros are dropped, also when they are sums. Time and memory grow with non-zeros and
+    /// columns, never with rows.
     /// @throws EInvalidDimensionsInSparseArray unless there are two dimensions
     /// @throws InvalidBufferException when there are triplets and a buffer is null
     /// @throws EArrayIndexOutOfRange for a row or column that the matrix does not have
     static CompressedColumns* fromTriplets(Dimensions dimensions, std::size_t count, Buffer<T> values,
                                            Indices rows, Indices columns);
 
-    /// From `count` values in columns that begin at `starts`, one entry more than columns (null for a matrix without
-    /// values). Rows need not ascend, and positions that occur twice and zeros are treated as above.
+    /// From `count` values in columns that begin at `starts`, one entry more than columns (null for a matrix
+    /// without values). Rows need not ascend, and positions that occur twice and zeros are treated as above.
     /// @throws InvalidColumnStartsException when the starts do not rise from 0 to `count`
     /// @throws what `fromTriplets` throws
     static CompressedColumns* fromCompressed(Dimensions dimensions, std::size_t count, Buffer<T> values,

@@ -14,8 +14,8 @@
 
 namespace vexa::client {
 
-/// A value for each property of a list, which is borrowed with its class from the owner. Copies share the values until one
-/// side is written.
+/// A value for each property of a list, which is borrowed with its class from the owner. Copies share the
+/// values until one side is written.
 class PropertySet final : public ArrayHolder {
 public:
     /// Every property holds an empty array.
@@ -38,10 +38,11 @@ public:
     }
     const foundation::vexadata::Array& value(std::size_t place) const noexcept { return values_[place]; }
 
-    /// A new reference to a value, one reference for the caller; writing through it changes the value in place.
+    /// A new reference to a value, one reference for the caller; writing through it changes the value in
+    /// place.
     data::detail::ReferenceImpl* reference(std::size_t place);
-    /// New iterators over PropertyImpl objects, one reference for the caller. The set is borrowed. Writing through what the
-    /// read-only form gives throws CantAssignArrayToThisArrayException.
+    /// New iterators over PropertyImpl objects, one reference for the caller. The set is borrowed. Writing
+    /// through what the read-only form gives throws CantAssignArrayToThisArrayException.
     data::detail::ForwardIteratorImpl* iteratorAt(std::size_t place);
     data::detail::ForwardIteratorImpl* iteratorAt(std::size_t place) const;
 

@@ -13,9 +13,9 @@
 
 namespace vexa::client {
 
-/// Texts in column-major order. Each element takes 16 bytes, which hold texts of up to six units; longer ones lie one after
-/// another in a block of the whole array. Overwritten ones leave gaps there, which are closed when they make up half of it and
-/// more units than the array has elements.
+/// Texts in column-major order. Each element takes 16 bytes, which hold texts of up to six units; longer ones
+/// lie one after another in a block of the whole array. Overwritten ones leave gaps there, which are closed
+/// when they make up half of it and more units than the array has elements.
 class StringArray final
     : public ColumnMajorArray<data::impl::InPlaceArrayImpl<data::impl::StringArrayImpl, const void>> {
 public:
@@ -26,7 +26,7 @@ public:
     ArrayImpl* sharedCopy() const override;
     ArrayType getType() const override;
     void getStringElement(std::size_t index, const char16_t*& text, std::size_t& length) const override;
-    /// A missing element equals nothing, as it does when elements are compared.
+    /// A missing element equals no element, not even a missing one, as when single elements are compared.
     bool isEqual(const ArrayImpl* other) const override;
     Element* getElementAddress(std::size_t index, const std::string& fieldName, bool forWrite) override;
     void setStringElement(std::size_t index, const std::string& fieldName, Element value) override;

@@ -17,8 +17,8 @@
 
 namespace vexa::client {
 
-/// Records one after another in column-major order, the values of each in the order of the fields. Copies share the values; a
-/// value that others share is copied before something inside it is written.
+/// Records one after another in column-major order, the values of each in the order of the fields. Copies
+/// share the values; a value that others share is copied before something inside it is written.
 class StructArray final : public ColumnMajorArray<data::impl::InPlaceStructImpl>,
                           public ArrayHolder,
                           public Comparable {

@@ -1,10 +1,10 @@
-// A back-end of your own, as small as it gets: dense column-major arrays of `double`, written by hand, and arrays of `float`, for
-// which the library's own class does. Read it from the end: a back-end registers a function that gives a factory, the factory
-// makes arrays, an array answers questions.
+// A back-end of your own, as small as it gets: dense column-major arrays of `double`, written by hand, and
+// arrays of `float`, for which the library's own class does. Read it from the end: a back-end registers a
+// function that gives a factory, the factory makes arrays, an array answers questions.
 //
-// Who owns what, in three sentences. Everything that you return as a new object carries one reference, which is the caller's.
-// What you are passed as a pointer is borrowed: retain() it to keep it. Never delete an object; release() it, and the last
-// release deletes.
+// Who owns what, in three sentences. Everything that you return as a new object carries one reference, which
+// is the caller's. What you are passed as a pointer is borrowed: retain() it to keep it. Never delete an
+// object; release() it, and the last release deletes.
 #include <foundation/vexadata/Exception.hpp>
 #include <vexa/data/detail/ContiguousIteratorImpl.hpp>
 #include <vexa/data/detail/ElementMemory.hpp>
@@ -52,8 +52,8 @@ Buffer<void> zeros(std::size_t bytes) {
     return buffer;
 }
 
-/// The library calls no operation that you do not see here, as long as the array is one of numbers: all others have defaults,
-/// most of which throw what the caller deserves.
+/// The library calls no operation that you do not see here, as long as the array is one of numbers: all
+/// others have defaults, most of which throw what the caller deserves.
 class Doubles final : public TypedArrayImpl<double> {
 public:
     Doubles(Dimensions dimensions, Buffer<void> buffer)
@@ -75,8 +75,8 @@ public:
     const Dimensions& getDimensions() const override { return dimensions_; }
     std::size_t getNumberOfElements() const override { return count_; }
     bool isEmpty() const override { return count_ == 0; }
-    /// Two arrays with one identity are taken for equal without a look inside: never give one twice, nor 0. All back-ends
-    /// of a process draw from one counter, so that their arrays can meet.
+    /// Two arrays with one identity are taken for equal without a look inside: never give one twice, nor 0.
+    /// All back-ends of a process draw from one counter, so that their arrays can meet.
     std::uint64_t getArrayID() const override { return identity_; }
     /// Asked only about arrays of this type and these dimensions.
     bool isEqual(const ArrayImpl* other) const override {
@@ -84,18 +84,20 @@ public:
         return count_ == 0 || std::equal(data(), data() + count_, theirs.getTypedDataPtr());
     }
 
-    // Elements, by position in the storage. The library has tested the indices; the field name is empty for numbers.
+    // Elements, by position in the storage. The library has tested the indices; the field name is empty for
+    // numbers.
     double* getElementAddress(std::size_t index, const std::string&, bool) override { return data() + index; }
     void setElementValue(std::size_t index, const std::string&, double value) override {
         data()[index] = value;
     }
     /// A number holds no array: nothing to look into.
     ReferenceImpl* createElementReference(std::size_t, const std::string&, bool) override { return nullptr; }
-    /// Called before a write through a reference. This array shares its storage with no other, so nothing is to be done.
+    /// Called before a write through a reference. This array shares its storage with no other, so nothing is
+    /// to be done.
     void unshare() override {}
 
-    // Iterators. This one is recognised, and moves at the speed of a pointer. An iterator of your own derives from
-    // IteratorImpl.
+    // Iterators. This one is recognised, and moves at the speed of a pointer. An iterator of your own derives
+    // from IteratorImpl.
     IteratorImpl* beginIterator(void*, bool) override { return new ContiguousIteratorImpl<double>(data()); }
     IteratorImpl* endIterator(void*, bool) override {
         return new ContiguousIteratorImpl<double>(data() + count_);
@@ -187,8 +189,8 @@ public:
     }
 
 private:
-    /// This back-end keeps column-major order only, so it copies what comes in rows; one that keeps both adopts the buffer and
-    /// says so in `getMemoryLayout`.
+    /// This back-end keeps column-major order only, so it copies what comes in rows; one that keeps both
+    /// adopts the buffer and says so in `getMemoryLayout`.
     static Buffer<void> byColumns(const Dimensions& dimensions, const double* rows) {
         const std::size_t count = countOf(dimensions);
         Buffer<void> columns = zeros(count * sizeof(double));
@@ -220,8 +222,9 @@ private:
 /// Called whenever a client makes an `ArrayFactory`.
 ArrayFactoryImpl* makeFactory() { return new DoublesFactory; }
 
-/// Runs when the library is loaded. One back-end can be registered in each of the two places of a process; `false` would not be
-/// enough if another one had come first: that is an exception, which nobody could catch here.
+/// Runs when the library is loaded. One back-end can be registered in each of the two places of a process;
+/// `false` would not be enough if another one had come first: that is an exception, which nobody could catch
+/// here.
 const bool registered = [] {
     try {
         return ArrayFactoryImpl::registerClientFactoryFunction(&makeFactory);

@@ -1,3 +1,4 @@
+// Creating arrays: dimensions are normalised and tested here, everything else is up to the back-end.
 #include <foundation/vexadata/ArrayFactory.hpp>
 #include <foundation/vexadata/TypeInformation.hpp>
 #include <vexa/data/detail/InPlace.hpp>
@@ -14,8 +15,8 @@ using UntypedBuffer = std::unique_ptr<void, void (*)(void*)>;
 
 namespace {
 
-/// One entry n becomes n by 1, unchecked; otherwise the product must fit in 64 bits. The walk is in order: after a zero
-/// nothing overflows any more, deliberately.
+/// One entry n becomes n by 1, unchecked; otherwise the product must fit in 64 bits. The walk is in order:
+/// after a zero nothing overflows any more, deliberately.
 inline std::vector<std::size_t>&& normalised(std::vector<std::size_t>&& dims) {
     if (dims.size() == 1) {
         dims.push_back(1);

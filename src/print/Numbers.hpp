@@ -8,8 +8,8 @@
 
 namespace foundation::vexadata::print {
 
-/// At most `precision` significant digits, but all digits before the decimal point up to 15; no trailing zeros. "NaN",
-/// "Inf", "-Inf".
+/// At most `precision` significant digits, but all digits before the decimal point up to 15; no trailing
+/// zeros. "NaN", "Inf", "-Inf".
 std::string numberText(double value, int precision);
 
 template <class T>

@@ -57,7 +57,8 @@ class Backend {
 public:
     using Step = std::function<void(std::string_view)>;
 
-    /// `missing` are the capabilities that the back-end does not offer; `step` is told what is about to be done.
+    /// `missing` are the capabilities that the back-end does not offer; `step` is told what is about to be
+    /// done.
     Backend(Owned<ArrayFactoryImpl> factory, Names missing, Step step)
         : factory_(std::move(factory)), missing_(std::move(missing)), step_(std::move(step)) {}
 
@@ -151,7 +152,8 @@ std::size_t positionOf(const ArrayImpl& matrix, std::size_t row, std::size_t col
 /// @throws Failure unless the count is 1
 void expectOneReference(std::string_view what, const data::detail::RefCounted& object);
 
-/// How a creator answered: a back-end that does not offer a kind throws. Null is a failure: handles take it for an array.
+/// How a creator answered: a back-end that does not offer a kind throws. Null is a failure: handles take it
+/// for an array.
 template <class F>
 auto offered(const Backend& backend, std::string_view creator, F create) {
     backend.step(creator);

@@ -200,7 +200,8 @@ void copiesOut(Backend& backend) {
     });
 }
 
-/// What the array reports afterwards is its choice, as long as it agrees with itself. It can be asked for a buffer again.
+/// What the array reports afterwards is its choice, as long as it agrees with itself. It can be asked for a
+/// buffer again.
 void expectConsistent(const std::string& what, ArrayImpl& array, const Dimensions& lent,
                       const Dimensions& before) {
     expect(&array.getDimensions() == &lent || lent == before,

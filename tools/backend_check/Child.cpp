@@ -177,7 +177,8 @@ Result runInChild(const std::function<std::string(const Step&)>& work, std::chro
     if (!inTime) ::kill(child, SIGKILL);
     int status = 0;
     while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {}
-    // Neither a failure nor a refusal says anything about a back-end that had no memory. What cannot be seen here needs none.
+    // Neither a failure nor a refusal says anything about a back-end that had no memory. What cannot be seen
+    // here needs none.
     Result result = resultFrom(records, inTime ? howItEnded(status)
                                                : "not done after " + std::to_string(limit.count()) + " s");
     const bool conclusive = result.verdict == Verdict::holds || result.verdict == Verdict::notChecked;

@@ -73,7 +73,8 @@ void needsNoData(Backend& backend) {
     });
 }
 
-/// Columns one after another in the data that an array is made from, whatever its own layout: as indices find them.
+/// Columns one after another in the data that an array is made from, whatever its own layout: as indices find
+/// them.
 void indicesFindElements(Backend& backend) {
     eachSubject(backend, {true, false, true, false}, [&](Subject& subject) {
         withElementType(subject.array->getType(), [&](auto tag) {
@@ -168,7 +169,7 @@ void refusesOtherKinds(Backend& backend) {
         const Sample& sample = subject.model.sample();
         const std::string of = " of a " + subject.what;
         const bool holder = sample.name == "cell" || sample.name == "struct";
-        const bool text = sample.name == "string" || sample.name == "enum";
+        const bool text = sample.name == "string" || sample.name == "enumeration";
         for (const bool forWrite : {false, true}) {
             if (holder) break;
             ReferenceImpl* chain = array.createElementReference(0, {}, forWrite);

@@ -56,8 +56,8 @@ Attempt attempt(const Backend& backend, const Operation& operation, const Sample
     return result;
 }
 
-/// The first, second, ... allocation fails until the operation comes through. A block that stays may be a cache of the
-/// back-end; one that stays each time is lost.
+/// The first, second, ... allocation fails until the operation comes through. A block that stays may be a
+/// cache of the back-end; one that stays each time is lost.
 void sweep(const Backend& backend, const Operation& operation, const Sample& sample, const Origin& origin,
            bool copied, std::size_t pattern, bool large = false) {
     const std::string what =
@@ -113,7 +113,7 @@ void eachOperation(Backend& backend, bool (*chosen)(const Sample&),
 
 bool isNumber(const Sample& sample) { return sample.primitive; }
 bool isHolder(const Sample& sample) { return sample.name == "cell" || sample.name == "struct"; }
-bool isText(const Sample& sample) { return sample.name == "string" || sample.name == "enum"; }
+bool isText(const Sample& sample) { return sample.name == "string" || sample.name == "enumeration"; }
 bool isSparseKind(const Sample& sample) { return sample.sparse; }
 bool isObject(const Sample& sample) { return sample.name == "object-array"; }
 
@@ -155,7 +155,8 @@ void factorySweep(Backend& backend) {
     });
 }
 
-// --- over and over -----------------------------------------------------------------------------------------------
+// --- over and over
+// -----------------------------------------------------------------------------------------------
 
 constexpr std::size_t often = 10000;
 
@@ -209,7 +210,8 @@ void factoryRepeated(Backend& backend) {
     });
 }
 
-// --- refusals ----------------------------------------------------------------------------------------------------
+// --- refusals
+// ----------------------------------------------------------------------------------------------------
 
 /// Refuses again and again, loses nothing, changes nothing.
 void refuse(const Backend& backend, const Refusal& refusal, const Sample& sample) {

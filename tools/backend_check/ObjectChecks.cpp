@@ -55,7 +55,8 @@ Owned<ClassInfoImpl> newClass(const Backend& backend, const std::string& name, c
                  "createClassInfoImpl");
 }
 
-// --- classes -----------------------------------------------------------------------------------------------------
+// --- classes
+// -----------------------------------------------------------------------------------------------------
 
 /// With properties of all numbers, and names that look alike, several classes at once.
 void describesClasses(Backend& backend) {
@@ -151,7 +152,8 @@ void linksIdentifiers(Backend& backend) {
                  "the identifier of an array property");
 }
 
-// --- objects -----------------------------------------------------------------------------------------------------
+// --- objects
+// -----------------------------------------------------------------------------------------------------
 
 double valueOf(const ObjectImpl& object, const std::string& name) {
     const std::shared_ptr<ArrayImpl> value = object.getProperty(property(name));
@@ -367,7 +369,8 @@ void membersOfEnumerations(Backend& backend) {
     }
 }
 
-// --- references to properties, in objects and in arrays of them -------------------------------------------------
+// --- references to properties, in objects and in arrays of them
+// -------------------------------------------------
 
 using Reference = std::function<Owned<ReferenceImpl>()>;
 
@@ -440,7 +443,8 @@ void readOnlyWalks(Backend& backend) {
     }
 }
 
-// --- arrays ------------------------------------------------------------------------------------------------------
+// --- arrays
+// ------------------------------------------------------------------------------------------------------
 
 Owned<ArrayImpl> points(const Backend& backend, const Dimensions& dimensions = {1, 2}) {
     const auto description = pointClass(backend);
@@ -570,7 +574,8 @@ void elementsOfArrays(Backend& backend) {
     }
 }
 
-/// One object in several elements, and held by somebody else: a write through one element's properties changes that one.
+/// One object in several elements, and held by somebody else: a write through one element's properties
+/// changes that one.
 void sharedObjects(Backend& backend) {
     const bool byScalar = backend.offers("object-scalar");
     for (std::size_t written = 0; written < (byScalar ? 5U : 4U); ++written) {
@@ -687,8 +692,9 @@ void readOnlyWalksOfArrays(Backend& backend) {
         [&] { return objects.cendArrayProp(); });
 }
 
-/// Handles of object arrays compare without a test of dimensions before. New objects and one object everywhere: the dimensions
-/// alone differ, in the number of elements, in their order, in the number of dimensions.
+/// Handles of object arrays compare without a test of dimensions before. New objects and one object
+/// everywhere: the dimensions alone differ, in the number of elements, in their order, in the number of
+/// dimensions.
 void otherDimensions(Backend& backend) {
     const std::vector<Dimensions> shapes{{1, 2}, {1, 3}, {2, 1}, {2, 3}, {3, 2}, {1, 2, 3}, {0, 0}, {0, 3}};
     const auto point = newPoint(backend, 1, 2);

@@ -46,7 +46,8 @@ void walk(Trial& trial, Begin begin, End end, std::size_t wanted) {
     expectEqual("the number of objects that an iterator passes", count, wanted);
 }
 
-// --- arrays of every kind ----------------------------------------------------------------------------------------
+// --- arrays of every kind
+// ----------------------------------------------------------------------------------------
 
 void addForAll(std::vector<Operation>& all) {
     all.push_back({"sharedCopy", "any", true, {}, [](const Backend&, Subject& subject, Trial& trial) {
@@ -151,7 +152,8 @@ void addForAll(std::vector<Operation>& all) {
                        }});
 }
 
-// --- numbers -----------------------------------------------------------------------------------------------------
+// --- numbers
+// -----------------------------------------------------------------------------------------------------
 
 /// Elements in the order of positions.
 void expectBuffer(const ArrayImpl& shape, const Subject& subject, const void* memory, Deleter deleter) {
@@ -200,7 +202,8 @@ void addForNumbers(std::vector<Operation>& all) {
          }});
 }
 
-// --- cells, structs ----------------------------------------------------------------------------------------------
+// --- cells, structs
+// ----------------------------------------------------------------------------------------------
 
 void addForHolders(std::vector<Operation>& all) {
     for (const char* kind : {"cell", "struct"}) {
@@ -279,7 +282,8 @@ void addForHolders(std::vector<Operation>& all) {
          }});
 }
 
-// --- texts, members, sparse matrices -----------------------------------------------------------------------------
+// --- texts, members, sparse matrices
+// -----------------------------------------------------------------------------
 
 void addForTexts(std::vector<Operation>& all) {
     all.push_back({"castToString", "string", true, {}, [](const Backend&, Subject& subject, Trial& trial) {
@@ -305,12 +309,13 @@ void addForTexts(std::vector<Operation>& all) {
              subject.model.sample().writers[0].write(backend, *subject.array, 0, subject.model.pattern(),
                                                      element);
          }});
-    all.push_back({"castToString", "enum", true, {}, [](const Backend&, Subject& subject, Trial& trial) {
-                       expectEqual("castToString", trial([&] { return subject.array->castToString(1, {}); }),
-                                   subject.model.contents()[1]);
-                   }});
+    all.push_back(
+        {"castToString", "enumeration", true, {}, [](const Backend&, Subject& subject, Trial& trial) {
+             expectEqual("castToString", trial([&] { return subject.array->castToString(1, {}); }),
+                         subject.model.contents()[1]);
+         }});
     all.push_back({"names of members and of the class",
-                   "enum",
+                   "enumeration",
                    true,
                    {},
                    [](const Backend&, Subject& subject, Trial& trial) {
@@ -341,7 +346,8 @@ void addForTexts(std::vector<Operation>& all) {
              }});
 }
 
-// --- objects -----------------------------------------------------------------------------------------------------
+// --- objects
+// -----------------------------------------------------------------------------------------------------
 
 void expectTwo(const std::vector<std::string>& names, const std::vector<std::string>& wanted) {
     expectEqual("the names", names, wanted);
@@ -465,7 +471,8 @@ void addForObjects(std::vector<Operation>& all) {
         });
 }
 
-// --- the factory -------------------------------------------------------------------------------------------------
+// --- the factory
+// -------------------------------------------------------------------------------------------------
 
 /// What a creator makes in a trial.
 template <class F>
@@ -608,7 +615,8 @@ std::vector<Operation> allOperations() {
     return all;
 }
 
-// --- refusals ----------------------------------------------------------------------------------------------------
+// --- refusals
+// ----------------------------------------------------------------------------------------------------
 
 /// More bytes than an address can tell, for any size of an element; less than two of its own remain of them.
 constexpr std::size_t hugeCounts[]{(std::size_t(1) << 60) + 1, (std::size_t(1) << 61) + 1,
@@ -652,17 +660,17 @@ std::vector<Refusal> allRefusals() {
         setString(asStrings(array), 0, fv::String(std::u16string(40, u'\u00e9')));
         array.castToString(0, {});
     });
-    for (const char* kind : {"number", "string", "enum"})
+    for (const char* kind : {"number", "string", "enumeration"})
         add("assignElementArray to an element that holds none", kind, {},
             [](const Backend&, ArrayImpl& array) {
                 const auto other = adopt(array.sharedCopy(), "sharedCopy");
                 array.assignElementArray(0, {}, other.get());
             });
-    for (const char* kind : {"number", "cell", "string", "struct", "enum", "object-array"}) {
+    for (const char* kind : {"number", "cell", "string", "struct", "enumeration", "object-array"}) {
         add("getJc of what is not sparse", kind, {}, [](const Backend&, ArrayImpl& array) { array.getJc(); });
         add("getIr of what is not sparse", kind, {}, [](const Backend&, ArrayImpl& array) { array.getIr(); });
     }
-    for (const char* kind : {"cell", "string", "struct", "enum", "object-array"})
+    for (const char* kind : {"cell", "string", "struct", "enumeration", "object-array"})
         add("copyOutBuffer of what is not contiguous", kind, {}, [](const Backend&, ArrayImpl& array) {
             void* memory = nullptr;
             Deleter deleter = nullptr;

@@ -10,7 +10,8 @@
 
 namespace vexa::check {
 
-/// Around the calls in which allocations are to fail: the n-th of all that they make, and with `onwards` all that follow.
+/// Around the calls in which allocations are to fail: the n-th of all that they make, and with `onwards` all
+/// that follow.
 class Trial {
 public:
     Trial() = default;
@@ -49,7 +50,8 @@ private:
     bool fired_ = false;
 };
 
-/// One operation. It goes through `trial`; what it gives is looked at afterwards. A write that comes back is noted in the model.
+/// One operation. It goes through `trial`; what it gives is looked at afterwards. A write that comes back is
+/// noted in the model.
 struct Operation {
     std::string name;
     std::string

@@ -38,8 +38,8 @@ public:
         return result;
     }
 
-    /// Finds out in one process what is offered. False when that needs a look at each by itself: something fails, or is
-    /// required and not offered.
+    /// Finds out in one process what is offered. False when that needs a look at each by itself: something
+    /// fails, or is required and not offered.
     bool findOut(const Checks& checks) {
         const Result result =
             runInChild([&](const Step& step) { return missingOf(checks, step); }, options_.limit, true);

@@ -88,7 +88,8 @@ std::size_t productOf(const Dimensions& dimensions) {
     return product;
 }
 
-// --- numbers -----------------------------------------------------------------------------------------------------
+// --- numbers
+// -----------------------------------------------------------------------------------------------------
 
 template <class T>
 std::vector<T> valuesOf(const Dimensions& dimensions, std::size_t pattern) {
@@ -181,7 +182,8 @@ Sample numberSample() {
     return sample;
 }
 
-// --- texts, members ----------------------------------------------------------------------------------------------
+// --- texts, members
+// ----------------------------------------------------------------------------------------------
 
 Sample stringSample() {
     Sample sample{"string", {"string"}};
@@ -220,7 +222,7 @@ std::string memberAt(std::size_t pattern, std::size_t n) {
 }
 
 Sample enumSample() {
-    Sample sample{"enum", {"enum"}};
+    Sample sample{"enumeration", {"enumeration"}};
     sample.knownValuesOnly = true;
     sample.origins = {{"", {}, [](const Backend& backend, const Dimensions& dimensions, std::size_t pattern) {
                            Contents members;
@@ -249,10 +251,11 @@ Sample enumSample() {
     return sample;
 }
 
-// --- cells, records ----------------------------------------------------------------------------------------------
+// --- cells, records
+// ----------------------------------------------------------------------------------------------
 
-/// Writes inside the array that an element holds, as the library does: through a chain, to a copy when others own it too. With
-/// arrays of other kinds, or empty ones, the element is replaced.
+/// Writes inside the array that an element holds, as the library does: through a chain, to a copy when others
+/// own it too. With arrays of other kinds, or empty ones, the element is replaced.
 void replaceThroughChain(ArrayImpl& array, std::size_t k, const std::string& field, ArrayImpl& value) {
     const Owned<ReferenceImpl> chain(new data::detail::ArrayReferenceImpl(&array, k));
     if (!field.empty()) chain->addIndex(field);
@@ -343,7 +346,8 @@ Sample structSample() {
     return sample;
 }
 
-// --- sparse matrices ---------------------------------------------------------------------------------------------
+// --- sparse matrices
+// ---------------------------------------------------------------------------------------------
 
 /// Scattered over the matrix, in the order in which they are stored.
 std::vector<std::pair<std::size_t, std::size_t>> nonZerosOf(const Dimensions& dimensions) {
@@ -421,7 +425,8 @@ Sample sparseSample(ArrayType type) {
     return sample;
 }
 
-// --- objects -----------------------------------------------------------------------------------------------------
+// --- objects
+// -----------------------------------------------------------------------------------------------------
 
 Owned<ObjectImpl> pointAt(const Backend& backend, std::size_t pattern, const Element& element) {
     return newPoint(backend, *heldArray(backend, pattern, element[0]),
@@ -500,7 +505,8 @@ const std::vector<Sample>& samples() {
     return all;
 }
 
-// --- models ------------------------------------------------------------------------------------------------------
+// --- models
+// ------------------------------------------------------------------------------------------------------
 
 Model::Model(const Backend& backend, const Sample& sample, std::size_t pattern, const Dimensions& dimensions)
     : sample_(&sample), pattern_(pattern) {
@@ -579,7 +585,8 @@ void Subject::expectUnchanged(const std::string& when) const {
     }
 }
 
-// --- what arrays say of themselves -------------------------------------------------------------------------------
+// --- what arrays say of themselves
+// -------------------------------------------------------------------------------
 
 namespace {
 
@@ -640,13 +647,14 @@ void expectDescribed(const std::string& what, ArrayImpl& array, const Model& mod
     if (kind == "string" && model.pattern() == counting)
         describesTexts(of, array, model,
                        [](const std::string& quoted) { return quoted.substr(1, quoted.size() - 2); });
-    if (kind == "enum") {
+    if (kind == "enumeration") {
         expectEqual("getClassName" + of, std::string(asEnums(array).getClassName()), "Colors");
         describesTexts(of, array, model, [](const std::string& name) { return name; });
     }
 }
 
-// --- subjects ----------------------------------------------------------------------------------------------------
+// --- subjects
+// ----------------------------------------------------------------------------------------------------
 
 namespace {
 
@@ -703,8 +711,8 @@ const std::array<History, 9> histories{{
 
 /// Kinds of which 70,000 elements are made.
 bool isLargeKind(const Sample& sample) {
-    static const Contents names{"logical", "int8", "double",       "complex-single",
-                                "string",  "enum", "sparse-double"};
+    static const Contents names{"logical", "int8",        "double",       "complex-single",
+                                "string",  "enumeration", "sparse-double"};
     return std::find(names.begin(), names.end(), sample.name) != names.end();
 }
 

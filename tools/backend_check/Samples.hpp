@@ -1,5 +1,5 @@
-// An array of every kind with known contents, in every state that the library can bring it into: what the checks that all kinds
-// have in common run over.
+// An array of every kind with known contents, in every state that the library can bring it into: what the
+// checks that all kinds have in common run over.
 #pragma once
 
 #include "Backend.hpp"
@@ -79,7 +79,8 @@ void setString(StringArrayImpl& array, std::size_t index, fv::String value);
 
 /// Kind, dimensions and elements of an array, such as "1x1 double [7]"; "empty" for one of 0 by 0.
 std::string shownArray(ArrayImpl& array);
-/// The array in an element or field as text, or what stands in its place: "empty", "no array", "no reference".
+/// The array in an element or field as text, or what stands in its place: "empty", "no array", "no
+/// reference".
 std::string shownElementArray(ArrayImpl& holder, std::size_t index, const std::string& fieldName);
 /// Stores as the library does: storage made exclusive, then the array.
 void assign(ArrayImpl& holder, std::size_t index, const std::string& fieldName, ArrayImpl& array);
@@ -98,7 +99,8 @@ fv::VexaPropertyIdentifier property(const std::string& name);
 void setProperty(ObjectImpl& object, const std::string& name, ArrayImpl& value);
 std::string shownObject(ObjectImpl& object);
 
-/// Every element as text, in column-major order whatever the layout. For a sparse array: every non-zero with its place.
+/// Every element as text, in column-major order whatever the layout. For a sparse array: every non-zero with
+/// its place.
 Contents contentsOf(ArrayImpl& array);
 /// @throws Failure unless the contents are `wanted`
 void expectContents(const std::string& what, ArrayImpl& array, const Contents& wanted);
@@ -156,14 +158,16 @@ public:
     const Contents& contents() const noexcept { return contents_; }
     const Element& operator[](std::size_t k) const { return elements_[k]; }
 
-    /// Writes another value to element `k` of `array`, and of the model. False when there is none that may be written.
+    /// Writes another value to element `k` of `array`, and of the model. False when there is none that may be
+    /// written.
     bool change(const Backend& backend, ArrayImpl& array, std::size_t k, const Writer& writer);
     /// Writes the values of elements `a` and `b` to each other's place. False when that would change nothing.
     bool exchange(const Backend& backend, ArrayImpl& array, std::size_t a, std::size_t b);
     bool change(const Backend& backend, ArrayImpl& array, std::size_t k) {
         return change(backend, array, k, sample_->writers.front());
     }
-    /// Whether `isEqual` of the array with one that holds the same is to be true; no answer when that is the back-end's choice.
+    /// Whether `isEqual` of the array with one that holds the same is to be true; no answer when that is the
+    /// back-end's choice.
     std::optional<bool> equalsItself() const;
 
 private:

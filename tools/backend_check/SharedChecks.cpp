@@ -20,7 +20,8 @@ std::size_t productOf(const Dimensions& dimensions) {
     return product;
 }
 
-// --- shape -------------------------------------------------------------------------------------------------------
+// --- shape
+// -------------------------------------------------------------------------------------------------------
 
 void expectShape(const std::string& what, const ArrayImpl& array, const Dimensions& dimensions) {
     expectEqual("getDimensions of a " + what, array.getDimensions(), dimensions);
@@ -121,7 +122,8 @@ void dimensionsOfTwo(Backend& backend) {
     });
 }
 
-// --- contents ----------------------------------------------------------------------------------------------------
+// --- contents
+// ----------------------------------------------------------------------------------------------------
 
 void holdsWhatItShould(Backend& backend) {
     eachSubject(backend, [&](Subject& subject) { subject.expectUnchanged(""); });
@@ -160,10 +162,10 @@ Lent lentBy(ArrayImpl& array, const Model& model) {
         add(array.getJc(), array.getCols() + 1);
     }
     const std::string& kind = model.sample().name;
-    if (kind == "enum")
+    if (kind == "enumeration")
         lent.emplace_back([name = asEnums(array).getClassName()] { return std::string(name); });
     for (const std::size_t k : somePositions(model.size())) {
-        if (kind == "enum")
+        if (kind == "enumeration")
             lent.emplace_back([name = asEnums(array).getEnumNameAt(k)] { return std::string(name); });
         if (kind == "string") {
             const char16_t* text = nullptr;
@@ -214,7 +216,8 @@ void lendsUntilChanged(Backend& backend) {
     });
 }
 
-// --- copies ------------------------------------------------------------------------------------------------------
+// --- copies
+// ------------------------------------------------------------------------------------------------------
 
 void copiesAlike(Backend& backend) {
     eachSubject(backend, [&](Subject& subject) {
@@ -298,7 +301,8 @@ void unshareKeeps(Backend& backend) {
     });
 }
 
-// --- identity, equality ------------------------------------------------------------------------------------------
+// --- identity, equality
+// ------------------------------------------------------------------------------------------
 
 /// Arrays with different contents must not have one identity: they would count as equal unseen.
 void identities(Backend& backend) {

@@ -1,4 +1,5 @@
-// Several threads at once. Whether they race is for the thread sanitizer to say, and only where the back-end was built for it.
+// Several threads at once. Whether they race is for the thread sanitizer to say, and only where the back-end
+// was built for it.
 
 #include "Check.hpp"
 #include "Library.hpp"
@@ -46,7 +47,8 @@ void unlessUnseen() {
         throw NotChecked{"the command or the back-end was not built with -fsanitize=thread"};
 }
 
-/// Each operation once on all threads that meet before it: counts of references order the threads, and would hide races.
+/// Each operation once on all threads that meet before it: counts of references order the threads, and would
+/// hide races.
 void meetAndRun(const Backend& backend, Subject& subject, std::barrier<>& meeting) {
     try {
         for (const Operation& operation : operations()) {

@@ -12,9 +12,9 @@
 
 namespace vexa::check {
 
-/// `counting` tells each position from its neighbours, `extreme` goes through what is easily mistaken (the largest and smallest,
-/// NaN, zeros of both signs, empty and missing texts, arrays of other kinds), and `alike` differs in one part alone: one byte, the
-/// imaginary part, the last letter.
+/// `counting` tells each position from its neighbours, `extreme` goes through what is easily mistaken (the
+/// largest and smallest, NaN, zeros of both signs, empty and missing texts, arrays of other kinds), and
+/// `alike` differs in one part alone: one byte, the imaginary part, the last letter.
 enum Pattern : std::size_t { counting, extreme, alike, numberOfPatterns };
 
 std::string_view nameOf(Pattern pattern);

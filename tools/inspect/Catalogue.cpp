@@ -44,8 +44,8 @@ void addRow(TextTable& table, const std::string& name, const Array& array) {
     table.addRow({name, kindName(array.getType()), dimensionText(array), std::to_string(bytesOf(array))});
 }
 
-/// No less than printing takes: lines, their pieces, and texts with every unit escaped and padded to one width. Of columns a
-/// tenth of the threshold would do.
+/// No less than printing takes: lines, their pieces, and texts with every unit escaped and padded to one
+/// width. Of columns a tenth of the threshold would do.
 std::uint64_t bytesToPrint(const Array& array, const PrintOptions& options) {
     constexpr std::uint64_t perLine = 250;
     constexpr std::uint64_t perUnit = 20;

@@ -15,21 +15,21 @@ namespace vexa::inspect {
 
 class Catalogue {
 public:
-    /// Stores the contents of each file as a variable named after the file: a table as a struct of columns, a matrix as it is.
-    /// Files of the same name get numbers.
+    /// Stores the contents of each file as a variable named after the file: a table as a struct of columns, a
+    /// matrix as it is. Files of the same name get numbers.
     struct Entry {
         std::string file;
         Dataset data;
     };
     explicit Catalogue(std::vector<Entry> entries);
 
-    /// A line of titles and one for each variable: name, class, dimensions, bytes. The columns of a table follow it, by names that
-    /// `show` takes.
-    /// Notes on numbers that were changed when they were read come last.
+    /// A line of titles and one for each variable: name, class, dimensions, bytes. The columns of a table
+    /// follow it, by names that `show` takes. Notes on numbers that were changed when they were read come
+    /// last.
     std::string list() const;
 
-    /// The values of a variable, or of a field of one, "weather" or "weather.wind", and notes on them. Throws InputError for an
-    /// unknown name, and when `budget` does not suffice for the text.
+    /// The values of a variable, or of a field of one, "weather" or "weather.wind", and notes on them. Throws
+    /// InputError for an unknown name, and when `budget` does not suffice for the text.
     std::string show(const std::string& name, const foundation::vexadata::PrintOptions& options,
                      MemoryBudget& budget) const;
 

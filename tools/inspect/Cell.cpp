@@ -33,7 +33,8 @@ bool sameWord(std::string_view text, std::string_view word) {
                       [](char a, char b) { return lower(a) == b; });
 }
 
-/// from_chars does not tell overflow from underflow; strtod does. What is too small may still be a subnormal number.
+/// from_chars does not tell overflow from underflow; strtod does. What is too small may still be a subnormal
+/// number.
 Number beyondRange(std::string_view text) {
     const double value = std::strtod(std::string(text).c_str(), nullptr);
     return {value, std::isinf(value) ? Loss::overflowed : value == 0 ? Loss::underflowed : Loss::none, {}};
@@ -41,7 +42,8 @@ Number beyondRange(std::string_view text) {
 
 Cell numberCell(const Number& number, DecimalMark mark) { return {CellKind::number, number, mark}; }
 
-/// The digits of a whole number that is written without exponent, and with zeros alone behind its point; empty for others.
+/// The digits of a whole number that is written without exponent, and with zeros alone behind its point;
+/// empty for others.
 std::string_view wholeDigits(std::string_view text) {
     if (text.starts_with('-')) text.remove_prefix(1);
     const std::size_t point = std::min(text.find('.'), text.size());

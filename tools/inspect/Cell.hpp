@@ -12,7 +12,8 @@ enum class CellKind { missing, number, logical, text };
 /// Which character was read as the decimal mark of a number.
 enum class DecimalMark { none, point, comma };
 
-/// What a double does to a number that it cannot hold: a whole number beyond 2^53 is rounded, others become infinite or 0.
+/// What a double does to a number that it cannot hold: a whole number beyond 2^53 is rounded, others become
+/// infinite or 0.
 enum class Loss { none, rounded, overflowed, underflowed };
 
 /// A whole number beyond what every double holds exactly.
@@ -45,8 +46,8 @@ inline constexpr double exactWhole = 9007199254740992; // 2^53
 /// Blanks around the text count for nothing.
 Cell parseCell(std::string_view text, bool decimalComma);
 
-/// The number that the whole text is: decimal, with an optional sign and exponent, or inf, infinity, nan. Too large
-/// becomes infinity, too small 0.
+/// The number that the whole text is: decimal, with an optional sign and exponent, or inf, infinity, nan. Too
+/// large becomes infinity, too small 0.
 std::optional<Number> parseNumber(std::string_view text);
 
 /// Whether parseCell would answer missing; cheaper.

@@ -20,12 +20,12 @@ public:
           bytes_(chunkSize),
           converted_(encoding == Encoding::latin1 ? utf8BytesOfLatin1 * chunkSize : 0) {}
 
-    /// The next bytes, converted to UTF-8 if they have to be, valid until the next call; none at the end. Throws what
-    /// Source::read throws.
+    /// The next bytes, converted to UTF-8 if they have to be, valid until the next call; none at the end.
+    /// Throws what Source::read throws.
     std::string_view next();
 
-    /// The first bytes, without a UTF-8 byte order mark. Throws InputError when there are none, or when they are of another
-    /// encoding.
+    /// The first bytes, without a UTF-8 byte order mark. Throws InputError when there are none, or when they
+    /// are of another encoding.
     std::string_view first();
 
     /// Whether `rewind` works.

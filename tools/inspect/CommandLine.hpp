@@ -22,7 +22,8 @@ struct CommandLine {
     foundation::vexadata::PrintOptions print;
 };
 
-/// Declares the options with `app` and reads them. Throws CLI::ParseError, which is also how help and version end the parsing.
+/// Declares the options with `app` and reads them. Throws CLI::ParseError, which is also how help and version
+/// end the parsing.
 CommandLine parseCommandLine(CLI::App& app, int argc, char** argv);
 
 } // namespace vexa::inspect

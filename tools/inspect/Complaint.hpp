@@ -8,8 +8,8 @@
 
 namespace vexa::inspect {
 
-/// One line on standard error, put together in storage of its own: it can be said when there is no memory left. Texts are
-/// escaped as `printable` does, and a line that gets too long is cut.
+/// One line on standard error, put together in storage of its own: it can be said when there is no memory
+/// left. Texts are escaped as `printable` does, and a line that gets too long is cut.
 class Complaint {
 public:
     /// Begins with the name of the command.

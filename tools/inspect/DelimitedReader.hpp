@@ -24,9 +24,9 @@ public:
     virtual void endRow() = 0;
 };
 
-/// Checks while it reads: each row has as many cells as the header, quotes are balanced, the text is UTF-8 without NUL.
-/// Lines end with LF, CRLF or CR. Blank lines are skipped, but where the header has one name a blank line
-/// between two rows is an empty cell. Blanks around a cell are dropped.
+/// Checks while it reads: each row has as many cells as the header, quotes are balanced, the text is UTF-8
+/// without NUL. Lines end with LF, CRLF or CR. Blank lines are skipped, but where the header has one name a
+/// blank line between two rows is an empty cell. Blanks around a cell are dropped.
 ///
 /// Every fault is an InputError with its line; an InputError or std::bad_alloc of the handler gets the line
 /// of the row. After an error the reader is of no further use.

@@ -47,8 +47,8 @@ public:
         budget_->giveBack(capacity_ * sizeof(T));
         size_ = capacity_ = 0;
     }
-    /// Hands the storage over, cut to the values in it (at least one); the buffer is empty then, and `heir` answers for
-    /// the bytes.
+    /// Hands the storage over, cut to the values in it (at least one); the buffer is empty then, and `heir`
+    /// answers for the bytes.
     Storage release(MemoryShare& heir) {
         resize(size_ == 0 ? 1 : size_);
         heir.inherit(capacity_ * sizeof(T));

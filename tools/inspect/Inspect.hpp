@@ -21,8 +21,8 @@ struct Options {
 
 using Dataset = std::variant<Table, Matrix>;
 
-/// Reads the source to its end: Matrix Market files, told by their first line, as a matrix, all others as delimited
-/// text. What is returned takes of `budget`, which outlives it. Throws InputError.
+/// Reads the source to its end: Matrix Market files, told by their first line, as a matrix, all others as
+/// delimited text. What is returned takes of `budget`, which outlives it. Throws InputError.
 Dataset load(Source& source, const Options& options, Progress& progress, MemoryBudget& budget);
 
 /// "1461 rows, 6 variables".

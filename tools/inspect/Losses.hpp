@@ -17,7 +17,8 @@ struct Losses {
     void count(Loss loss) noexcept;
 };
 
-/// "2 whole numbers beyond 2^53 are rounded; 1 number is too large for a double and became inf"; empty when nothing is lost.
+/// "2 whole numbers beyond 2^53 are rounded; 1 number is too large for a double and became inf"; empty when
+/// nothing is lost.
 std::string textOf(const Losses& losses);
 
 } // namespace vexa::inspect

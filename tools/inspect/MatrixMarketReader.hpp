@@ -16,8 +16,9 @@ namespace vexa::inspect {
 enum class MatrixField { real, integer, complex, pattern };
 enum class MatrixSymmetry { general, symmetric, skewSymmetric, hermitian };
 
-/// Takes the text in piece by piece and collects the entries, those of symmetric matrices with their mirror images. Every
-/// fault is an InputError with its line. Memory grows with the entries that are there, whatever number is announced.
+/// Takes the text in piece by piece and collects the entries, those of symmetric matrices with their mirror
+/// images. Every fault is an InputError with its line. Memory grows with the entries that are there, whatever
+/// number is announced.
 class MatrixMarketReader {
 public:
     explicit MatrixMarketReader(MemoryBudget& budget)

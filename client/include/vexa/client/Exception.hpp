@@ -9,8 +9,8 @@
 
 namespace vexa::client {
 
-/// A buffer was handed over that cannot be the storage of an array: there is none although the array has elements, or its
-/// memory layout is neither column- nor row-major.
+/// A buffer was handed over that cannot be the storage of an array: there is none although the array has
+/// elements, or its memory layout is neither column- nor row-major.
 class VEXADATA_API InvalidBufferException final : public foundation::vexadata::Exception {
 public:
     const char* what() const noexcept override;
@@ -30,7 +30,8 @@ public:
     InvalidColumnStartsException& operator=(const InvalidColumnStartsException&) = default;
 };
 
-/// Base of errors whose message tells what was wrong. Copies share the text, which lives as long as any of them.
+/// Base of errors whose message tells what was wrong. Copies share the text, which lives as long as any of
+/// them.
 class VEXADATA_API NamedException : public foundation::vexadata::Exception {
 public:
     const char* what() const noexcept override;
@@ -52,7 +53,8 @@ public:
     ~UnknownFieldException() override;
 };
 
-/// A list of field names holds one twice, or one that is not a letter followed by letters, digits and underscores.
+/// A list of field names holds one twice, or one that is not a letter followed by letters, digits and
+/// underscores.
 class VEXADATA_API InvalidFieldNameException final : public NamedException {
 public:
     InvalidFieldNameException(const std::string& name, const std::string& reason);
@@ -88,7 +90,8 @@ public:
     ~AmbiguousPropertyException() override;
 };
 
-/// A class cannot have this property of its own: the name is no identifier, comes twice, or is that of another class.
+/// A class cannot have this property of its own: the name is no identifier, comes twice, or is that of
+/// another class.
 class VEXADATA_API InvalidPropertyException final : public NamedException {
 public:
     InvalidPropertyException(const std::string& name, const std::string& className,
@@ -124,7 +127,8 @@ public:
     ~WrongClassException() override;
 };
 
-/// A variable cannot have this name: it is made of other characters than letters, digits and underscores, or begins with a digit.
+/// A variable cannot have this name: it is made of other characters than letters, digits and underscores, or
+/// begins with a digit.
 class VEXADATA_API InvalidVariableNameException final : public NamedException {
 public:
     explicit InvalidVariableNameException(const std::string& name);

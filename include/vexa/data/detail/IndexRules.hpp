@@ -82,6 +82,11 @@ inline void checkAppend(const std::vector<std::size_t>& dimensions, std::size_t 
     }
 }
 
+/// True for a row or a column, which take a single index.
+inline bool isVector(const std::vector<std::size_t>& dimensions) noexcept {
+    return dimensions.size() == 2 && (dimensions[0] == 1 || dimensions[1] == 1);
+}
+
 /// True when a single index into a matrix still has to be spread over both dimensions.
 inline bool isSingleIndexIntoMatrix(const std::vector<std::size_t>& dimensions, std::size_t count) noexcept {
     return count == 1 && dimensions.size() == 2;
