@@ -81,8 +81,8 @@ inline bool compete(const Task& task, int rounds, std::vector<double>& medians) 
 }
 
 /// Median time per unit of this library where the process has a second thread, which sleeps: counts of shared
-/// objects need locked instructions then. Measured in a child process, because a process that once had threads
-/// counts with locked instructions from then on. Not a number when the child fails.
+/// objects need locked instructions then. Measured in a child process, because a process that once had
+/// threads counts with locked instructions from then on. Not a number when the child fails.
 inline double withThreads(const Task& task, int rounds) {
     int ends[2];
     if (pipe(ends) != 0) {

@@ -1,4 +1,5 @@
-// Dense arrays beside the raw loop and the peers. Ratios of one run count; absolute figures move with the machine.
+// Dense arrays beside the raw loop and the peers. Ratios of one run count; absolute figures move with the
+// machine.
 #include "Contest.hpp"
 #include "Peers.hpp"
 

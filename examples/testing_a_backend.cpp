@@ -1,4 +1,5 @@
-// How a function is tested over a back-end whose operations are recorded, or fail one after the other, and without memory.
+// How a function is tested over a back-end whose operations are recorded, or fail one after the other, and
+// without memory.
 #include <foundation/vexadata/VexaData.hpp>
 #include <vexa/testing/AllocationFunctions.hpp> // in one source of a program alone
 #include <vexa/testing/CallLog.hpp>

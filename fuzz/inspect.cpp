@@ -1,5 +1,5 @@
-// Feeds bytes to the readers of vexa-inspect, once as a file and once through a pipe. Both load and describe, or both say
-// what is wrong; nothing but InputError and std::bad_alloc may come out.
+// Feeds bytes to the readers of vexa-inspect, once as a file and once through a pipe. Both load and describe,
+// or both say what is wrong; nothing but InputError and std::bad_alloc may come out.
 #include "Inspect.hpp"
 
 #include "InputError.hpp"
@@ -79,8 +79,8 @@ Answer throughPipe(std::string_view bytes, const How& how) {
     return answer(ends[0], how);
 }
 
-/// The last byte also says how the input is read; a line end, with which most files end, means the defaults, and a byte that
-/// cannot end UTF-8 means Latin-1.
+/// The last byte also says how the input is read; a line end, with which most files end, means the defaults,
+/// and a byte that cannot end UTF-8 means Latin-1.
 How howToRead(unsigned char last) {
     constexpr std::uint64_t plenty = 1U << 26U;
     constexpr std::string_view delimiters = ",;\t";

@@ -1,3 +1,5 @@
+// Keeping arrays from holding themselves: before an array is stored it is searched for the holder that
+// receives it, and copied when that is found. Also the chains into places.
 #include "ArrayHolder.hpp"
 
 #include <foundation/vexadata/detail/TypeInformation.hpp>
@@ -16,8 +18,9 @@ using fv::detail::Access;
 
 namespace {
 
-/// Stands for whatever lies in the place. Once it has indices it means an element of the array that lay there
-/// when it was made: in an array of another kind or shape they mean nothing.
+/// An index chain into the array in a place, whichever lies there at the time of use. Its indices were
+/// checked against the array that lay there when the chain was made, so that they are refused when one of
+/// another kind or shape has taken its place.
 class PlaceReference final : public ReferenceImpl {
 public:
     PlaceReference(ArrayHolder& holder, std::size_t place, bool forWrite) : holder_(holder), place_(place) {
@@ -59,7 +62,7 @@ Container* containerIn(const fv::HandleObjectRef& object) noexcept {
     return fv::detail::dynamicCast<Container>(Access::impl(object).get());
 }
 
-/// Looks for `target` at any depth, into everything once.
+/// Looks for `target` at any depth; visits every holder once.
 class Search {
 public:
     explicit Search(const ArrayHolder& target) : target_(target) {}

@@ -79,9 +79,9 @@ public:
     Contents contents() noexcept override { return {*this, {}}; }
     virtual std::size_t numberOfPlaces() const noexcept = 0;
     virtual data::impl::ArrayImpl& heldIn(std::size_t place) const noexcept = 0;
-    /// Whether the array in the place is anybody else's too.
+    /// Whether the array in the place has another owner.
     virtual bool isShared(std::size_t place) const noexcept = 0;
-    /// Puts a copy into the place unless the array there is the place's alone.
+    /// Replaces the array in the place by a copy when it has another owner.
     void makePrivate(std::size_t place) {
         if (isShared(place)) {
             put(place, Held(heldIn(place).sharedCopy()));
@@ -92,7 +92,7 @@ public:
         replace(place, std::move(array));
     }
 
-    /// False for one that no array or object has ever held.
+    /// False when no array or object has ever held the one that these places belong to.
     bool isHeld() const noexcept { return isHeld_.load(std::memory_order_relaxed); }
     /// Constant: arrays that are shared between threads are stored on any of them.
     void setHeld() const noexcept { isHeld_.store(true, std::memory_order_relaxed); }
@@ -103,7 +103,7 @@ public:
 
 protected:
     ArrayHolder() noexcept = default;
-    /// Nobody holds a copy yet.
+    /// A copy is not held yet.
     ArrayHolder(const ArrayHolder& other) noexcept
         : firstNested_(other.firstNested_), endNested_(other.endNested_) {}
     ArrayHolder& operator=(const ArrayHolder&) = delete;

@@ -1,4 +1,4 @@
-// Cell arrays.
+// Cell arrays: arrays of arrays.
 #pragma once
 
 #include "ArrayHolder.hpp"

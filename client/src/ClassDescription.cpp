@@ -1,3 +1,4 @@
+// Building a class from lists of properties and superclasses, and finding properties in it.
 #include "ClassDescription.hpp"
 
 #include <foundation/vexadata/detail/TypeInformation.hpp>
@@ -68,7 +69,8 @@ ForwardIteratorImpl* identifiersAt(const ClassDescription& owner, const Property
 /// Identifiers in the order in which they came first.
 class DistinctIdentifiers {
 public:
-    /// False for one that is there already. Property names have no dots, so that a class and a name make one text.
+    /// False for one that is there already. The key is "class.name", which is unambiguous because property
+    /// names have no dots.
     bool add(const std::string& className, const std::string& name) {
         if (!known_.insert(className + '.' + name).second) {
             return false;
@@ -83,12 +85,13 @@ private:
     std::unordered_set<std::string> known_;
 };
 
-/// The class's own properties, by plain names, whatever identifiers the caller uses further.
+/// The class's own properties, as new identifiers with plain names: the caller's identifiers are not linked
+/// to the class.
 DistinctIdentifiers ownProperties(const std::string& className,
                                   const std::vector<VexaPropertyIdentifier>& given) {
     DistinctIdentifiers own;
     for (const VexaPropertyIdentifier& id : given) {
-        const std::string name = id.getPropertyName(); // empty after a move
+        const std::string name = id.getPropertyName(); // empty for an identifier that was moved from
         if (!isIdentifier(name)) {
             throw InvalidPropertyException(name, className, "is no identifier");
         }
@@ -102,7 +105,7 @@ DistinctIdentifiers ownProperties(const std::string& className,
     return own;
 }
 
-/// Adds what a superclass has, unless it came through another superclass before.
+/// Adds the properties of a superclass that have not come through another superclass already.
 void inherit(DistinctIdentifiers& ids, const PropertyList& inherited, const std::string& superclass) {
     for (std::size_t k = 0; k < inherited.size(); ++k) {
         const std::string& defining = qualifier(inherited[k]);
@@ -137,7 +140,7 @@ std::size_t PropertyList::findAmongNamesakes(const VexaPropertyIdentifier& id,
     if (!plain) {
         return definedBy(qualifier(id));
     }
-    // Links are read only when they matter, since other threads may be setting them.
+    // Links are read only when needed, since another thread may set them at the same time (docs/threads.md).
     const std::size_t itself =
         names_.find(name, [&](std::size_t place) { return Access::impl(ids_[place]) == Access::impl(id); });
     if (itself != NameTable::none) {
@@ -241,7 +244,7 @@ void ClassDescription::updateVexaPropertyIdentifiersClassInfo(ClassInfo& classIn
     }
 }
 
-/// Visits each class once, whatever the number of ways to it.
+/// Visits each class once, even when several superclasses lead to it.
 bool ClassDescription::isOrHas(const std::string& className) const {
     std::vector<const ClassDescription*> open{this};
     std::unordered_set<const ClassDescription*> seen{this};

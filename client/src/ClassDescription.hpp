@@ -1,4 +1,5 @@
-// Descriptions of classes.
+// Classes as the embedded back-end keeps them: names, properties, superclasses, and the rule by which an
+// identifier finds its property.
 #pragma once
 
 #include "NameTable.hpp"
@@ -28,10 +29,10 @@ public:
     const VexaPropertyIdentifier& operator[](std::size_t place) const noexcept { return ids_[place]; }
     VexaPropertyIdentifier& operator[](std::size_t place) noexcept { return ids_[place]; }
 
-    /// The place of the property that `id` means in the class `className`: with a class, or linked to a
-    /// superclass, the one that this class defines; without, the class's own, or else the only inherited one
-    /// of the name. `NameTable::none` when there is none, or more than one. A link to a class that defines
-    /// none of them does not matter.
+    /// The place of the property that `id` means in the class `className`. An identifier with a class name,
+    /// or linked to a superclass, means the property that this class defines; any other the class's own
+    /// property of the name, or else the only inherited one. A link to a class that defines no such property
+    /// is ignored. `NameTable::none` when there is none, or more than one.
     std::size_t find(const VexaPropertyIdentifier& id, const std::string& className) const {
         const auto& name = foundation::vexadata::detail::Access::impl(id);
         return name != nullptr && name->className().empty() && !hasNamesakes_
@@ -53,8 +54,8 @@ private:
     bool hasNamesakes_ = false; // several properties of one name, as after redefining one
 };
 
-/// A class: its name, its properties and those of its arrays, inherited ones among them, and its superclasses.
-/// Only the links of the identifiers ever change.
+/// A class: its name, its properties and those of its arrays, inherited ones among them, and its
+/// superclasses. Only the links of the identifiers ever change.
 class ClassDescription final : public data::impl::ClassInfoImpl {
 public:
     /// @throws InvalidClassNameException, InvalidPropertyException, InvalidSuperclassException

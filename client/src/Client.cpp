@@ -1,3 +1,4 @@
+// Registration when the library is loaded, and the classes that handles shall recognise.
 #include "CellArray.hpp"
 #include "Factory.hpp"
 #include "StringArray.hpp"
@@ -20,7 +21,8 @@ data::impl::ArrayFactoryImpl* sharedFactory() {
     return &factory;
 }
 
-/// Runs when the library is loaded. Another back-end that came first keeps the place, and loading still succeeds.
+/// Runs when the library is loaded. Loading succeeds even when another back-end was registered first and
+/// stays.
 const bool registeredOnLoad = [] {
     data::detail::recognise(data::detail::RecognisedKind::CELLS, typeid(CellArray));
     data::detail::recognise(data::detail::RecognisedKind::STRINGS, typeid(StringArray));

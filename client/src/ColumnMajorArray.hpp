@@ -1,4 +1,4 @@
-// What all arrays of this back-end but the dense ones have in common.
+// Base of all arrays of this back-end but the dense ones, whose class is the library's.
 #pragma once
 
 #include "Dimensions.hpp"
@@ -17,8 +17,8 @@ using data::MemoryLayout;
 using data::impl::ArrayImpl;
 using foundation::vexadata::ArrayType;
 
-/// Dimensions, an identity, and storage in column-major order that is always the object's alone. `Interface`
-/// is the interface of the kind of array.
+/// Dimensions, an identity, and storage in column-major order that the object never shares. `Interface` is
+/// the interface of the kind of array.
 template <class Interface>
 class ColumnMajorArray : public Interface {
 public:

@@ -32,7 +32,7 @@ bool Comparison::equalProperties(const ArrayHolder& a, const ArrayHolder& b) {
     return !seen_.emplace(&a, &b).second || equalPlaces(a, b);
 }
 
-/// Out of memory they are compared at once, one inside the other.
+/// When the list cannot grow, the pair is compared at once, by recursion.
 bool Comparison::equalLater(const ArrayImpl& a, const ArrayImpl& b, bool shared) {
     try {
         if (!shared || seen_.emplace(&a, &b).second) {

@@ -1,4 +1,5 @@
-// Comparing arrays that hold arrays that hold arrays, to any depth.
+// Comparing nested arrays to any depth: with a list of pairs that are still to be compared instead of
+// recursion.
 #pragma once
 
 #include "ArrayHolder.hpp"
@@ -13,19 +14,19 @@ namespace vexa::client {
 
 class Comparison;
 
-/// Beside the interface of arrays that can hold others.
+/// Implemented, beside their contract interface, by the arrays of this back-end that hold arrays.
 class Comparable {
 public:
-    /// False when `other`, an array of equal type and dimensions, is different. Otherwise the arrays held that
-    /// are still to be compared are left with `comparison`.
+    /// False when `other`, an array of equal type and dimensions, is different. Otherwise the arrays held
+    /// that are still to be compared are left with `comparison`.
     virtual bool equalsIn(Comparison& comparison, const data::impl::ArrayImpl& other) const = 0;
 
 protected:
     ~Comparable() = default;
 };
 
-/// A comparison of two arrays under way: what they hold is compared in turns, and what both sides share many
-/// times over once.
+/// A comparison of two arrays under way: pairs of arrays that they hold wait in a list, and a pair that
+/// occurs many times is compared once.
 class Comparison {
 public:
     static bool equal(const Comparable& array, const data::impl::ArrayImpl& other) {
@@ -35,7 +36,8 @@ public:
 
     /// Place by place, as many on both sides.
     bool equalPlaces(const ArrayHolder& a, const ArrayHolder& b);
-    /// Properties of two objects of one class, which other objects and arrays may share: each pair is compared once.
+    /// Properties of two objects of one class, which other objects and arrays may share: each pair is
+    /// compared once.
     bool equalProperties(const ArrayHolder& a, const ArrayHolder& b);
 
 private:

@@ -1,3 +1,4 @@
+// Sparse matrices: triplets become compressed columns by a radix sort, in time proportional to their number.
 #include "CompressedColumns.hpp"
 
 #include <foundation/vexadata/Exception.hpp>
@@ -46,7 +47,7 @@ Run<E> copyOf(const Run<E>& source, std::size_t count) {
     return copy;
 }
 
-/// One entry more than columns, all zero.
+/// Column starts of a matrix without values: one more than columns, all zero.
 Run<std::size_t> zeroStarts(std::size_t columns) {
     if (columns == std::numeric_limits<std::size_t>::max()) {
         throw std::bad_alloc();
@@ -69,7 +70,7 @@ void add(T& sum, T value) {
     }
 }
 
-/// A triplet on its way, with indices as narrow as the matrix allows.
+/// A triplet while it is sorted, with the narrowest type of indices that the matrix allows.
 template <class T, class Index>
 struct Entry {
     Index row;
@@ -77,8 +78,8 @@ struct Entry {
     T value;
 };
 
-/// The rows of a matrix as digits for a radix sort: as few as leave each digit no more values than are worth
-/// counting.
+/// How the rows of a matrix are cut into digits for a radix sort: into as few as possible, of 8 to 16 bits,
+/// with not many more values than there are triplets to count.
 struct RowDigits {
     RowDigits(std::size_t rows, std::size_t count) {
         const auto width = static_cast<unsigned>(std::bit_width(rows - 1));
@@ -99,8 +100,8 @@ void countsToPositions(std::vector<Index>& counts) {
 }
 
 /// Sorts `count` triplets by column and row, equal positions in their old order: a radix sort that goes
-/// through the digits of the row, then through the columns, whose sizes `starts` tells already. Writes rows
-/// and values back where they were.
+/// through the digits of the row, then through the columns, whose sizes `starts` gives. Rows and values are
+/// written back to their buffers.
 template <class Index, class T>
 void sortTriplets(const std::vector<std::size_t>& dimensions, std::size_t count, std::size_t* starts,
                   const std::size_t* columns, std::size_t* rows, T* values) {
@@ -248,7 +249,7 @@ CompressedColumns<T>* CompressedColumns<T>::fromTriplets(Dimensions dimensions, 
         }
         ++starts[columns[k] + 1];
     }
-    if (count != 0) { // else pages of zeros stay untouched
+    if (count != 0) { // nothing to write: pages from `calloc` stay untouched and take no memory
         std::partial_sum(starts.get(), starts.get() + dimensions[1] + 1, starts.get());
         if (!inOrder(columns.get(), rows.get(), count)) {
             sortColumns(dimensions, count, starts.get(), columns.get(), rows.get(), values.get());
@@ -372,7 +373,7 @@ const T* CompressedColumns<T>::valuesOf(const ArrayImpl& array) {
     if (const auto* own = fv::detail::dynamicCast<const CompressedColumns>(&array)) {
         return own->values_.get();
     }
-    // Another back-end's: its iterator knows. Asking for one to read with changes nothing.
+    // A matrix of another back-end: its iterator gives the values. A read-only one changes nothing.
     const std::unique_ptr<Iterator> begin(const_cast<ArrayImpl&>(array).beginIterator(nullptr, false));
     return static_cast<const T*>(begin->getElementAddress());
 }
@@ -391,7 +392,7 @@ bool CompressedColumns<T>::isEqual(const ArrayImpl* other) const {
         return data::detail::equalRuns(values, otherValues, count);
     }
     for (std::size_t column = 0; column < getCols(); ++column) {
-        // Zeros among the stored values are like values that are not stored.
+        // A stored zero counts as a value that is not stored.
         const auto skipZeros = [](const T* from, std::size_t& k, std::size_t end) {
             while (k < end && from[k] == T()) {
                 ++k;

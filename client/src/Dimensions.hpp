@@ -1,4 +1,4 @@
-// Dimensions of arrays.
+// Sizes that arrays of this back-end may have.
 #pragma once
 
 #include <vexa/data/detail/IndexRules.hpp>
@@ -13,7 +13,7 @@ using Dimensions = std::vector<std::size_t>;
 
 using data::detail::elementCount;
 
-/// `count`, when a vector of `T` can hold so many. More are out of memory like any others.
+/// `count`, when a vector of `T` can hold so many elements.
 /// @throws std::bad_alloc
 template <class T>
 std::size_t allocatable(std::size_t count) {

@@ -19,8 +19,9 @@ using foundation::vexadata::detail::Access;
 
 namespace {
 
-/// The name, its NUL and zeros up to as many bytes as the array has elements: a reference to the array copies
-/// that many. The zeros of a large array cost no memory until they are looked at.
+/// The name, its NUL, and zeros up to as many bytes as the array has elements: references to the array copy
+/// that many (docs/decisions.md). `calloc` gives the zeros of a large array as pages that take no memory
+/// until they are read.
 std::shared_ptr<const char> paddedName(const std::string& name, std::size_t elements) {
     const std::size_t bytes = std::max(name.size() + 1, elements);
     std::shared_ptr<char> padded(static_cast<char*>(data::detail::allocateZeros(bytes, 1)),
@@ -81,7 +82,7 @@ bool EnumArray::isEqual(const ArrayImpl* other) const {
     return true;
 }
 
-/// A name without text stands for no member. One with a NUL would be cut off there.
+/// The empty name means no member. Names with a NUL are refused: readers of C strings would see another name.
 EnumArray::Code EnumArray::codeOf(const std::string& name) {
     if (name.empty()) {
         return 0;

@@ -14,10 +14,9 @@
 
 namespace vexa::client {
 
-/// Members as codes in column-major order, and one table of their names, which copies share until one learns
-/// another name. An array that was created with names knows these members and no others; one created without
-/// learns every name at its first use. The empty name stands for no member, which is what elements hold that
-/// nobody has set.
+/// Members as codes in column-major order, and a table of their names, which copies share until one of them
+/// adds a name. An array that was created with names has these members and no others; one created without
+/// adds every name at its first use. The empty name means no member, which is what new elements hold.
 class EnumArray final : public ColumnMajorArray<data::impl::EnumArrayImpl> {
     using Element = foundation::vexadata::Enumeration;
 
@@ -42,7 +41,7 @@ private:
     using Code = std::uint32_t;
 
     struct Members final : data::detail::RefCounted {
-        std::vector<std::string> names{1}; // the first, empty, is that of elements without member
+        std::vector<std::string> names{1}; // the first, empty, is the name of elements without member
         std::unordered_map<std::string, Code> codes;
     };
 

@@ -1,3 +1,4 @@
+// Messages of the errors of the embedded back-end.
 #include <vexa/client/Exception.hpp>
 
 #include <string>
@@ -16,7 +17,7 @@ InvalidColumnStartsException::~InvalidColumnStartsException() = default;
 
 namespace {
 
-/// A message is read up to its first NUL: those in names are spelt out.
+/// Writes a NUL in a name as a backslash and 0: readers of a message stop at the first NUL.
 std::string withoutNuls(const std::string& message) {
     std::string readable;
     for (const char c : message) {

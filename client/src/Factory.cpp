@@ -1,3 +1,4 @@
+// One creator for each kind of array; arguments that no handle tests are tested here.
 #include "Factory.hpp"
 
 #include "CellArray.hpp"

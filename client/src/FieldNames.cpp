@@ -1,3 +1,4 @@
+// Tests of field names.
 #include "FieldNames.hpp"
 
 #include <vexa/client/Exception.hpp>

@@ -9,7 +9,7 @@
 
 namespace vexa::client {
 
-/// Names in their order. Never changes.
+/// Names in their order. Immutable, so that arrays share it.
 class FieldNames {
 public:
     /// Names are identifiers, and none comes twice.

@@ -1,3 +1,4 @@
+// Counts behind a lock.
 #include "HandleRegistry.hpp"
 
 #include <vexa/client/Objects.hpp>

@@ -1,4 +1,4 @@
-// How often references to handle objects were told to the embedded engine.
+// Counts the calls of `addReference` for each handle object, as an engine would count its references.
 #pragma once
 
 #include <foundation/vexadata/ZVMID.hpp>

@@ -19,7 +19,8 @@ std::shared_ptr<const ClassDescription> plainDescription(const std::string& name
 
 ClassInfo classInfoOf(const ClassDescription& description) {
     description.retain();
-    return ClassInfo(const_cast<ClassDescription*>(&description)); // only the links of its identifiers change
+    // Clients change nothing in it but the links of its identifiers.
+    return ClassInfo(const_cast<ClassDescription*>(&description));
 }
 
 Instance::Instance(std::shared_ptr<const ClassDescription> description, std::optional<std::string> member)

@@ -1,3 +1,4 @@
+// Building the hash table; tests of names.
 #include "NameTable.hpp"
 
 #include <vexa/client/Exception.hpp>

@@ -1,4 +1,5 @@
-// From names to their places in a list.
+// From names to their places in a list: a hash table with open addressing over keys that hold short names
+// whole.
 #pragma once
 
 #include <algorithm>
@@ -59,7 +60,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t shortest = 16; // the longest name that is all in its key
+    static constexpr std::size_t shortest = 16; // names up to this length are held whole by their keys
 
     /// The first 16 bytes of a name, filled up with zeros. Of a longer name the first word is mixed with all
     /// that follows.
@@ -82,8 +83,8 @@ private:
         std::memcpy(&word, text, sizeof word);
         return word;
     }
-    /// Strings have room for 16 bytes at least. Names of all lengths in turn take no branch that could be
-    /// mispredicted.
+    /// Reads 16 bytes whatever the length, since every `std::string` of this ABI has room for them, and masks
+    /// what lies behind the name: no branch depends on the length of short names.
     static Key keyOf(const std::string& name) noexcept {
         static constexpr std::array<char, 32> mask{-1, -1, -1, -1, -1, -1, -1, -1,
                                                    -1, -1, -1, -1, -1, -1, -1, -1};
@@ -118,7 +119,7 @@ private:
 bool isIdentifier(const std::string& name) noexcept;
 /// Letters, digits and underscores, not a digit first.
 bool isVariableName(std::string_view name) noexcept;
-/// Class names are anything without a NUL, at which some of those who read them would stop.
+/// Class names may have any character but NUL: readers of C strings would see another name.
 /// @throws InvalidClassNameException
 void requireClassName(const std::string& name);
 

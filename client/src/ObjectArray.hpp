@@ -47,7 +47,7 @@ public:
     void setElementValue(std::size_t index, const std::string& fieldName, Element value) override;
     const Element* getTypedDataPtr() const override;
 
-    /// That of the array, or of its first object, or one without name.
+    /// The class of the array; without one, that of the first object; without objects, a class without name.
     ClassInfo getClassInfo() const override;
     bool isHeterogeneous() const override;
     foundation::vexadata::Array getArrayProperty(VexaPropertyIdentifier id) const override;
@@ -67,7 +67,7 @@ public:
     /// @throws WrongClassException
     void setElementObject(std::size_t index, ObjectImpl* object) override;
     ObjectImpl* getElementObject(std::size_t index) const override;
-    /// Over nothing for an element without object.
+    /// An empty range for an element without object.
     data::detail::ForwardIteratorImpl* beginElementProperties(std::size_t index) override;
     data::detail::ForwardIteratorImpl* endElementProperties(std::size_t index) override;
     bool isEqualArrayProperties(const ArrayImpl* other) const override;
@@ -78,8 +78,8 @@ public:
     Contents contents() noexcept override { return {properties_, elements_}; }
     /// The object in an element; null when there is none, or one of another back-end.
     Instance* objectIn(std::size_t index) const noexcept;
-    /// Makes the object in an element the element's alone, as what iterators write into must be; null when
-    /// there is none.
+    /// Copies the object in an element when others share it, since iterators write into it; null for an
+    /// element without object.
     ObjectImpl* separate(std::size_t index);
     void put(std::size_t index, Element object);
 

@@ -1,3 +1,5 @@
+// Properties as chains and as walks. A property is presented to the library as the only element of a cell
+// array.
 #include "PropertySet.hpp"
 
 #include "CellArray.hpp"
@@ -131,8 +133,8 @@ private:
     bool writable_;
 };
 
-/// Hands out one view again and again as long as nobody else has kept it: a walk makes no object for each
-/// property.
+/// Gives the same view, moved to the next property, as long as the caller has not retained it: a walk
+/// allocates one view.
 class PropertyIterator final : public ForwardIteratorImpl {
 public:
     PropertyIterator(PropertySet& properties, std::size_t place, bool writable)
@@ -169,7 +171,7 @@ ForwardIteratorImpl* PropertySet::iteratorAt(std::size_t place) {
 }
 ForwardIteratorImpl* PropertySet::iteratorAt(std::size_t place) const {
     return new PropertyIterator(const_cast<PropertySet&>(*this), place,
-                                false); // whose views refuse to be written through
+                                false); // its views refuse writes
 }
 
 bool PropertySet::equals(const PropertySet& other) const {

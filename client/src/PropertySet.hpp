@@ -38,7 +38,8 @@ public:
     }
     const foundation::vexadata::Array& value(std::size_t place) const noexcept { return values_[place]; }
 
-    /// A new reference to a value, one reference for the caller; writing through it changes the value in place.
+    /// A new reference to a value, one reference for the caller; writing through it changes the value in
+    /// place.
     data::detail::ReferenceImpl* reference(std::size_t place);
     /// New iterators over PropertyImpl objects, one reference for the caller. The set is borrowed. Writing
     /// through what the read-only form gives throws CantAssignArrayToThisArrayException.

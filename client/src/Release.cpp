@@ -1,3 +1,4 @@
+// A bound on the recursion of destructors.
 #include "Release.hpp"
 
 #include <new>
@@ -11,7 +12,7 @@ namespace {
 using Arrays = std::vector<foundation::vexadata::Array>;
 using PutAside = std::vector<std::variant<Arrays, std::vector<Held>>>;
 
-/// Deep enough for whatever people nest by hand, which then needs no memory to be destroyed.
+/// Usual nesting stays below this, and is destroyed without allocating.
 constexpr int mostInsideEachOther = 50;
 
 struct Running {
@@ -26,7 +27,7 @@ void release(Places&& places) noexcept {
         try {
             running.putAside->emplace_back(std::move(places));
             return;
-        } catch (const std::bad_alloc&) {} // deeper, then
+        } catch (const std::bad_alloc&) {} // without memory for the list, by recursion
     }
     ++running.depth;
     if (running.depth == 1) {

@@ -1,4 +1,4 @@
-// Destroying what holds arrays that hold arrays, to any depth.
+// Destroying nested arrays to any depth.
 #pragma once
 
 #include "ArrayHolder.hpp"

@@ -45,7 +45,7 @@ void StringArray::setStringElement(std::size_t index, const std::string&, Elemen
     const Entry old = std::exchange(entries_[index], fresh);
     if (old.isLong()) {
         gaps_ += old.length();
-        // Closing walks all entries: it must be worth that, too.
+        // Closing the gaps visits all entries, so that there must be more gaps than these.
         if (gaps_ > longTexts_.size() / 2 && gaps_ > entries_.size()) {
             closeGaps();
         }
@@ -92,7 +92,7 @@ std::size_t StringArray::startOf(const Entry& entry) noexcept {
     return start;
 }
 
-/// Out of memory leaves the gaps for the next time.
+/// Without memory the gaps stay for the next time.
 void StringArray::closeGaps() {
     std::vector<char16_t> dense;
     try {

@@ -26,7 +26,7 @@ public:
     ArrayImpl* sharedCopy() const override;
     ArrayType getType() const override;
     void getStringElement(std::size_t index, const char16_t*& text, std::size_t& length) const override;
-    /// A missing element equals nothing, as it does when elements are compared.
+    /// A missing element equals no element, not even a missing one, as when single elements are compared.
     bool isEqual(const ArrayImpl* other) const override;
     Element* getElementAddress(std::size_t index, const std::string& fieldName, bool forWrite) override;
     void setStringElement(std::size_t index, const std::string& fieldName, Element value) override;

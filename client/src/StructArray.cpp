@@ -79,7 +79,7 @@ std::size_t numberOfValues(std::size_t records, std::size_t fields) {
     return allocatable<Held>(records * fields);
 }
 
-/// The one that default-constructed handles share.
+/// The empty array that default-constructed handles share.
 Held emptyArray() {
     const fv::Array handle;
     ArrayImpl& empty = *Access::impl(handle);
@@ -87,7 +87,7 @@ Held emptyArray() {
     return Held(&empty);
 }
 
-/// A handle that owns nothing and costs no allocation.
+/// A handle that owns nothing: an aliasing pointer, which allocates no control block.
 fv::Array borrowed(const Held& held) {
     return fv::Array(std::shared_ptr<ArrayImpl>(std::shared_ptr<void>(), &*held));
 }
@@ -144,7 +144,8 @@ bool StructArray::equalsIn(Comparison& comparison, const ArrayImpl& other) const
     return equalByName(static_cast<const StructArrayImpl&>(other));
 }
 
-/// With a struct of another back-end; one that lacks a field is different.
+/// Compares with a struct of another back-end, field by field by name; structs with other fields are
+/// different.
 bool StructArray::equalByName(const StructArrayImpl& other) const {
     if (other.getNumFields() != names_->size()) {
         return false;

@@ -1,3 +1,4 @@
+// The embedded engine's workspace: a table of variables behind the callbacks of InProcessCustomWorkspace.
 #include "ArrayHolder.hpp"
 #include "NameTable.hpp"
 
@@ -26,8 +27,8 @@ using data::impl::ArrayImpl;
 using fv::detail::Access;
 using Context = fv::InProcessCustomWorkspace::Context;
 
-/// Finds a name without making a `std::string` of it. Not `noexcept`: then the standard library keeps each
-/// hash in the table instead of computing it again at every step along a bucket.
+/// Hashes a name without making a `std::string` of it. Deliberately not `noexcept`: for such hashes libstdc++
+/// stores the hash in each node instead of computing it again for every node of a bucket.
 struct NameHash {
     using is_transparent = void;
     std::size_t operator()(std::string_view name) const { return std::hash<std::string_view>()(name); }
@@ -40,7 +41,7 @@ public:
     ArrayImpl* find(const char* name) const {
         const auto found = values_.find(textOf(name));
         if (found == values_.end()) {
-            requireValid(name); // what is found is valid
+            requireValid(name); // a name that is found was tested when it was stored
             return nullptr;
         }
         return &*found->second;
@@ -49,8 +50,8 @@ public:
         requireValid(name);
         values_.erase(std::string(name));
     }
-    /// The names in alphabetical order, until they are taken back. A caller that fails in between leaves them
-    /// to the next.
+    /// The names in alphabetical order, lent until they are taken back. When the caller fails in between, the
+    /// next call reuses the list.
     const std::vector<const char*>& lend() {
         lent_.clear();
         lent_.reserve(values_.size());
@@ -118,7 +119,7 @@ ArrayImpl* getVariable(Context context, const char* name) {
 
 void getVariables(Context context, ForwardIteratorImpl* begin, ForwardIteratorImpl* end) {
     const Variables& variables = variablesOf(context);
-    // All are looked up before the first is handed over: short steps, whose waits for memory overlap.
+    // All are looked up before the first is handed over: the cache misses of short steps overlap.
     std::vector<ArrayImpl*> found;
     forEachVariable(begin, end, [&](const VariableInfoImplData& record, std::size_t k) {
         found.push_back(variables.find(record.getName(k)));

@@ -1,4 +1,5 @@
-// A client of the back-end in doubles.cpp. It knows nothing about it: the library is linked, and registers itself.
+// A client of the back-end in doubles.cpp. It knows nothing about it: the library is linked, and registers
+// itself.
 #include <foundation/vexadata/VexaData.hpp>
 
 #include <iostream>

@@ -11,8 +11,8 @@
 
 namespace vexa::fuzz {
 
-/// The operation that is going on and those before it, for messages: the fault lies in the last one, or in one of the few
-/// before it when another array has changed.
+/// The operation that is going on and those before it, for messages: the fault lies in the last one, or in
+/// one of the few before it when another array has changed.
 class Operations {
 public:
     static constexpr std::size_t kept = 8;

@@ -17,8 +17,8 @@ using Indices = std::vector<std::size_t>;
 Dims normalized(Dims dims);
 std::size_t elementCount(const Dims& dims);
 
-/// Borrows the bytes. Choices are taken from their end and values from their beginning, so that what a fuzzer changes in one
-/// place does not change the meaning of all that follows. Without bytes every choice is 0.
+/// Borrows the bytes. Choices are taken from their end and values from their beginning, so that what a fuzzer
+/// changes in one place does not change the meaning of all that follows. Without bytes every choice is 0.
 class Input {
 public:
     Input(const std::uint8_t* data, std::size_t size) : first_(data), last_(data + size) {}

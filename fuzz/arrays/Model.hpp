@@ -22,8 +22,8 @@ struct Place {
 };
 Place resolve(const Dims& dims, bool rowMajor, const Indices& indices);
 
-/// Arrays that hold an element which differs from itself, a NaN or a missing string, are equal only as the same object,
-/// which a model cannot know.
+/// Arrays that hold an element which differs from itself, a NaN or a missing string, are equal only as the
+/// same object, which a model cannot know.
 enum class Likeness { equal, doubtful, different };
 
 /// One kind of array. Copies are deep; nothing is shared with anything.
@@ -108,8 +108,8 @@ Likeness compareAll(const Range& a, const Range& b, F likeness) {
     return worst;
 }
 
-/// Applies `use` to the element handle that the remaining indices lead to. Temporary handles grow in place and named ones
-/// give longer ones; both come about.
+/// Applies `use` to the element handle that the remaining indices lead to. Temporary handles grow in place
+/// and named ones give longer ones; both come about.
 template <class Ref, class F>
 void descend(Ref ref, const std::size_t* next, const std::size_t* end, F use) {
     if (next == end) {
@@ -125,8 +125,8 @@ void atIndices(Handle& handle, const Indices& indices, F use) {
     descend(handle[indices[0]], indices.data() + 1, indices.data() + indices.size(), use);
 }
 
-/// The array through a typed handle that does not share it with the untyped one meanwhile. It comes back also when `use`
-/// throws.
+/// The array through a typed handle that does not share it with the untyped one meanwhile. It comes back also
+/// when `use` throws.
 template <class Handle, class F>
 void as(Array& array, F use) {
     struct Typed {

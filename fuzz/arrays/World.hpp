@@ -33,7 +33,8 @@ public:
     /// Uses the input up. Ends the process when an array and its model differ.
     void run();
 
-    /// Whether arrays that hold arrays may be stored into others. Not in front of a back-end whose doubles would hold themselves.
+    /// Whether arrays that hold arrays may be stored into others. Not in front of a back-end whose doubles
+    /// would hold themselves.
     static inline bool isNested = true;
     /// Whether copies are written to behind the back of their handles, to see that this is noticed.
     static inline bool isFaultPlanted = false;

@@ -1,3 +1,5 @@
+// The iterator that the library offers for contiguous storage. Typed iterators recognise it and move a
+// pointer instead.
 #include <foundation/vexadata/detail/Access.hpp>
 #include <vexa/data/detail/ContiguousIteratorImpl.hpp>
 

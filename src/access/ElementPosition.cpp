@@ -1,3 +1,5 @@
+// Positions that are not reached inline: other layouts and numbers of dimensions, shared chains, and matrices
+// in fields of records. The state machine is described in ElementPosition.hpp.
 #include "FieldReference.hpp"
 
 #include <foundation/vexadata/detail/ByKind.hpp>
@@ -11,12 +13,13 @@ namespace rules = vexa::data::detail;
 
 namespace {
 
-/// Those that were not needed so far are asked for.
+/// Positions in place are made without dimensions; they are asked for when something needs them.
 const std::vector<std::size_t>& dimensionsOf(const ArrayImpl* array, const std::vector<std::size_t>* known) {
     return known != nullptr ? *known : array->getDimensions();
 }
 
-/// Extents of a matrix of plain values of a recognised class; without rows for all other arrays.
+/// Extents of a column-major matrix of primitive elements of a recognised class; no rows for all other
+/// arrays.
 struct PlainMatrix {
     std::size_t rows = 0;
     std::size_t columns = 0;
@@ -137,7 +140,7 @@ ElementPosition::Target ElementPosition::targetOf(ReferenceImpl& chain, ArrayImp
     return {array, chain.getLinearIndex(), &chain.stringIndex(), 0, 0, 0};
 }
 
-/// Ready for a write too, as whatever lies on a way that was made for writing.
+/// Serves reads and writes: such a position comes from a writable handle only.
 ElementPosition::Target ElementPosition::settledTarget(Parts position) {
     position.chain->retain();
     const ElementPosition copy(position);

@@ -1,4 +1,5 @@
-// Chains to fields of records.
+// Index chains to fields of records: what `structs[i]["name"]` is made of. They usually live for one
+// expression, so that their memory is kept for the next one.
 #pragma once
 
 #include "../core/SpareBlock.hpp"

@@ -1,3 +1,5 @@
+// Elements of an array that lies in a cell or field: by the address that a cell array gives, for a write only
+// when the array there has no other owner; through a chain of the back-end otherwise.
 #include <foundation/vexadata/Array.hpp>
 #include <foundation/vexadata/HeldElementRef.hpp>
 
@@ -5,8 +7,8 @@ namespace foundation::vexadata::detail {
 
 namespace {
 
-/// The array in a cell, borrowed from the cell array; null for elements of other arrays, whose back-end has to
-/// be asked for a chain.
+/// The array in a cell, borrowed from the cell array; null for elements of other kinds of arrays, for which
+/// the back-end makes a chain.
 const std::shared_ptr<ArrayImpl>* inCell(const ElementPosition& holder) {
     ArrayImpl* array = holder.array();
     if (array->getType() != ArrayType::CELL || !holder.fieldName().empty()) {
@@ -61,7 +63,8 @@ ElementPosition HeldPosition::kept() const {
     return count_ == resolved ? holder_ : withIndices(chainInto(holder_, writable_));
 }
 
-/// `position` has the first index already when it is in place, and none when it is a chain.
+/// Appends the indices that `position` lacks: all when it is a chain, all but the first when it holds its
+/// index in place.
 ElementPosition HeldPosition::withIndices(ElementPosition position) const {
     for (std::uint32_t k = position.hasChain() ? 0 : 1; k < count_; ++k) {
         position.append(indices_[k]);

@@ -1,3 +1,5 @@
+// Errors of calls that inlined code has to see as noexcept: held as a plain pointer, and thrown again after
+// the call.
 #include <foundation/vexadata/detail/HeldError.hpp>
 
 #include <exception>
@@ -7,8 +9,8 @@
 
 namespace foundation::vexadata::detail {
 
-// An exception_ptr is one word, and moves with its bytes: it travels as a plain pointer, which has no
-// destructor and is returned in a register.
+// An exception_ptr is one word that may be moved by copying its bytes. It is passed as a plain pointer, which
+// is returned in a register and leaves no destructor in the caller's loop.
 static_assert(sizeof(std::exception_ptr) == sizeof(void*));
 
 void* holdError() noexcept {

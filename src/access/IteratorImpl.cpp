@@ -1,3 +1,4 @@
+// Reserved operations of iterators.
 #include <vexa/data/detail/IteratorImpl.hpp>
 
 namespace vexa::data::detail {

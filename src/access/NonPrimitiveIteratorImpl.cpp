@@ -1,3 +1,4 @@
+// The iterator that the library offers for elements without an address: it gives index chains.
 #include <foundation/vexadata/detail/Access.hpp>
 #include <vexa/data/detail/NonPrimitiveIteratorImpl.hpp>
 

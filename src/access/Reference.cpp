@@ -1,3 +1,4 @@
+// References to the array in a cell, field or property.
 #include <foundation/vexadata/Array.hpp>
 #include <foundation/vexadata/Reference.hpp>
 

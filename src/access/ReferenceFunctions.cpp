@@ -1,3 +1,4 @@
+// Growing chains, into nested arrays too, and storing arrays through them.
 #include <foundation/vexadata/Array.hpp>
 #include <foundation/vexadata/detail/ReferenceFunctions.hpp>
 
@@ -7,9 +8,9 @@ namespace foundation::vexadata::detail {
 
 namespace {
 
-/// Stands where another chain stands and keeps it alive. What the other does before a write happens here too,
-/// also that another array takes the place; a position in the old one means nothing in an array of another
-/// kind or shape.
+/// A chain that forwards to another, which it keeps alive, for the array and the write hook. That hook may
+/// put a copy in the array's place, and a client may store another array there: a position in the old array
+/// is refused in one of another kind or shape.
 class DependentReference final : public ReferenceImpl {
 public:
     explicit DependentReference(std::shared_ptr<ReferenceImpl> base)

@@ -1,3 +1,6 @@
+// The shared index chain: indices are collected, resolved once at the first use, and then stay.
+#include "ChainTarget.hpp"
+
 #include <foundation/vexadata/detail/Access.hpp>
 #include <vexa/data/detail/IndexRules.hpp>
 #include <vexa/data/detail/ReferenceImpl.hpp>
@@ -52,8 +55,7 @@ impl::ArrayImpl* ReferenceImpl::getElementArray(bool forWrite) {
 }
 
 std::shared_ptr<ReferenceImpl> ReferenceImpl::createReference(bool forWrite, bool /*forChain*/) {
-    impl::ArrayImpl* array = getArrayImpl();
-    const std::size_t index = getLinearIndex();
+    const auto [array, index] = targetOf(*this);
     return Access::createSharedPtr(array->createElementReference(index, stringIndex_, forWrite));
 }
 
@@ -88,27 +90,24 @@ std::uint64_t ReferenceImpl::getLinearIndex(bool /*unshare*/) {
 }
 
 void ReferenceImpl::setArray(impl::ArrayImpl* array) {
-    prepareForWrite();
-    impl::ArrayImpl* target = getArrayImpl();
-    target->assignElementArray(getLinearIndex(), stringIndex_, array);
+    const ChainTarget target = targetForWrite(*this);
+    target.array->assignElementArray(target.index, stringIndex_, array);
     dropCaches(); // they refer to the array that was there before
 }
 
 std::string ReferenceImpl::getString() {
-    impl::ArrayImpl* array = getArrayImpl();
-    return array->castToString(getLinearIndex(), stringIndex_);
+    const auto [array, index] = targetOf(*this);
+    return array->castToString(index, stringIndex_);
 }
 
 void ReferenceImpl::setString(std::string value) {
-    prepareForWrite();
-    impl::ArrayImpl* array = getArrayImpl();
-    array->setString(getLinearIndex(), stringIndex_, std::move(value));
+    const auto [array, index] = targetForWrite(*this);
+    array->setString(index, stringIndex_, std::move(value));
 }
 
 void ReferenceImpl::setWords(std::uint64_t first, std::uint64_t second) {
-    prepareForWrite();
-    impl::ArrayImpl* array = getArrayImpl();
-    array->setElementWords(getLinearIndex(), first, second);
+    const auto [array, index] = targetForWrite(*this);
+    array->setElementWords(index, first, second);
 }
 
 std::uint64_t ReferenceImpl::getElementArrayID() {

@@ -1,3 +1,4 @@
+// The handle of any array, and the rule of equality.
 #include "Equality.hpp"
 
 #include <foundation/vexadata/Array.hpp>

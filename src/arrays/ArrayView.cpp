@@ -1,4 +1,6 @@
+// Extents and strides of views.
 #include <foundation/vexadata/ArrayView.hpp>
+#include <vexa/data/detail/IndexRules.hpp>
 
 #include <algorithm>
 
@@ -16,15 +18,11 @@ void setStrides(const std::size_t* extents, std::size_t* strides, std::size_t ra
     }
 }
 
-bool isVector(const std::vector<std::size_t>& dims) {
-    return dims.size() == 2 && (dims[0] == 1 || dims[1] == 1);
-}
-
 } // namespace
 
 void describeLayout(const ArrayImpl& array, std::size_t rank, std::size_t* extents, std::size_t* strides) {
     const std::vector<std::size_t>& dims = array.getDimensions();
-    if (rank == 1 && isVector(dims)) {
+    if (rank == 1 && vexa::data::detail::isVector(dims)) {
         extents[0] = dims[0] * dims[1];
     } else if (dims.size() > rank) {
         raise<NotEnoughIndicesProvidedException>();

@@ -1,11 +1,12 @@
+// Buffers of arrays whose kind is known at run time only; iterators that keep their chain alive.
 #include <foundation/vexadata/BufferAccess.hpp>
 
 namespace foundation::vexadata {
 
 namespace {
 
-/// Kinds that the untyped access refuses by name; complex ones are among them although their elements are
-/// primitive.
+/// Kinds for which the untyped access throws MustBePrimitiveTypeException; complex ones are among them
+/// although their elements are primitive. Other kinds without a buffer are "unknown".
 bool isKnownWithoutBuffer(ArrayType type) noexcept {
     const auto value = static_cast<std::uint32_t>(type);
     return value == 3 || (value >= 14 && value <= 29 && type != ArrayType::OBJECT);

@@ -1,3 +1,4 @@
+// The instances that the library exports, so that clients compile none.
 #include <foundation/vexadata/BufferAccess.hpp>
 
 namespace foundation::vexadata {

@@ -1,3 +1,4 @@
+// Text of character arrays, through handles and through references.
 #include <foundation/vexadata/CharArray.hpp>
 #include <foundation/vexadata/detail/Text.hpp>
 
@@ -33,7 +34,7 @@ std::string CharArrayExt::toAscii() const {
     const auto& array = static_cast<const Characters&>(held(chain_));
     const char16_t* text = array.getTypedDataPtr();
     std::size_t checked = 0;
-    while (checked < array.getNumberOfElements()) { // asked at each step, as back-ends have come to see it
+    while (checked < array.getNumberOfElements()) { // in every step: back-ends observe the calls
         detail::requireText(text);
         if (detail::firstNonAscii(text + checked, 1) == 0) {
             detail::raise<NonAsciiCharInRequestedAsciiOutputException>();
@@ -48,7 +49,7 @@ std::u16string toUTF16(const Array& array) {
         return CharArray(array).toUTF16();
     } catch (const InvalidArrayTypeException&) {
         const TypedArray<String> strings = array;
-        // Of the back-end: the handle's are a copy, which takes memory.
+        // Asked of the back-end: `getDimensions` of the handle copies them, which may fail.
         const std::vector<std::size_t>& dimensions = detail::Access::impl(strings)->getDimensions();
         if (dimensions.size() == 2 && dimensions[0] == 1 && dimensions[1] == 1) {
             return strings[0];

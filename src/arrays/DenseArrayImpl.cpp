@@ -1,3 +1,5 @@
+// Arrays of primitive elements: object, dimensions and few elements in one block, many elements in a block of
+// their own or one that was handed over. What each member means stands in DenseArrayImpl.hpp.
 #include <foundation/vexadata/Traits.hpp>
 #include <vexa/data/detail/ContiguousIteratorImpl.hpp>
 #include <vexa/data/detail/ElementMemory.hpp>
@@ -18,7 +20,8 @@ namespace {
 
 using Dimensions = std::vector<std::size_t>;
 
-/// Dimensions of matrices that have few rows and columns. Made when the library is loaded and never destroyed.
+/// One vector of dimensions for each small shape, up to 8 by 8, which all arrays of that shape share: a
+/// scalar then needs no vector of its own. Made when the library is loaded and never destroyed.
 class SharedDimensions {
 public:
     SharedDimensions() {
@@ -51,8 +54,7 @@ bool isSmall(std::size_t count) noexcept {
     return count <= smallBytes / sizeof(T);
 }
 
-/// Out of line: where the compiler sees that there are few bytes, it writes `rep stos`, which costs more than
-/// the call.
+/// Out of line, because g++ replaces a `memset` of few bytes by `rep stos`, which takes longer than the call.
 [[gnu::noinline]] void clearBytes(void* bytes, std::size_t size) noexcept { std::memset(bytes, 0, size); }
 
 void copyBytes(void* to, const void* from, std::size_t size) {
@@ -239,7 +241,7 @@ DenseArrayImpl<T>::DenseArrayImpl(Dimensions&& dimensions) noexcept
     noteShape();
 }
 
-/// Column-major, with room for elements of so many bytes in its own block.
+/// Column-major; `trailing` bytes for elements follow in the same block.
 template <class T>
 DenseArrayImpl<T>* DenseArrayImpl<T>::make(Dimensions&& dimensions, std::size_t trailing) {
     if (const Dimensions* shared = sharedDimensions.find(dimensions)) {
@@ -286,7 +288,8 @@ template <class T>
 T* DenseArrayImpl<T>::trailing() noexcept {
     return ownsDimensions() ? reinterpret_cast<T*>(&ownDimensions() + 1) : reinterpret_cast<T*>(this + 1);
 }
-/// After every change of dimensions or layout.
+/// Must follow every change of dimensions or layout: handles reach elements by rows and columns of
+/// `inPlace_`, and only when these are not 0.
 template <class T>
 void DenseArrayImpl<T>::noteShape() noexcept {
     const Dimensions& now = dimensions();

@@ -1,4 +1,4 @@
-// The one instance of each function template over chains.
+// Explicit instantiations of the function templates over index chains, one in the library for all clients.
 #include <foundation/vexadata/CharArray.hpp>
 #include <foundation/vexadata/EnumArray.hpp>
 #include <foundation/vexadata/StructArray.hpp>

@@ -1,3 +1,4 @@
+// Handles and references to enumeration arrays.
 #include <foundation/vexadata/EnumArray.hpp>
 #include <foundation/vexadata/detail/Text.hpp>
 #include <vexa/data/impl/EnumArrayImpl.hpp>
@@ -16,8 +17,8 @@ std::string EnumArrayExt::getClassName() const {
     const auto& array = static_cast<const EnumArrayImpl&>(
         detail::heldArray<EnumArray, NotEnoughIndicesProvidedException>(chain_));
     const char* name = array.getClassName();
-    return detail::copied(
-        name, array.getNumberOfElements()); // the elements' number, not the name's length: kept so
+    // As many bytes as the array has elements, not as the name has: kept, see docs/decisions.md.
+    return detail::copied(name, array.getNumberOfElements());
 }
 
 bool detail::memberIsNamed(const ArrayImpl& array, std::size_t index, const std::string& name) noexcept {

@@ -1,3 +1,4 @@
+// What the contract gives every enumeration array.
 #include <foundation/vexadata/detail/Text.hpp>
 #include <vexa/data/detail/NonPrimitiveIteratorImpl.hpp>
 #include <vexa/data/impl/EnumArrayImpl.hpp>

@@ -1,11 +1,12 @@
-// The rule of `==`, where it may fail.
+// The rule of `==` between arrays, as a function that may throw.
 #pragma once
 
 #include <foundation/vexadata/Array.hpp>
 
 namespace foundation::vexadata::detail {
 
-/// As `==` of handles of these arrays, which ends the process where this throws: errors of the back-end.
+/// What `==` of handles to these arrays gives. Throws errors of the back-end, where `==`, which is
+/// `noexcept`, ends the process.
 bool equal(const ArrayImpl& a, const ArrayImpl& b);
 
 } // namespace foundation::vexadata::detail

@@ -1,3 +1,4 @@
+// The instances of SparseArray.
 #include <foundation/vexadata/SparseArray.hpp>
 
 namespace foundation::vexadata {

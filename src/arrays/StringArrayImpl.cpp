@@ -1,3 +1,4 @@
+// What the contract gives every string array.
 #include <foundation/vexadata/detail/Text.hpp>
 #include <vexa/data/detail/NonPrimitiveIteratorImpl.hpp>
 #include <vexa/data/impl/StringArrayImpl.hpp>

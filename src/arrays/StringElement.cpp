@@ -1,3 +1,4 @@
+// String elements as text.
 #include <foundation/vexadata/StringElement.hpp>
 
 #include <stdexcept>

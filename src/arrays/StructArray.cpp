@@ -1,3 +1,5 @@
+// Handles to structs, their records and their fields. A field is reached by a chain with a name
+// (FieldReference.hpp).
 #include "../access/FieldReference.hpp"
 #include "../core/SpareBlock.hpp"
 
@@ -18,7 +20,7 @@ void requireStruct(const vexa::data::impl::ArrayImpl& array) {
         detail::raise<TypeMismatchException>();
     }
 }
-/// At the end of a chain something else may lie by now.
+/// The kind is tested again behind a chain: the cell or field that it leads to may hold another array by now.
 StructArrayImpl& structOf(const detail::ElementPosition& position) {
     vexa::data::impl::ArrayImpl& array = *position.array();
     if (position.hasChain()) {
@@ -51,8 +53,9 @@ FieldNames StructArray::getFieldNames() const { return namesOf(structOf(*impl_))
 std::size_t StructArray::getNumberOfFields() const { return structOf(*impl_).getNumFields(); }
 
 FieldNames StructArrayExt::getFieldNames() const {
-    // Both ends are made by the begin operation, the second call for the begin, and each gets one reference
-    // more than anybody drops. Back-ends know this; it stays.
+    // Both iterators come from `fieldNamesBegin`, the one for the end first, and each is retained once more
+    // than it is released. The calls and counts are observable to back-ends and therefore kept
+    // (docs/decisions.md).
     auto& array = structOf(heldStruct(chain_));
     const auto fresh = [&] {
         auto* it = array.fieldNamesBegin();
@@ -100,8 +103,8 @@ std::shared_ptr<ReferenceImpl> chainToField(ArrayImpl* records, std::size_t inde
     return FieldReference::make(records, index, fieldName);
 }
 
-/// It depends on the record's chain, if there is one: what happens before a write to the record, which may lie
-/// in a cell that others share, happens before one to its field.
+/// When the record was reached through a chain, the result depends on that chain and runs its write hook: the
+/// record may lie in a cell that other handles share.
 std::shared_ptr<ReferenceImpl> chainToField(ElementPosition record, const std::string& fieldName) {
     if (!record.fieldName().empty()) {
         raise<CanOnlyUseOneStringIndexException>();
@@ -116,7 +119,7 @@ std::shared_ptr<ReferenceImpl> chainToField(ElementPosition record, const std::s
 }
 
 const Array fieldOf(const ArrayImpl& records, std::size_t index, const std::string& fieldName) {
-    // Usually a handle that is only looked into.
+    // Usually a temporary handle: its control block comes from the block that the last one left.
     return Array(
         std::shared_ptr<ArrayImpl>(static_cast<const StructArrayImpl&>(records).getField(index, fieldName),
                                    ReleaseReference(), SpareAllocator<ArrayImpl>()));

@@ -1,3 +1,4 @@
+// What the contract gives every struct array.
 #include <foundation/vexadata/detail/Access.hpp>
 #include <vexa/data/detail/NonPrimitiveIteratorImpl.hpp>
 #include <vexa/data/impl/StructArrayImpl.hpp>

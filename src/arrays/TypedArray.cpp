@@ -1,3 +1,4 @@
+// The instances of TypedArray, one for each element type.
 #include <foundation/vexadata/TypedArray.hpp>
 
 namespace foundation::vexadata {

@@ -1,3 +1,5 @@
+// Elements of arrays whose kind is known at run time only: comparing, computing, copying. Each function looks
+// the kind up once and goes on with the element type.
 #include <foundation/vexadata/StructElement.hpp>
 #include <foundation/vexadata/TypedArray.hpp>
 #include <foundation/vexadata/UntypedElement.hpp>
@@ -44,7 +46,8 @@ double realOf(const Number& number) noexcept {
                                                  : static_cast<double>(number.natural);
 }
 
-/// By value: whole numbers of either sign exactly, anything beside a floating-point number as one.
+/// By value: integers of either sign exactly; when one of the two is a floating-point number, both as
+/// doubles.
 Order orderOf(const Number& a, const Number& b) noexcept {
     using Kind = Number::Kind;
     if (a.kind == Kind::REAL || b.kind == Kind::REAL) {
@@ -83,14 +86,14 @@ T nearest(double value) noexcept {
         if (std::isnan(value)) {
             return 0;
         }
-        // The double of the largest 64-bit number is one more than it.
+        // The largest 64-bit integers are no doubles; converted, they round up to a power of two.
         return value <= static_cast<double>(least)  ? least
                : value >= static_cast<double>(most) ? most
                                                     : static_cast<T>(value);
     }
 }
 
-/// Bit patterns of whole numbers, which wrap around.
+/// The bit pattern of an integer: unsigned arithmetic on it wraps around for either sign.
 std::uint64_t bitsOf(const Number& number) noexcept {
     return number.kind == Number::Kind::SIGNED ? static_cast<std::uint64_t>(number.whole) : number.natural;
 }
@@ -103,7 +106,7 @@ T combined(Arithmetic operation, T element, const Number& number) {
     if (!inDoubles) {
         return static_cast<T>(applied(operation, bitsOf(current), bitsOf(number)));
     }
-    if constexpr (std::is_integral_v<T>) { // what doubles would round
+    if constexpr (std::is_integral_v<T>) { // exact, where doubles would round
         if (number.kind == current.kind && bitsOf(number) != 0 && operation == Arithmetic::DIVIDE) {
             return current.kind == Number::Kind::UNSIGNED ? static_cast<T>(current.natural / number.natural)
                    : number.whole == -1                   ? nearest<T>(-realOf(current))

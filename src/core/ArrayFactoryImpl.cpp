@@ -1,3 +1,4 @@
+// Default operations of factories: a back-end overrides the creators of the kinds that it offers.
 #include <foundation/vexadata/Exception.hpp>
 #include <vexa/data/impl/ArrayFactoryImpl.hpp>
 
@@ -5,7 +6,7 @@ namespace vexa::data::impl {
 
 namespace {
 
-/// For the kinds that a back-end does not offer.
+/// The default of every creator: the back-end does not offer this kind.
 [[noreturn]] void notOffered() {
     foundation::vexadata::detail::raise<foundation::vexadata::InvalidArrayTypeException>();
 }

@@ -1,3 +1,4 @@
+// Default operations of arrays: what an array without strings, nested arrays, columns or buffers answers.
 #include <foundation/vexadata/Exception.hpp>
 #include <vexa/data/impl/ArrayImpl.hpp>
 

@@ -1,3 +1,4 @@
+// Tests of kinds that may throw.
 #include <foundation/vexadata/ArrayType.hpp>
 #include <foundation/vexadata/Exception.hpp>
 

@@ -1,3 +1,4 @@
+// Memory for elements, offered to back-ends.
 #include <vexa/data/detail/ElementMemory.hpp>
 
 #include <algorithm>

@@ -1,8 +1,9 @@
+// The array of default-constructed handles.
 #include <foundation/vexadata/detail/Access.hpp>
 #include <vexa/data/impl/EmptyArrayImpl.hpp>
 
-// The bare `throw;` of the operations that no well-formed caller asks of an empty array is deliberate: with
-// nothing in flight it ends the process at the place of the mistake.
+// Operations that no correct caller asks of an empty array consist of a bare `throw;`. With no exception in
+// flight it ends the process where the mistake is made (docs/decisions.md).
 
 namespace vexa::data::impl {
 
@@ -14,7 +15,8 @@ const std::vector<std::size_t>& zeroByZero() {
     return dimensions;
 }
 
-/// Made when the library is loaded: handles that promise not to throw cannot tell that memory is out.
+/// Made when the library is loaded, because default constructors of handles are `noexcept` and could not
+/// report that memory is out.
 [[maybe_unused]] const bool madeWhenLoaded = (EmptyArrayImpl::processWide(), zeroByZero(), true);
 
 } // namespace
@@ -23,7 +25,7 @@ EmptyArrayImpl::EmptyArrayImpl() noexcept = default;
 EmptyArrayImpl::~EmptyArrayImpl() = default;
 
 const std::shared_ptr<ArrayImpl>& EmptyArrayImpl::processWide() noexcept {
-    // Never destroyed: handles with static storage may outlive anything that would be.
+    // Never destroyed: handles with static storage may be destroyed after it.
     static const auto& empty = *new std::shared_ptr<ArrayImpl>(
         foundation::vexadata::detail::Access::createSharedPtr<ArrayImpl>(new EmptyArrayImpl));
     return empty;

@@ -1,3 +1,4 @@
+// Messages and destructors of all errors, and the one place that throws each.
 #include <foundation/vexadata/Exception.hpp>
 
 namespace foundation::vexadata {

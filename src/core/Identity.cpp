@@ -1,3 +1,4 @@
+// The counter of identities, one for all back-ends of the process.
 #include <vexa/data/detail/Identity.hpp>
 
 #include <atomic>

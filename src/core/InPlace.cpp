@@ -1,10 +1,13 @@
+// Which classes of arrays handles reach into without a call: at most one of each kind in a process, the first
+// that is named.
 #include <vexa/data/detail/InPlace.hpp>
 
 namespace vexa::data::detail {
 
 namespace {
 
-/// Stands for no class: arrays that were built without type information have none, which must not look recognised.
+/// The address that stands for "no class". Not null: the type information of a class built with -fno-rtti is
+/// null, and must not be taken for a recognised one.
 const char nothing = 0;
 
 bool isOne(std::atomic<const void*>& recognised, const std::type_info& type) noexcept {

@@ -1,3 +1,4 @@
+// Home of the vtable and the type information of counted objects.
 #include <vexa/data/detail/RefCounted.hpp>
 
 namespace vexa::data::detail {

@@ -1,3 +1,4 @@
+// Freeing the kept blocks when a thread ends.
 #include "SpareBlock.hpp"
 
 #include <pthread.h>
@@ -8,8 +9,8 @@ namespace foundation::vexadata::detail {
 
 namespace {
 
-/// The destructors of thread-local variables are of no use here: registering the first one of a thread ends
-/// the process when memory is out, where a key says so.
+/// A key with a destructor instead of thread-local objects with destructors: registering the first of these
+/// in a thread ends the process when memory is out, whereas setting a key reports it.
 class ThreadEnd {
 public:
     ThreadEnd() noexcept : exists_(pthread_key_create(&key_, &callAll) == 0) {}

@@ -1,4 +1,5 @@
-// Memory for what usually lives as long as one expression.
+// Memory for objects that usually live for one expression: each thread keeps one block of each size for the
+// next of them.
 #pragma once
 
 #include <cstddef>
@@ -8,12 +9,12 @@
 
 namespace foundation::vexadata::detail {
 
-/// Arranges that `free` is called with null when this thread ends. False when that cannot be had, or the
-/// thread is ending already.
+/// Arranges that `free` is called when this thread ends. False when that is impossible, or the thread is
+/// already ending.
 bool atThreadEnd(void (*free)() noexcept) noexcept;
 
-/// Blocks of `size` bytes. Each thread keeps the one that it gave back last for its next request, which costs
-/// a fifth of what the heap takes.
+/// Blocks of `size` bytes. Each thread keeps the one that it gave back last for its next request, which takes
+/// a fifth of the time of the heap.
 template <std::size_t size>
 class SpareBlock {
 public:
@@ -36,12 +37,13 @@ private:
         ::operator delete(std::exchange(kept_, nullptr));
     }
 
-    // Found without a call; two words of the room that is reserved for this.
+    // This model is addressed without a call. It takes two words of the small area that the loader reserves
+    // for libraries loaded later.
     [[gnu::tls_model("initial-exec")]] static inline thread_local constinit void* kept_ = nullptr;
     [[gnu::tls_model("initial-exec")]] static inline thread_local constinit bool keeps_ = false;
 };
 
-/// For the control blocks of handles and chains that are usually dropped where they were made.
+/// The same as an allocator, for the control blocks of shared pointers to such objects.
 template <class T>
 struct SpareAllocator {
     using value_type = T;

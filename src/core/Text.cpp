@@ -1,3 +1,4 @@
+// Between narrow text and UTF-16: ASCII only in both directions, anything else throws.
 #include <foundation/vexadata/Exception.hpp>
 #include <foundation/vexadata/detail/Text.hpp>
 
@@ -22,7 +23,8 @@ std::basic_string<Unit> copyOf(const Unit* text, std::size_t length) {
 
 } // namespace
 
-// The message that standard libraries gave for a null pointer is part of the contract; not all give it today.
+// libstdc++ threw this for a null pointer, and clients rely on class and text. Tested here, since today's
+// versions differ.
 void requireText(const void* text) {
     if (text == nullptr) {
         throw std::logic_error("basic_string::_M_construct null not valid");

@@ -1,3 +1,4 @@
+// Reserved operations and instances of the typed interfaces.
 #include <vexa/data/impl/TypedArrayImpl.hpp>
 
 #include <utility>

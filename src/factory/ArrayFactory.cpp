@@ -1,3 +1,4 @@
+// Creating arrays: dimensions are normalised and tested here, everything else is up to the back-end.
 #include <foundation/vexadata/ArrayFactory.hpp>
 #include <foundation/vexadata/detail/TypeInformation.hpp>
 #include <vexa/data/detail/InPlace.hpp>

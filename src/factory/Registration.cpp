@@ -1,5 +1,6 @@
-// Which back-end a new `ArrayFactory` uses: two places for factory functions, each filled once in a process. That of the engine comes
-// before that of the client library, so that an extension loaded by an engine uses the arrays of that engine.
+// Which back-end a new `ArrayFactory` uses: two places for factory functions, each filled once in a process.
+// That of the engine comes before that of the client library, so that an extension loaded by an engine uses
+// the arrays of that engine.
 #include <vexa/data/impl/ArrayFactoryImpl.hpp>
 
 #include <atomic>

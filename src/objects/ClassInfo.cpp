@@ -1,3 +1,4 @@
+// Handles to class information and properties.
 #include <foundation/vexadata/ClassInfo.hpp>
 #include <vexa/data/impl/ClassInfoImpl.hpp>
 #include <vexa/data/impl/IdentifierImpl.hpp>

@@ -1,3 +1,4 @@
+// Reserved operations of class information.
 #include <vexa/data/detail/ForwardIteratorImpl.hpp>
 #include <vexa/data/impl/ClassInfoImpl.hpp>
 

@@ -1,3 +1,4 @@
+// Names behind identifiers.
 #include <vexa/data/impl/IdentifierImpl.hpp>
 
 #include <utility>

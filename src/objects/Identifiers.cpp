@@ -1,3 +1,5 @@
+// Identifiers of classes, fields and properties: parsing, equality, order, and the link of a property
+// identifier to its class.
 #include <foundation/vexadata/ClassInfo.hpp>
 #include <foundation/vexadata/Identifiers.hpp>
 #include <vexa/data/impl/ClassInfoImpl.hpp>
@@ -28,13 +30,14 @@ bool sameName(const std::shared_ptr<Impl>& a, const std::shared_ptr<Impl>& b) no
     return equalOrSame(a, b, [](const Impl& x, const Impl& y) { return x.name() == y.name(); });
 }
 
-/// Name of the class that the identifier is linked to; empty when it has gone.
+/// Name of the class that the identifier is linked to; empty without a link, or when that class was
+/// destroyed.
 std::string linkedClassName(const VexaPropertyIdentifierImpl& id) {
     const std::shared_ptr<ClassInfoImpl> linked = id.classLink().lock();
     return linked == nullptr ? std::string() : linked->getClassIdentifier()->name();
 }
 
-/// Splits at the last dot.
+/// Splits "Class.property" at the last dot; without a dot the class name is empty.
 VexaPropertyIdentifierImpl* parsed(std::string text) {
     const std::size_t dot = text.rfind('.');
     if (dot == std::string::npos) {

@@ -1,3 +1,4 @@
+// Handles to value objects and handle objects.
 #include "../arrays/Equality.hpp"
 
 #include <foundation/vexadata/Exception.hpp>
@@ -46,8 +47,8 @@ namespace {
 
 using Properties = std::pair<ValueObject::iterator, ValueObject::iterator>;
 
-/// Through the operations of writable iteration, although nothing is written, and the end first: what
-/// back-ends have come to see.
+/// Asks `begin` and `end`, not the read-only `cbegin` and `cend`, and the end first. Nothing is written; the
+/// call order is kept because back-ends observe it.
 Properties propertiesOf(vexa::data::impl::ObjectImpl& object) {
     ValueObject::iterator end(object.end());
     return {ValueObject::iterator(object.begin()), std::move(end)};
@@ -81,7 +82,8 @@ bool ValueObject::operator==(const ValueObject& other) const {
 HandleObjectRef::~HandleObjectRef() = default;
 
 void HandleObjectRef::addReference() const {
-    dynamic_cast<const HandleObjectRefImpl*>(impl_.get())->addReference(); // not tested, deliberately
+    // Unchecked: that there is a handle object is a precondition.
+    dynamic_cast<const HandleObjectRefImpl*>(impl_.get())->addReference();
 }
 
 namespace {

@@ -1,3 +1,4 @@
+// Reserved operations of object arrays.
 #include <vexa/data/impl/ObjectArrayImpl.hpp>
 
 namespace vexa::data::impl {

@@ -1,3 +1,4 @@
+// Reserved operations of objects.
 #include <vexa/data/impl/ObjectImpl.hpp>
 
 namespace vexa::data::impl {

@@ -1,3 +1,6 @@
+// Handles to object arrays, their array properties and elements.
+#include "../access/ChainTarget.hpp"
+
 #include <foundation/vexadata/ValueObjectArray.hpp>
 #include <vexa/data/impl/ObjectArrayImpl.hpp>
 
@@ -54,7 +57,7 @@ std::vector<std::string> ValueObjectArray::getExternalRepresentationArrayPropert
 }
 
 bool ValueObjectArray::operator==(const ValueObjectArray& other) const noexcept {
-    // Both questions are always asked.
+    // Both operations are always called, in this order: back-ends observe it.
     const bool sameProperties = objects(*impl_).isEqualArrayProperties(other.impl_.get());
     const bool sameElements = impl_->isEqual(other.impl_.get());
     return sameProperties && sameElements;
@@ -89,11 +92,8 @@ const Array ValueObjectElement::operator[](const VexaPropertyIdentifier& id) con
 } // namespace detail
 
 const Array ValueObjectRef::getProp(const VexaPropertyIdentifier& id, bool unshare) const {
-    if (unshare) {
-        chain_->prepareForWrite();
-    }
-    ArrayImpl* array = chain_->getArrayImpl();
-    return objects(*array).getElementProperty(chain_->getLinearIndex(), id);
+    const auto [array, index] = unshare ? targetForWrite(*chain_) : targetOf(*chain_);
+    return objects(*array).getElementProperty(index, id);
 }
 
 std::vector<std::string> ValueObjectRef::getExternalRepresentationPropertyNames() const {
@@ -103,8 +103,7 @@ std::vector<std::string> ValueObjectRef::getExternalRepresentationPropertyNames(
 }
 
 void HandleRef::addReference() const {
-    ArrayImpl* array = chain_->getArrayImpl();
-    const std::size_t index = chain_->getLinearIndex();
+    const auto [array, index] = targetOf(*chain_);
     objects(*array).getElementAddress(index, detail::noFieldName, false)->addReference();
 }
 

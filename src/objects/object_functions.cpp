@@ -1,3 +1,6 @@
+// The functions with C linkage. They work on raw back-end pointers and make handles only inside.
+#include "../access/ChainTarget.hpp"
+
 #include <foundation/vexadata/Exception.hpp>
 #include <foundation/vexadata/ObjectElement.hpp>
 #include <vexa/data/impl/ObjectArrayImpl.hpp>
@@ -9,32 +12,26 @@ namespace fv = foundation::vexadata;
 using fv::HandleObjectRef;
 using fv::ValueObject;
 using fv::detail::Access;
+using vexa::data::detail::ChainTarget;
+using vexa::data::detail::targetForWrite;
+using vexa::data::detail::targetOf;
 using vexa::data::impl::ObjectArrayImpl;
 
 namespace {
 
 ObjectArrayImpl& objects(vexa_array* array) { return static_cast<ObjectArrayImpl&>(*array); }
-
-/// The array of a reference and the position of its element.
-struct Place {
-    ObjectArrayImpl& array;
-    std::size_t index;
-};
-Place resolved(vexa_reference* reference) {
-    ObjectArrayImpl& array = objects(reference->getArrayImpl());
-    return {array, reference->getLinearIndex()};
-}
+ObjectArrayImpl& objects(const ChainTarget& target) { return objects(target.array); }
 
 /// The object of an element, empty when there is none.
 ValueObject valueAt(vexa_reference* reference) {
-    const Place place = resolved(reference);
-    return ValueObject(place.array.getElementObject(place.index));
+    const ChainTarget element = targetOf(*reference);
+    return ValueObject(objects(element).getElementObject(element.index));
 }
 
 /// The handle in an element. It lives as long as the element.
 HandleObjectRef& handleAt(vexa_reference* reference) {
-    const Place place = resolved(reference);
-    return *place.array.getElementAddress(place.index, fv::detail::noFieldName, false);
+    const ChainTarget element = targetOf(*reference);
+    return *objects(element).getElementAddress(element.index, fv::detail::noFieldName, false);
 }
 const vexa_handle_object* handleObjectAt(vexa_reference* reference) {
     return fv::detail::handleObject(handleAt(reference));
@@ -56,7 +53,7 @@ vexa_object* shared(const fv::Object& handle) {
     return object;
 }
 
-/// Absent when anything goes wrong.
+/// An empty handle when reading the element throws: comparisons with C linkage report no errors.
 ValueObject valueOrNothing(vexa_reference* reference) noexcept {
     try {
         return valueAt(reference);
@@ -69,7 +66,7 @@ ValueObject valueOrNothing(vexa_reference* reference) noexcept {
 
 void object_destroy_impl_x(vexa_counted* object) { delete object; }
 
-// The temporary handles go at once; the class information stays with its object.
+// The handles here are temporary. The class information that they lead to lives as long as its object.
 vexa_class_info* object_get_class_info_x(vexa_object* object) {
     const fv::ClassInfo classInfo = object->getClassInfo();
     return Access::impl(classInfo).get();
@@ -83,13 +80,13 @@ vexa_class_info* object_array_get_class_info_x(vexa_array* array) {
 bool object_array_is_heterogeneous_x(vexa_array* array) { return objects(array).isHeterogeneous(); }
 
 vexa_iterator* object_reference_begin_x(vexa_reference* reference) {
-    const Place place = resolved(reference);
-    return place.array.beginElementProperties(place.index);
+    const ChainTarget element = targetOf(*reference);
+    return objects(element).beginElementProperties(element.index);
 }
 
 vexa_iterator* object_reference_end_x(vexa_reference* reference) {
-    const Place place = resolved(reference);
-    return place.array.endElementProperties(place.index);
+    const ChainTarget element = targetOf(*reference);
+    return objects(element).endElementProperties(element.index);
 }
 
 vexa_class_info* object_reference_get_class_info_x(vexa_reference* reference) {
@@ -110,9 +107,8 @@ int object_reference_shared_copy_x(vexa_reference* reference, vexa_object** obje
 }
 
 void object_set_value_x(vexa_reference* reference, vexa_object* value) {
-    reference->prepareForWrite();
-    const Place place = resolved(reference);
-    place.array.setElementObject(place.index, value);
+    const ChainTarget element = targetForWrite(*reference);
+    objects(element).setElementObject(element.index, value);
 }
 
 bool object_reference_is_equal(vexa_reference* a, vexa_reference* b) {
@@ -179,7 +175,6 @@ void handle_ref_set_value_x(vexa_reference* reference, vexa_handle_object* value
     auto* object = dynamic_cast<vexa_object*>(value);
     object->retain();
     HandleObjectRef handle(object);
-    reference->prepareForWrite();
-    const Place place = resolved(reference);
-    place.array.setElementValue(place.index, fv::detail::noFieldName, std::move(handle));
+    const ChainTarget element = targetForWrite(*reference);
+    objects(element).setElementValue(element.index, fv::detail::noFieldName, std::move(handle));
 }

@@ -1,3 +1,4 @@
+// Dispatch from kinds of elements to their texts.
 #include "Elements.hpp"
 
 #include "Numbers.hpp"

@@ -1,4 +1,4 @@
-// Elements of arrays of every kind as short texts.
+// Single elements as short texts: what the grid of a printed matrix and `std::cout << a[i]` are made of.
 #pragma once
 
 #include <foundation/vexadata/Print.hpp>
@@ -14,11 +14,12 @@ using vexa::data::impl::ArrayImpl;
 enum class Alignment { number, right, left };
 Alignment alignmentOf(ArrayType type) noexcept;
 
-/// True for numbers, truth values, units, strings and members of enumerations: elements that fit into a grid.
+/// True for numbers, logicals, characters, strings and members of enumerations: elements that fit into a
+/// grid.
 bool isScalarKind(ArrayType type) noexcept;
 
-/// The element at a position of an array of such a kind: texts in quotes, "<missing>" and "<none>" for what is
-/// not there.
+/// The element at a position of an array of such a kind: texts in quotes, "<missing>" and "<none>" for what
+/// is not there.
 std::string elementText(ArrayImpl& array, std::size_t index, const PrintOptions& options);
 
 /// The stored value at position `index` among the non-zeros of a sparse array.

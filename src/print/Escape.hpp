@@ -1,5 +1,5 @@
-// Characters that never reach a terminal as they are. The commands use it too: standard library only, and no
-// memory of its own, so that the last complaint of a process can be escaped as well.
+// Characters that are not written to a terminal as they are. vexa-inspect uses this too: it allocates
+// nothing, so that a message about exhausted memory can be escaped as well.
 #pragma once
 
 #include <array>
@@ -51,8 +51,8 @@ constexpr ShortText asNumber(char32_t letter, char32_t code, int digits) noexcep
     return text;
 }
 
-/// Control characters, those that turn the direction of what follows, those without width of which nobody
-/// would know, and halves of surrogate pairs.
+/// Control characters, characters that change the direction of text, characters without width, and unpaired
+/// surrogates.
 constexpr bool isInvisible(char32_t code) noexcept {
     const auto between = [code](char32_t first, char32_t last) { return code >= first && code <= last; };
     return code < 0x20 || between(0x7F, 0x9F) || code == 0xAD || code == 0x61C || code == 0x180E ||

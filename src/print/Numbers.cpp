@@ -1,3 +1,4 @@
+// Doubles as text.
 #include "Numbers.hpp"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Stream operators and the texts that describe an array: names of kinds, dimensions.
 #include "Elements.hpp"
 #include "Printer.hpp"
 

@@ -1,3 +1,5 @@
+// Layout: matrices as grids page by page, non-zeros as a list, records and cells below their labels; long
+// arrays lose their middle.
 #include "Printer.hpp"
 
 #include "Elements.hpp"
@@ -8,6 +10,7 @@
 #include <foundation/vexadata/ObjectElement.hpp>
 #include <foundation/vexadata/SparseArray.hpp>
 #include <foundation/vexadata/StructArray.hpp>
+#include <vexa/data/detail/IndexRules.hpp>
 #include <vexa/data/impl/EnumArrayImpl.hpp>
 #include <vexa/data/impl/ObjectArrayImpl.hpp>
 
@@ -18,9 +21,9 @@ namespace foundation::vexadata::print {
 namespace {
 
 using Dimensions = std::vector<std::size_t>;
-using Indices = std::vector<std::size_t>;
+using Indices = std::vector<std::uint64_t>;
 
-/// The positions to show of `count`, in order; no position stands for those that are left out.
+/// The positions to show of `count`, in order; an empty entry stands for those that are left out.
 std::vector<std::optional<std::size_t>> shown(std::size_t count, bool cut, std::size_t edge) {
     std::vector<std::optional<std::size_t>> positions;
     const bool gap = cut && count > 2 * edge;
@@ -46,16 +49,8 @@ Indices indicesOf(const Dimensions& dimensions, std::size_t number, std::size_t 
     return indices;
 }
 
-/// Where the element with these indices lies.
 std::size_t positionOf(const ArrayImpl& array, const Indices& indices) {
-    const Dimensions& dimensions = array.getDimensions();
-    const bool rowMajor = array.getMemoryLayout() == vexa::data::MemoryLayout::ROW_MAJOR;
-    std::size_t position = 0;
-    for (std::size_t k = 0; k < dimensions.size(); ++k) {
-        const std::size_t dimension = rowMajor ? k : dimensions.size() - 1 - k;
-        position = position * dimensions[dimension] + indices[dimension];
-    }
-    return position;
+    return vexa::data::detail::positionOf(array.getDimensions(), indices.data(), array.getMemoryLayout());
 }
 
 std::string inBrackets(std::size_t index) {
@@ -67,7 +62,7 @@ std::string inBrackets(std::size_t index) {
 
 /// "[2]" in a row or column, "[1][2]" elsewhere.
 std::string subscript(const Dimensions& dimensions, const Indices& indices) {
-    if (dimensions.size() == 2 && (dimensions[0] == 1 || dimensions[1] == 1)) {
+    if (vexa::data::detail::isVector(dimensions)) {
         return inBrackets(indices[0] + indices[1]);
     }
     std::string text;
@@ -126,8 +121,8 @@ std::string heading(const Array& array) {
     return text;
 }
 
-/// What fits behind a label, if anything does: scalars, rows of characters, and headings of arrays without
-/// elements.
+/// The text of an array that is printed on the line of its label: scalars, rows of characters, arrays without
+/// elements. Absent for others.
 std::optional<std::string> shortText(const Array& array, const PrintOptions& options) {
     if (array.getType() == ArrayType::UNKNOWN) {
         return "empty";

@@ -1,4 +1,4 @@
-// Arrays as lines of text.
+// Arrays as lines of text: headings, grids, and nested arrays indented below their labels.
 #pragma once
 
 #include <foundation/vexadata/Print.hpp>

@@ -1,3 +1,4 @@
+// UTF-16 to UTF-8, quoting, and the width of characters on a terminal.
 #include "Text.hpp"
 
 #include "Escape.hpp"

@@ -1,4 +1,4 @@
-// UTF-16 of arrays as UTF-8 for people.
+// UTF-16 text of arrays as UTF-8 on a terminal.
 #pragma once
 
 #include <cstddef>

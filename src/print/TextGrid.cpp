@@ -1,3 +1,4 @@
+// Placing texts in columns and breaking rows that are too wide.
 #include "TextGrid.hpp"
 
 #include "Text.hpp"

@@ -32,7 +32,8 @@ public:
     void add(Column column) { columns_.push_back(std::move(column)); }
 
     /// A line for each row, each beginning with `indent`, two blanks between columns, no blanks at the end.
-    /// Columns that do not fit into `width` follow below, and each part begins with a line that names its columns.
+    /// Columns that do not fit into `width` follow below, and each part begins with a line that names its
+    /// columns.
     std::vector<std::string> lines(const std::string& indent, std::size_t width) const;
 
 private:

@@ -1,3 +1,4 @@
+// Records of variables that pass between a client and an engine.
 #include <foundation/vexadata/VariableInfo.hpp>
 #include <foundation/vexadata/detail/Text.hpp>
 

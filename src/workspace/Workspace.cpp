@@ -1,3 +1,4 @@
+// The workspace of an engine in the same process: each operation is one callback of the engine.
 #include <foundation/vexadata/InProcessCustomWorkspace.hpp>
 #include <vexa/data/detail/ForwardIteratorImpl.hpp>
 
@@ -17,8 +18,8 @@ namespace {
 
 using Record = std::shared_ptr<VariableInfoImplData>;
 
-/// Stands for a position in the record. Other than iterators elsewhere, it hands the record out without adding
-/// a reference, as engines expect.
+/// A position in the record. Unlike other forward iterators, `get` gives the record without adding a
+/// reference: engines rely on it.
 class VariableInfoIterator final : public ForwardIteratorImpl {
 public:
     VariableInfoIterator(Record record, std::size_t position)
@@ -36,7 +37,8 @@ private:
     std::size_t position_;
 };
 
-/// Calls an exchange over all variables of the record. The iterators are owned here, also when the engine throws.
+/// Calls an exchange over all variables of the record. The iterators are owned here, also when the engine
+/// throws.
 void exchange(InProcessCustomWorkspace::ExchangeVariables callback, InProcessCustomWorkspace::Context context,
               const Record& record, std::size_t count) {
     const auto begin = Access::createSharedPtr<ForwardIteratorImpl>(new VariableInfoIterator(record, 0));

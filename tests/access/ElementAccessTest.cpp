@@ -174,8 +174,8 @@ constexpr bool comparable = false;
 template <class A, class B>
 constexpr bool comparable<A, B, std::void_t<decltype(std::declval<A>() == std::declval<B>())>> = true;
 
-// Whatever names an element may stand on either side. Asked of the types, so that a form that does not compile
-// is one failure among others.
+// Whatever names an element may stand on either side. Asked of the types, so that a form that does not
+// compile is one failure among others.
 TEST(ReferenceForms, AssignAndCompareAcrossTheirKinds) {
     using Element = ArrayElementTypedRef<double, false>;
     using ConstElement = ArrayElementTypedRef<double, true>;

@@ -1,5 +1,5 @@
-// Elements that handles reach in place, without asking the back-end. That they are those that a back-end gives when it is asked is
-// what the models say in tests/models, over both.
+// Elements that handles reach in place, without asking the back-end. That they are those that a back-end
+// gives when it is asked is what the models say in tests/models, over both.
 #include <foundation/vexadata/VexaData.hpp>
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
-// What may be appended to an index chain, which element it means, and which error comes first: through element handles,
-// which hold their chain in place, and through shared chains.
+// What may be appended to an index chain, which element it means, and which error comes first: through
+// element handles, which hold their chain in place, and through shared chains.
 #include "support/Ledger.hpp"
 #include "support/Throws.hpp"
 

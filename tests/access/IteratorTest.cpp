@@ -1,5 +1,5 @@
-// Typed iterators over contiguous storage, which move by pointer, and over a back-end's own iterators, which are
-// forwarded to: both behave the same. Ranges and the order in which they ask the back-end.
+// Typed iterators over contiguous storage, which move by pointer, and over a back-end's own iterators, which
+// are forwarded to: both behave the same. Ranges and the order in which they ask the back-end.
 #include "support/AllocationCountdown.hpp"
 #include "support/Ledger.hpp"
 #include "support/NoTypeInformation.hpp"

@@ -1,5 +1,5 @@
-// References that are kept while what they refer to is replaced, released or shared: they fail or follow, and never reach into
-// memory that is not theirs.
+// References that are kept while what they refer to is replaced, released or shared: they fail or follow, and
+// never reach into memory that is not theirs.
 #include "support/Ledger.hpp"
 #include "support/Throws.hpp"
 

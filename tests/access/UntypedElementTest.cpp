@@ -1,4 +1,5 @@
-// Elements of arrays whose kind is known at run time only do what those of typed arrays do, and refuse other kinds.
+// Elements of arrays whose kind is known at run time only do what those of typed arrays do, and refuse other
+// kinds.
 #include "support/Ledger.hpp"
 #include "support/Throws.hpp"
 

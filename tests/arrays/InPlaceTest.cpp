@@ -1,5 +1,5 @@
-// One program of accesses over arrays whose elements handles reach in place and over arrays of another back-end that hold the same:
-// the same values, the same errors.
+// One program of accesses over arrays whose elements handles reach in place and over arrays of another
+// back-end that hold the same: the same values, the same errors.
 #include "support/Throws.hpp"
 
 #include <foundation/vexadata/VexaData.hpp>
@@ -239,8 +239,8 @@ TEST(InPlaceStrings, GiveWhatAskedOnesGive) {
         out << value->size() << element.toAscii();
     };
     std::vector<Step<T>> steps;
-    for (std::size_t i : {0, 1, 2}) {
-        for (std::size_t j : {0, 1, 4}) {
+    for (const std::size_t i : {0UL, 1UL, 2UL}) {
+        for (const std::size_t j : {0UL, 1UL, 4UL}) {
             steps.push_back({"compare", [=](T& t, Out& out) { compare(t, i, j, out); }});
             steps.push_back({"one index", [=](T& t, Out& out) {
                                  out << (t[j] == u"bbbb") << String(t[j].value()).has_value();

@@ -18,7 +18,8 @@ using support::throwsExactly;
 constexpr auto cannotNarrow = "Can't convert to ASCII";
 constexpr auto notAscii = "Input data can only contain ASCII characters";
 
-/// The texts of a character array, by handle and by reference; both ways have to agree, also in what they throw.
+/// The texts of a character array, by handle and by reference; both ways have to agree, also in what they
+/// throw.
 template <class Check>
 void bothWays(const CharArray& array, Check check) {
     auto cells = ArrayFactory().createArray<Array>({1, 1}, {array});

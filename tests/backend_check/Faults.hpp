@@ -1,5 +1,5 @@
-// What can go wrong with any operation. The environment variable VEXADATA_FAULT names one operation and how it
-// is wrong, such as "getField/leaked", and after an @ when, such as "sharedCopy/shares@cube"; faults.cmake
+// What can go wrong with any operation. The environment variable VEXADATA_FAULT names one operation and how
+// it is wrong, such as "getField/leaked", and after an @ when, such as "sharedCopy/shares@cube"; faults.cmake
 // lists those that are run.
 #pragma once
 

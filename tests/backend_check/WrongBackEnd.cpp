@@ -1,6 +1,6 @@
 // A back-end that passes everything on to the embedded one, but for the one thing that the environment
-// variable VEXADATA_FAULT names: an operation and how it is wrong. faults.cmake lists them; what any operation
-// can do wrong is in Faults.hpp.
+// variable VEXADATA_FAULT names: an operation and how it is wrong. faults.cmake lists them; what any
+// operation can do wrong is in Faults.hpp.
 
 #include "Faults.hpp"
 
@@ -1647,8 +1647,8 @@ ArrayFactoryImpl* wrongFactory() {
     return counted("factory", fresh());
 }
 
-/// The embedded back-end has registered itself as the client's when this library is loaded; the engine's place
-/// goes first.
+/// The embedded back-end has registered itself as the client's when this library is loaded; the engine's
+/// place goes first.
 const bool registered = [] {
     if (chosen() == "crash-on-load") std::raise(SIGSEGV);
     if (chosen() == "throws-on-load") throw std::runtime_error("no licence");

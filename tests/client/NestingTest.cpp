@@ -123,8 +123,8 @@ TEST_P(Nested, ShareTheirPartsInAllThatIsDoneWithThem) {
     });
 }
 
-/// Stores one of a few arrays into a place in another, again and again. Some of the places are references that
-/// were made while nobody shared what they go into, which they go on writing.
+/// Stores one of a few arrays into a place in another, again and again. Some of the places are references
+/// that were made while nobody shared what they go into, which they go on writing.
 class Stores {
 public:
     explicit Stores(std::mt19937& random) : random_(random) {

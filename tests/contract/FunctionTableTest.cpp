@@ -45,8 +45,8 @@ void expectRows(const std::string& exports, const char* library) {
     for (const std::string& name : names)
         if (name.compare(0, 4, "_ZTV") == 0) addWordsOf(dlsym(handle, name.c_str()), known);
 
-    // Tables and type information, static variables of functions, constructors and destructors have no result.
-    // The last three are virtual, but pure with a body, and so in no vtable.
+    // Tables and type information, static variables of functions, constructors and destructors have no
+    // result. The last three are virtual, but pure with a body, and so in no vtable.
     const std::regex exempt("_ZT.*|_ZG.*|_ZZ.*|.*[CD][0-2]E.*|"
                             ".*EnumArrayImpl11getEnumName.*|.*StructArrayImpl14endFieldValues.*|"
                             ".*TypedArrayImplISt8optional.*15setElementValue.*");

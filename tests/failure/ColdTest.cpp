@@ -1,6 +1,6 @@
-// Every operation as the first thing that a process does, with memory that runs out at each of its allocations
-// or a back-end that gives null; and which operations end the process. Nothing of the library is made in this
-// process.
+// Every operation as the first thing that a process does, with memory that runs out at each of its
+// allocations or a back-end that gives null; and which operations end the process. Nothing of the library is
+// made in this process.
 #include "Child.hpp"
 #include "ThrowingBackEnd.hpp"
 #include "World.hpp"
@@ -52,8 +52,8 @@ struct Told {
     std::ptrdiff_t left; // blocks, after all that was done
 };
 
-/// The operation with something failing as `prepare` has it, and once more with nothing failing. What it works
-/// on was
+/// The operation with something failing as `prepare` has it, and once more with nothing failing. What it
+/// works on was
 /// `made` before, or is made meanwhile.
 void runCold(const Operation& operation, Maker maker, bool made, const std::function<void()>& prepare,
              Told& told) {

@@ -1,5 +1,5 @@
-// The inputs that the fuzzer of the readers kept, the sample data, and both cut short. A difference between a file and a pipe ends
-// the process and says what it is.
+// The inputs that the fuzzer of the readers kept, the sample data, and both cut short. A difference between a
+// file and a pipe ends the process and says what it is.
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -1,5 +1,5 @@
-// The models of the fuzzer: the inputs that were kept, and inputs from fixed seeds. A difference ends the process and says after
-// which operations.
+// The models of the fuzzer: the inputs that were kept, and inputs from fixed seeds. A difference ends the
+// process and says after which operations.
 #include "fuzz/arrays/World.hpp"
 #include "support/AllocationCountdown.hpp"
 

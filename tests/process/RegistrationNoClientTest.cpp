@@ -1,5 +1,5 @@
-// Registration of back-end factories in a process that has none to begin with. A registration lasts as long as the
-// process, so each case wants a process of its own, as ctest gives it.
+// Registration of back-end factories in a process that has none to begin with. A registration lasts as long
+// as the process, so each case wants a process of its own, as ctest gives it.
 #include "support/Ledger.hpp"
 #include "support/Throws.hpp"
 
@@ -170,8 +170,8 @@ TEST_F(RegistrationTest, EachRequestCallsTheFunctionForOneReference) {
     }
 }
 
-/// True when one of several threads with different functions succeeds, the others fail, and its function is in
-/// force.
+/// True when one of several threads with different functions succeeds, the others fail, and its function is
+/// in force.
 bool oneOfManyThreadsWins(const Slot& slot) {
     std::atomic<std::size_t> waiting{functions.size()};
     std::atomic<int> winners{0}, losers{0}, winner{-1};

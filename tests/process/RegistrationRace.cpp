@@ -1,5 +1,5 @@
-// Threads that register back-ends at once, in processes that have just begun: this program starts itself again
-// and again.
+// Threads that register back-ends at once, in processes that have just begun: this program starts itself
+// again and again.
 #include <foundation/vexadata/ArrayFactory.hpp>
 
 #include <spawn.h>

@@ -1,5 +1,5 @@
-// A library for LD_PRELOAD: the environment says which allocation of the program fails, counted from its first
-// instruction.
+// A library for LD_PRELOAD: the environment says which allocation of the program fails, counted from its
+// first instruction.
 //   FAIL_AT=7         the seventh fails
 //   FAIL_FROM=7       the seventh fails and all that follow
 //   COUNT_TO=FILE     the number of allocations is written to FILE when the program ends

@@ -1,5 +1,5 @@
-// A library for LD_PRELOAD: a system that refuses memory to a program that has allocation functions of its own
-// in front of the C library's. Processes that the program forks go on with its count.
+// A library for LD_PRELOAD: a system that refuses memory to a program that has allocation functions of its
+// own in front of the C library's. Processes that the program forks go on with its count.
 //   REFUSE_AT=7     the seventh request is refused
 //   REFUSE_FROM=7   the seventh and all that follow
 #include <dlfcn.h>

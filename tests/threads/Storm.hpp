@@ -61,8 +61,8 @@ struct Held {
 
 using vexa::testing::Kind;
 
-/// One worker's handles, some of which share an array with each other and with those of other workers. Nothing
-/// but the counts in the arrays orders what the workers do.
+/// One worker's handles, some of which share an array with each other and with those of other workers.
+/// Nothing but the counts in the arrays orders what the workers do.
 class Worker {
 public:
     Worker(const Kind& kind, std::vector<Held> handles, std::size_t seed)

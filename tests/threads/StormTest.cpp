@@ -52,7 +52,8 @@ TEST_P(Storms, NobodySeesTheOthersWrites) {
     report(std::uint64_t{rounds} * operations * workers);
 }
 
-/// All threads read one array, through handles and iterators of their own; one gives up its handle and writes.
+/// All threads read one array, through handles and iterators of their own; one gives up its handle and
+/// writes.
 TEST_P(Storms, ReadersKeepWhatAWriterLeaves) {
     constexpr std::size_t reads = 10;
     const std::size_t rounds = 50 * times();
@@ -98,8 +99,8 @@ TEST_P(Storms, OneConstantHandleIsReadByAll) {
     report(std::uint64_t{rounds} * reads * workers * 3);
 }
 
-/// Counts of what was made while the process had one thread, changed without locked instructions, must hold on
-/// many.
+/// Counts of what was made while the process had one thread, changed without locked instructions, must hold
+/// on many.
 TEST_P(Storms, ArraysOfTheTimeBeforeThreadsAreShared) {
     constexpr std::size_t cycles = 5, operations = 50;
     const Kind& kind = this->kind();
@@ -151,7 +152,8 @@ TEST_P(Storms, ArraysOfTheTimeBeforeThreadsAreShared) {
 INSTANTIATE_TEST_SUITE_P(Kinds, Storms, testing::Range<std::size_t>(0, vexa::testing::catalogue().size()),
                          [](const auto& each) { return vexa::testing::catalogue()[each.param].name; });
 
-/// All threads copy and drop the same handles, and retain and release the same objects: the counts come out even.
+/// All threads copy and drop the same handles, and retain and release the same objects: the counts come out
+/// even.
 TEST(Storm, CountsComeOutEven) {
     const std::size_t rounds = 25'000 * times();
     ArrayFactory factory;

@@ -57,7 +57,8 @@ class Backend {
 public:
     using Step = std::function<void(std::string_view)>;
 
-    /// `missing` are the capabilities that the back-end does not offer; `step` is told what is about to be done.
+    /// `missing` are the capabilities that the back-end does not offer; `step` is told what is about to be
+    /// done.
     Backend(Owned<ArrayFactoryImpl> factory, Names missing, Step step)
         : factory_(std::move(factory)), missing_(std::move(missing)), step_(std::move(step)) {}
 

@@ -226,7 +226,7 @@ void addCreationChecks(Checks& checks) {
     for (const auto type : {ArrayType::CELL, ArrayType::STRING})
         addKind(creation, type);
     creation.addCapability("struct arrays", creates, "struct", {}, structs);
-    creation.addCapability("enum arrays", creates, "enum", {}, enums);
+    creation.addCapability("enumeration arrays", creates, "enumeration", {}, enums);
     for (const auto type :
          {ArrayType::SPARSE_LOGICAL, ArrayType::SPARSE_DOUBLE, ArrayType::SPARSE_COMPLEX_DOUBLE})
         addSparse(creation, type);

@@ -169,7 +169,7 @@ void refusesOtherKinds(Backend& backend) {
         const Sample& sample = subject.model.sample();
         const std::string of = " of a " + subject.what;
         const bool holder = sample.name == "cell" || sample.name == "struct";
-        const bool text = sample.name == "string" || sample.name == "enum";
+        const bool text = sample.name == "string" || sample.name == "enumeration";
         for (const bool forWrite : {false, true}) {
             if (holder) break;
             ReferenceImpl* chain = array.createElementReference(0, {}, forWrite);

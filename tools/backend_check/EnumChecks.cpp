@@ -18,7 +18,7 @@ Owned<ArrayImpl> colours(const Backend& backend, const std::string& className = 
 /// All names of an array, lent at once.
 void namesOfMembers(Backend& backend) {
     eachSubject(backend, {true, true, false, false}, [&](Subject& subject) {
-        if (subject.model.sample().name != "enum") return;
+        if (subject.model.sample().name != "enumeration") return;
         const EnumArrayImpl& array = asEnums(*subject.array);
         std::vector<const char*> names;
         for (std::size_t k = 0; k < subject.model.size(); ++k) {
@@ -68,11 +68,11 @@ void writes(Backend& backend) {
     const auto array = colours(backend);
     array->unshare();
     array->setString(1, {}, "Blue");
-    expectContents("an enum array after setString", *array, {"Red", "Blue", "Red", "Blue"});
+    expectContents("an enumeration array after setString", *array, {"Red", "Blue", "Red", "Blue"});
     asEnums(*array).setElementValue(3, {}, fv::Enumeration("Green"));
-    expectContents("an enum array after setElementValue", *array, {"Red", "Blue", "Red", "Green"});
+    expectContents("an enumeration array after setElementValue", *array, {"Red", "Blue", "Red", "Green"});
     expect(array->createElementReference(0, {}, false) == nullptr,
-           "createElementReference of an enum array is not null");
+           "createElementReference of an enumeration array is not null");
 }
 
 /// More members than fit into a byte, or into two.
@@ -101,9 +101,9 @@ void classesDiffer(Backend& backend) {
         const auto first = colours(backend, one);
         const auto second = colours(backend, other);
         expect(!first->isEqual(second.get()) && !second->isEqual(first.get()),
-               "isEqual of enum arrays of the classes " + one + " and " + other + " is true");
+               "isEqual of enumeration arrays of the classes " + one + " and " + other + " is true");
     }
-    expect(array->isEqual(colours(backend).get()), "isEqual of equal enum arrays is false");
+    expect(array->isEqual(colours(backend).get()), "isEqual of equal enumeration arrays is false");
 }
 
 /// By their names, whatever came first, and whoever else has the same.
@@ -114,12 +114,12 @@ void membersDiffer(Backend& backend) {
     const auto array = arrayOf({"A", "B", "A", "C"});
     for (const Contents& names : {Contents{"B", "A", "B", "C"}, {"A", "B", "A", "D"}, {"C", "A", "C", "B"}})
         expect(!array->isEqual(arrayOf(names).get()) && !arrayOf(names)->isEqual(array.get()),
-               "isEqual of enum arrays with the members A, B, A, C and " + show(names) + " is true");
+               "isEqual of enumeration arrays with the members A, B, A, C and " + show(names) + " is true");
     const auto written = arrayOf({"C", "A", "B", "A"});
     for (const auto& [k, name] : {std::pair<std::size_t, const char*>{0, "A"}, {1, "B"}, {2, "A"}, {3, "C"}})
         written->setString(k, {}, name);
     expect(array->isEqual(written.get()) && written->isEqual(array.get()),
-           "isEqual of equal enum arrays, one of them written, is false");
+           "isEqual of equal enumeration arrays, one of them written, is false");
 }
 
 /// No list of members: elements have none until they are written, if they may be.
@@ -142,17 +142,17 @@ void addEnumChecks(Checks& checks) {
     const std::string name =
         "getEnumNameAt is the NUL-terminated name, valid until the array is changed (orders 18, 43)";
     const std::string write = "setString and setElementValue set the member by its name (orders 19, 39)";
-    enums.add("names of members", name, {"enum"}, namesOfMembers);
+    enums.add("names of members", name, {"enumeration"}, namesOfMembers);
     enums.add("name of the class",
               "getClassName is as long as the array lives and holds as many bytes as elements (order 41)",
-              {"enum"}, nameOfClass);
-    enums.add("members are written by name", write, {"enum"}, writes);
-    enums.add("many members", name, {"enum"}, manyMembers);
-    enums.add("members tell arrays apart", "isEqual is element-wise equality (order 35)", {"enum"},
+              {"enumeration"}, nameOfClass);
+    enums.add("members are written by name", write, {"enumeration"}, writes);
+    enums.add("many members", name, {"enumeration"}, manyMembers);
+    enums.add("members tell arrays apart", "isEqual is element-wise equality (order 35)", {"enumeration"},
               membersDiffer);
     enums.add("no members", "`members` holds the member name of each element, or nothing (factory, 20)",
-              {"enum"}, withoutMembers);
-    enums.add("classes tell arrays apart", "isEqual is element-wise equality (order 35)", {"enum"},
+              {"enumeration"}, withoutMembers);
+    enums.add("classes tell arrays apart", "isEqual is element-wise equality (order 35)", {"enumeration"},
               classesDiffer);
 }
 

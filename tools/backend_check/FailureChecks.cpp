@@ -113,7 +113,7 @@ void eachOperation(Backend& backend, bool (*chosen)(const Sample&),
 
 bool isNumber(const Sample& sample) { return sample.primitive; }
 bool isHolder(const Sample& sample) { return sample.name == "cell" || sample.name == "struct"; }
-bool isText(const Sample& sample) { return sample.name == "string" || sample.name == "enum"; }
+bool isText(const Sample& sample) { return sample.name == "string" || sample.name == "enumeration"; }
 bool isSparseKind(const Sample& sample) { return sample.sparse; }
 bool isObject(const Sample& sample) { return sample.name == "object-array"; }
 

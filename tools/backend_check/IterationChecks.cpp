@@ -86,8 +86,8 @@ void sparseAddresses(Backend& backend) {
     });
 }
 
-/// Writes all elements of `written` through iterators, the end asked for first or last; `spared` keeps what it
-/// holds.
+/// Writes all elements of `written` through iterators, the end asked for first or last; `spared` keeps what
+/// it holds.
 template <class T>
 void expectWritable(const std::string& what, ArrayImpl& written, ArrayImpl& spared, bool endFirst) {
     const std::size_t count = written.getNumberOfElements();

@@ -4,14 +4,15 @@
 #include <foundation/vexadata/ArrayType.hpp>
 #include <foundation/vexadata/detail/ByKind.hpp>
 
-#include <string_view>
+#include <string>
 
 namespace vexa::check {
 
 using foundation::vexadata::ArrayType;
 
-/// E.g. "double", "complex-int8", "cell"; "no type" for a value that is none.
-std::string_view nameOf(ArrayType type);
+/// The name that printed arrays have, with hyphens: "double", "complex-int8", "enumeration"; "unknown" for a
+/// value that is no kind.
+std::string nameOf(ArrayType type);
 
 using foundation::vexadata::detail::ElementTag;
 using foundation::vexadata::detail::forEachPrimitive;

@@ -393,7 +393,8 @@ void membersOfEnumerations(Backend& backend) {
     }
 }
 
-// --- references to properties, in objects and in arrays of them -------------------------------------------------
+// --- references to properties, in objects and in arrays of them
+// -------------------------------------------------
 
 using Reference = std::function<Owned<ReferenceImpl>()>;
 
@@ -638,8 +639,8 @@ void elementsOfArrays(Backend& backend) {
     }
 }
 
-/// One object in several elements, and held by somebody else: a write through one element's properties changes
-/// that one.
+/// One object in several elements, and held by somebody else: a write through one element's properties
+/// changes that one.
 void sharedObjects(Backend& backend) {
     const bool byScalar = backend.offers("object-scalar");
     for (std::size_t written = 0; written < (byScalar ? 5U : 4U); ++written) {

@@ -315,12 +315,13 @@ void addForTexts(std::vector<Operation>& all) {
              subject.model.sample().writers[0].write(backend, *subject.array, 0, subject.model.pattern(),
                                                      element);
          }});
-    all.push_back({"castToString", "enum", true, {}, [](const Backend&, Subject& subject, Trial& trial) {
-                       expectEqual("castToString", trial([&] { return subject.array->castToString(1, {}); }),
-                                   subject.model.contents()[1]);
-                   }});
+    all.push_back(
+        {"castToString", "enumeration", true, {}, [](const Backend&, Subject& subject, Trial& trial) {
+             expectEqual("castToString", trial([&] { return subject.array->castToString(1, {}); }),
+                         subject.model.contents()[1]);
+         }});
     all.push_back({"names of members and of the class",
-                   "enum",
+                   "enumeration",
                    true,
                    {},
                    [](const Backend&, Subject& subject, Trial& trial) {
@@ -665,17 +666,17 @@ std::vector<Refusal> allRefusals() {
         setString(asStrings(array), 0, fv::String(std::u16string(40, u'\u00e9')));
         array.castToString(0, {});
     });
-    for (const char* kind : {"number", "string", "enum"})
+    for (const char* kind : {"number", "string", "enumeration"})
         add("assignElementArray to an element that holds none", kind, {},
             [](const Backend&, ArrayImpl& array) {
                 const auto other = adopt(array.sharedCopy(), "sharedCopy");
                 array.assignElementArray(0, {}, other.get());
             });
-    for (const char* kind : {"number", "cell", "string", "struct", "enum", "object-array"}) {
+    for (const char* kind : {"number", "cell", "string", "struct", "enumeration", "object-array"}) {
         add("getJc of what is not sparse", kind, {}, [](const Backend&, ArrayImpl& array) { array.getJc(); });
         add("getIr of what is not sparse", kind, {}, [](const Backend&, ArrayImpl& array) { array.getIr(); });
     }
-    for (const char* kind : {"cell", "string", "struct", "enum", "object-array"})
+    for (const char* kind : {"cell", "string", "struct", "enumeration", "object-array"})
         add("copyOutBuffer of what is not contiguous", kind, {}, [](const Backend&, ArrayImpl& array) {
             void* memory = nullptr;
             Deleter deleter = nullptr;

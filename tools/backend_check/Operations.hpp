@@ -13,7 +13,8 @@ namespace vexa::check {
 
 using testing::FailingAllocations;
 
-/// Around the calls in which allocations are to fail: the n-th of all that they make, and with `onwards` all that follow.
+/// Around the calls in which allocations are to fail: the n-th of all that they make, and with `onwards` all
+/// that follow.
 class Trial {
 public:
     Trial() = default;

@@ -40,8 +40,8 @@ struct Sequence {
     std::function<std::string(data::detail::RefCounted&)> nameOf;
 };
 
-/// Walks a sequence in every way there is: by steps, by clones, with several objects held at once; counts what
-/// it is given.
+/// Walks a sequence in every way there is: by steps, by clones, with several objects held at once; counts
+/// what it is given.
 void expectSequence(const Sequence& sequence, const std::vector<std::string>& wanted);
 
 } // namespace vexa::check

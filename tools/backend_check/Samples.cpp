@@ -222,7 +222,7 @@ std::string memberAt(std::size_t pattern, std::size_t n) {
 }
 
 Sample enumSample() {
-    Sample sample{"enum", {"enum"}};
+    Sample sample{"enumeration", {"enumeration"}};
     sample.knownValuesOnly = true;
     sample.origins = {{"", {}, [](const Backend& backend, const Dimensions& dimensions, std::size_t pattern) {
                            Contents members;
@@ -647,7 +647,7 @@ void expectDescribed(const std::string& what, ArrayImpl& array, const Model& mod
     if (kind == "string" && model.pattern() == counting)
         describesTexts(of, array, model,
                        [](const std::string& quoted) { return quoted.substr(1, quoted.size() - 2); });
-    if (kind == "enum") {
+    if (kind == "enumeration") {
         expectEqual("getClassName" + of, std::string(asEnums(array).getClassName()), "Colors");
         describesTexts(of, array, model, [](const std::string& name) { return name; });
     }
@@ -711,8 +711,8 @@ const std::array<History, 9> histories{{
 
 /// Kinds of which 70,000 elements are made.
 bool isLargeKind(const Sample& sample) {
-    static const Contents names{"logical", "int8", "double",       "complex-single",
-                                "string",  "enum", "sparse-double"};
+    static const Contents names{"logical", "int8",        "double",       "complex-single",
+                                "string",  "enumeration", "sparse-double"};
     return std::find(names.begin(), names.end(), sample.name) != names.end();
 }
 

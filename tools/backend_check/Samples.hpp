@@ -79,7 +79,8 @@ void setString(StringArrayImpl& array, std::size_t index, fv::String value);
 
 /// Kind, dimensions and elements of an array, such as "1x1 double [7]"; "empty" for one of 0 by 0.
 std::string shownArray(ArrayImpl& array);
-/// The array in an element or field as text, or what stands in its place: "empty", "no array", "no reference".
+/// The array in an element or field as text, or what stands in its place: "empty", "no array", "no
+/// reference".
 std::string shownElementArray(ArrayImpl& holder, std::size_t index, const std::string& fieldName);
 /// Stores as the library does: storage made exclusive, then the array.
 void assign(ArrayImpl& holder, std::size_t index, const std::string& fieldName, ArrayImpl& array);

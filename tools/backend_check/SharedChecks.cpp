@@ -201,10 +201,10 @@ Lent lentBy(ArrayImpl& array, const Model& model) {
         add(array.getJc(), array.getCols() + 1);
     }
     const std::string& kind = model.sample().name;
-    if (kind == "enum")
+    if (kind == "enumeration")
         lent.emplace_back([name = asEnums(array).getClassName()] { return std::string(name); });
     for (const std::size_t k : somePositions(model.size())) {
-        if (kind == "enum")
+        if (kind == "enumeration")
             lent.emplace_back([name = asEnums(array).getEnumNameAt(k)] { return std::string(name); });
         if (kind == "string") {
             const char16_t* text = nullptr;

@@ -24,9 +24,8 @@ public:
     explicit Catalogue(std::vector<Entry> entries);
 
     /// A line of titles and one for each variable: name, class, dimensions, bytes. The columns of a table
-    /// follow it, by names that
-    /// `show` takes.
-    /// Notes on numbers that were changed when they were read come last.
+    /// follow it, by names that `show` takes. Notes on numbers that were changed when they were read come
+    /// last.
     std::string list() const;
 
     /// The values of a variable, or of a field of one, "weather" or "weather.wind", and notes on them. Throws

@@ -42,8 +42,8 @@ Number beyondRange(std::string_view text) {
 
 Cell numberCell(const Number& number, DecimalMark mark) { return {CellKind::number, number, mark}; }
 
-/// The digits of a whole number that is written without exponent, and with zeros alone behind its point; empty
-/// for others.
+/// The digits of a whole number that is written without exponent, and with zeros alone behind its point;
+/// empty for others.
 std::string_view wholeDigits(std::string_view text) {
     if (text.starts_with('-')) text.remove_prefix(1);
     const std::size_t point = std::min(text.find('.'), text.size());

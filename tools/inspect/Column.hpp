@@ -17,11 +17,12 @@ namespace vexa::inspect {
 /// - nothing but missing cells: `undecided`;
 /// - true and false, with or without missing cells: `logical`;
 /// - whole numbers, some beyond 2^53, none missing: `int64` or else `uint64`, if they hold them all;
-/// - other numbers, with or without missing cells: `number`; decimal points beside decimal commas contradict each
-///   other;
+/// - other numbers, with or without missing cells: `number`; decimal points beside decimal commas contradict
+///   each other;
 /// - everything else, from the first cell that contradicts: `text`.
 ///
-/// The texts of cells are kept from the first cell of the kind `text` on, unless they are kept from the start.
+/// The texts of cells are kept from the first cell of the kind `text` on, unless they are kept from the
+/// start.
 class Column {
 public:
     enum class Kind { undecided, logical, number, int64, uint64, text };
@@ -36,7 +37,8 @@ public:
     Kind kind() const noexcept { return kind_; }
     std::size_t missing() const noexcept { return missing_; }
 
-    /// One value a cell, NaN where it is missing, 1 and 0 for true and false; empty when the kind is another one.
+    /// One value a cell, NaN where it is missing, 1 and 0 for true and false; empty when the kind is another
+    /// one.
     GrowingBuffer<double>& values() noexcept { return values_; }
     /// One value a cell when the kind is `int64`; when it is `uint64`, those of the same bits.
     GrowingBuffer<std::int64_t>& integers() noexcept { return integers_; }

@@ -30,7 +30,8 @@ std::u16string toUtf16(std::string_view text);
 
 /// The longest that Latin-1 grows as UTF-8.
 inline constexpr std::size_t utf8BytesOfLatin1 = 2;
-/// Writes `text`, which is Latin-1, as UTF-8 to `out`, which has room for it; returns the number of bytes written.
+/// Writes `text`, which is Latin-1, as UTF-8 to `out`, which has room for it; returns the number of bytes
+/// written.
 std::size_t latin1ToUtf8(std::string_view text, char* out) noexcept;
 
 } // namespace vexa::inspect

@@ -37,7 +37,7 @@ public:
         budget_->take(bytes);
         bytes_ += bytes;
     }
-    /// Answers for bytes that somebody else took.
+    /// Takes over the bytes that another share has charged.
     void inherit(std::uint64_t bytes) noexcept { bytes_ += bytes; }
 
 private:
@@ -51,8 +51,8 @@ std::uint64_t availableMemory();
 /// "1.5 GB", "0 bytes": three digits at most, units of 1000.
 std::string formatBytes(std::uint64_t bytes);
 
-/// The number of bytes that "500", "500 MB" or "2GiB" mean, in any case; nothing for other texts and beyond 64
-/// bits.
+/// The number of bytes that "500", "500 MB" or "2GiB" mean, in any case; nothing for other texts and beyond
+/// 64 bits.
 std::optional<std::uint64_t> parseBytes(std::string_view text);
 
 /// A whole number in decimal digits and nothing else; nothing beyond 64 bits.

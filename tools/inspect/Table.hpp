@@ -23,8 +23,8 @@ struct Variable {
     Losses losses;
 };
 
-/// A 1-by-1 struct whose fields are the columns, n-by-1 arrays: every column stays one contiguous array, where a
-/// struct of n records would take an array for each cell of the file.
+/// A 1-by-1 struct whose fields are the columns, n-by-1 arrays: every column stays one contiguous array,
+/// where a struct of n records would take an array for each cell of the file.
 /// - `bool` for true and false without missing cells;
 /// - `double` for numbers, NaN for missing cells;
 /// - `int64` or `uint64` for whole numbers that `double` would round, none of them missing;
@@ -37,7 +37,8 @@ struct Table {
     MemoryShare memory;
 };
 
-/// Reads delimited text to its end; `head` is its first chunk. Without `delimiter`, finds out. Throws InputError.
+/// Reads delimited text to its end; `head` is its first chunk. Without `delimiter`, finds out. Throws
+/// InputError.
 Table readTable(Chunks& chunks, std::string_view head, std::optional<char> delimiter, MemoryBudget& budget);
 
 /// A line of titles, one line a variable, notes on numbers that are shown changed, and the words of each

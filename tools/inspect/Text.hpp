@@ -21,9 +21,9 @@ std::string counted(std::size_t count, const std::string& noun, const std::strin
 /// The most characters of a name that are shown: as many as of a text in an array.
 inline constexpr std::size_t longestName = 100;
 
-/// `text` as valid UTF-8 on one line. What steers a terminal or cannot be seen is written as in a C++ literal,
-/// and so are bytes that are not UTF-8; backslashes stay as they are. Of more than `most` characters the first
-/// ones are shown, and "..." follows.
+/// `text` as valid UTF-8 on one line. What steers a terminal or cannot be seen is written as in a C++
+/// literal, and so are bytes that are not UTF-8; backslashes stay as they are. Of more than `most` characters
+/// the first ones are shown, and "..." follows.
 std::string printable(std::string_view text, std::size_t most = std::string_view::npos);
 
 /// The same, handed on piece by piece without any memory of its own.

@@ -49,7 +49,8 @@ Array makeIntegers(GrowingBuffer<std::int64_t>& values, ArrayFactory& factory, M
     const std::size_t rows = values.size();
     auto storage = values.release(memory);
     const auto free = storage.get_deleter();
-    // A type and its unsigned one may stand for each other.
+    // The language lets a signed integer be accessed as the unsigned one of its width, and the other way
+    // round.
     std::unique_ptr<T[], void (*)(void*)> elements(reinterpret_cast<T*>(storage.release()), free);
     return factory.createArrayFromBuffer<T>({rows, 1}, std::move(elements));
 }
@@ -72,9 +73,8 @@ Array makeEnumeration(TextBuffer& texts, const std::string& className, ArrayFact
     return members;
 }
 
-/// An array of strings takes 16 bytes an element, and two for each unit of longer texts, three times that
-/// while it grows. The longest text, of which nothing is known but that all together are no shorter, is on its
-/// way besides.
+/// An array of strings takes 16 bytes an element, and two for each unit of longer texts; while it grows,
+/// three times that. To this comes one text as UTF-16, whose length is bounded by that of all texts together.
 Array makeStrings(TextBuffer& texts, ArrayFactory& factory, MemoryShare& memory) {
     constexpr std::size_t longestText = std::size_t{16} << 20;
     memory.take(16 * texts.size() + 6 * texts.bytes() + 2 * std::min(texts.bytes(), longestText));

@@ -20,7 +20,8 @@ foundation::vexadata::Array makeArray(Column& column, const std::string& classNa
 /// The numbers of an array that are not missing; false and true are 0 and 1. Empty for other kinds of arrays.
 std::vector<double> presentValues(const foundation::vexadata::Array& array);
 
-/// The least and the greatest element of an array of 64-bit integers, in all their digits; empty for other arrays.
+/// The least and the greatest element of an array of 64-bit integers, in all their digits; empty for other
+/// arrays.
 struct Extremes {
     std::string minimum;
     std::string maximum;

@@ -29,7 +29,7 @@ using namespace vexa::inspect;
 constexpr int success = 0;
 constexpr int failure = 2;
 
-/// Longer names of files can only be mistakes.
+/// File names above this length are taken for mistakes.
 constexpr std::size_t longestPath = 1000;
 
 /// Says what is wrong after the words that `complaint` begins with. Called while an exception is handled.
@@ -50,8 +50,8 @@ void explain(Complaint& complaint) noexcept {
     complaint.send();
 }
 
-/// For an exception that finds no way out. Where memory is so short that not even an exception can be made,
-/// there is none.
+/// The handler of uncaught exceptions. There may be no current exception: without memory not even one can be
+/// allocated.
 [[noreturn]] void endInWant() noexcept {
     Complaint complaint;
     if (std::current_exception() != nullptr)
@@ -78,7 +78,7 @@ Dataset loadFile(const std::string& file, const CommandLine& commandLine, Memory
 /// Whether all of standard output was written; complains if not.
 bool flush() {
     if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return true;
-    // Whoever closed the pipe has seen enough.
+    // The reader of the pipe has closed it: no error.
     if (errno != EPIPE) Complaint().add("cannot write: ").add(std::generic_category().message(errno)).send();
     return false;
 }
@@ -168,7 +168,7 @@ int runCommand(int argc, char** argv) {
         return asVariables ? showVariables(commandLine) : describeFiles(commandLine);
     } catch (const CLI::CallForHelp&) {
         const std::string text = app.help();
-        // It is made by streams, which only leave out what finds no memory.
+        // Streams make the text; without memory they omit parts of it and report nothing.
         if (app.help() != text) throw std::bad_alloc();
         return write(text) ? success : failure;
     } catch (const CLI::CallForVersion& version) {

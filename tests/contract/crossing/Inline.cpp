@@ -1,5 +1,5 @@
-// What the inline code of the contract does by itself: counts of references, lists of indices, rules for them.
-// What it keeps in members the other side reads and goes on with.
+// What the inline code of the contract does by itself: counts of references, lists of indices, rules for
+// them. What it keeps in members the other side reads and goes on with.
 #include "Expect.hpp"
 
 #include <vexa/data/detail/ContiguousIteratorImpl.hpp>

@@ -1,4 +1,5 @@
-// The embedded back-end's library: the types of the functions that it exports, and what lies in clients' objects.
+// The embedded back-end's library: the types of the functions that it exports, and what lies in clients'
+// objects.
 #include "Table.hpp"
 
 #include <vexa/client/Client.hpp>

@@ -113,7 +113,8 @@ struct Values {
 };
 
 /// Functions and variables that the library exports, all of one type. Overloads are told apart by it. A
-/// program that is linked with the library keeps their addresses too, to see which of the exports have no row.
+/// program that is linked with the library keeps their addresses too, to see which of the exports have no
+/// row.
 template <class Type, Type... functions>
 struct Function {
 #ifdef VEXADATA_CONTRACT_LINKED

@@ -1,4 +1,5 @@
-// The interfaces and records of the exchange of variables with a workspace, and the engine's table of callbacks.
+// The interfaces and records of the exchange of variables with a workspace, and the engine's table of
+// callbacks.
 #include "Table.hpp"
 
 #include <foundation/vexadata/ICustomWorkspace.hpp>

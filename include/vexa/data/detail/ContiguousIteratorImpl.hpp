@@ -1,5 +1,5 @@
-// The iterator that the library offers to back-ends whose elements lie side by side. Typed iterators recognise
-// it and then move by pointer alone.
+// The iterator that the library offers to back-ends whose elements lie side by side. Typed iterators
+// recognise it and then move by pointer alone.
 #pragma once
 
 #include <vexa/data/detail/IteratorImpl.hpp>

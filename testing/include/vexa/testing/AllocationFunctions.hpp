@@ -1,7 +1,8 @@
-// The allocation functions that FailingAllocations counts with: operator new and delete of every form, and, without a sanitizer,
-// malloc and its relatives. Defines functions that are not inline: exactly one source of a program includes this. For the GNU C
-// library. They are visible whatever the visibility of other functions, and an executable exports them to libraries that are
-// loaded later if it is linked with -rdynamic (ENABLE_EXPORTS in CMake).
+// The allocation functions that FailingAllocations counts with: operator new and delete of every form, and,
+// without a sanitizer, malloc and its relatives. Defines functions that are not inline: exactly one source of
+// a program includes this. For the GNU C library. They are visible whatever the visibility of other
+// functions, and an executable exports them to libraries that are loaded later if it is linked with -rdynamic
+// (ENABLE_EXPORTS in CMake).
 #pragma once
 
 #include <vexa/testing/FailingAllocations.hpp>

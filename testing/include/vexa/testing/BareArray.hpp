@@ -10,8 +10,9 @@
 
 namespace vexa::testing {
 
-/// A row of `length` elements of the interface `Interface`: its shape, and nothing inside. Operations that make an object give
-/// null, `unshare` does nothing, no array is equal to it. What `Interface` leaves abstract beyond that is up to the test.
+/// A row of `length` elements of the interface `Interface`: its shape, and nothing inside. Operations that
+/// make an object give null, `unshare` does nothing, no array is equal to it. What `Interface` leaves
+/// abstract beyond that is up to the test.
 template <class Interface, foundation::vexadata::ArrayType type, std::size_t length>
 class BareArray : public Interface {
     using ArrayImpl = vexa::data::impl::ArrayImpl;

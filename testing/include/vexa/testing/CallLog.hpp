@@ -63,8 +63,8 @@ struct Recorded {
     std::shared_ptr<CallLog> log;
 };
 
-/// Puts a forwarding double with a log in front of `inner`, which should not be used otherwise: ForwardingNumbers or
-/// ForwardingCells, or a class derived from it.
+/// Puts a forwarding double with a log in front of `inner`, which should not be used otherwise:
+/// ForwardingNumbers or ForwardingCells, or a class derived from it.
 ///
 ///     auto made = recorded(factory.createArray<double>({2, 2}));
 ///     made.array[1][0] = 7.0;

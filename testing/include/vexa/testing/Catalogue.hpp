@@ -1,4 +1,5 @@
-// Arrays of every kind, each filled according to a number, for tests that want them all: under threads, under failures, printed.
+// Arrays of every kind, each filled according to a number, for tests that want them all: under threads, under
+// failures, printed.
 #pragma once
 
 #include <foundation/vexadata/VexaData.hpp>
@@ -14,15 +15,16 @@
 
 namespace vexa::testing {
 
-/// One kind of array. A stamp is a number from 0 to 99999; arrays that are made with equal stamps hold the same. The functions
-/// throw what the operations of the library throw.
+/// One kind of array. A stamp is a number from 0 to 99999; arrays that are made with equal stamps hold the
+/// same. The functions throw what the operations of the library throw.
 struct Kind {
     using Array = foundation::vexadata::Array;
     using ArrayFactory = foundation::vexadata::ArrayFactory;
 
     std::string name; ///< of letters and figures
     Array (*make)(ArrayFactory& factory, double stamp);
-    /// Changes the array in place to what another stamp gives, through element handles, references or iterators.
+    /// Changes the array in place to what another stamp gives, through element handles, references or
+    /// iterators.
     void (*change)(ArrayFactory& factory, Array& array, double stamp);
     /// Whether the array is what `make` or `change` gives for the stamp.
     bool (*holds)(const Array& array, double stamp);
@@ -284,8 +286,8 @@ Kind sparseOf(const char* type) {
 
 } // namespace kinds
 
-/// All kinds: every type of numbers, strings, enumerations, nested cells, structs, objects, handle objects, sparse matrices. Made
-/// at the first call; any thread may ask.
+/// All kinds: every type of numbers, strings, enumerations, nested cells, structs, objects, handle objects,
+/// sparse matrices. Made at the first call; any thread may ask.
 inline const std::vector<Kind>& catalogue() {
     using namespace kinds;
     static const std::vector<Kind> all{

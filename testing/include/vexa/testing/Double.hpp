@@ -23,13 +23,13 @@ struct ReleaseInner {
         object->release();
     }
 };
-/// Owns one counted reference to an object of the contract, and releases it in the end. Made from a raw pointer, it takes
-/// over the reference that comes with it, as with everything that an operation returns.
+/// Owns one counted reference to an object of the contract, and releases it in the end. Made from a raw
+/// pointer, it takes over the reference that comes with it, as with everything that an operation returns.
 template <class T>
 using Inner = std::unique_ptr<T, ReleaseInner>;
 
-/// The inner side of a double. `T` is the interface of what is wrapped: ArrayImpl, ObjectImpl, ClassInfoImpl, ArrayFactoryImpl,
-/// IteratorImpl, ForwardIteratorImpl or ReferenceImpl.
+/// The inner side of a double. `T` is the interface of what is wrapped: ArrayImpl, ObjectImpl, ClassInfoImpl,
+/// ArrayFactoryImpl, IteratorImpl, ForwardIteratorImpl or ReferenceImpl.
 template <class T>
 class Double : private LiveObjects::Counted {
 public:
@@ -87,8 +87,8 @@ protected:
 
     /// Goes on around another object.
     void rewrap(Inner<T> inner) noexcept { inner_ = std::move(inner); }
-    /// Goes on around a copy if others hold what is wrapped, as an array does into which it was stored. What was lent before
-    /// stays where it is.
+    /// Goes on around a copy if others hold what is wrapped, as an array does into which it was stored. What
+    /// was lent before stays where it is.
     void separate() {
         if (inner_->referenceCount() > 1) {
             before_.reserve(before_.size() + 1);

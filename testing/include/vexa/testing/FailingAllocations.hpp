@@ -6,9 +6,10 @@
 
 namespace vexa::testing {
 
-/// A program that uses this brings its own allocation functions, which libraries find before those of the C library: exactly one
-/// of its sources includes AllocationFunctions.hpp. They count on the calling thread only, and only while told to. With a sanitizer
-/// `malloc` and its relatives are not among them. The library of the author need not know of it.
+/// A program that uses this brings its own allocation functions, which libraries find before those of the C
+/// library: exactly one of its sources includes AllocationFunctions.hpp. They count on the calling thread
+/// only, and only while told to. With a sanitizer `malloc` and its relatives are not among them. The library
+/// of the author need not know of it.
 ///
 ///     FailingAllocations::start();
 ///     {
@@ -36,8 +37,8 @@ public:
     static std::ptrdiff_t liveBlocks() noexcept;
     /// The same in bytes.
     static std::ptrdiff_t liveBytes() noexcept;
-    /// From now on, `note`, which is borrowed, becomes true when the system refuses a request of at most 64 MiB, on any thread;
-    /// null ends that.
+    /// From now on, `note`, which is borrowed, becomes true when the system refuses a request of at most 64
+    /// MiB, on any thread; null ends that.
     static void noteRefusals(std::atomic<bool>* note) noexcept;
     /// Whether `malloc` is counted too.
     static bool seesMalloc() noexcept;

@@ -1,5 +1,5 @@
-// A back-end in front of another one, each of whose operations can be made to fail: those of the factory, of arrays, objects and
-// classes, of iterators and of index chains.
+// A back-end in front of another one, each of whose operations can be made to fail: those of the factory, of
+// arrays, objects and classes, of iterators and of index chains.
 #pragma once
 
 #include <foundation/vexadata/ArrayFactory.hpp>
@@ -13,12 +13,12 @@
 
 namespace vexa::testing {
 
-/// A hook that lets one step fail. Steps are counted down from the call of `failAt`, over all doubles that share the hook. Not
-/// synchronised: one thread at a time.
+/// A hook that lets one step fail. Steps are counted down from the call of `failAt`, over all doubles that
+/// share the hook. Not synchronised: one thread at a time.
 class FailingHook : public Hook {
 public:
-    /// What fails: an operation, by throwing; a query that must not throw, by throwing all the same; an operation that gives a
-    /// pointer, by giving null.
+    /// What fails: an operation, by throwing; a query that must not throw, by throwing all the same; an
+    /// operation that gives a pointer, by giving null.
     enum class Failing { operation, query, result };
 
     /// From now on, step number `number` (1 is the next one) of those that may fail so fails, once. `fail` is
@@ -148,8 +148,8 @@ struct ForwardingKindsThroughout : ForwardingKinds {
     using Class = ForwardingClassThroughout;
 };
 
-/// A factory in front of the default one of this process, for sweeps: let the first step fail, then the second, until the
-/// operation asks for fewer steps.
+/// A factory in front of the default one of this process, for sweeps: let the first step fail, then the
+/// second, until the operation asks for fewer steps.
 ///
 ///     auto hook = std::make_shared<FailingHook>();
 ///     ArrayFactory factory = failingFactory(hook);

@@ -1,6 +1,7 @@
-// Doubles of arrays: every operation is passed on to an array of another back-end, and can be overridden. Reserved operations,
-// which nobody calls, are not. Another array that an operation takes is unwrapped before it is handed on, if it is a double.
-// A class that derives from one of these overrides `wrapCopy` too if its copies shall be of its own class.
+// Doubles of arrays: every operation is passed on to an array of another back-end, and can be overridden.
+// Reserved operations, which nobody calls, are not. Another array that an operation takes is unwrapped before
+// it is handed on, if it is a double. A class that derives from one of these overrides `wrapCopy` too if its
+// copies shall be of its own class.
 #pragma once
 
 #include <foundation/vexadata/Array.hpp>
@@ -115,8 +116,8 @@ public:
     bool isEqual(const ArrayImpl* other) const override { return ask("isEqual").isEqual(below(other)); }
 
 protected:
-    /// Before every way to write. The double of an array that was stored into another one still wraps that array, which must not
-    /// change any more; so this separates the two.
+    /// Before every way to write. The double of an array that was stored into another one still wraps that
+    /// array, which must not change any more; so this separates the two.
     virtual void prepareWrite() { separate(); }
     /// What `sharedCopy` gives around a copy of the inner array.
     virtual ArrayImpl* wrapCopy(Inner<ArrayImpl> copy) const = 0;
@@ -155,7 +156,8 @@ protected:
     }
 };
 
-/// Iterators whose chains lead into the wrapper, for elements that are handed out as references. The inner array is not asked.
+/// Iterators whose chains lead into the wrapper, for elements that are handed out as references. The inner
+/// array is not asked.
 template <class Base>
 class ForwardingOverReferences : public Base {
     using Iterator = vexa::data::detail::NonPrimitiveIteratorImpl<vexa::data::impl::MatchingDataOrder>;

@@ -20,8 +20,8 @@ namespace vexa::testing {
 using vexa::data::impl::ArrayFactoryImpl;
 using vexa::data::impl::Buffer;
 
-/// The classes in which a ForwardingFactory wraps what the inner factory makes. Another set derives from this one and
-/// names its own.
+/// The classes in which a ForwardingFactory wraps what the inner factory makes. Another set derives from this
+/// one and names its own.
 struct ForwardingKinds {
     template <class T>
     using Numbers = ForwardingNumbers<T>;
@@ -36,8 +36,8 @@ struct ForwardingKinds {
     using Class = ForwardingClass;
 };
 
-/// Puts the double of its kind around an array whose one reference it takes over. An empty array of no type stays as it is, and
-/// null stays null.
+/// Puts the double of its kind around an array whose one reference it takes over. An empty array of no type
+/// stays as it is, and null stays null.
 template <class Kinds = ForwardingKinds>
 ArrayImpl* wrapArray(ArrayImpl* made, std::shared_ptr<Hook> hook = nullptr) {
     if (made == nullptr) {

@@ -13,8 +13,9 @@ using vexa::data::detail::ForwardIteratorImpl;
 using vexa::data::detail::IteratorImpl;
 using vexa::data::detail::ReferenceImpl;
 
-/// An iterator over an array. Those that it is compared with must be of this class too. Typed iterators move by pointer over
-/// the library's own contiguous iterators alone: in front of one this double makes them ask at every step.
+/// An iterator over an array. Those that it is compared with must be of this class too. Typed iterators move
+/// by pointer over the library's own contiguous iterators alone: in front of one this double makes them ask
+/// at every step.
 class ForwardingIterator : public IteratorImpl, public Double<IteratorImpl> {
 public:
     /// Takes over the one reference to `inner`.
@@ -68,8 +69,8 @@ protected:
     }
 };
 
-/// A chain to an element, with the indices and the position of the inner one when it was made. Where the array is and what is
-/// done before a write is asked of the inner chain.
+/// A chain to an element, with the indices and the position of the inner one when it was made. Where the
+/// array is and what is done before a write is asked of the inner chain.
 class ForwardingChain : public ReferenceImpl, public Double<ReferenceImpl> {
 public:
     /// Takes over the one reference to `inner`.

@@ -1,5 +1,5 @@
-// Doubles of objects, arrays of objects and class descriptions: every operation is passed on to those of another back-end, and
-// can be overridden. Reserved operations, which nobody calls, are not.
+// Doubles of objects, arrays of objects and class descriptions: every operation is passed on to those of
+// another back-end, and can be overridden. Reserved operations, which nobody calls, are not.
 #pragma once
 
 #include <foundation/vexadata/ClassInfo.hpp>

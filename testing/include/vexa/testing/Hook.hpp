@@ -18,8 +18,9 @@ class Call {
 public:
     /// The name of the operation, such as `"setElementValue"`. Of static storage duration.
     const char* name() const noexcept { return name_; }
-    /// The call with its arguments, such as `setElementValue(3, "", 1.5)`: numbers and truth values as they are, text in
-    /// quotation marks, dimensions as `"2x3"`, enumerators as their number, everything else as `..`.
+    /// The call with its arguments, such as `setElementValue(3, "", 1.5)`: numbers and truth values as they
+    /// are, text in quotation marks, dimensions as `"2x3"`, enumerators as their number, everything else as
+    /// `..`.
     /// @throws std::bad_alloc
     virtual std::string text() const = 0;
 
@@ -31,18 +32,19 @@ private:
     const char* name_;
 };
 
-/// Sees every call before it is passed on. One hook may serve any number of doubles: the doubles that a double makes have the
-/// hook of their maker. The functions run on the thread that made the call. Each of them does nothing unless overridden.
+/// Sees every call before it is passed on. One hook may serve any number of doubles: the doubles that a
+/// double makes have the hook of their maker. The functions run on the thread that made the call. Each of
+/// them does nothing unless overridden.
 class Hook {
 public:
     virtual ~Hook() = default;
     /// Before an operation. What it throws goes to the caller, and the operation is not passed on.
     virtual void operation(const Call& call) { static_cast<void>(call); }
-    /// Before one of the queries of an array that must not throw: type, layout, dimensions, count, emptiness, identity,
-    /// equality. What it throws goes to the caller all the same.
+    /// Before one of the queries of an array that must not throw: type, layout, dimensions, count, emptiness,
+    /// identity, equality. What it throws goes to the caller all the same.
     virtual void query(const Call& call) { static_cast<void>(call); }
-    /// Asked when an operation has given a pointer that is not null: whether the caller gets null instead. What was given is
-    /// then released.
+    /// Asked when an operation has given a pointer that is not null: whether the caller gets null instead.
+    /// What was given is then released.
     virtual bool givesNull() { return false; }
 };
 

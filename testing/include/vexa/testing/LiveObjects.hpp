@@ -5,8 +5,8 @@
 
 namespace vexa::testing {
 
-/// How many objects that derive from `Counted` are alive in this process. All doubles do; a class of a test may as well. Any
-/// thread may ask.
+/// How many objects that derive from `Counted` are alive in this process. All doubles do; a class of a test
+/// may as well. Any thread may ask.
 class LiveObjects {
 public:
     /// Their number now. Equal before and after what is tested, or something was lost or freed twice.

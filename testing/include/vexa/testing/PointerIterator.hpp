@@ -11,8 +11,8 @@
 
 namespace vexa::testing {
 
-/// `Self` derives from it and is copied by `clone`. The elements are borrowed. Gives addresses and no chains, and keeps the
-/// chain that it is given.
+/// `Self` derives from it and is copied by `clone`. The elements are borrowed. Gives addresses and no chains,
+/// and keeps the chain that it is given.
 template <class Self, class T>
 class PointerIterator : public vexa::data::detail::IteratorImpl {
 public:
