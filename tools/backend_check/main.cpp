@@ -119,6 +119,8 @@ CommandLine parseCommandLine(CLI::App& app, const Checks& checks, int argc, char
     app.add_option("--require", options.required,
                    "A capability that must be offered, or all; may be repeated")
         ->check(CLI::IsMember(capabilitiesOf(checks)).description(""))
+        ->transform(
+            [](const std::string& name) { return name == "enum" ? "enumeration" : name; }) // its old name
         ->allow_extra_args(false)
         ->type_name("NAME");
     long seconds = options.limit.count();
