@@ -251,6 +251,11 @@ TEST_F(Sparse, SumsAndSortsWhateverComes) {
         compareWithMap<bool>(seed);
         compareWithMap<std::complex<double>>(seed);
     }
+    Triplets<double> twice; // in order and without zeros
+    for (const Index row : {0U, 0U, 2U}) {
+        twice.add(row, 1, 1.0);
+    }
+    EXPECT_EQ(make<double>({3, 3}, twice).getNumberOfNonZeroElements(), 2U);
 }
 
 TEST_F(Sparse, RefusesWhatDoesNotFit) {
