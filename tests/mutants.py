@@ -17,7 +17,7 @@ import mutation  # noqa: E402
 
 CLIENT = pathlib.Path("client/libvexadata_client.so.0")
 COMMAND = ["tools/backend_check/vexadata-backend-check", "--quiet", "--first", "--require", "all"]
-CTEST = ["ctest", "--stop-on-failure", "-R", r"^(example|process)\.|^contract\.c$|BeforeThreads"]  # each case a process
+CTEST = ["ctest", "--stop-on-failure", "-R", r"^(example|process)\.|^contract\.c$|^backend_check\.copy_on_write$|BeforeThreads"]
 LEFT_OUT = {"test_inspect": "-Want.*",  # a minute of allocations that fail in the command
             "test_threads": "-*BeforeThreads*"}
 

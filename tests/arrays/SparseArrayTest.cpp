@@ -178,6 +178,14 @@ TEST_F(Sparse, FindsPositionsByTheAddressesOfValues) {
     EXPECT_EQ(std::as_const(matrix).getIndex(++matrix.cbegin()), (std::pair<Index, Index>{0, 1}));
 }
 
+TEST_F(Sparse, SumsNeighboursInOrder) {
+    Triplets<double> twice; // in order and without zeros, which needs no sorting
+    for (const Index row : {0U, 0U, 2U}) {
+        twice.add(row, 1, 1.0);
+    }
+    EXPECT_EQ(make<double>({3, 3}, twice).getNumberOfNonZeroElements(), 2U);
+}
+
 TEST_F(Sparse, RefusesWhatDoesNotFit) {
     freed = 0;
     Triplets<double> outside;

@@ -179,11 +179,16 @@ TEST_F(Structs, AreWalked) {
     EXPECT_EQ(y(points, 2), 112);
     EXPECT_EQ(x(copy, 2), 2);
     EXPECT_EQ(y(copy, 2), 12);
-    StructArray other = copy;
-    auto last = other[1].end(); // asked for alone
+    auto cells = factory.createArray<Array>({1, 1}, {copy});
+    Reference<StructArray> inside = cells[0];
+    const StructArray older = cells[0]; // shares the array in the cell with it
+    auto last = inside[1].end();
     *--last = factory.createScalar(5.0);
-    EXPECT_EQ(y(other, 1), 5);
-    EXPECT_EQ(y(copy, 1), 11);
+    const StructArray written = cells[0];
+    EXPECT_EQ(y(older, 1), 11);
+    EXPECT_EQ(y(written, 1), 5);
+    *inside[1].begin() = factory.createScalar(6.0);
+    EXPECT_EQ(x(written, 1), 1);
     StructElement first = *copy.begin();
     EXPECT_EQ(TypedArray<double>(*first.begin())[0], 0);
 }

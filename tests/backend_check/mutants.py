@@ -12,7 +12,7 @@ sys.dont_write_bytecode = True
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1]))
 import mutation  # noqa: E402
 
-OFFERED = "double data buffer untyped-buffer from-buffer copy-out-buffer release-buffer"  # by the example
+OFFERED = "double single data buffer untyped-buffer from-buffer copy-out-buffer release-buffer"  # by the example
 # Not reached through a factory; texts of errors.
 OUT_OF_REACH = ["WorkspaceEngine.cpp", "HandleRegistry.cpp", "HandleRegistry.hpp", "Exception.cpp"]
 

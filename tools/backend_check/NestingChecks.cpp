@@ -123,11 +123,12 @@ double valueIn(ArrayImpl& top, const Path& path, std::size_t from = 0) {
     return scalarValue(*array);
 }
 
+/// What a way to write leads to is ready for it.
 void writeIn(ArrayImpl& top, const Path& path, double value) {
     ArrayImpl* array = &top;
     for (const Level* level : path)
         array = level->inside(*array, true);
-    write(asNumbers<double>(*array), 0, value);
+    asNumbers<double>(*array).setElementValue(0, {}, value);
 }
 
 /// Runs `f` with every path of one to three levels that are offered, the outermost first.

@@ -7,7 +7,6 @@
 
 #include <cstdint>
 #include <cstring>
-#include <tuple>
 
 namespace vexa::check {
 
@@ -721,15 +720,6 @@ std::vector<Refusal> allRefusals() {
                     refused((backend.factory().*create)({3, compressed ? 1U : 3U}, 2, std::move(values),
                                                         indices(1), indices(2)));
                 });
-    for (const auto& [row, column, compressed] : {std::tuple{2U, 1U, false}, {1U, 2U, false}, {2U, 1U, true}})
-        add("a sparse matrix with a non-zero outside", "factory",
-            {"sparse-double", compressed ? "compressed-columns" : "sparse-double"},
-            [row = row, column = column, compressed = compressed](const Backend& backend, ArrayImpl&) {
-                const std::vector<std::size_t> columns =
-                    compressed ? std::vector<std::size_t>{0, 1, 2} : std::vector<std::size_t>{0, column};
-                refused(createSparse(backend.factory(), ArrayType::SPARSE_DOUBLE, {2, 2}, {1, 2}, {1, row},
-                                     columns, compressed));
-            });
     add("column starts of more columns than memory has", "factory", {"sparse-double"},
         [](const Backend& backend, ArrayImpl&) {
             adopt(createSparse(backend.factory(), ArrayType::SPARSE_DOUBLE, {1, SIZE_MAX}, {}, {}, {}, false),
