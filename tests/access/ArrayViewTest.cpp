@@ -36,8 +36,6 @@ TypedArray<std::int32_t> counting(std::vector<std::size_t> dims,
 }
 
 constexpr MemoryLayout layouts[] = {MemoryLayout::COLUMN_MAJOR, MemoryLayout::ROW_MAJOR};
-constexpr auto outOfRange = "Array index is out of range";
-constexpr auto notEnough = "Not enough indices provided";
 
 class Views : public support::LedgerTest {};
 
@@ -76,30 +74,28 @@ TEST_F(Views, FillMissingDimensionsAndSeeVectorsThroughOneIndex) {
         EXPECT_EQ(readOnlyView<1>(row)(3), 3);
         EXPECT_EQ(readOnlyView<1>(column)(4), 4);
         EXPECT_EQ(readOnlyView<1>(column).extent(0), 5U);
-        EXPECT_TRUE(throwsExactly<EArrayIndexOutOfRange>([&] { readOnlyView<1>(row)(5); }, outOfRange));
+        EXPECT_TRUE(throwsExactly<EArrayIndexOutOfRange>([&] { readOnlyView<1>(row)(5); }));
         const auto matrix = counting({2, 3}, layout);
         const auto four = readOnlyView<4>(matrix);
         EXPECT_EQ(four(1, 2, 0, 0), 5);
         EXPECT_EQ(four(1, 0, 0, 0), std::as_const(matrix)[1][0]);
-        EXPECT_TRUE(throwsExactly<EArrayIndexOutOfRange>([&] { four(1, 2, 0, 1); }, outOfRange));
+        EXPECT_TRUE(throwsExactly<EArrayIndexOutOfRange>([&] { four(1, 2, 0, 1); }));
     }
 }
 
 TEST_F(Views, CheckEveryIndexAndTheirNumber) {
     auto matrix = counting({3, 4});
     const auto view = writableView(matrix);
-    EXPECT_TRUE(throwsExactly<EArrayIndexOutOfRange>([&] { view(3, 0) = 1; }, outOfRange));
-    EXPECT_TRUE(throwsExactly<EArrayIndexOutOfRange>([&] { view(0, 4) = 1; }, outOfRange));
-    EXPECT_TRUE(throwsExactly<EArrayIndexOutOfRange>([&] { view(-1, 0) = 1; }, outOfRange));
-    EXPECT_TRUE(
-        throwsExactly<NotEnoughIndicesProvidedException>([&] { readOnlyView<1>(matrix); }, notEnough));
-    EXPECT_TRUE(
-        throwsExactly<NotEnoughIndicesProvidedException>([&] { writableView<1>(matrix); }, notEnough));
+    EXPECT_TRUE(throwsExactly<EArrayIndexOutOfRange>([&] { view(3, 0) = 1; }));
+    EXPECT_TRUE(throwsExactly<EArrayIndexOutOfRange>([&] { view(0, 4) = 1; }));
+    EXPECT_TRUE(throwsExactly<EArrayIndexOutOfRange>([&] { view(-1, 0) = 1; }));
+    EXPECT_TRUE(throwsExactly<NotEnoughIndicesProvidedException>([&] { readOnlyView<1>(matrix); }));
+    EXPECT_TRUE(throwsExactly<NotEnoughIndicesProvidedException>([&] { writableView<1>(matrix); }));
     const auto cube = counting({2, 2, 2});
-    EXPECT_TRUE(throwsExactly<NotEnoughIndicesProvidedException>([&] { readOnlyView(cube); }, notEnough));
+    EXPECT_TRUE(throwsExactly<NotEnoughIndicesProvidedException>([&] { readOnlyView(cube); }));
     const auto nothing = counting({0, 3});
     EXPECT_EQ(readOnlyView(nothing).size(), 0U);
-    EXPECT_TRUE(throwsExactly<EArrayIndexOutOfRange>([&] { readOnlyView(nothing)(0, 0); }, outOfRange));
+    EXPECT_TRUE(throwsExactly<EArrayIndexOutOfRange>([&] { readOnlyView(nothing)(0, 0); }));
 }
 
 TEST_F(Views, DecideCopyOnWriteOnce) {
@@ -148,15 +144,6 @@ TEST_F(Views, CostNoAllocation) {
                   }
               }),
               0U);
-    struct Pair {
-        TypedArray<std::int32_t> array = counting({2, 2});
-        TypedArray<std::int32_t> other = array;
-    };
-    support::sweep([] { return Pair(); }, [](Pair& pair) { writableView(pair.array)(0, 0) = 5; },
-                   [](Pair& pair) {
-                       EXPECT_TRUE(pair.array.isShared());
-                       EXPECT_EQ(std::as_const(pair.array)[0][0], 0);
-                   });
 }
 
 } // namespace

@@ -52,25 +52,21 @@ TEST_F(Buffers, UntypedAccessDependsOnTheKindAlone) {
             EXPECT_EQ(*static_cast<const double*>(read().get()), 1.0);
             EXPECT_EQ(made.log->take(), (Calls{"getUntypedDataPtr()"}));
         } else if (known) {
-            EXPECT_TRUE(throwsExactly<MustBePrimitiveTypeException>(
-                read, "Defined data buffers must be of primitive type"));
+            EXPECT_TRUE(throwsExactly<MustBePrimitiveTypeException>(read));
         } else {
-            EXPECT_TRUE(
-                throwsExactly<EArrayUnknownDataType>(read, "Unknown DataType field in vexa::data::Array"));
+            EXPECT_TRUE(throwsExactly<EArrayUnknownDataType>(read));
         }
         EXPECT_FALSE(made.array.isShared());
     }
     pretended = ArrayType::DOUBLE;
-    EXPECT_TRUE(throwsExactly<EArrayUnknownDataType>([] { getBufferPtr(Array()); },
-                                                     "Unknown DataType field in vexa::data::Array"));
+    EXPECT_TRUE(throwsExactly<EArrayUnknownDataType>([] { getBufferPtr(Array()); }));
 }
 
 TEST_F(Buffers, ComplexElementsAreReachedThroughTheTypedForm) {
     using Complex = std::complex<double>;
     auto array = ArrayFactory().createArray<Complex>({1, 2}, {{1, 2}, {3, 4}});
     EXPECT_EQ(getBufferPtr(array)[1], Complex(3, 4));
-    EXPECT_TRUE(throwsExactly<MustBePrimitiveTypeException>(
-        [&] { getBufferPtr(Array(array)); }, "Defined data buffers must be of primitive type"));
+    EXPECT_TRUE(throwsExactly<MustBePrimitiveTypeException>([&] { getBufferPtr(Array(array)); }));
 }
 
 TEST_F(Buffers, KeepTheArrayAliveAndNeverUnshare) {
@@ -143,7 +139,7 @@ TEST_F(Buffers, TravelThroughArraysWithoutACopy) {
     EXPECT_EQ(array.getNumberOfElements(), 1U);
 
     auto cells = factory.createArray<Array>({1, 1});
-    EXPECT_TRUE(throwsExactly<InvalidArrayTypeException>([&] { cells.release(); }, "Invalid Array type"));
+    EXPECT_TRUE(throwsExactly<InvalidArrayTypeException>([&] { cells.release(); }));
 }
 
 } // namespace

@@ -1,5 +1,4 @@
 // Sparse matrices through the handle and the factory, over the embedded back-end.
-#include "support/AllocationCountdown.hpp"
 #include "support/Throws.hpp"
 
 #include <foundation/vexadata/VexaData.hpp>
@@ -130,20 +129,17 @@ TEST_F(Sparse, IsMadePrivateByWritableIterators) {
 TEST_F(Sparse, TakesItsOwnKindOnly) {
     const Array any = sample();
     const Array dense = factory.createArray<double>({3, 3});
-    const auto wrong = "Invalid Array type";
-    EXPECT_TRUE(throwsExactly<InvalidArrayTypeException>([&] { SparseArray<bool> no(any); }, wrong));
-    EXPECT_TRUE(
-        throwsExactly<InvalidArrayTypeException>([&] { SparseArray<std::complex<double>> no(any); }, wrong));
-    EXPECT_TRUE(throwsExactly<InvalidArrayTypeException>([&] { SparseArray<double> no(dense); }, wrong));
+    EXPECT_TRUE(throwsExactly<InvalidArrayTypeException>([&] { SparseArray<bool> no(any); }));
+    EXPECT_TRUE(throwsExactly<InvalidArrayTypeException>([&] { SparseArray<std::complex<double>> no(any); }));
+    EXPECT_TRUE(throwsExactly<InvalidArrayTypeException>([&] { SparseArray<double> no(dense); }));
     EXPECT_FALSE(isSparse(dense));
     SparseArray<double> matrix = sample();
-    EXPECT_TRUE(throwsExactly<InvalidArrayTypeException>([&] { matrix = dense; }, wrong));
+    EXPECT_TRUE(throwsExactly<InvalidArrayTypeException>([&] { matrix = dense; }));
     EXPECT_EQ(matrix, any);
     auto cells = factory.createArray<Array>({1, 1}, {matrix});
     SparseArray<double> held = cells[0];
     EXPECT_EQ(entriesOf(held), entriesOf(matrix));
-    EXPECT_TRUE(
-        throwsExactly<TypeMismatchException>([&] { SparseArray<bool> no = cells[0]; }, "Data type mismatch"));
+    EXPECT_TRUE(throwsExactly<TypeMismatchException>([&] { SparseArray<bool> no = cells[0]; }));
     Array moved = dense;
     EXPECT_THROW(SparseArray<double>(std::move(moved)), InvalidArrayTypeException);
 }
@@ -191,21 +187,14 @@ TEST_F(Sparse, RefusesWhatDoesNotFit) {
     Triplets<double> outside;
     outside.add(0, 0, 1.0);
     outside.add(3, 0, 1.0);
-    const auto out = "Array index is out of range";
-    EXPECT_TRUE(throwsExactly<EArrayIndexOutOfRange>([&] { make<double>({3, 3}, outside); }, out));
+    EXPECT_TRUE(throwsExactly<EArrayIndexOutOfRange>([&] { make<double>({3, 3}, outside); }));
     outside.rows[1] = 0;
     outside.columns[1] = 3;
-    EXPECT_TRUE(throwsExactly<EArrayIndexOutOfRange>([&] { make<double>({3, 3}, outside); }, out));
-    EXPECT_TRUE(throwsExactly<EInvalidDimensionsInSparseArray>(
-        [&] {
-            make<double>({3, 3, 1}, {});
-        },
-        "Sparse Array can only have two dimensions."));
-    EXPECT_TRUE(throwsExactly<NumberOfElementsExceedsMaximumException>(
-        [&] {
-            make<double>({Index{1} << 32, Index{1} << 32}, {});
-        },
-        "Could not create the Array because the number of elements exceeds the maximum."));
+    EXPECT_TRUE(throwsExactly<EArrayIndexOutOfRange>([&] { make<double>({3, 3}, outside); }));
+    EXPECT_TRUE(throwsExactly<EInvalidDimensionsInSparseArray>([&] { make<double>({3, 3, 1}, {}); }));
+    EXPECT_TRUE(throwsExactly<NumberOfElementsExceedsMaximumException>([&] {
+        make<double>({Index{1} << 32, Index{1} << 32}, {});
+    }));
     EXPECT_THROW(make<double>({1, Index{1} << 62}, {}), std::bad_alloc);
     const auto compressed = [&](const std::vector<Index>& starts, const std::vector<Index>& rows) {
         return factory.createVEXASparseArray<double>({3, 2}, 2, bufferOf<double>({1.0, 2.0}), bufferOf(rows),
@@ -230,22 +219,6 @@ TEST_F(Sparse, ZerosWrittenLaterCompareAsAbsent) {
     EXPECT_EQ(make<double>({3, 3}, one), matrix);
     EXPECT_NE(matrix, sample());
     EXPECT_EQ(matrix.getNumberOfNonZeroElements(), 2U) << "a zero stays stored";
-}
-
-TEST_F(Sparse, LosesNothingWhenMemoryRunsOut) {
-    const auto triplets = [] {
-        Triplets<double> shuffled;
-        for (Index k = 0; k < 100; ++k) {
-            shuffled.add(k * 37 % 100, k * 61 % 100, double(k % 3));
-        }
-        return shuffled;
-    };
-    support::sweep(
-        triplets,
-        [&](const Triplets<double>& shuffled) {
-            make<double>({100, 100}, shuffled);
-        },
-        [](const Triplets<double>&) {});
 }
 
 } // namespace

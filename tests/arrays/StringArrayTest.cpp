@@ -148,8 +148,7 @@ TEST(StringElements, AreReadAsValuesOrText) {
         EXPECT_EQ(text, value);
         EXPECT_EQ(element.toAscii(), "a text of more than six");
     });
-    EXPECT_TRUE(throwsExactly<NonAsciiCharInRequestedAsciiOutputException>([&] { strings[4].toAscii(); },
-                                                                           "Can't convert to ASCII"));
+    EXPECT_TRUE(throwsExactly<NonAsciiCharInRequestedAsciiOutputException>([&] { strings[4].toAscii(); }));
 }
 
 TEST(StringElements, AreWrittenInEveryForm) {
@@ -173,8 +172,7 @@ TEST(StringElements, AreWrittenInEveryForm) {
     EXPECT_FALSE(named.has_value());
     strings[0] = std::nullopt;
     EXPECT_FALSE(strings[0].has_value());
-    EXPECT_TRUE(throwsExactly<NonAsciiCharInInputDataException>(
-        [&] { strings[1] = "\xE9"; }, "Input data can only contain ASCII characters"));
+    EXPECT_TRUE(throwsExactly<NonAsciiCharInInputDataException>([&] { strings[1] = "\xE9"; }));
     EXPECT_TRUE(strings[1] == "w");
     EXPECT_TRUE(copy[0] == "x" && !copy[1].has_value()) << "a write went to the copy";
     Array any = strings;
@@ -251,11 +249,7 @@ TEST(StringArrays, AreEqualWhenAllTextsAreThereAndEqual) {
     EXPECT_NE(make({u"a", String()}), make({u"a", u""}));
     const std::vector<const char*> words{"one", "two"};
     EXPECT_EQ(factory.createArray<String>({1, 2}, words.begin(), words.end()), make({u"one", u"two"}));
-    EXPECT_TRUE(throwsExactly<EArrayIndexOutOfRange>(
-        [&] {
-            make({u"a", u"b", u"c"});
-        },
-        "Array index is out of range"));
+    EXPECT_TRUE(throwsExactly<EArrayIndexOutOfRange>([&] { make({u"a", u"b", u"c"}); }));
 }
 
 } // namespace

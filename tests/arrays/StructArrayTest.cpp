@@ -20,10 +20,6 @@ using namespace foundation::vexadata;
 using support::throwsExactly;
 using vexa::client::UnknownFieldException;
 
-constexpr auto wrongSize =
-    "The number of elements in the input vector does not match the number of fields in the StructArray";
-constexpr auto secondName = "Can't provide more than one string index";
-
 class Structs : public testing::Test {
 protected:
     Structs() {
@@ -114,9 +110,9 @@ TEST_F(Structs, RefuseNamesThatAreNoneOrSecond) {
     EXPECT_TRUE(throwsExactly<UnknownFieldException>([&] { std::as_const(points)[0]["z"]; }, unknown));
     EXPECT_TRUE(throwsExactly<UnknownFieldException>([&] { points[0]["z"] = Array(); }, unknown));
     EXPECT_TRUE(throwsExactly<UnknownFieldException>([&] { points[0]["z"][0] = 1.0; }, unknown));
-    EXPECT_TRUE(throwsExactly<CanOnlyUseOneStringIndexException>([&] { points[0]["x"]["y"]; }, secondName));
+    EXPECT_TRUE(throwsExactly<CanOnlyUseOneStringIndexException>([&] { points[0]["x"]["y"]; }));
     const Reference<Array> field = points[0]["x"];
-    EXPECT_TRUE(throwsExactly<CanOnlyUseOneStringIndexException>([&] { field["y"]; }, secondName));
+    EXPECT_TRUE(throwsExactly<CanOnlyUseOneStringIndexException>([&] { field["y"]; }));
     for (const char* bad : {"", "1a", "a b", "_a", "a-b", "\xC3\xA9"}) {
         EXPECT_THROW(factory.createStructArray({1, 1}, {"a", bad}), vexa::client::InvalidFieldNameException)
             << bad;
@@ -146,7 +142,7 @@ TEST_F(Structs, ReplaceWholeRecords) {
     points[2] = copy[1];
     EXPECT_EQ(x(points, 1), 3);
     EXPECT_EQ(y(points, 2), 11);
-    EXPECT_TRUE(throwsExactly<WrongVectorSizeForStructException>([&] { points[2] = {Array()}; }, wrongSize));
+    EXPECT_TRUE(throwsExactly<WrongVectorSizeForStructException>([&] { points[2] = {Array()}; }));
     EXPECT_EQ(x(points, 2), 1);
     EXPECT_EQ(y(points, 2), 11);
     EXPECT_THROW((points[3] = {Array(), Array()}), EArrayIndexOutOfRange);

@@ -15,9 +15,6 @@ namespace {
 using namespace foundation::vexadata;
 using support::throwsExactly;
 
-constexpr auto cannotNarrow = "Can't convert to ASCII";
-constexpr auto notAscii = "Input data can only contain ASCII characters";
-
 /// The texts of a character array, by handle and by reference; both ways have to agree, also in what they
 /// throw.
 template <class Check>
@@ -56,15 +53,13 @@ TEST(CharArrays, NarrowOnlyWhenAllOfThemIsAscii) {
         bothWays(factory.createCharArray(units), [&](const auto& text) {
             EXPECT_EQ(text.toUTF16(), units);
             EXPECT_TRUE(throwsExactly<NonAsciiCharInRequestedAsciiOutputException>(
-                [&] { static_cast<void>(text.toAscii()); }, cannotNarrow));
+                [&] { static_cast<void>(text.toAscii()); }));
         });
     }
-    EXPECT_TRUE(throwsExactly<NonAsciiCharInInputDataException>([&] { factory.createCharArray("abc\x80"); },
-                                                                notAscii));
+    EXPECT_TRUE(throwsExactly<NonAsciiCharInInputDataException>([&] { factory.createCharArray("abc\x80"); }));
+    EXPECT_TRUE(throwsExactly<NonAsciiCharInInputDataException>([&] { factory.createScalar("\xE9"); }));
     EXPECT_TRUE(
-        throwsExactly<NonAsciiCharInInputDataException>([&] { factory.createScalar("\xE9"); }, notAscii));
-    EXPECT_TRUE(throwsExactly<NonAsciiCharInInputDataException>(
-        [&] { factory.createScalar(std::string("x\xFF")); }, notAscii));
+        throwsExactly<NonAsciiCharInInputDataException>([&] { factory.createScalar(std::string("x\xFF")); }));
     EXPECT_EQ(factory.createCharArray(std::string("a\0b", 3)).toUTF16(), std::u16string(u"a\0b", 3));
 }
 
@@ -72,18 +67,13 @@ TEST(CharArrays, TextOfAnyArrayThatHasOne) {
     ArrayFactory factory;
     EXPECT_EQ(toUTF16(factory.createCharArray("x")), u"x");
     EXPECT_EQ(toUTF16(factory.createScalar(u"x")), u"x");
-    const auto wrong = "Invalid Array type";
-    EXPECT_TRUE(throwsExactly<InvalidArrayTypeException>(
-        [&] {
-            toUTF16(factory.createArray<String>({1, 2}, {u"x", u"y"}));
-        },
-        wrong));
-    EXPECT_TRUE(throwsExactly<InvalidArrayTypeException>(
-        [&] {
-            toUTF16(factory.createArray<String>({1, 1, 1}, {u"x"}));
-        },
-        wrong));
-    EXPECT_TRUE(throwsExactly<InvalidArrayTypeException>([&] { toUTF16(factory.createScalar(1.0)); }, wrong));
+    EXPECT_TRUE(throwsExactly<InvalidArrayTypeException>([&] {
+        toUTF16(factory.createArray<String>({1, 2}, {u"x", u"y"}));
+    }));
+    EXPECT_TRUE(throwsExactly<InvalidArrayTypeException>([&] {
+        toUTF16(factory.createArray<String>({1, 1, 1}, {u"x"}));
+    }));
+    EXPECT_TRUE(throwsExactly<InvalidArrayTypeException>([&] { toUTF16(factory.createScalar(1.0)); }));
     EXPECT_TRUE(throwsExactly<std::runtime_error>(
         [&] {
             toUTF16(factory.createArray<String>({1, 1}));
@@ -96,7 +86,7 @@ TEST(CharArrays, AreCharacterArraysOnly) {
     EXPECT_THROW(CharArray(Array(factory.createScalar(1.0))), InvalidArrayTypeException);
     auto cells =
         factory.createArray<Array>({1, 2}, {factory.createScalar(1.0), factory.createCharArray("abc")});
-    EXPECT_TRUE(throwsExactly<TypeMismatchException>([&] { CharArray no = cells[0]; }, "Data type mismatch"));
+    EXPECT_TRUE(throwsExactly<TypeMismatchException>([&] { CharArray no = cells[0]; }));
     CharArray text = cells[1];
     text[1] = u'B';
     EXPECT_EQ(text.toAscii(), "aBc");

@@ -110,27 +110,32 @@ IteratorImpl* wrongIterator(const char* prefix, Inner<IteratorImpl> made, Inner<
     return new WrongIterator(prefix, std::move(made), std::move(start), armed);
 }
 
-class WrongForward : public ForwardIteratorImpl {
+class WrongForward : public ForwardingSequence {
 public:
     WrongForward(const char* prefix, Inner<ForwardIteratorImpl> inner)
-        : prefix_(prefix), inner_(std::move(inner)) {}
+        : ForwardingSequence(std::move(inner)), prefix_(prefix) {}
 
     ForwardIteratorImpl* clone() const override {
         if (is(name("clone"), "itself")) return retained(const_cast<WrongForward*>(this));
-        return counted(name("clone"), new WrongForward(prefix_, Inner<ForwardIteratorImpl>(inner_->clone())));
+        return counted(name("clone"), ForwardingSequence::clone());
     }
     RefCounted* get() const override {
         return passed(name("get"), [&]() -> RefCounted* {
-            RefCounted* object = counted(name("get"), inner_->get());
+            RefCounted* object = counted(name("get"), ForwardingSequence::get());
             return is(name("get"), "renamed") ? other(object) : object;
         });
     }
     bool equal(const ForwardIteratorImpl* other) const override {
-        return truth(name("equal"), inner_->equal(static_cast<const WrongForward*>(other)->inner_.get()));
+        return truth(name("equal"), ForwardingSequence::equal(other));
     }
     void increment() override {
-        inner_->increment();
-        if (is(name("increment"), "twice")) inner_->increment();
+        ForwardingSequence::increment();
+        if (is(name("increment"), "twice")) ForwardingSequence::increment();
+    }
+
+protected:
+    ForwardIteratorImpl* wrapCopy(Inner<ForwardIteratorImpl> copy) const override {
+        return new WrongForward(prefix_, std::move(copy));
     }
 
 private:
@@ -141,7 +146,6 @@ private:
     Operation name(const char* operation) const { return {prefix_, operation}; }
 
     const char* prefix_;
-    Inner<ForwardIteratorImpl> inner_;
 };
 
 ForwardIteratorImpl* wrongForward(const char* prefix, const char* operation, ForwardIteratorImpl* made) {
@@ -1006,29 +1010,30 @@ private:
     Inner<RefCounted> inner_;
 };
 
-class WrongProperties : public ForwardIteratorImpl {
+class WrongProperties : public ForwardingSequence {
 public:
-    explicit WrongProperties(Inner<ForwardIteratorImpl> inner) : inner_(std::move(inner)) {}
+    using ForwardingSequence::ForwardingSequence;
     ForwardIteratorImpl* clone() const override {
-        return counted("properties.clone", new WrongProperties(Inner<ForwardIteratorImpl>(inner_->clone())));
+        return counted("properties.clone", ForwardingSequence::clone());
     }
     RefCounted* get() const override {
         if (is("properties.get", "one-view"))
-            return inner_->get(); // the inner one gives one view again and again
+            return ForwardingSequence::get(); // the inner one gives one view again and again
         return passed("properties.get", [&] {
-            return counted("properties.get", new WrongProperty(Inner<RefCounted>(inner_->get())));
+            return counted("properties.get", new WrongProperty(Inner<RefCounted>(ForwardingSequence::get())));
         });
     }
     bool equal(const ForwardIteratorImpl* other) const override {
-        return truth("properties.equal",
-                     inner_->equal(static_cast<const WrongProperties*>(other)->inner_.get()));
+        return truth("properties.equal", ForwardingSequence::equal(other));
     }
     void increment() override {
-        if (!is("properties.increment", "ignored")) inner_->increment();
+        if (!is("properties.increment", "ignored")) ForwardingSequence::increment();
     }
 
-private:
-    Inner<ForwardIteratorImpl> inner_;
+protected:
+    ForwardIteratorImpl* wrapCopy(Inner<ForwardIteratorImpl> copy) const override {
+        return new WrongProperties(std::move(copy));
+    }
 };
 
 ForwardIteratorImpl* walk(const char* operation, ForwardIteratorImpl* made) {

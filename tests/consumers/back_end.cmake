@@ -7,7 +7,7 @@ foreach(back_end IN LISTS compilers)
   cmake_path(GET back_end FILENAME name)
   file(MAKE_DIRECTORY "${WORK}/${name}")
   run("${back_end}" ${flags} -fPIC -shared -fvisibility=hidden -fvisibility-inlines-hidden
-    "${SOURCE}/back_end/BackEnd.cpp" -o "${WORK}/${name}/libback_end.so" -lvexadata)
+    "${SOURCE}/back_end/BackEnd.cpp" "${ROOT}/examples/own_backend/doubles.cpp" -o "${WORK}/${name}/libback_end.so" -lvexadata)
   foreach(client IN LISTS compilers)
     cmake_path(GET client FILENAME client_name)
     set(program "${WORK}/${name}/client-${client_name}")

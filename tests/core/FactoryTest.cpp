@@ -26,9 +26,6 @@ using Calls = std::vector<std::string>;
 
 constexpr std::size_t huge = std::size_t{1} << 63;
 constexpr std::size_t half = std::size_t{1} << 32;
-constexpr const char* tooMany =
-    "Could not create the Array because the number of elements exceeds the maximum.";
-constexpr const char* notPrimitive = "Defined data buffers must be of primitive type";
 
 /// Makes small arrays whatever is asked for, and fails when told to.
 class Pretending final : public vexa::testing::ForwardingFactory<> {
@@ -90,13 +87,13 @@ TEST_F(Factory, NormalisesDimensionsInOrder) {
     log->clear();
     for (const Dims& refused : {Dims{half, half}, Dims{huge, 4, 0}, Dims{huge, 2}}) {
         EXPECT_TRUE(throwsExactly<NumberOfElementsExceedsMaximumException>(
-            [&] { factory.createArray<double>(refused); }, tooMany));
+            [&] { factory.createArray<double>(refused); }));
         EXPECT_TRUE(throwsExactly<NumberOfElementsExceedsMaximumException>(
-            [&] { factory.createArray(ArrayType::CELL, refused); }, tooMany));
+            [&] { factory.createArray(ArrayType::CELL, refused); }));
         EXPECT_TRUE(throwsExactly<NumberOfElementsExceedsMaximumException>(
-            [&] { factory.createArray<double>(refused, {1.0}); }, tooMany));
+            [&] { factory.createArray<double>(refused, {1.0}); }));
         EXPECT_TRUE(throwsExactly<NumberOfElementsExceedsMaximumException>(
-            [&] { factory.createArrayFromBuffer<double>(refused, buffer(1)); }, tooMany));
+            [&] { factory.createArrayFromBuffer<double>(refused, buffer(1)); }));
     }
     EXPECT_EQ(freed, 3);
     EXPECT_EQ(log->operations(), Calls());
@@ -138,8 +135,8 @@ TEST_F(Factory, PassesOnWhatItWasGiven) {
                      "createBufferImpl(2, 3)", "createUntypedBufferImpl(9)"}));
     EXPECT_EQ(freed, 1);
     log->clear();
-    EXPECT_TRUE(throwsExactly<MustBePrimitiveTypeException>([&] { factory.createBuffer(ArrayType::CELL, 3); },
-                                                            notPrimitive));
+    EXPECT_TRUE(
+        throwsExactly<MustBePrimitiveTypeException>([&] { factory.createBuffer(ArrayType::CELL, 3); }));
     EXPECT_EQ(log->operations(), Calls());
 }
 
@@ -183,8 +180,7 @@ TEST_F(Factory, FillsArraysFromValues) {
     EXPECT_EQ(plain.createScalar(5LL)[0], 5);
     EXPECT_EQ(plain.createScalar(true).getType(), ArrayType::LOGICAL);
     EXPECT_EQ(plain.createScalar('x')[0], u'x');
-    EXPECT_TRUE(throwsExactly<NonAsciiCharInInputDataException>(
-        [&] { plain.createScalar('\xE9'); }, "Input data can only contain ASCII characters"));
+    EXPECT_TRUE(throwsExactly<NonAsciiCharInInputDataException>([&] { plain.createScalar('\xE9'); }));
     EXPECT_EQ(plain.createScalar(std::complex<double>(1, 2))[0], std::complex<double>(1, 2));
 }
 
@@ -199,8 +195,7 @@ TEST_F(Factory, TestsNarrowTextWhereverItBecomesCharactersOrStrings) {
     };
     auto target = chars(good);
     const auto refused = [](auto create) {
-        EXPECT_TRUE(throwsExactly<NonAsciiCharInInputDataException>(
-            create, "Input data can only contain ASCII characters"));
+        EXPECT_TRUE(throwsExactly<NonAsciiCharInInputDataException>(create));
     };
     refused([&] { chars(bad); });
     refused([&] { plain.createArray<char16_t>({1, 2}, bad.c_str(), bad.c_str() + 2); });

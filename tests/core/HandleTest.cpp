@@ -114,8 +114,7 @@ TEST_F(Handles, DefaultOnesShareOneEmptyArray) {
     EXPECT_FALSE(isSparse(empty));
     EXPECT_EQ(empty, Array());
     EXPECT_EQ(support::countAllocations([] { Array another; }), 0U);
-    EXPECT_TRUE(throwsExactly<CantIndexIntoEmptyArrayException>([&] { empty[0]; },
-                                                                "Can't index into an empty array"));
+    EXPECT_TRUE(throwsExactly<CantIndexIntoEmptyArrayException>([&] { empty[0]; }));
     EXPECT_THROW(TypedArray<double>{empty}, InvalidArrayTypeException);
     EXPECT_THROW(TypedArray<Array>{empty}, InvalidArrayTypeException);
     EXPECT_THROW(TypedArray<StructElement>{empty}, InvalidArrayTypeException);
@@ -264,19 +263,17 @@ TEST_F(Handles, CompareFloatsAsNumbers) {
 }
 
 TEST_F(Handles, TypedOnesCheckWhatTheyAreMadeOf) {
-    const char* message = "Invalid Array type";
     auto singles = factory.createArray<float>({2, 2});
     Array untyped = singles;
-    EXPECT_TRUE(throwsExactly<InvalidArrayTypeException>([&] { TypedArray<double> d(untyped); }, message));
+    EXPECT_TRUE(throwsExactly<InvalidArrayTypeException>([&] { TypedArray<double> d(untyped); }));
     EXPECT_EQ(untyped, singles);
-    EXPECT_TRUE(
-        throwsExactly<InvalidArrayTypeException>([&] { TypedArray<double> d(std::move(untyped)); }, message));
+    EXPECT_TRUE(throwsExactly<InvalidArrayTypeException>([&] { TypedArray<double> d(std::move(untyped)); }));
     EXPECT_EQ(Access::impl(untyped), nullptr); // consumed, deliberately
 
     untyped = singles;
     auto doubles = numbers();
-    EXPECT_TRUE(throwsExactly<InvalidArrayTypeException>([&] { doubles = untyped; }, message));
-    EXPECT_TRUE(throwsExactly<InvalidArrayTypeException>([&] { doubles = std::move(untyped); }, message));
+    EXPECT_TRUE(throwsExactly<InvalidArrayTypeException>([&] { doubles = untyped; }));
+    EXPECT_TRUE(throwsExactly<InvalidArrayTypeException>([&] { doubles = std::move(untyped); }));
     EXPECT_EQ(untyped, singles); // assignment looks first
     EXPECT_EQ(doubles, numbers());
     Array fine = factory.createArray<double>({1, 1});

@@ -83,6 +83,20 @@ const Family factory{
              use(w.factory.createSparseArray<bool>({1, 1}, 1, std::move(values), std::move(rows),
                                                    std::move(columns)));
          }},
+        {"createSparseArray of triplets in no order",
+         [](World& w) {
+             constexpr std::size_t count = 100;
+             auto values = zeros<double>(w.factory, count);
+             auto rows = zeros<std::size_t>(w.factory, count);
+             auto columns = zeros<std::size_t>(w.factory, count);
+             for (std::size_t k = 0; k < count; ++k) {
+                 rows[k] = k * 37 % count;
+                 columns[k] = k * 61 % count;
+                 values[k] = static_cast<double>(k % 3);
+             }
+             use(w.factory.createSparseArray<double>({count, count}, count, std::move(values),
+                                                     std::move(rows), std::move(columns)));
+         }},
         {"createVEXASparseArray",
          [](World& w) {
              auto values = zeros<double>(w.factory, 1);
@@ -122,6 +136,13 @@ const Family arrays{
         {"read a[i][j]", [](World& w) { use(double(std::as_const(w.numbers())[1][2])); }},
         {"read through a writable handle", [](World& w) { use(double(w.numbers()[1][2])); }},
         {"write a[i][j]", [](World& w) { w.numbers()[1][2] = 7.0; }},
+        {"write a large array over a buffer of rows",
+         [](World& w) {
+             auto rows = w.factory.createArrayFromBuffer<double>({2, 500}, zeros<double>(w.factory, 1000),
+                                                                 vexa::data::MemoryLayout::ROW_MAJOR);
+             const auto other = rows;
+             rows[1][1] = 7.0;
+         }},
         {"write a row's element", [](World& w) { w.alone()[1] = 7.0; }},
         {"update", [](World& w) { w.numbers()[0][0] += 1.0; }},
         {"read untyped", [](World& w) { use(double(Array(w.numbers())[1][2])); }},
@@ -457,7 +478,8 @@ const Family workspaces{
          }},
         {"setVariables",
          [](World& w) {
-             w.engine().workspace().setVariables({"b", "a"}, {w.characters(), w.characters()});
+             w.engine().workspace().setVariables({"b", "a", "name_that_needs_a_block_of_its_own"},
+                                                 {w.characters(), w.characters(), Array()});
          }},
         {"clearVariable",
          [](World& w) { w.engine().workspace().clearVariable("a_variable_that_would_need_a_block"); }},

@@ -75,7 +75,7 @@ TEST_P(Replay, InputsFromSeeds) {
 }
 
 INSTANTIATE_TEST_SUITE_P(BackEnds, Replay, testing::Values(&embedded, &forwarding),
-                         [](const auto& info) { return info.index == 0 ? "Embedded" : "Forwarding"; });
+                         [](const auto& each) { return each.index == 0 ? "Embedded" : "Forwarding"; });
 
 TEST(ReplayCanary, APlantedFaultIsNoticed) {
     EXPECT_DEATH(

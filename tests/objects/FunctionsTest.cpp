@@ -79,7 +79,9 @@ TEST_F(Functions, AnswerAboutClasses) {
 }
 
 TEST_F(Functions, WalkShareAndStoreObjects) {
-    ForwardIterator<Property> begin(EXPORTED(object_reference_begin_x)(at(values, 0).get()));
+    vexa_iterator* const made = EXPORTED(object_reference_begin_x)(at(values, 0).get());
+    EXPECT_EQ(made->referenceCount(), 1U);
+    ForwardIterator<Property> begin(made);
     const ForwardIterator<Property> end(EXPORTED(object_reference_end_x)(at(values, 0).get()));
     EXPECT_EQ((*begin).getPropertyName(), "x");
     EXPECT_EQ(++(++begin), end);
@@ -91,7 +93,9 @@ TEST_F(Functions, WalkShareAndStoreObjects) {
     EXPECT_EQ(EXPORTED(object_reference_shared_copy_x)(at(values, 3).get(), &shared), 1);
     EXPECT_EQ(shared, nullptr);
 
+    const auto before = Access::impl(first)->referenceCount();
     EXPORTED(object_set_value_x)(at(values, 2).get(), Access::impl(first).get());
+    EXPECT_EQ(Access::impl(first)->referenceCount(), before + 1) << "the element adds its own";
     EXPECT_EQ(ValueObject(values[2]), first);
     EXPECT_THROW(EXPORTED(object_set_value_x)(at(values, 9).get(), Access::impl(first).get()),
                  EArrayIndexOutOfRange);

@@ -12,6 +12,7 @@
 #include <string>
 #include <string_view>
 #include <typeinfo>
+#include <utility>
 
 namespace support {
 
@@ -48,6 +49,12 @@ testing::AssertionResult throwsExactly(Statement&& statement, std::string_view m
         return testing::AssertionFailure() << "expected " << wanted << ", got an exception of another family";
     }
     return testing::AssertionFailure() << "expected " << wanted << ", got none";
+}
+
+/// The same with the one message that every `E` has.
+template <class E, class Statement>
+testing::AssertionResult throwsExactly(Statement&& statement) {
+    return throwsExactly<E>(std::forward<Statement>(statement), E().what());
 }
 
 } // namespace support

@@ -1,5 +1,4 @@
 // Variables that are exchanged with a workspace, and the engine that the embedded back-end brings along.
-#include "support/AllocationCountdown.hpp"
 #include "support/Throws.hpp"
 
 #include <foundation/vexadata/VexaData.hpp>
@@ -198,21 +197,6 @@ TEST_F(Engine, ChangesNothingWhenASetFails) {
     }
     workspace.setVariables({"_1"}, {factory.createScalar(1.5)});
     EXPECT_EQ(number(workspace.getVariable("_1")), 1.5);
-    const auto setup = [this] {
-        auto fresh = std::make_unique<vexa::client::WorkspaceEngine>();
-        fresh->workspace().setVariables({"a"}, {factory.createScalar(1.0)});
-        return fresh;
-    };
-    support::sweep(
-        setup,
-        [this](auto& own) {
-            own->workspace().setVariables({"b", "a", "name_that_needs_a_block_of_its_own"},
-                                          {Array(), factory.createScalar(2.0), Array()});
-        },
-        [](auto& own) {
-            EXPECT_EQ(number(own->workspace().getVariable("a")), 1);
-            EXPECT_EQ(own->workspace().getVariableNames().size(), 1U);
-        });
 }
 
 TEST_F(Engine, HoldsThousands) {

@@ -41,7 +41,7 @@ T valueOf(double stamp) {
     const int number = static_cast<int>(stamp) % 100;
     if constexpr (std::is_same_v<T, bool>) {
         return number % 2 == 1;
-    } else if constexpr (detail::isComplexElement<T>) {
+    } else if constexpr (foundation::vexadata::detail::isComplexElement<T>) {
         using Part = typename T::value_type;
         return T(valueOf<Part>(stamp), valueOf<Part>(stamp + 1));
     } else {
@@ -177,7 +177,7 @@ inline bool areStructs(const Array& array, double stamp) {
     });
 }
 
-/// The values of sparse arrays are never zero.
+/// The values of sparse arrays are never zero; those of logical ones are therefore true whatever the stamp.
 template <class T>
 T nonZero(double stamp) {
     return valueOf<T>(stamp) + valueOf<T>(1);

@@ -1,6 +1,4 @@
 // What the embedded back-end makes of sizes, sources and buffers at their limits.
-#include "support/AllocationCountdown.hpp"
-#include "support/Throws.hpp"
 
 #include <foundation/vexadata/ArrayFactory.hpp>
 #include <foundation/vexadata/BufferAccess.hpp>
@@ -19,7 +17,6 @@
 namespace {
 
 using namespace foundation::vexadata;
-using vexa::data::MemoryLayout;
 
 /// Lengths around the one up to which elements are kept in the array itself.
 template <class T>
@@ -133,28 +130,6 @@ TEST(BackEndArrays, FreeAnOutsideBufferOnceAndCopiesNeverWithIt) {
     EXPECT_EQ(outside[5], 3.0);
     array = factory.createArray<double>({1, 1});
     EXPECT_EQ(calls, 1);
-}
-
-TEST(BackEndArrays, LoseNothingWhenACopyFailsHalfway) {
-    struct Pair {
-        TypedArray<double> array;
-        TypedArray<double> other = array;
-    };
-    for (const std::size_t count : {std::size_t{4}, std::size_t{1000}}) {
-        const auto setup = [count] {
-            ArrayFactory factory;
-            auto buffer = factory.createBuffer<double>(count);
-            std::fill_n(buffer.get(), count, 0.0);
-            return Pair{factory.createArrayFromBuffer<double>({2, count / 2}, std::move(buffer),
-                                                              MemoryLayout::ROW_MAJOR)};
-        };
-        support::sweep(
-            setup, [](Pair& pair) { pair.array[1][1] = 5.0; },
-            [](Pair& pair) {
-                EXPECT_TRUE(pair.array.isShared());
-                EXPECT_EQ(std::as_const(pair.array)[1][1], 0.0);
-            });
-    }
 }
 
 } // namespace
