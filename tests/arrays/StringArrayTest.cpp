@@ -218,8 +218,9 @@ TEST(StringArrays, AreWalkedWithoutAllocations) {
 TEST(StringArrays, AreNotFilledWithOverwrittenTexts) {
     constexpr std::size_t count = 50;
     Strings strings = ArrayFactory().createArray<String>({count, 1});
+    strings[0] = u"at the beginning of the block";
     for (std::size_t step = 0; step < 5'000; ++step) {
-        strings[step * 7 % count] = std::u16string(step % 16, u'x');
+        strings[1 + step * 7 % (count - 1)] = std::u16string(step % 16, u'x');
     }
     // What is left lies in a block of not much more than its own size.
     const char16_t* first = nullptr;

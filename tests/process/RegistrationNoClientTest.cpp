@@ -6,6 +6,8 @@
 #include <foundation/vexadata/ArrayFactory.hpp>
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <array>
 #include <atomic>
@@ -14,6 +16,7 @@
 #include <functional>
 #include <memory>
 #include <stdexcept>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -57,7 +60,8 @@ ArrayFactoryImpl* make() {
     ++calls;
     return new NumberedFactory(number);
 }
-constexpr std::array<Function, 4> functions{&make<0>, &make<1>, &make<2>, &make<3>};
+constexpr std::array<Function, 8> functions{&make<0>, &make<1>, &make<2>, &make<3>,
+                                            &make<4>, &make<5>, &make<6>, &make<7>};
 
 std::shared_ptr<ArrayFactoryImpl> defaultFactory() {
     return Access::createSharedPtr(ArrayFactoryImpl::getDefaultFactory());
@@ -163,6 +167,43 @@ TEST_F(RegistrationTest, EachRequestCallsTheFunctionForOneReference) {
         const ArrayFactory copy = factory;
         EXPECT_EQ(calls, 3) << "copies of a factory share its back-end";
         EXPECT_EQ(copy.getArrayFactoryImpl()->referenceCount(), 1u);
+    }
+}
+
+/// True when one of several threads with different functions succeeds, the others fail, and its function is in force.
+bool oneOfManyThreadsWins(const Slot& slot) {
+    std::atomic<std::size_t> waiting{functions.size()};
+    std::atomic<int> winners{0}, losers{0}, winner{-1};
+    std::vector<std::thread> threads;
+    for (std::size_t i = 0; i < functions.size(); ++i) {
+        threads.emplace_back([&, i] {
+            for (--waiting; waiting != 0;) {
+                std::this_thread::yield();
+            }
+            try {
+                winners += slot.assign(functions[i]) ? 1 : 0;
+                winner = static_cast<int>(i);
+            } catch (const std::logic_error&) {
+                ++losers;
+            }
+        });
+    }
+    for (auto& thread : threads) {
+        thread.join();
+    }
+    return winners == 1 && losers == static_cast<int>(functions.size()) - 1 && registeredNumber() == winner;
+}
+
+TEST_F(RegistrationTest, OneOfManyThreadsWins) {
+    for (int round = 0; round < 400; ++round) {
+        const pid_t child = fork(); // a process has one race a slot to offer
+        ASSERT_NE(child, -1);
+        if (child == 0) {
+            _exit(oneOfManyThreadsWins(clientSlot) && oneOfManyThreadsWins(engineSlot) ? 0 : 1);
+        }
+        int status = -1;
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        ASSERT_EQ(status, 0) << "round " << round;
     }
 }
 
