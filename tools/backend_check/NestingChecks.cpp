@@ -1,6 +1,7 @@
 // Arrays in arrays in arrays: writes inside, at any depth, and what they must spare.
 
 #include "Check.hpp"
+#include "Foreign.hpp"
 #include "Samples.hpp"
 
 #include <foundation/vexadata/Exception.hpp>
@@ -331,6 +332,24 @@ void intoItself(Backend& backend) {
     });
 }
 
+/// Cells and fields that hold cells of another back-end.
+void comparesForeign(Backend& backend) {
+    eachPath(backend, [&](const Path& path, const std::string& what) {
+        if (path.size() != 1 || (path[0] != &levels[0] && path[0] != &levels[1]) || !backend.offers("cell"))
+            return;
+        const auto holding = [&](double value) {
+            auto cells = backend.array(ArrayType::CELL, {1, 1});
+            assign(*cells, 0, {}, *scalar(backend, value));
+            std::vector<Owned<ObjectImpl>> none;
+            return path[0]->hold(backend, *foreign(std::move(cells)), none);
+        };
+        for (const double value : {1.0, 2.0})
+            expectEqual("isEqual of arrays with cells of another back-end in " + what + ", of 1 and " +
+                            show(value),
+                        holding(1)->isEqual(holding(value).get()), value == 1);
+    });
+}
+
 /// Beside what is copied then lies what holds nothing.
 void mixedIntoItself(Backend& backend) {
     const auto cells = backend.array(ArrayType::CELL, {1, 4});
@@ -371,6 +390,8 @@ void addNestingChecks(Checks& checks) {
     nesting.add("an array into itself",
                 "assignElementArray stores an array, borrowed, and nothing is lost (order 17)", {},
                 intoItself);
+    nesting.add("cells of another back-end are compared",
+                "isEqual sees arrays that may belong to another back-end (order 35)", {}, comparesForeign);
     nesting.add("an array of cells and numbers into itself",
                 "assignElementArray stores an array, borrowed (order 17)", {"cell", "double"},
                 mixedIntoItself);
