@@ -74,11 +74,11 @@ private:
 
 } // namespace detail
 
-/// What `TypedArray<T>::operator[]` returns: an element, or a row of them that wants more indices. Reads and
-/// writes go to the array at the moment of conversion or assignment; bounds are tested then. Further `[]`
-/// append indices: on a named handle they give a new one and leave it as it is. Valid while the array handle
-/// that it came from lives, is not reassigned and is not made private by a later write. Holds its indices in
-/// place. Not synchronised.
+/// What `TypedArray<T>::operator[]` returns: an element, or a partial subscript that needs further indices.
+/// Reads and writes go to the array at the moment of conversion or assignment; bounds are tested then.
+/// Further `[]` append indices: on a named handle they give a new one and leave it as it is. Valid while the
+/// array handle that it came from lives, is not reassigned and is not made private by a later write. Holds
+/// its indices in place. Not synchronised.
 template <class T, bool isConst>
 class ArrayElementTypedRef
     : public detail::Indexing<ArrayElementTypedRef<T, isConst>>,

@@ -15,7 +15,7 @@ template <class T>
 class VEXADATA_API ContiguousIteratorImpl final : public IteratorImpl {
 public:
     explicit ContiguousIteratorImpl(T* current) noexcept : current_(current) {}
-    ~ContiguousIteratorImpl() override {} // not defaulted: such a one is not always part of the instantiation
+    ~ContiguousIteratorImpl() override {} // compilers may omit a defaulted one from an explicit instantiation
 
     IteratorImpl* clone() const override;
     void advance(std::int64_t count) override;

@@ -91,7 +91,7 @@ protected:
     ReferenceImpl(const ReferenceImpl& other);
     ReferenceImpl& operator=(const ReferenceImpl&) = delete;
 
-    /// Binds the chain to an array of these dimensions: one index slot for each.
+    /// Binds the chain to an array of these dimensions: room for one index for each.
     void bind(std::vector<std::size_t> dimensions, MemoryLayout layout);
 
     /// Fixes the position; indices are not looked at any more.

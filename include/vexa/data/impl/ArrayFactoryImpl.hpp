@@ -31,12 +31,12 @@ public:
 
     ~ArrayFactoryImpl() override;
 
-    /// Sets the engine's slot. Each slot accepts one function for the life of the process. Safe from any
-    /// thread.
+    /// Registers the engine's function. One is accepted for the life of the process, and one of stand-alone
+    /// clients. Safe from any thread.
     /// @return true, also when the same function was there already
     /// @throws std::logic_error when another function is there; that one stays
     static bool registerVexaFactoryFunction(ArrayFactoryImpl* (*function)());
-    /// Sets the slot of stand-alone clients, in the same way.
+    /// Registers the function of stand-alone clients, in the same way.
     static bool registerClientFactoryFunction(ArrayFactoryImpl* (*function)());
     /// Calls the engine's function, else the client's; null when neither is registered. The result carries
     /// one reference for the caller.

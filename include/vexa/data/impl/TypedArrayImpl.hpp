@@ -14,7 +14,7 @@ namespace vexa::data::impl {
 template <class T>
 class VEXADATA_API TypedArrayImpl : public ArrayImpl {
 public:
-    ~TypedArrayImpl() override {} // not defaulted: such a one is not always part of the instantiation
+    ~TypedArrayImpl() override {} // compilers may omit a defaulted one from an explicit instantiation
 
     virtual void reservedOp36(); ///< order 36, not called by this library
     virtual void reservedOp37(); ///< order 37, not called by this library

@@ -53,8 +53,8 @@ Buffer<void> zeros(std::size_t bytes) {
     return buffer;
 }
 
-/// The library calls no operation that you do not see here, as long as the array is one of numbers: all others
-/// have defaults, most of which throw what the caller deserves.
+/// The library calls no operation that you do not see here, as long as the array is one of numbers: all
+/// others have defaults, most of which throw what the caller deserves.
 class Doubles final : public TypedArrayImpl<double> {
 public:
     Doubles(Dimensions dimensions, Buffer<void> buffer)
@@ -97,8 +97,8 @@ public:
     /// to be done.
     void unshare() override {}
 
-    // Iterators. This one is recognised, and moves at the speed of a pointer. An iterator of your own derives from
-    // IteratorImpl.
+    // Iterators. This one is recognised, and moves at the speed of a pointer. An iterator of your own derives
+    // from IteratorImpl.
     IteratorImpl* beginIterator(void*, bool) override { return new ContiguousIteratorImpl<double>(data()); }
     IteratorImpl* endIterator(void*, bool) override {
         return new ContiguousIteratorImpl<double>(data() + count_);
@@ -227,7 +227,8 @@ private:
 ArrayFactoryImpl* makeFactory() { return new DoublesFactory; }
 
 /// Runs when the library is loaded. One back-end can be registered in each of the two places of a process;
-/// `false` would not be enough if another one had come first: that is an exception, which nobody could catch here.
+/// `false` would not be enough if another one had come first: that is an exception, which nobody could catch
+/// here.
 const bool registered = [] {
     try {
         return ArrayFactoryImpl::registerClientFactoryFunction(&makeFactory);

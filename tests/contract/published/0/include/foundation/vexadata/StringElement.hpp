@@ -26,7 +26,7 @@ struct BorrowedText {
     std::size_t length = 0;
 };
 
-/// By value: one whose own address nobody has keeps its indices in registers.
+/// The position is passed by value: while its address does not escape, its indices stay in registers.
 [[gnu::noinline]] inline BorrowedText askedText(ElementPosition position) {
     BorrowedText found;
     const ArrayImpl* array = position.array();

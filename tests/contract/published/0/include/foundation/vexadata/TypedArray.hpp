@@ -57,7 +57,7 @@ public:
     TypedArray(TypedArray&&) noexcept = default;
     TypedArray& operator=(const TypedArray&) noexcept = default;
     TypedArray& operator=(TypedArray&&) noexcept = default;
-    ~TypedArray() override {} // not defaulted: such a one is not always part of the instantiation
+    ~TypedArray() override {} // compilers may omit a defaulted one from an explicit instantiation
 
     /// Shares the array. A moved argument keeps it too: only handles of one type are emptied by assignment.
     /// @throws InvalidArrayTypeException when the array is not one of elements `T`; this handle has not
@@ -92,7 +92,7 @@ public:
         return endOf<T>(true);
     }
 
-    /// An element, or a row of them that wants more indices; as `Array::operator[]`.
+    /// An element, or a partial subscript that needs further indices; as `Array::operator[]`.
     VEXADATA_INLINE detail::ElementRefOf<T, false> operator[](std::size_t index) {
         detail::Access::unshare(*this);
         return detail::ElementRefOf<T, false>(detail::ElementPosition::firstOf<T>(this->impl_.get(), index));

@@ -365,8 +365,8 @@ private:
         static_assert(!isConst, "this reference is read-only: its array is const");
         return self().forWrite();
     }
-    // Elements that are not reached in place. By value: a handle whose own address nobody has keeps its
-    // indices in registers.
+    // Elements that are not reached in place. The handle is passed by value: while its address does not
+    // escape, its indices stay in registers.
     template <class T>
     [[gnu::noinline]] static T readAsked(Ref element) {
         const auto& position = element.forRead();

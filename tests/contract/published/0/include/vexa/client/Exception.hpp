@@ -30,7 +30,8 @@ public:
     InvalidColumnStartsException& operator=(const InvalidColumnStartsException&) = default;
 };
 
-/// Base of errors whose message tells what was wrong. Copies share the text, which lives as long as any of them.
+/// Base of errors whose message tells what was wrong. Copies share the text, which lives as long as any of
+/// them.
 class VEXADATA_API NamedException : public foundation::vexadata::Exception {
 public:
     const char* what() const noexcept override;
@@ -52,7 +53,8 @@ public:
     ~UnknownFieldException() override;
 };
 
-/// A list of field names holds one twice, or one that is not a letter followed by letters, digits and underscores.
+/// A list of field names holds one twice, or one that is not a letter followed by letters, digits and
+/// underscores.
 class VEXADATA_API InvalidFieldNameException final : public NamedException {
 public:
     InvalidFieldNameException(const std::string& name, const std::string& reason);
@@ -88,8 +90,8 @@ public:
     ~AmbiguousPropertyException() override;
 };
 
-/// A class cannot have this property of its own: the name is no identifier, comes twice, or is that of another
-/// class.
+/// A class cannot have this property of its own: the name is no identifier, comes twice, or is that of
+/// another class.
 class VEXADATA_API InvalidPropertyException final : public NamedException {
 public:
     InvalidPropertyException(const std::string& name, const std::string& className,

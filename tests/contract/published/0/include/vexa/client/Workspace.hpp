@@ -10,8 +10,8 @@ namespace vexa::client {
 class Variables;
 
 /// An engine that owns a set of named variables. Names are made of letters, digits and underscores and do not
-/// begin with a digit. Values are shared with callers until one side writes. Not synchronised: one thread at a
-/// time.
+/// begin with a digit. Values are shared with callers until one side writes. Not synchronised: one thread at
+/// a time.
 class VEXADATA_API WorkspaceEngine {
 public:
     /// An empty workspace.

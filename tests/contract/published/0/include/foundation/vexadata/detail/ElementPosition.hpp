@@ -267,7 +267,7 @@ private:
     /// How the element is reached while the indices are in place. As wide as a count: compilers compare two
     /// neighbouring halves of a word at once, and wait for both to be written.
     enum class Way : std::uint64_t {
-        IN_PLACE, ///< a column-major matrix of the recognised class for the elements of the handle; nothing was asked so far
+        IN_PLACE,        ///< a matrix of the class recognised for these elements; nothing was asked so far
         NONE,            ///< no first index is possible; never the way of a position
         PLAIN,           ///< as IN_PLACE, of some recognised class of plain values
         MATRIX,          ///< a column-major matrix
@@ -309,7 +309,7 @@ private:
     ReferenceImpl& end() const { return isInside() ? settled() : *chain_; }
     [[gnu::cold]] VEXADATA_API ReferenceImpl& settled() const;
 
-    /// A position without ownership, passed by value: one whose own address nobody has stays in registers.
+    /// A position without ownership, passed by value: its address never escapes, and it stays in registers.
     struct Parts {
         ArrayImpl* array;
         const std::vector<std::size_t>* dimensions;

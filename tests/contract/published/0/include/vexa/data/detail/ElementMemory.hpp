@@ -1,4 +1,5 @@
-// Memory for elements, always freed by the function that travels with it. Offered to back-ends for their buffers.
+// Memory for elements, always freed by the function that travels with it. Offered to back-ends for their
+// buffers.
 #pragma once
 
 #include <foundation/vexadata/Export.hpp>

@@ -1,5 +1,5 @@
-// Iterators of back-end sequences of names, classes and properties. Binary contract: virtual operations in the
-// order of their numbers; the two entries of the destructor are operations 1 and 2.
+// Iterators of back-end sequences of names, classes and properties. Binary contract: virtual operations in
+// the order of their numbers; the two entries of the destructor are operations 1 and 2.
 #pragma once
 
 #include <vexa/data/detail/RefCounted.hpp>

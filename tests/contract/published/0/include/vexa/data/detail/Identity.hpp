@@ -9,8 +9,8 @@
 namespace vexa::data::detail {
 
 /// A number for `ArrayImpl::getArrayID` that no other call in this process has given or will give; never 0.
-/// Arrays with equal identities count as equal unseen, so back-ends that may meet in one process all draw from
-/// here. Safe from any thread.
+/// Arrays with equal identities count as equal unseen, so back-ends that may meet in one process all draw
+/// from here. Safe from any thread.
 VEXADATA_API std::uint64_t nextIdentity() noexcept;
 
 /// The identity of one array, drawn when first asked for, which most arrays never are. Safe from any thread.

@@ -12,8 +12,9 @@
 
 namespace vexa::data::detail {
 
-/// The elements of a column-major matrix. Without rows nothing is reached in place: the array has no elements,
-/// another layout or another number of dimensions, and is asked as any other. Frozen: compiled into clients.
+/// The elements of a column-major matrix. Without rows nothing is reached in place: the array has no
+/// elements, another layout or another number of dimensions, and is asked as any other. Frozen: compiled into
+/// clients.
 template <class T>
 struct InPlace {
     std::size_t rows = 0;
@@ -48,9 +49,9 @@ enum class RecognisedKind : std::size_t { CELLS, STRINGS, STRUCTS };
 /// The type information of the class that is recognised for each kind; never null.
 VEXADATA_API extern std::atomic<const void*> recognisedClasses[3];
 
-/// Has the class `type`, which must be final and derive from `impl::InPlaceArrayImpl`, recognised from now on.
-/// One class a kind: later ones, and classes of back-ends that are not told of here, are asked as any others.
-/// Safe from any thread.
+/// Has the class `type`, which must be final and derive from `impl::InPlaceArrayImpl`, recognised from now
+/// on. One class a kind: later ones, and classes of back-ends that are not told of here, are asked as any
+/// others. Safe from any thread.
 /// @return whether it is the one
 VEXADATA_API bool recognise(RecognisedKind kind, const std::type_info& type) noexcept;
 

@@ -7,9 +7,9 @@
 
 namespace vexa::data::detail {
 
-/// A small vector of indices with room for three in place. Never to be copied bytewise: the pointer may refer to
-/// the object itself. The length is set once, when the chain is bound to its array; surplus zero indices need
-/// room beyond it, which `reserve` gives without changing the length.
+/// A small vector of indices with room for three in place. Never to be copied bytewise: the pointer may refer
+/// to the object itself. The length is set once, when the chain is bound to its array; surplus zero indices
+/// need room beyond it, which `reserve` gives without changing the length.
 class IndexList {
 public:
     static constexpr std::size_t inlineCapacity = 3;

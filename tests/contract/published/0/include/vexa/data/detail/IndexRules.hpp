@@ -1,5 +1,5 @@
-// What may be appended to an index chain, and which element it means. Stated once, over plain values; the shared
-// chain and the element handles that hold their chain in place both use it.
+// What may be appended to an index chain, and which element it means. Stated once, over plain values; the
+// shared chain and the element handles that hold their chain in place both use it.
 #pragma once
 
 #include <foundation/vexadata/ArrayType.hpp>
@@ -82,6 +82,11 @@ inline void checkAppend(const std::vector<std::size_t>& dimensions, std::size_t 
     }
 }
 
+/// True for a row or a column, which take a single index.
+inline bool isVector(const std::vector<std::size_t>& dimensions) noexcept {
+    return dimensions.size() == 2 && (dimensions[0] == 1 || dimensions[1] == 1);
+}
+
 /// True when a single index into a matrix still has to be spread over both dimensions.
 inline bool isSingleIndexIntoMatrix(const std::vector<std::size_t>& dimensions, std::size_t count) noexcept {
     return count == 1 && dimensions.size() == 2;
@@ -100,8 +105,8 @@ inline void spreadSingleIndex(const std::vector<std::size_t>& dimensions, std::u
     }
 }
 
-/// Position in storage of the element at `indices`, one index for each dimension. With a layout that is neither
-/// column- nor row-major the position is 0 and nothing is checked.
+/// Position in storage of the element at `indices`, one index for each dimension. With a layout that is
+/// neither column- nor row-major the position is 0 and nothing is checked.
 /// @throws EArrayIndexOutOfRange when an index is not less than its dimension
 inline std::size_t positionOf(const std::vector<std::size_t>& dimensions, const std::uint64_t* indices,
                               MemoryLayout layout) {

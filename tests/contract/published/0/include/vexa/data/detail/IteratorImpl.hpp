@@ -1,5 +1,5 @@
-// Iterators of arrays. Binary contract: virtual operations in the order of their numbers; the two entries of the
-// destructor are operations 1 and 2.
+// Iterators of arrays. Binary contract: virtual operations in the order of their numbers; the two entries of
+// the destructor are operations 1 and 2.
 #pragma once
 
 #include <foundation/vexadata/Forward.hpp>

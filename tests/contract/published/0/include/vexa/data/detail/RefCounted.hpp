@@ -22,8 +22,8 @@ inline bool processIsSingleThreaded() noexcept {
 #endif
 }
 
-/// An object that counts its own references. It is created with a count of 1, which belongs to whoever receives
-/// the raw pointer. Counting is safe from any thread.
+/// An object that counts its own references. It is created with a count of 1, which belongs to whoever
+/// receives the raw pointer. Counting is safe from any thread.
 class VEXADATA_API RefCounted {
 public:
     /// Destroys the object whatever its count; ordinarily `release` does. Must not throw.

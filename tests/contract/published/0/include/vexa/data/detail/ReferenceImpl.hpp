@@ -1,5 +1,6 @@
-// Index chains: the objects behind every element reference. Binary contract: the members in this order, and the
-// virtual operations in the order of their numbers; the two entries of the destructor are operations 1 and 2.
+// Index chains: the objects behind every element reference. Binary contract: the members in this order, and
+// the virtual operations in the order of their numbers; the two entries of the destructor are operations 1
+// and 2.
 #pragma once
 
 #include <foundation/vexadata/ArrayType.hpp>
@@ -14,9 +15,9 @@
 
 namespace vexa::data::detail {
 
-/// Remembers an array, the indices given so far, at most one field name, and, once computed, the position of the
-/// element meant. The array is not counted: a chain is valid while its array lives, and holding it never makes
-/// the array look shared. Not synchronised: even reading fills caches.
+/// Remembers an array, the indices given so far, at most one field name, and, once computed, the position of
+/// the element meant. The array is not counted: a chain is valid while its array lives, and holding it never
+/// makes the array look shared. Not synchronised: even reading fills caches.
 class VEXADATA_API ReferenceImpl : public RefCounted {
 public:
     ~ReferenceImpl() override;
@@ -38,7 +39,8 @@ public:
     /// Operation 6. Run before every write through the chain. The base does nothing.
     virtual void prepareForWrite();
 
-    /// Operation 7. As `getElementArray(false)`, through a second cache, for handing the array out as a value.
+    /// Operation 7. As `getElementArray(false)`, through a second cache, for handing the array out as a
+    /// value.
     virtual impl::ArrayImpl* getElementArrayForCopy();
 
     /// Operation 8. Position of the element, computed and checked at the first call; later calls, and indices
@@ -64,7 +66,8 @@ public:
     virtual std::uint64_t getElementArrayID();
 
     /// Appends a numeric index. No bounds test is made here.
-    /// @throws StringIndexMustBeLastException, CantIndexIntoEmptyArrayException, TooManyIndicesProvidedException,
+    /// @throws StringIndexMustBeLastException, CantIndexIntoEmptyArrayException,
+    /// TooManyIndicesProvidedException,
     ///         in this order of testing; the chain is then unchanged
     void addIndex(std::uint64_t index);
 
@@ -78,7 +81,8 @@ public:
     /// As many as `indexCount` says; valid until the chain grows.
     const std::uint64_t* indices() const noexcept { return indices_.data(); }
     MemoryLayout memoryLayout() const noexcept { return layout_; }
-    /// Whether the position has been computed or was known from the beginning; further indices do not move it.
+    /// Whether the position has been computed or was known from the beginning; further indices do not move
+    /// it.
     bool isLinearIndexKnown() const noexcept { return linearIndexKnown_; }
 
 protected:
@@ -87,7 +91,7 @@ protected:
     ReferenceImpl(const ReferenceImpl& other);
     ReferenceImpl& operator=(const ReferenceImpl&) = delete;
 
-    /// Binds the chain to an array of these dimensions: one index slot for each.
+    /// Binds the chain to an array of these dimensions: room for one index for each.
     void bind(std::vector<std::size_t> dimensions, MemoryLayout layout);
 
     /// Fixes the position; indices are not looked at any more.

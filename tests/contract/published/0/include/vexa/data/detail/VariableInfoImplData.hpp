@@ -1,5 +1,5 @@
-// The record behind a bulk exchange of variables with a workspace. Binary contract: members in this order, virtual
-// operations in the order of their numbers after the two entries of the destructor.
+// The record behind a bulk exchange of variables with a workspace. Binary contract: members in this order,
+// virtual operations in the order of their numbers after the two entries of the destructor.
 #pragma once
 
 #include <foundation/vexadata/Array.hpp>

@@ -21,9 +21,9 @@ using foundation::vexadata::ArrayType;
 template <class T>
 using Buffer = std::unique_ptr<T, void (*)(void*)>;
 
-/// Makes arrays, objects and class descriptions. Every result carries one reference for the caller. Dimensions
-/// arrive checked: at least two unless none, with a product that fits in 64 bits. A list, text or buffer
-/// passed by value is the back-end's; what is passed by pointer is borrowed and has to be copied.
+/// Makes arrays, objects and class descriptions. Every result carries one reference for the caller.
+/// Dimensions arrive checked: at least two unless none, with a product that fits in 64 bits. A list, text or
+/// buffer passed by value is the back-end's; what is passed by pointer is borrowed and has to be copied.
 class VEXADATA_API ArrayFactoryImpl : public detail::RefCounted {
 public:
     using Dimensions = std::vector<std::size_t>;
@@ -31,20 +31,21 @@ public:
 
     ~ArrayFactoryImpl() override;
 
-    /// Sets the engine's slot. Each slot accepts one function for the life of the process. Safe from any thread.
+    /// Registers the engine's function. One is accepted for the life of the process, and one of stand-alone
+    /// clients. Safe from any thread.
     /// @return true, also when the same function was there already
     /// @throws std::logic_error when another function is there; that one stays
     static bool registerVexaFactoryFunction(ArrayFactoryImpl* (*function)());
-    /// Sets the slot of stand-alone clients, in the same way.
+    /// Registers the function of stand-alone clients, in the same way.
     static bool registerClientFactoryFunction(ArrayFactoryImpl* (*function)());
-    /// Calls the engine's function, else the client's; null when neither is registered. The result carries one
-    /// reference for the caller.
+    /// Calls the engine's function, else the client's; null when neither is registered. The result carries
+    /// one reference for the caller.
     static ArrayFactoryImpl* getDefaultFactory();
 
     /// Position 1. An array of zeros, empty cells, missing strings ... The type comes unchecked.
     virtual ArrayImpl* createArrayImpl(ArrayType type, Dimensions dimensions) = 0;
-    /// Positions 2 to 4. Sparse matrices from `count` triplets in any order; the buffers hold values, rows and
-    /// columns.
+    /// Positions 2 to 4. Sparse matrices from `count` triplets in any order; the buffers hold values, rows
+    /// and columns.
     virtual ArrayImpl* createSparseLogicalImpl(Dimensions dimensions, std::size_t count,
                                                Buffer<bool[]> values, Buffer<std::size_t[]> rows,
                                                Buffer<std::size_t[]> columns);
@@ -98,7 +99,8 @@ public:
                                   std::size_t count) = 0;
     /// Position 24. The same for `count` bytes.
     virtual void createUntypedBufferImpl(void*& data, void (*&deleter)(void*), std::size_t count) = 0;
-    /// Position 25. An array over `buffer`, which it owns from the call on: when this throws, the buffer is freed.
+    /// Position 25. An array over `buffer`, which it owns from the call on: when this throws, the buffer is
+    /// freed.
     virtual ArrayImpl* createArrayFromBufferImpl(Dimensions dimensions, ArrayType type, Buffer<void> buffer,
                                                  MemoryLayout layout) = 0;
 

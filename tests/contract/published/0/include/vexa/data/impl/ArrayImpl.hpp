@@ -1,10 +1,10 @@
-// The interface of every array back-end. Binary contract: operations 1 to 35 follow the virtual destructor in this
-// order; the kinds of array continue it. An operation that this library never calls keeps its place.
+// The interface of every array back-end. Binary contract: operations 1 to 35 follow the virtual destructor in
+// this order; the kinds of array continue it. An operation that this library never calls keeps its place.
 //
-// Element positions are linear, counted from 0 in the order of the memory layout. A "field name" is a string index
-// of the chain through which the element was reached, usually empty. Unless stated otherwise an operation may
-// throw, and its error reaches the caller of the handle unchanged. Back-ends need no locks: const operations
-// must be safe on several threads at once, the others have the object to themselves.
+// Element positions are linear, counted from 0 in the order of the memory layout. A "field name" is a string
+// index of the chain through which the element was reached, usually empty. Unless stated otherwise an
+// operation may throw, and its error reaches the caller of the handle unchanged. Back-ends need no locks:
+// const operations must be safe on several threads at once, the others have the object to themselves.
 #pragma once
 
 #include <foundation/vexadata/ArrayType.hpp>
@@ -26,13 +26,14 @@ class VEXADATA_API ArrayImpl : public detail::RefCounted {
 public:
     ~ArrayImpl() override = default; // inline: `reservedOp1` keeps the one vtable in the library
 
-    /// Order 1. An independent copy, one reference for the caller. Writing to either never shows in the other, not
-    /// even through iterators made before. Asked when a handle that shares its array is about to be written.
+    /// Order 1. An independent copy, one reference for the caller. Writing to either never shows in the
+    /// other, not even through iterators made before. Asked when a handle that shares its array is about to
+    /// be written.
     virtual ArrayImpl* sharedCopy() const = 0;
     virtual void* reservedOp1(); ///< order 2
     virtual void* reservedOp2(); ///< order 3
-    /// Order 4. A new iterator at the first element, owned by the caller. `unused` is always null. With `writable`
-    /// the storage must be exclusively owned before the iterator is handed out.
+    /// Order 4. A new iterator at the first element, owned by the caller. `unused` is always null. With
+    /// `writable` the storage must be exclusively owned before the iterator is handed out.
     virtual detail::IteratorImpl* beginIterator(void* unused, bool writable) = 0;
     /// Order 5. The same past the last element.
     virtual detail::IteratorImpl* endIterator(void* unused, bool writable) = 0;
@@ -44,9 +45,9 @@ public:
     virtual ArrayType getType() const = 0;
     /// Order 11. COLUMN_MAJOR or ROW_MAJOR for an array that is indexed. Must not throw.
     virtual MemoryLayout getMemoryLayout() const = 0;
-    /// Order 12. A new chain into what element `index` holds, one reference for the caller; null when elements
-    /// hold no arrays. A chain made with `forWrite` false must still make that array exclusively owned when its
-    /// `prepareForWrite` runs later.
+    /// Order 12. A new chain into what element `index` holds, one reference for the caller; null when
+    /// elements hold no arrays. A chain made with `forWrite` false must still make that array exclusively
+    /// owned when its `prepareForWrite` runs later.
     virtual detail::ReferenceImpl* createElementReference(std::size_t index, const std::string& fieldName,
                                                           bool forWrite) = 0;
     /// Order 13. Order 12 for reading. Implemented here for all arrays.
@@ -64,13 +65,14 @@ public:
     virtual std::string castToString(std::size_t index, const std::string& fieldName) const;
     /// Order 19. Sets an element from text. The default throws TypeMismatchException.
     virtual void setString(std::size_t index, const std::string& fieldName, std::string value);
-    /// Order 20. An element write of two machine words, whose meaning the array defines. The default does nothing.
+    /// Order 20. An element write of two machine words, whose meaning the array defines. The default does
+    /// nothing.
     virtual void setElementWords(std::size_t index, std::uint64_t first, std::uint64_t second);
     /// Order 21. A further element write that this library never calls; keeps its place.
     virtual void setElementOpB();
-    /// Order 22. Text of a string element: fills the address of its first UTF-16 unit, not necessarily terminated,
-    /// and the number of units; null for a missing element. Valid until the array is changed. The default leaves
-    /// both as they are.
+    /// Order 22. Text of a string element: fills the address of its first UTF-16 unit, not necessarily
+    /// terminated, and the number of units; null for a missing element. Valid until the array is changed. The
+    /// default leaves both as they are.
     virtual void getStringElement(std::size_t index, const char16_t*& text, std::size_t& length) const;
     /// Order 23. Column starts of a sparse array, one more than columns; valid until the array is changed.
     /// Orders 23 to 28 throw InvalidArrayTypeException unless overridden.
@@ -84,9 +86,11 @@ public:
     virtual std::pair<std::size_t, std::size_t> getIndex(std::size_t k) const;
     /// Order 29. No elements. Must not throw.
     virtual bool isEmpty() const = 0;
-    /// Order 30. Identity of the underlying data: arrays with equal values count as equal unseen. Must not throw.
+    /// Order 30. Identity of the underlying data: arrays with equal values count as equal unseen. Must not
+    /// throw.
     virtual std::uint64_t getArrayID() const = 0;
-    /// Order 31. Makes the storage exclusively owned, in this same object, before a write through a reference.
+    /// Order 31. Makes the storage exclusively owned, in this same object, before a write through a
+    /// reference.
     virtual void unshare() = 0;
     /// Order 32. Fills in a copy of the elements in a new buffer and the function that frees it; both belong
     /// to the caller. The default throws InvalidArrayTypeException.

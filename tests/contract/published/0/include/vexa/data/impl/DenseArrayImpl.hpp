@@ -20,8 +20,8 @@ namespace vexa::data::impl {
 /// between handles of one array. Objects are made by the functions below, each of which returns one reference
 /// for the caller.
 ///
-/// The elements of small arrays follow the object in the same block, and before them its dimensions, unless it
-/// shares those with all arrays of its shape, as small matrices do. Other elements lie in a buffer with a
+/// The elements of small arrays follow the object in the same block, and before them its dimensions, unless
+/// it shares those with all arrays of its shape, as small matrices do. Other elements lie in a buffer with a
 /// function that frees it.
 template <class T>
 class VEXADATA_API DenseArrayImpl final : public TypedArrayImpl<T> {

@@ -14,8 +14,8 @@ public:
     EmptyArrayImpl() noexcept;
     ~EmptyArrayImpl() override;
 
-    /// The one instance that default-constructed handles share. Lives until the process ends, whatever the order
-    /// of static destruction.
+    /// The one instance that default-constructed handles share. Lives until the process ends, whatever the
+    /// order of static destruction.
     static const std::shared_ptr<ArrayImpl>& processWide() noexcept;
 
     ArrayImpl* sharedCopy() const override;

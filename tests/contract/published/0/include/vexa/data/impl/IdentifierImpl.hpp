@@ -1,5 +1,5 @@
-// The objects behind names of classes, fields and properties. Binary contract: members in this order; no virtual
-// operation but the destructor.
+// The objects behind names of classes, fields and properties. Binary contract: members in this order; no
+// virtual operation but the destructor.
 #pragma once
 
 #include <foundation/vexadata/Forward.hpp>

@@ -1,5 +1,5 @@
-// The interface of object array back-ends, continuing the order of TypedArrayImpl: 41 to 68. Places between the
-// operations that this library calls are kept by reserved ones.
+// The interface of object array back-ends, continuing the order of TypedArrayImpl: 41 to 68. Places between
+// the operations that this library calls are kept by reserved ones.
 #pragma once
 
 #include <foundation/vexadata/Forward.hpp>

@@ -15,10 +15,11 @@ namespace vexa::data::impl {
 
 /// One property of an object as seen while walking it. Operations 1 to 3 follow the destructor.
 ///
-/// A reference to a property is a chain to the element of a cell array: its `getArrayImpl` is an array of type
-/// CELL in which the property is the element at the chain's position, with the value as what that element
-/// holds. Were it the value itself, then storing, copying and looking up fields would go to the first element
-/// of the value. An object that keeps its values in a cell array hands out `ArrayReferenceImpl(cells, place)`.
+/// A reference to a property is a chain to the element of a cell array: its `getArrayImpl` is an array of
+/// type CELL in which the property is the element at the chain's position, with the value as what that
+/// element holds. Were it the value itself, then storing, copying and looking up fields would go to the first
+/// element of the value. An object that keeps its values in a cell array hands out `ArrayReferenceImpl(cells,
+/// place)`.
 class VEXADATA_API PropertyImpl : public detail::RefCounted {
 public:
     ~PropertyImpl() override;
@@ -74,8 +75,8 @@ protected:
     ObjectImpl(const ObjectImpl&) noexcept = default;
 };
 
-/// The second interface of an object with reference semantics, reached from its ObjectImpl by a cross-cast. It
-/// is not counted on its own. After the destructor comes one unused operation, then operations 1 to 3.
+/// The second interface of an object with reference semantics, reached from its ObjectImpl by a cross-cast.
+/// It is not counted on its own. After the destructor comes one unused operation, then operations 1 to 3.
 class VEXADATA_API HandleObjectRefImpl {
 public:
     virtual ~HandleObjectRefImpl();
@@ -83,8 +84,8 @@ public:
     virtual void reservedOp0();         ///< not called by this library
     virtual ZVMID getZVMID() const = 0; ///< operation 1: the engine instance that owns the object
     virtual long getId() const = 0;     ///< operation 2: unique within that instance
-    /// Operation 3. One more reference to the object exists, for example because it was stored into an array. The
-    /// default does nothing.
+    /// Operation 3. One more reference to the object exists, for example because it was stored into an array.
+    /// The default does nothing.
     virtual void addReference() const;
 
 protected:

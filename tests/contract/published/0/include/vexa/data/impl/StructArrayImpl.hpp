@@ -26,12 +26,12 @@ public:
     virtual detail::ForwardIteratorImpl* fieldNamesEnd() = 0;
     virtual std::size_t getNumFields() const = 0; ///< order 43
     virtual void reservedOp44();                  ///< order 44, not called by this library
-    /// Order 45. A new iterator over the field values of element `index` in field order, one reference for the
-    /// caller; at the first field, or past the last.
+    /// Order 45. A new iterator over the field values of element `index` in field order, one reference for
+    /// the caller; at the first field, or past the last.
     virtual detail::IteratorImpl* createFieldValuesIterator(std::size_t index, bool atEnd) = 0;
     virtual void reservedOp46(); ///< order 46, not called by this library
-    /// Order 47. The array held by a field, one reference for the caller. An unknown name is the back-end's to
-    /// report.
+    /// Order 47. The array held by a field, one reference for the caller. An unknown name is the back-end's
+    /// to report.
     virtual ArrayImpl* getField(std::size_t index, const std::string& fieldName) const = 0;
     /// Order 48. Replaces all field values of an element, in field order.
     virtual void setFieldValues(std::size_t index, std::vector<foundation::vexadata::Array> values) = 0;

@@ -9,16 +9,17 @@
 
 namespace vexa::data::impl {
 
-/// An array whose elements are of type `T`. Character, logical, numeric and cell arrays add nothing to it; string,
-/// struct, enumeration and object arrays have interfaces of their own that continue it.
+/// An array whose elements are of type `T`. Character, logical, numeric and cell arrays add nothing to it;
+/// string, struct, enumeration and object arrays have interfaces of their own that continue it.
 template <class T>
 class VEXADATA_API TypedArrayImpl : public ArrayImpl {
 public:
-    ~TypedArrayImpl() override {} // not defaulted: such a one is not always part of the instantiation
+    ~TypedArrayImpl() override {} // compilers may omit a defaulted one from an explicit instantiation
 
     virtual void reservedOp36(); ///< order 36, not called by this library
     virtual void reservedOp37(); ///< order 37, not called by this library
-    /// Order 38. Address of element `index`, valid until the array is changed. `forWrite` is always passed false.
+    /// Order 38. Address of element `index`, valid until the array is changed. `forWrite` is always passed
+    /// false.
     virtual T* getElementAddress(std::size_t index, const std::string& fieldName, bool forWrite) = 0;
     /// Order 39. Stores `value`. The storage has been made exclusive before by order 31.
     virtual void setElementValue(std::size_t index, const std::string& fieldName, T value) = 0;
