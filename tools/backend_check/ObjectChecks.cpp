@@ -411,6 +411,8 @@ void expectElementOfCells(const Backend& backend, const std::string& operation, 
         expect(array != nullptr, what + " is null");
         expectEqual("getType of " + what, array->getType(), ArrayType::CELL);
         expectEqual("isEmpty of " + what, array->isEmpty(), false);
+        const auto copy = adopt(array->sharedCopy(), "sharedCopy of " + what);
+        expectEqual("isEqual of " + what + " and its copy", array->isEqual(copy.get()), true);
         ArrayImpl* held = chain->getElementArray(false);
         expect(held != nullptr, "getElementArray of what " + operation + " returns is null");
         if (value != nullptr)

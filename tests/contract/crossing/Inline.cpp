@@ -7,6 +7,7 @@
 #include <vexa/data/detail/IndexRules.hpp>
 #include <vexa/data/detail/NonPrimitiveIteratorImpl.hpp>
 #include <vexa/data/impl/IdentifierImpl.hpp>
+#include <vexa/data/impl/InPlaceArrayImpl.hpp>
 
 #include <algorithm>
 #include <atomic>
@@ -184,6 +185,37 @@ void members() {
     EXPECT(property.propertyName() == "p" && property.className() == "C" && property.classLink().expired());
 }
 
+struct Interface {
+    virtual ~Interface() = default;
+};
+struct Shown final : impl::InPlaceArrayImpl<Interface, double> {
+    Shown(const std::vector<std::size_t>& sizes, double* data) { showElements(sizes, data); }
+};
+
+void inPlace() {
+    double values[6] = {};
+    const auto at = [&](const std::vector<std::size_t>& sizes, std::uint64_t count, std::uint64_t first,
+                        std::uint64_t second) {
+        const Shown array(sizes, values);
+        const double* element = array.inPlace().element(count, first, second);
+        return element == nullptr ? -1 : static_cast<long>(element - values);
+    };
+    for (std::uint64_t row = 0; row < 3; ++row)
+        for (std::uint64_t column = 0; column < 4; ++column)
+            EXPECT(at({2, 3}, 2, row, column) == (row < 2 && column < 3 ? long(row + 2 * column) : -1));
+    for (std::uint64_t k = 0; k < 5; ++k) {
+        const long wanted = k < 4 ? long(k) : -1;
+        EXPECT(at({1, 4}, 1, k, 0) == wanted && at({4, 1}, 1, k, 0) == wanted && at({2, 3}, 1, k, 0) == -1);
+    }
+    const Shown matrix({2, 3}, values);
+    const Shown copy(matrix);
+    EXPECT(matrix.inPlace().rows == 2 && copy.inPlace().rows == 0 && copy.inPlace().data == nullptr);
+    for (const auto& sizes : {std::vector<std::size_t>{0, 3}, {3, 0}, {1, 1, 1}, {}}) {
+        const Shown none(sizes, values);
+        EXPECT(none.inPlace().rows == 0 && none.inPlace().columns == 0 && none.inPlace().data == nullptr);
+    }
+}
+
 } // namespace
 
-int main() { return report({counts, indexLists, indexRules, members}); }
+int main() { return report({counts, indexLists, indexRules, members, inPlace}); }

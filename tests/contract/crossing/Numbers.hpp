@@ -76,9 +76,11 @@ void numbers() {
     TypedArray<double> column = factory.createArray<double>({4, 1}, {1, 2, 3, 4});
     EXPECT(row[2] == 3.0 && column[3] == 4.0 &&
            throws<EArrayIndexOutOfRange>([&] { return double(row[4]); }));
+    std::vector<double> counting(24);
+    std::iota(counting.begin(), counting.end(), 0.0);
     const TypedArray<double> deep = factory.createArrayFromBuffer<double>(
-        {2, 1, 3, 2, 2}, bufferOf<double>(factory, std::vector<double>(24, 0.5)), MemoryLayout::COLUMN_MAJOR);
-    EXPECT(deep[1][0][2][1][1] == 0.5 &&
+        {2, 1, 3, 2, 2}, bufferOf<double>(factory, counting), MemoryLayout::COLUMN_MAJOR);
+    EXPECT(deep[1][0][1][1][0] == 9.0 && deep[0][0][2][0][1] == 16.0 &&
            throws<EArrayIndexOutOfRange>([&] { return double(deep[1][0][2][1][2]); }));
     EXPECT(throws<NotEnoughIndicesProvidedException>([&] { return double(deep[1][0][2]); }));
 
