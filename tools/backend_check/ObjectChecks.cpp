@@ -547,6 +547,8 @@ void classesMixed(Backend& backend) {
     objects.setElementObject(0, newPoint(backend, 1, 2).get());
     objects.setElementObject(1, newPoint(backend, 3, 4).get());
     expectEqual("isHeterogeneous of an array with objects of one class", objects.isHeterogeneous(), false);
+    expectEqual("the class of an array with objects of one class",
+                objects.getClassInfo().getClassIdentifier().getString(), "Point");
     objects.setElementObject(
         2, adopt(backend.factory().createValueObjectImpl(pixel.get()), "createValueObjectImpl").get());
     const auto copy = adopt(array->sharedCopy(), "sharedCopy");
