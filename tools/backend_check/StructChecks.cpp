@@ -32,9 +32,9 @@ std::vector<Contents> fieldLists() {
         many.push_back("aVeryLongFieldName" + std::to_string(k * 7 % 300) + "OfManyThatAreAlike");
     Contents oneLetter; // apart
     for (const std::size_t length : {7U, 8U, 9U, 15U, 16U, 17U, 25U})
-        for (std::size_t k = 0; k < length; ++k) {
+        for (std::size_t k = 0; k <= length; ++k) {
             oneLetter.emplace_back(length, 'a');
-            oneLetter.back()[k] = 'b';
+            if (k < length) oneLetter.back()[k] = 'b';
         }
     return {fields, {"x"}, {"b", "a", "B", "aa", "ab", "a1", "a_"}, many, oneLetter, {}};
 }
