@@ -82,6 +82,8 @@ TEST(StringElements, CompareWithText) {
             unit = u'a';
         }
     }
+    strings[0] = u"\u007F";
+    EXPECT_TRUE(strings[0] == std::string("\x7F"));
 }
 
 TEST(StringElements, CompareWithEachOther) {

@@ -407,8 +407,11 @@ void expectElementOfCells(const Backend& backend, const std::string& operation, 
          {static_cast<ArrayImpl*>(nullptr), other.get(), static_cast<ArrayImpl*>(wide.get())}) {
         if (value != nullptr) reference()->setArray(value);
         const auto chain = reference();
-        const ArrayImpl* array = chain->getArrayImpl();
+        ArrayImpl* array = chain->getArrayImpl();
         expect(array != nullptr, what + " is null");
+        expect(array->getArrayID() != 0, "getArrayID of " + what + " is 0");
+        expectEqual("distanceTo from begin to end of " + what, beginOf(*array)->distanceTo(*endOf(*array)),
+                    static_cast<std::int64_t>(array->getNumberOfElements()));
         expectEqual("getType of " + what, array->getType(), ArrayType::CELL);
         expectEqual("isEmpty of " + what, array->isEmpty(), false);
         const auto copy = adopt(array->sharedCopy(), "sharedCopy of " + what);
@@ -551,6 +554,8 @@ void classesMixed(Backend& backend) {
     objects.setElementObject(0, newPoint(backend, 1, 2).get());
     objects.setElementObject(1, newPoint(backend, 3, 4).get());
     expectEqual("isHeterogeneous of an array with objects of one class", objects.isHeterogeneous(), false);
+    expectEqual("the class of an array with objects of one class",
+                objects.getClassInfo().getClassIdentifier().getString(), "Point");
     objects.setElementObject(
         2, adopt(backend.factory().createValueObjectImpl(pixel.get()), "createValueObjectImpl").get());
     const auto copy = adopt(array->sharedCopy(), "sharedCopy");
@@ -788,6 +793,8 @@ void otherDimensions(Backend& backend) {
 
 void scalars(Backend& backend) {
     const auto point = newPoint(backend, 1, 2);
+    const fv::ClassInfo info = point->getClassInfo();
+    const std::uint64_t count = fv::detail::Access::impl(info)->referenceCount();
     auto array =
         adopt(backend.factory().createValueObjectScalarImpl(point.get()), "createValueObjectScalarImpl");
     expectContents("an array of one object", *array, {"x=1x1 double [1], y=1x1 double [2]"});
@@ -800,6 +807,8 @@ void scalars(Backend& backend) {
     copy.reset();
     array.reset();
     expectOneReference("an object after the array of it is gone", *point);
+    expectEqual("the reference count of its class then", fv::detail::Access::impl(info)->referenceCount(),
+                count);
     backend.step("createValueObjectScalarImpl of no object");
     array = adopt(backend.factory().createValueObjectScalarImpl(nullptr), "createValueObjectScalarImpl");
     expect(Owned<ObjectImpl>(asObjects(*array).getElementObject(0)) == nullptr,

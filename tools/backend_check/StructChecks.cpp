@@ -30,7 +30,13 @@ std::vector<Contents> fieldLists() {
     Contents many;
     for (int k = 0; k < 300; ++k)
         many.push_back("aVeryLongFieldName" + std::to_string(k * 7 % 300) + "OfManyThatAreAlike");
-    return {fields, {"x"}, {"b", "a", "B", "aa", "ab", "a1", "a_"}, many, {}};
+    Contents oneLetter; // apart
+    for (const std::size_t length : {7U, 8U, 9U, 15U, 16U, 17U, 25U})
+        for (std::size_t k = 0; k <= length; ++k) {
+            oneLetter.emplace_back(length, 'a');
+            if (k < length) oneLetter.back()[k] = 'b';
+        }
+    return {fields, {"x"}, {"b", "a", "B", "aa", "ab", "a1", "a_"}, many, oneLetter, {}};
 }
 
 void fieldNames(Backend& backend) {
