@@ -23,8 +23,6 @@ using namespace foundation::vexadata;
 using support::throwsExactly;
 using Cell = TypedArray<Array>;
 
-constexpr auto mismatch = "Data type mismatch";
-
 /// A row of three cells: doubles 1 2 3 4 in a square, 32-bit integers 7 8, and an empty array.
 Cell threeCells() {
     ArrayFactory factory;

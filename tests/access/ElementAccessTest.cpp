@@ -22,8 +22,6 @@ namespace {
 using namespace foundation::vexadata;
 using support::throwsExactly;
 
-constexpr auto mismatch = "Data type mismatch";
-
 /// Values that a conversion through another type would not survive.
 template <class T>
 struct Samples {
