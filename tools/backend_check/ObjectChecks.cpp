@@ -394,7 +394,6 @@ void membersOfEnumerations(Backend& backend) {
 }
 
 // --- references to properties, in objects and in arrays of them
-// -------------------------------------------------
 
 using Reference = std::function<Owned<ReferenceImpl>()>;
 
@@ -409,10 +408,10 @@ void expectElementOfCells(const Backend& backend, const std::string& operation, 
         const auto chain = reference();
         ArrayImpl* array = chain->getArrayImpl();
         expect(array != nullptr, what + " is null");
+        expectEqual("getType of " + what, array->getType(), ArrayType::CELL);
         expect(array->getArrayID() != 0, "getArrayID of " + what + " is 0");
         expectEqual("distanceTo from begin to end of " + what, beginOf(*array)->distanceTo(*endOf(*array)),
                     static_cast<std::int64_t>(array->getNumberOfElements()));
-        expectEqual("getType of " + what, array->getType(), ArrayType::CELL);
         expectEqual("isEmpty of " + what, array->isEmpty(), false);
         const auto copy = adopt(array->sharedCopy(), "sharedCopy of " + what);
         expectEqual("isEqual of " + what + " and its copy", array->isEqual(copy.get()), true);
