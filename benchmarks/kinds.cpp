@@ -32,7 +32,6 @@ using bench::Task;
 namespace {
 
 // --- strings
-// -----------------------------------------------------------------------------------------------------
 
 constexpr std::size_t textCount = 100'000;
 
@@ -113,7 +112,6 @@ bool stringTasks() {
 }
 
 // --- structs
-// -----------------------------------------------------------------------------------------------------
 
 constexpr std::size_t recordCount = 10'000;
 constexpr std::size_t fieldCount = 10;
@@ -205,7 +203,6 @@ bool structTask() {
 }
 
 // --- cells
-// -------------------------------------------------------------------------------------------------------
 
 constexpr std::size_t outerCount = 512;
 constexpr std::size_t innerCount = 512;

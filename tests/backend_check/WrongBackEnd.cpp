@@ -29,7 +29,6 @@ using vexa::data::impl::PropertyImpl;
 ArrayFactoryImpl& factoryInside();
 
 // --- iterators
-// ---------------------------------------------------------------------------------------------------
 
 /// `prefix` begins the names of its operations.
 class WrongIterator : public ForwardingIterator {
@@ -155,7 +154,6 @@ ForwardIteratorImpl* wrongForward(const char* prefix, const char* operation, For
 }
 
 // --- arrays of any kind
-// ------------------------------------------------------------------------------------------
 
 /// A chain that leads where it led when it was made, whatever is going to be written.
 class LooseChain : public ReferenceImpl {
@@ -499,7 +497,6 @@ private:
 };
 
 // --- numbers
-// -----------------------------------------------------------------------------------------------------
 
 template <class T>
 bool sameReal(const T& a, const T& b) {
@@ -663,7 +660,6 @@ private:
 };
 
 // --- cells, texts, members, records
-// ------------------------------------------------------------------------------
 
 class WrongCells : public Wrong<ForwardingCells, WrongCells> {
 public:
@@ -889,7 +885,6 @@ private:
 };
 
 // --- sparse matrices
-// ---------------------------------------------------------------------------------------------
 
 class WrongSparse : public Wrong<ForwardingSparse, WrongSparse> {
 public:
@@ -942,7 +937,6 @@ private:
 };
 
 // --- objects
-// -----------------------------------------------------------------------------------------------------
 
 /// A reference to a property that forgets to make the value the property's own.
 class SharingReference : public ReferenceImpl {
@@ -1347,7 +1341,6 @@ struct WrongKinds {
 };
 
 // --- the factory
-// -------------------------------------------------------------------------------------------------
 
 class WrongFactory : public ForwardingFactory<WrongKinds> {
     using Base = ForwardingFactory;

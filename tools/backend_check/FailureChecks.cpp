@@ -156,7 +156,6 @@ void factorySweep(Backend& backend) {
 }
 
 // --- over and over
-// -----------------------------------------------------------------------------------------------
 
 constexpr std::size_t often = 10000;
 
@@ -211,7 +210,6 @@ void factoryRepeated(Backend& backend) {
 }
 
 // --- refusals
-// ----------------------------------------------------------------------------------------------------
 
 /// Refuses again and again, loses nothing, changes nothing.
 void refuse(const Backend& backend, const Refusal& refusal, const Sample& sample) {

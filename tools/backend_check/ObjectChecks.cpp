@@ -56,7 +56,6 @@ Owned<ClassInfoImpl> newClass(const Backend& backend, const std::string& name, c
 }
 
 // --- classes
-// -----------------------------------------------------------------------------------------------------
 
 /// With properties of all numbers, and names that look alike, several classes at once.
 void describesClasses(Backend& backend) {
@@ -153,7 +152,6 @@ void linksIdentifiers(Backend& backend) {
 }
 
 // --- objects
-// -----------------------------------------------------------------------------------------------------
 
 double valueOf(const ObjectImpl& object, const std::string& name) {
     const std::shared_ptr<ArrayImpl> value = object.getProperty(property(name));
@@ -478,7 +476,6 @@ void readOnlyWalks(Backend& backend) {
 }
 
 // --- arrays
-// ------------------------------------------------------------------------------------------------------
 
 Owned<ArrayImpl> points(const Backend& backend, const Dimensions& dimensions = {1, 2}) {
     const auto description = pointClass(backend);

@@ -48,7 +48,6 @@ void walk(Trial& trial, Begin begin, End end, std::size_t wanted) {
 }
 
 // --- arrays of every kind
-// ----------------------------------------------------------------------------------------
 
 void addForAll(std::vector<Operation>& all) {
     all.push_back({"sharedCopy", "any", true, {}, [](const Backend&, Subject& subject, Trial& trial) {
@@ -158,7 +157,6 @@ void addForAll(std::vector<Operation>& all) {
 }
 
 // --- numbers
-// -----------------------------------------------------------------------------------------------------
 
 /// Elements in the order of positions.
 void expectBuffer(const ArrayImpl& shape, const Subject& subject, const void* memory, Deleter deleter) {
@@ -208,7 +206,6 @@ void addForNumbers(std::vector<Operation>& all) {
 }
 
 // --- cells, structs
-// ----------------------------------------------------------------------------------------------
 
 void addForHolders(std::vector<Operation>& all) {
     for (const char* kind : {"cell", "struct"}) {
@@ -288,7 +285,6 @@ void addForHolders(std::vector<Operation>& all) {
 }
 
 // --- texts, members, sparse matrices
-// -----------------------------------------------------------------------------
 
 void addForTexts(std::vector<Operation>& all) {
     all.push_back({"castToString", "string", true, {}, [](const Backend&, Subject& subject, Trial& trial) {
@@ -352,7 +348,6 @@ void addForTexts(std::vector<Operation>& all) {
 }
 
 // --- objects
-// -----------------------------------------------------------------------------------------------------
 
 void expectTwo(const std::vector<std::string>& names, const std::vector<std::string>& wanted) {
     expectEqual("the names", names, wanted);
@@ -477,7 +472,6 @@ void addForObjects(std::vector<Operation>& all) {
 }
 
 // --- the factory
-// -------------------------------------------------------------------------------------------------
 
 /// What a creator makes in a trial.
 template <class F>
@@ -621,7 +615,6 @@ std::vector<Operation> allOperations() {
 }
 
 // --- refusals
-// ----------------------------------------------------------------------------------------------------
 
 /// More bytes than an address can tell, for any size of an element; less than two of its own remain of them.
 constexpr std::size_t hugeCounts[]{(std::size_t(1) << 60) + 1, (std::size_t(1) << 61) + 1,

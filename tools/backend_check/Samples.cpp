@@ -89,7 +89,6 @@ std::size_t productOf(const Dimensions& dimensions) {
 }
 
 // --- numbers
-// -----------------------------------------------------------------------------------------------------
 
 template <class T>
 std::vector<T> valuesOf(const Dimensions& dimensions, std::size_t pattern) {
@@ -183,7 +182,6 @@ Sample numberSample() {
 }
 
 // --- texts, members
-// ----------------------------------------------------------------------------------------------
 
 Sample stringSample() {
     Sample sample{"string", {"string"}};
@@ -252,7 +250,6 @@ Sample enumSample() {
 }
 
 // --- cells, records
-// ----------------------------------------------------------------------------------------------
 
 /// Writes inside the array that an element holds, as the library does: through a chain, to a copy when others
 /// own it too. With arrays of other kinds, or empty ones, the element is replaced.
@@ -347,7 +344,6 @@ Sample structSample() {
 }
 
 // --- sparse matrices
-// ---------------------------------------------------------------------------------------------
 
 /// Scattered over the matrix, in the order in which they are stored.
 std::vector<std::pair<std::size_t, std::size_t>> nonZerosOf(const Dimensions& dimensions) {
@@ -426,7 +422,6 @@ Sample sparseSample(ArrayType type) {
 }
 
 // --- objects
-// -----------------------------------------------------------------------------------------------------
 
 Owned<ObjectImpl> pointAt(const Backend& backend, std::size_t pattern, const Element& element) {
     return newPoint(backend, *heldArray(backend, pattern, element[0]),
@@ -506,7 +501,6 @@ const std::vector<Sample>& samples() {
 }
 
 // --- models
-// ------------------------------------------------------------------------------------------------------
 
 Model::Model(const Backend& backend, const Sample& sample, std::size_t pattern, const Dimensions& dimensions)
     : sample_(&sample), pattern_(pattern) {
@@ -586,7 +580,6 @@ void Subject::expectUnchanged(const std::string& when) const {
 }
 
 // --- what arrays say of themselves
-// -------------------------------------------------------------------------------
 
 namespace {
 
@@ -654,7 +647,6 @@ void expectDescribed(const std::string& what, ArrayImpl& array, const Model& mod
 }
 
 // --- subjects
-// ----------------------------------------------------------------------------------------------------
 
 namespace {
 

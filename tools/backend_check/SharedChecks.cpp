@@ -24,7 +24,6 @@ std::size_t productOf(const Dimensions& dimensions) {
 }
 
 // --- shape
-// -------------------------------------------------------------------------------------------------------
 
 void expectShape(const std::string& what, const ArrayImpl& array, const Dimensions& dimensions) {
     expectEqual("getDimensions of a " + what, array.getDimensions(), dimensions);
@@ -162,7 +161,6 @@ void dimensionsOfTwo(Backend& backend) {
 }
 
 // --- contents
-// ----------------------------------------------------------------------------------------------------
 
 void holdsWhatItShould(Backend& backend) {
     eachSubject(backend, [&](Subject& subject) { subject.expectUnchanged(""); });
@@ -256,7 +254,6 @@ void lendsUntilChanged(Backend& backend) {
 }
 
 // --- copies
-// ------------------------------------------------------------------------------------------------------
 
 void copiesAlike(Backend& backend) {
     eachSubject(backend, [&](Subject& subject) {
@@ -341,7 +338,6 @@ void unshareKeeps(Backend& backend) {
 }
 
 // --- identity, equality
-// ------------------------------------------------------------------------------------------
 
 /// Arrays with different contents must not have one identity: they would count as equal unseen.
 void identities(Backend& backend) {
