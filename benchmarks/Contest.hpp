@@ -127,9 +127,8 @@ inline void printSetting() {
     std::printf(", DEBUG BUILD: the figures mean nothing\n");
 #endif
     std::printf(
-        "raw: the checked loop over plain storage; threads: vexadata in a process with two threads, where counts\n"
-        "of shared objects need locked instructions; aim: the most that the ratio, or the time, should be; ! beside\n"
-        "a miss\n\n");
+        "raw: the checked loop over plain storage; aim: the most that the ratio, or the time, should be; ! beside a\n"
+        "miss; threads: vexadata in a process with two threads, where counts need locked instructions\n\n");
 }
 
 inline void printHeading() {

@@ -170,7 +170,8 @@ TEST_F(RegistrationTest, EachRequestCallsTheFunctionForOneReference) {
     }
 }
 
-/// True when one of several threads with different functions succeeds, the others fail, and its function is in force.
+/// True when one of several threads with different functions succeeds, the others fail, and its function is
+/// in force.
 bool oneOfManyThreadsWins(const Slot& slot) {
     std::atomic<std::size_t> waiting{functions.size()};
     std::atomic<int> winners{0}, losers{0}, winner{-1};

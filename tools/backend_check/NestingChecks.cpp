@@ -385,7 +385,8 @@ void addNestingChecks(Checks& checks) {
         {}, intoItsOwnPlace);
     nesting.add(
         "chains whose array is gone",
-        "with indices a chain means an element of the array for which it was made: it throws when another lies there (order 12)",
+        "with indices a chain means an element of the array for which it was made: it throws when another lies "
+        "there (order 12)",
         {"double"}, chainsGoStale);
     nesting.add("an array into itself",
                 "assignElementArray stores an array, borrowed, and nothing is lost (order 17)", {},

@@ -874,7 +874,8 @@ void addObjectChecks(Checks& checks) {
                 referencesToArrayProperties);
     objects.add(
         "read-only walks refuse writes",
-        "what properties from cbegin refer to throws CantAssignArrayToThisArrayException when written (objects, 10, 11)",
+        "what properties from cbegin refer to throws CantAssignArrayToThisArrayException when written (objects, "
+        "10, 11)",
         object, readOnlyWalks);
     objects.add("read-only walks of array properties do too",
                 "what properties from cbeginArrayProp refer to throws when written, too (orders 47, 48)",
