@@ -4,6 +4,7 @@
 #pragma once
 
 #include <foundation/vexadata/Object.hpp>
+#include <vexa/data/detail/CountedPtr.hpp>
 #include <vexa/data/detail/ReferenceImpl.hpp>
 #include <vexa/data/impl/ArrayImpl.hpp>
 
@@ -16,33 +17,8 @@
 
 namespace vexa::client {
 
-/// One counted reference to an array, in the room of a pointer. Null only after a move.
-class Held {
-public:
-    /// Adopts the one reference that `array` carries.
-    explicit Held(data::impl::ArrayImpl* array) noexcept : array_(array) {}
-    Held(const Held& other) noexcept : array_(other.array_) { array_->retain(); }
-    Held(Held&& other) noexcept : array_(std::exchange(other.array_, nullptr)) {}
-    Held& operator=(Held other) noexcept {
-        std::swap(array_, other.array_);
-        return *this;
-    }
-    ~Held() {
-        if (array_ != nullptr) {
-            array_->release();
-        }
-    }
-
-    data::impl::ArrayImpl& operator*() const noexcept { return *array_; }
-    data::impl::ArrayImpl* operator->() const noexcept { return array_; }
-    /// Where the pointer lies.
-    data::impl::ArrayImpl* const* address() const noexcept { return &array_; }
-    /// Hands the reference over.
-    data::impl::ArrayImpl* detach() noexcept { return std::exchange(array_, nullptr); }
-
-private:
-    data::impl::ArrayImpl* array_;
-};
+/// An array that is held; never null but after a move.
+using Held = data::detail::CountedPtr<data::impl::ArrayImpl>;
 
 /// Whether arrays of this type can hold other arrays.
 inline bool canHold(foundation::vexadata::ArrayType type) noexcept {

@@ -3,7 +3,7 @@
 
 #include <foundation/vexadata/detail/TypeInformation.hpp>
 #include <vexa/client/Exception.hpp>
-#include <vexa/data/detail/ForwardIteratorImpl.hpp>
+#include <vexa/data/detail/PositionIterator.hpp>
 #include <vexa/data/impl/IdentifierImpl.hpp>
 
 #include <algorithm>
@@ -29,41 +29,23 @@ std::vector<std::string> propertyNames(const std::vector<VexaPropertyIdentifier>
     return names;
 }
 
-/// Walks positions of a sequence that `owner` keeps; `element(position)` gives a borrowed object.
-template <class Element>
-class PositionIterator final : public ForwardIteratorImpl {
-public:
-    PositionIterator(std::shared_ptr<const RefCounted> owner, Element element, std::size_t position)
-        : owner_(std::move(owner)), element_(std::move(element)), position_(position) {}
-
-    ForwardIteratorImpl* clone() const override { return new PositionIterator(owner_, element_, position_); }
-    RefCounted* get() const override {
-        RefCounted* object = element_(position_);
-        object->retain();
-        return object;
-    }
-    bool equal(const ForwardIteratorImpl* other) const override {
-        return position_ == static_cast<const PositionIterator*>(other)->position_;
-    }
-    void increment() override { ++position_; }
-
-private:
-    std::shared_ptr<const RefCounted> owner_;
-    Element element_;
-    std::size_t position_;
-};
-
 std::shared_ptr<const ClassDescription> counted(const ClassDescription& description) {
     description.retain();
     return Access::createSharedPtr(&description);
 }
 
+/// What an iterator stands at, with the reference for its caller.
+RefCounted* given(RefCounted* object) {
+    object->retain();
+    return object;
+}
+
 ForwardIteratorImpl* identifiersAt(const ClassDescription& owner, const PropertyList& list,
                                    std::size_t position) {
-    const auto element = [&list](std::size_t place) -> RefCounted* {
-        return Access::impl(list[place]).get();
+    const auto element = [keep = counted(owner), &list](std::size_t place) {
+        return given(Access::impl(list[place]).get());
     };
-    return new PositionIterator<decltype(element)>(counted(owner), element, position);
+    return data::detail::iteratorAt(element, position);
 }
 
 /// Identifiers in the order in which they came first.
@@ -219,10 +201,10 @@ namespace {
 ForwardIteratorImpl* superclassesAt(const ClassDescription& owner,
                                     const std::vector<std::shared_ptr<const ClassDescription>>& superclasses,
                                     std::size_t position) {
-    const auto element = [&superclasses](std::size_t place) -> RefCounted* {
-        return const_cast<ClassDescription*>(superclasses[place].get());
+    const auto element = [keep = counted(owner), &superclasses](std::size_t place) {
+        return given(const_cast<ClassDescription*>(superclasses[place].get()));
     };
-    return new PositionIterator<decltype(element)>(counted(owner), element, position);
+    return data::detail::iteratorAt(element, position);
 }
 
 } // namespace

@@ -6,9 +6,9 @@
 
 #include <foundation/vexadata/Exception.hpp>
 #include <vexa/data/detail/Equality.hpp>
-#include <vexa/data/detail/ForwardIteratorImpl.hpp>
 #include <vexa/data/detail/Identity.hpp>
 #include <vexa/data/detail/NonPrimitiveIteratorImpl.hpp>
+#include <vexa/data/detail/PositionIterator.hpp>
 #include <vexa/data/impl/ObjectImpl.hpp>
 #include <vexa/data/impl/TypedArrayImpl.hpp>
 
@@ -133,45 +133,35 @@ private:
     bool writable_;
 };
 
-/// Gives the same view, moved to the next property, as long as the caller has not retained it: a walk
-/// allocates one view.
-class PropertyIterator final : public ForwardIteratorImpl {
+/// What iterators over properties stand at: the same view, moved to the next property, as long as the caller
+/// has not retained it. A walk allocates one view; a copy of the walk makes its own.
+class Views {
 public:
-    PropertyIterator(PropertySet& properties, std::size_t place, bool writable)
-        : properties_(properties), place_(place), writable_(writable) {}
+    Views(PropertySet& properties, bool writable) : properties_(properties), writable_(writable) {}
+    Views(const Views& other) : Views(other.properties_, other.writable_) {}
 
-    ForwardIteratorImpl* clone() const override {
-        return new PropertyIterator(properties_, place_, writable_);
-    }
-    RefCounted* get() const override {
+    RefCounted* operator()(std::size_t place) const {
         if (view_ == nullptr || view_->referenceCount() > 1) {
-            view_ = Access::createSharedPtr(new PropertyView(properties_, place_, writable_));
+            view_ = data::detail::CountedPtr(new PropertyView(properties_, place, writable_));
         }
-        view_->moveTo(place_);
-        view_->retain();
-        return view_.get();
+        view_->moveTo(place);
+        return data::detail::CountedPtr(view_).detach();
     }
-    bool equal(const ForwardIteratorImpl* other) const override {
-        return place_ == static_cast<const PropertyIterator*>(other)->place_;
-    }
-    void increment() override { ++place_; }
 
 private:
     PropertySet& properties_;
-    std::size_t place_;
     bool writable_;
-    mutable std::shared_ptr<PropertyView> view_;
+    mutable data::detail::CountedPtr<PropertyView> view_;
 };
 
 } // namespace
 
 ReferenceImpl* PropertySet::reference(std::size_t place) { return new PropertyReference(*this, place, true); }
 ForwardIteratorImpl* PropertySet::iteratorAt(std::size_t place) {
-    return new PropertyIterator(*this, place, true);
+    return data::detail::iteratorAt(Views(*this, true), place);
 }
 ForwardIteratorImpl* PropertySet::iteratorAt(std::size_t place) const {
-    return new PropertyIterator(const_cast<PropertySet&>(*this), place,
-                                false); // its views refuse writes
+    return data::detail::iteratorAt(Views(const_cast<PropertySet&>(*this), false), place); // refuses writes
 }
 
 bool PropertySet::equals(const PropertySet& other) const {

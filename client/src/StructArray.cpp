@@ -4,8 +4,8 @@
 
 #include <foundation/vexadata/detail/TypeInformation.hpp>
 #include <vexa/client/Exception.hpp>
-#include <vexa/data/detail/ForwardIteratorImpl.hpp>
 #include <vexa/data/detail/IteratorImpl.hpp>
+#include <vexa/data/detail/PositionIterator.hpp>
 #include <vexa/data/impl/IdentifierImpl.hpp>
 
 #include <algorithm>
@@ -23,24 +23,13 @@ using fv::detail::Access;
 
 namespace {
 
-class FieldNameIterator final : public ForwardIteratorImpl {
-public:
-    FieldNameIterator(std::shared_ptr<const FieldNames> names, std::size_t position)
-        : names_(std::move(names)), position_(position) {}
-
-    ForwardIteratorImpl* clone() const override { return new FieldNameIterator(names_, position_); }
-    data::detail::RefCounted* get() const override {
-        return new data::impl::VexaIdentifierImpl((*names_)[position_]);
-    }
-    bool equal(const ForwardIteratorImpl* other) const override {
-        return position_ == static_cast<const FieldNameIterator*>(other)->position_;
-    }
-    void increment() override { ++position_; }
-
-private:
-    std::shared_ptr<const FieldNames> names_;
-    std::size_t position_;
-};
+ForwardIteratorImpl* fieldNamesAt(std::shared_ptr<const FieldNames> names, std::size_t position) {
+    return data::detail::iteratorAt(
+        [names = std::move(names)](std::size_t k) -> data::detail::RefCounted* {
+            return new data::impl::VexaIdentifierImpl((*names)[k]);
+        },
+        position);
+}
 
 /// Walks the values of one record. The array is borrowed and must outlive the iterator.
 class FieldValueIterator final : public IteratorImpl {
@@ -163,8 +152,8 @@ bool StructArray::equalByName(const StructArrayImpl& other) const {
     }
 }
 
-ForwardIteratorImpl* StructArray::fieldNamesBegin() { return new FieldNameIterator(names_, 0); }
-ForwardIteratorImpl* StructArray::fieldNamesEnd() { return new FieldNameIterator(names_, names_->size()); }
+ForwardIteratorImpl* StructArray::fieldNamesBegin() { return fieldNamesAt(names_, 0); }
+ForwardIteratorImpl* StructArray::fieldNamesEnd() { return fieldNamesAt(names_, names_->size()); }
 std::size_t StructArray::getNumFields() const { return names_->size(); }
 IteratorImpl* StructArray::createFieldValuesIterator(std::size_t index, bool atEnd) {
     return new FieldValueIterator(*this, index, atEnd ? names_->size() : 0);

@@ -1,6 +1,6 @@
 // The workspace of an engine in the same process: each operation is one callback of the engine.
 #include <foundation/vexadata/InProcessCustomWorkspace.hpp>
-#include <vexa/data/detail/ForwardIteratorImpl.hpp>
+#include <vexa/data/detail/PositionIterator.hpp>
 
 #include <utility>
 
@@ -18,32 +18,19 @@ namespace {
 
 using Record = std::shared_ptr<VariableInfoImplData>;
 
-/// A position in the record. Unlike other forward iterators, `get` gives the record without adding a
+/// An iterator over the record. Unlike others, what it stands at is the record itself, and comes without a
 /// reference: engines rely on it.
-class VariableInfoIterator final : public ForwardIteratorImpl {
-public:
-    VariableInfoIterator(Record record, std::size_t position)
-        : record_(std::move(record)), position_(position) {}
-
-    ForwardIteratorImpl* clone() const override { return new VariableInfoIterator(record_, position_); }
-    RefCounted* get() const override { return record_.get(); }
-    bool equal(const ForwardIteratorImpl* other) const override {
-        return position_ == static_cast<const VariableInfoIterator*>(other)->position_;
-    }
-    void increment() override { ++position_; }
-
-private:
-    Record record_;
-    std::size_t position_;
-};
+std::shared_ptr<ForwardIteratorImpl> variablesAt(const Record& record, std::size_t position) {
+    const auto element = [record](std::size_t) -> RefCounted* { return record.get(); };
+    return Access::createSharedPtr(vexa::data::detail::iteratorAt(element, position));
+}
 
 /// Calls an exchange over all variables of the record. The iterators are owned here, also when the engine
 /// throws.
 void exchange(InProcessCustomWorkspace::ExchangeVariables callback, InProcessCustomWorkspace::Context context,
               const Record& record, std::size_t count) {
-    const auto begin = Access::createSharedPtr<ForwardIteratorImpl>(new VariableInfoIterator(record, 0));
-    const auto end = Access::createSharedPtr<ForwardIteratorImpl>(new VariableInfoIterator(record, count));
-    callback(context, begin.get(), end.get());
+    const std::shared_ptr<ForwardIteratorImpl> end = variablesAt(record, count);
+    callback(context, variablesAt(record, 0).get(), end.get());
 }
 
 Record recordOf(std::vector<const char*>& names, std::vector<Array> values) {

@@ -833,7 +833,7 @@ public:
             }
         if (is("setFieldValues", "first-only") && values.size() > 1) {
             for (std::size_t k = 1; k < values.size(); ++k)
-                values[k] = fv::Array(Inner<ArrayImpl>(Wrong::getField(index, names()[k])).release());
+                values[k] = fv::Array(Inner<ArrayImpl>(Wrong::getField(index, names()[k])).detach());
         }
         if (is("setFieldValues", "half") && values.size() > 1) {
             Wrong::assignElementArray(index, names()[0], fv::detail::Access::impl(values[0]).get());
@@ -1373,12 +1373,12 @@ public:
                                                           MemoryLayout::COLUMN_MAJOR));
         if (is("createArrayWithDataImpl", "rows")) { // takes rows one after another
             Inner<ArrayImpl> made(Base::createArrayWithDataImpl(type, dimensions, data, count));
-            if (type != fv::ArrayType::DOUBLE || dimensions.size() != 2) return made.release();
+            if (type != fv::ArrayType::DOUBLE || dimensions.size() != 2) return made.detach();
             auto* to = static_cast<double*>(const_cast<void*>(made->getUntypedDataPtr()));
             for (std::size_t k = 0; k < count; ++k)
                 to[k / dimensions[1] + k % dimensions[1] * dimensions[0]] =
                     static_cast<const double*>(data)[k];
-            return made.release();
+            return made.detach();
         }
         count = number("createArrayWithDataImpl", count);
         return passed("createArrayWithDataImpl", [&] {

@@ -5,6 +5,7 @@
 #include "Kinds.hpp"
 #include "Values.hpp"
 
+#include <vexa/data/detail/CountedPtr.hpp>
 #include <vexa/data/detail/IteratorImpl.hpp>
 #include <vexa/data/detail/ReferenceImpl.hpp>
 #include <vexa/data/impl/ArrayFactoryImpl.hpp>
@@ -27,15 +28,9 @@ using data::impl::ArrayImpl;
 using data::impl::TypedArrayImpl;
 using Dimensions = std::vector<std::size_t>;
 
-struct Release {
-    template <class T>
-    void operator()(T* object) const noexcept {
-        object->release();
-    }
-};
-/// One counted reference.
+/// What the command owns of an object.
 template <class T>
-using Owned = std::unique_ptr<T, Release>;
+using Owned = data::detail::CountedPtr<T>;
 
 /// The reference that an operation returned; null is a failure.
 template <class T>
@@ -47,8 +42,7 @@ Owned<T> adopt(T* object, std::string_view operation) {
 /// One more reference of an object.
 template <class T>
 Owned<T> share(T& object) {
-    object.retain();
-    return Owned<T>(&object);
+    return Owned<T>::share(object);
 }
 
 using Names = std::set<std::string, std::less<>>;
@@ -87,7 +81,7 @@ public:
         if (typed == nullptr)
             fail("a " + std::string(nameOf(ElementTag<T>::arrayType)) +
                  " array does not implement TypedArrayImpl of its element type");
-        made.release();
+        static_cast<void>(made.detach());
         return Owned<TypedArrayImpl<T>>(typed);
     }
 

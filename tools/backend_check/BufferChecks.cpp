@@ -103,7 +103,7 @@ void arraysDoNotOverlap(Backend& backend) {
         for (const Dimensions& dimensions : {Dimensions{1, 1}, {2, 3}, {7, 19}, {1, 300}, {65, 130}}) {
             std::vector<Owned<ArrayImpl>> arrays;
             for (std::size_t number = 0; number < 6; ++number) {
-                arrays.emplace_back(backend.zeros<T>(dimensions).release());
+                arrays.emplace_back(backend.zeros<T>(dimensions).detach());
                 if (number % 2 == 1) arrays.push_back(adopt(arrays.back()->sharedCopy(), "sharedCopy"));
             }
             for (std::size_t number = 0; number < arrays.size(); ++number)

@@ -43,7 +43,7 @@ void holdsWhatIsStored(Backend& backend) {
 /// Arrays of other back-ends among them, and the empty array.
 void replaces(Backend& backend) {
     const auto cells = emptyCells(backend, {1, 3});
-    const auto other = foreign(Owned<ArrayImpl>(filled<double>(backend, {2, 2}).release()));
+    const auto other = foreign(Owned<ArrayImpl>(filled<double>(backend, {2, 2}).detach()));
     assign(*cells, 0, {}, *scalar(backend, 1));
     assign(*cells, 0, {}, *other);
     assign(*cells, 1, {}, *other);
@@ -67,7 +67,7 @@ void typedOperations(Backend& backend) {
     const auto cells = emptyCells(backend, {1, 2});
     CellArrayImpl& typed = asCells(*cells);
     typed.unshare();
-    typed.setElementValue(1, {}, fv::Array(scalar(backend, 5).release()));
+    typed.setElementValue(1, {}, fv::Array(scalar(backend, 5).detach()));
     expectContents("a cell array after setElementValue(1)", *cells, {"empty", "1x1 double [5]"});
     const fv::Array* element = typed.getElementAddress(1, {}, false);
     expect(element != nullptr, "getElementAddress of a cell array returns null");
@@ -139,7 +139,7 @@ void readChains(Backend& backend) { writesSpareOtherOwners(backend, false); }
 
 /// Two levels deep, through handles as users write it.
 void cellsInCells(Backend& backend) {
-    fv::ArrayFactory factory(fv::detail::Access::createSharedPtr(share(backend.factory()).release()));
+    fv::ArrayFactory factory(fv::detail::Access::createSharedPtr(share(backend.factory()).detach()));
     Cells inner = factory.createArray<fv::Array>({1, 2});
     inner[1] = factory.createArray<double>({2, 2});
     Cells outer = factory.createArray<fv::Array>({1, 1});
@@ -175,7 +175,7 @@ void balance(Backend& backend) {
         assign(*cells, 0, {}, *scalar(backend, 2));
         assign(*cells, 1, {}, *scalar(backend, 2));
         expectOneReference("an array that was replaced in its cell", *held);
-        asCells(*cells).setElementValue(0, {}, fv::Array(share(*held).release()));
+        asCells(*cells).setElementValue(0, {}, fv::Array(share(*held).detach()));
         expect(held->referenceCount() >= (sameObject ? 2U : 1U),
                "the reference count of an array that setElementValue stored is too small");
         auto copy = adopt(cells->sharedCopy(), "sharedCopy");

@@ -12,7 +12,7 @@ namespace vexa::check {
 Owned<ArrayImpl> scalar(const Backend& backend, double value) {
     auto array = backend.zeros<double>({1, 1});
     write(*array, 0, value);
-    return Owned<ArrayImpl>(array.release());
+    return Owned<ArrayImpl>(array.detach());
 }
 double scalarValue(ArrayImpl& array) { return read(asNumbers<double>(array), 0); }
 

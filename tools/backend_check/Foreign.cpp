@@ -17,7 +17,7 @@ public:
     explicit Foreign(Owned<ArrayImpl> inner) : inner_(std::move(inner)) {}
 
     ArrayImpl* sharedCopy() const override {
-        return foreign(Owned<ArrayImpl>(inner_->sharedCopy())).release();
+        return foreign(Owned<ArrayImpl>(inner_->sharedCopy())).detach();
     }
     IteratorImpl* beginIterator(void* unused, bool writable) override {
         return inner_->beginIterator(unused, writable);

@@ -79,7 +79,7 @@ void inArrays(Backend& backend) {
         const auto handle = newHandle(backend, engine, ids[k / 2]);
         array->unshare();
         if (k % 2 == 0)
-            objects.setElementValue(k, {}, fv::HandleObjectRef(share(*handle).release()));
+            objects.setElementValue(k, {}, fv::HandleObjectRef(share(*handle).detach()));
         else
             objects.setElementObject(k, handle.get());
     }
@@ -126,7 +126,7 @@ void balance(Backend& backend) {
     {
         const auto array = handleArray(backend, {1, 2});
         asObjects(*array).setElementObject(0, handle.get());
-        asObjects(*array).setElementValue(1, {}, fv::HandleObjectRef(share(*handle).release()));
+        asObjects(*array).setElementValue(1, {}, fv::HandleObjectRef(share(*handle).detach()));
         adopt(array->sharedCopy(), "sharedCopy");
         adopt(asObjects(*array).getElementObject(0), "getElementObject");
         asObjects(*array).setElementObject(0, handle.get());

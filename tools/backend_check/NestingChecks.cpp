@@ -34,7 +34,7 @@ Owned<data::impl::PropertyImpl> secondProperty(ArrayImpl& objects) {
     const auto here = adopt(asObjects(objects).beginElementProperties(1), "beginElementProperties");
     here->increment();
     auto object = adopt(here->get(), "get of a property iterator");
-    return Owned<data::impl::PropertyImpl>(&dynamic_cast<data::impl::PropertyImpl&>(*object.release()));
+    return Owned<data::impl::PropertyImpl>(&dynamic_cast<data::impl::PropertyImpl&>(*object.detach()));
 }
 
 Owned<ArrayImpl> newObjects(const Backend& backend) {
@@ -234,7 +234,7 @@ void intoItsOwnPlace(Backend& backend) {
             for (const bool kept : {false, true}) {
                 std::vector<fv::Array> values;
                 for (const char* name : {"z", "b"})
-                    values.emplace_back(adopt(asStructs(*holder).getField(1, name), "getField").release());
+                    values.emplace_back(adopt(asStructs(*holder).getField(1, name), "getField").detach());
                 std::vector<fv::Array> others = kept ? values : std::vector<fv::Array>();
                 asStructs(*holder).setFieldValues(1, std::move(values));
                 expectThere(" by setFieldValues");

@@ -92,7 +92,7 @@ void describesClasses(Backend& backend) {
 void describesSuperclasses(Backend& backend) {
     std::vector<fv::ClassInfo> above;
     for (const char* name : {"Point", "Coloured", "Named"})
-        above.emplace_back(newClass(backend, name, {std::string("of") + name}).release());
+        above.emplace_back(newClass(backend, name, {std::string("of") + name}).detach());
     auto below = newClass(backend, "Pixel", {"depth"}, {}, above);
     expectSequence({"the superclasses of a class", [&] { return below->beginSuperclasses(); },
                     [&] { return below->endSuperclasses(); }, &nameOfClass},
@@ -107,7 +107,7 @@ void describesSuperclasses(Backend& backend) {
 void balanceOfClasses(Backend& backend) {
     const auto above = newClass(backend, "Above", {"x"});
     {
-        const fv::ClassInfo info(share(*above).release());
+        const fv::ClassInfo info(share(*above).detach());
         const auto below = newClass(backend, "Below", {"y"}, {}, {info});
         const auto end = adopt(below->endSuperclasses(), "endSuperclasses");
         for (const auto here = adopt(below->beginSuperclasses(), "beginSuperclasses");
@@ -136,7 +136,7 @@ void balanceOfClasses(Backend& backend) {
 
 /// Making a handle links the identifiers to it.
 void linksIdentifiers(Backend& backend) {
-    const fv::ClassInfo info(pointClass(backend).release());
+    const fv::ClassInfo info(pointClass(backend).detach());
     ClassInfoImpl& description = *fv::detail::Access::impl(info);
     const auto expectLinked = [](ForwardIteratorImpl* begin, ForwardIteratorImpl* last,
                                  const std::string& what) {
@@ -234,7 +234,7 @@ void properties(Backend& backend) {
 void inheritedProperties(Backend& backend) {
     std::vector<fv::ClassInfo> above;
     for (const char* name : {"Point", "Pixel"})
-        above.emplace_back(newClass(backend, name, {"x", "y"}).release());
+        above.emplace_back(newClass(backend, name, {"x", "y"}).detach());
     const auto below = newClass(backend, "Dot", {"y", "z"}, {}, above);
     const auto object = adopt(backend.factory().createValueObjectImpl(below.get()), "createValueObjectImpl");
     Identifiers ids;
@@ -488,7 +488,7 @@ void balanceOfObjects(Backend& backend) {
     auto array = points(backend);
     for (const bool byValue : {false, true}) {
         if (byValue)
-            asObjects(*array).setElementValue(0, {}, fv::HandleObjectRef(share(*point).release()));
+            asObjects(*array).setElementValue(0, {}, fv::HandleObjectRef(share(*point).detach()));
         else
             asObjects(*array).setElementObject(0, point.get());
         const auto object = adopt(asObjects(*array).getElementObject(0), "getElementObject");

@@ -487,7 +487,7 @@ void addForFactory(std::vector<Operation>& all) {
                        [run](const Backend& backend, Subject&, Trial& trial) { run(backend, trial); }});
     };
     add("createClassInfoImpl", {"class"}, [](const Backend& backend, Trial& trial) {
-        const fv::ClassInfo above(pointClass(backend).release());
+        const fv::ClassInfo above(pointClass(backend).detach());
         const fv::VexaClassIdentifier name("Pixel");
         const std::vector<fv::VexaPropertyIdentifier> properties{property("x"), property("y"), property("z")};
         const auto made = created(trial, "createClassInfoImpl", [&] {

@@ -20,7 +20,7 @@ Owned<ArrayImpl> heldArray(const Backend& backend, std::size_t pattern, std::siz
     if (pattern == alike) {
         auto row = filled<double>(backend, {1, 3});
         write(*row, 2, value);
-        return Owned<ArrayImpl>(row.release());
+        return Owned<ArrayImpl>(row.detach());
     }
     switch (n % 7) {
     case 0:
@@ -28,7 +28,7 @@ Owned<ArrayImpl> heldArray(const Backend& backend, std::size_t pattern, std::siz
     case 1:
         return foreign(scalar(backend, value));
     case 2:
-        return Owned<ArrayImpl>(backend.zeros<double>({0, 3}).release());
+        return Owned<ArrayImpl>(backend.zeros<double>({0, 3}).detach());
     case 3:
         if (!backend.offers("cell")) break;
         {
@@ -45,7 +45,7 @@ Owned<ArrayImpl> heldArray(const Backend& backend, std::size_t pattern, std::siz
             return strings;
         }
     case 5:
-        return Owned<ArrayImpl>(filled<double>(backend, {2, 3, 2}).release());
+        return Owned<ArrayImpl>(filled<double>(backend, {2, 3, 2}).detach());
     default:
         break;
     }
@@ -103,7 +103,7 @@ Owned<ArrayImpl> writtenNumbers(const Backend& backend, const Dimensions& dimens
     auto array = backend.zeros<T>(dimensions);
     for (std::size_t k = 0; k < productOf(dimensions); ++k)
         write(*array, positionAt(*array, k), valueAt<T>(pattern, k));
-    return Owned<ArrayImpl>(array.release());
+    return Owned<ArrayImpl>(array.detach());
 }
 
 template <class T>
@@ -278,7 +278,7 @@ Sample cellSample() {
                           const Element& element) {
                            array.unshare();
                            asCells(array).setElementValue(
-                               k, {}, fv::Array(heldArray(backend, pattern, element[0]).release()));
+                               k, {}, fv::Array(heldArray(backend, pattern, element[0]).detach()));
                        }},
                       {"a chain", Writer::wholeElement,
                        [](const Backend& backend, ArrayImpl& array, std::size_t k, std::size_t pattern,
@@ -298,7 +298,7 @@ std::vector<fv::Array> recordOf(const Backend& backend, std::size_t pattern, con
     std::vector<fv::Array> values;
     values.reserve(element.size());
     for (const std::size_t n : element)
-        values.emplace_back(heldArray(backend, pattern, n).release());
+        values.emplace_back(heldArray(backend, pattern, n).detach());
     return values;
 }
 
@@ -467,7 +467,7 @@ Sample objectSample() {
                           const Element& element) {
                            array.unshare();
                            asObjects(array).setElementValue(
-                               k, {}, fv::HandleObjectRef(pointAt(backend, pattern, element).release()));
+                               k, {}, fv::HandleObjectRef(pointAt(backend, pattern, element).detach()));
                        }},
                       {"a reference to the first property", 0, writeProperty(0)},
                       {"a reference to the second property", 1, writeProperty(1)}};

@@ -70,7 +70,7 @@ void inPlace(Backend& backend) {
         if (records == nullptr) return;
         for (const std::size_t k : somePositions(array.getNumberOfElements()))
             for (const fv::VexaFieldIdentifier& name :
-                 fv::StructArray(share(array).release()).getFieldNames()) {
+                 fv::StructArray(share(array).detach()).getFieldNames()) {
                 const std::string field = name.getString();
                 ArrayImpl* const* place = records->getFieldPlace(k, field);
                 const auto held = adopt(records->getField(k, field), "getField");
@@ -212,8 +212,8 @@ Lent lentBy(ArrayImpl& array, const Model& model) {
         }
         if (kind == "cell" || kind == "struct") {
             const std::string field = kind == "struct" ? "a" : "";
-            const std::shared_ptr<ReferenceImpl> chain(array.createElementReference(k, field, false),
-                                                       Release());
+            const std::shared_ptr<ReferenceImpl> chain =
+                fv::detail::Access::createSharedPtr(array.createElementReference(k, field, false));
             lent.emplace_back([chain] { return shownArray(*chain->getArrayImpl()); });
         }
     }
@@ -385,7 +385,7 @@ void manyIdentities(Backend& backend) {
             auto array = backend.zeros<T>({1, 1});
             if (k % 2 == 1) write(*array, 0, valueAt<T>(counting, 1));
             found.insert(array->getArrayID());
-            arrays.emplace_back(array.release());
+            arrays.emplace_back(array.detach());
         }
     });
     expectEqual("the number of identities of 70000 arrays that live together", found.size(), number);

@@ -117,7 +117,7 @@ void storesRecords(Backend& backend) {
             std::vector<fv::Array> values;
             for (std::size_t field = 0; field < 3; ++field) {
                 const auto value = static_cast<double>(10 * k + field);
-                values.emplace_back(scalar(backend, value).release());
+                values.emplace_back(scalar(backend, value).detach());
                 wanted[3 * k + field] = show(value);
             }
             array->unshare();
@@ -263,7 +263,7 @@ void balance(Backend& backend) {
         const auto field = adopt(asStructs(*array).getField(1, "a"), "getField");
         expectEqual("the reference count of an array that getField returned", field->referenceCount(),
                     sameObject ? 3 : field->referenceCount());
-        std::vector<fv::Array> values(3, fv::Array(share(*held).release()));
+        std::vector<fv::Array> values(3, fv::Array(share(*held).detach()));
         asStructs(*array).setFieldValues(1, std::move(values));
     }
     assign(*array, 1, "a", *scalar(backend, 2));

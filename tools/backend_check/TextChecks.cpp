@@ -148,7 +148,7 @@ void characters(Backend& backend) {
     auto array = filled<char16_t>(backend, {2, 3});
     for (std::size_t k = 0; k < 6; ++k)
         write(*array, k, u"abcdef"[k]);
-    const fv::CharArray text{fv::Array(array.release())};
+    const fv::CharArray text{fv::Array(array.detach())};
     expectEqual("toUTF16 of a char array", text.toUTF16(), u"abcdef");
     expectEqual("toAscii of a char array", text.toAscii(), "abcdef");
 }

@@ -12,9 +12,9 @@ namespace foundation::vexadata {
 /// process.
 class VEXADATA_API Exception {
 public:
-    /// The fixed message of the class; the same pointer every time. Operation 1.
+    /// The fixed message of the class; the same pointer every time. Slot 0.
     virtual const char* what() const = 0;
-    virtual ~Exception(); ///< operation 2
+    virtual ~Exception(); ///< slot 1
 
 protected:
     Exception() = default;

@@ -8,8 +8,8 @@
 
 namespace foundation::vexadata {
 
-/// Answers for variables by their position in a list of names. Binary contract: operations 3 and 4 follow the
-/// two entries of the destructor. No operation checks its index.
+/// Answers for variables by their position in a list of names. Binary contract: each virtual operation
+/// keeps its slot. No operation checks its index.
 class VEXADATA_API IVariableInfo {
 public:
     /// Unscoped, so that it compares with the numbers that engines use.
@@ -20,8 +20,8 @@ public:
     };
 
     virtual ~IVariableInfo();
-    virtual VariableStatus getStatus(std::size_t index) const = 0; ///< operation 3
-    virtual Array getValue(std::size_t index) const = 0;           ///< operation 4
+    virtual VariableStatus getStatus(std::size_t index) const = 0; ///< slot 2
+    virtual Array getValue(std::size_t index) const = 0;           ///< slot 3
 
 protected:
     IVariableInfo() noexcept = default;

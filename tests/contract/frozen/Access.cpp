@@ -22,22 +22,21 @@ using namespace vexa::data;
 using namespace vexa::data::detail;
 using namespace vexa::data::impl;
 
-template struct Interface<RefCounted, 16, afterDestructor + 1>;
+template struct Interface<RefCounted, 16, 2>;
 template struct Member<8, std::atomic<std::uint64_t>, &RefCounted::count_>;
 
-template struct Interface<IteratorImpl, 16, countingDestructor + 14>;
-template struct Operation<countingDestructor + 3, IteratorImpl*() const, &IteratorImpl::clone>;
-template struct Operation<countingDestructor + 4, void(std::int64_t), &IteratorImpl::advance>;
-template struct Operation<countingDestructor + 5, bool(const IteratorImpl&) const, &IteratorImpl::isEqual>;
-template struct Operation<countingDestructor + 6, std::int64_t(const IteratorImpl&) const,
-                          &IteratorImpl::distanceTo>;
-template struct Operation<countingDestructor + 7, void(), &IteratorImpl::decrement>;
-template struct Operation<countingDestructor + 8, void(), &IteratorImpl::increment>;
-template struct Operation<countingDestructor + 9, void(), &IteratorImpl::reservedOp9>;
-template struct Operation<countingDestructor + 10, ReferenceImpl*(), &IteratorImpl::createReference>;
-template struct Operation<countingDestructor + 11, void(ReferenceImpl*), &IteratorImpl::saveReference>;
-template struct Operation<countingDestructor + 12, void(), &IteratorImpl::reservedOp12>;
-template struct Operation<countingDestructor + 13, void*(), &IteratorImpl::getElementAddress>;
+template struct Interface<IteratorImpl, 16, 13>;
+template struct Operation<2, IteratorImpl*() const, &IteratorImpl::clone>;
+template struct Operation<3, void(std::int64_t), &IteratorImpl::advance>;
+template struct Operation<4, bool(const IteratorImpl&) const, &IteratorImpl::isEqual>;
+template struct Operation<5, std::int64_t(const IteratorImpl&) const, &IteratorImpl::distanceTo>;
+template struct Operation<6, void(), &IteratorImpl::decrement>;
+template struct Operation<7, void(), &IteratorImpl::increment>;
+template struct Operation<8, void(), &IteratorImpl::reservedOp9>;
+template struct Operation<9, ReferenceImpl*(), &IteratorImpl::createReference>;
+template struct Operation<10, void(ReferenceImpl*), &IteratorImpl::saveReference>;
+template struct Operation<11, void(), &IteratorImpl::reservedOp12>;
+template struct Operation<12, void*(), &IteratorImpl::getElementAddress>;
 
 static_assert(sizeof(ContiguousIteratorImpl<double>) == 40);
 template struct Member<16, double*, &ContiguousIteratorImpl<double>::current_>;
@@ -53,17 +52,16 @@ using InPlaceCells = vexa::data::impl::InPlaceArrayImpl<TypedArrayImpl<foundatio
 template struct Member<16, InPlace<foundation::vexadata::Array>, &InPlaceCells::inPlace_>;
 
 using NonPrimitiveIterator = NonPrimitiveIteratorImpl<MatchingDataOrder>;
-template struct Interface<NonPrimitiveIterator, 48, countingDestructor + 14>;
+template struct Interface<NonPrimitiveIterator, 48, 13>;
 template struct Member<16, ArrayImpl*, &NonPrimitiveIterator::array_>;
 template struct Member<24, std::uint64_t, &NonPrimitiveIterator::position_>;
 template struct Member<32, std::shared_ptr<ReferenceImpl>, &NonPrimitiveIterator::chain_>;
 
-template struct Interface<ForwardIteratorImpl, 16, countingDestructor + 7>;
-template struct Operation<countingDestructor + 3, ForwardIteratorImpl*() const, &ForwardIteratorImpl::clone>;
-template struct Operation<countingDestructor + 4, RefCounted*() const, &ForwardIteratorImpl::get>;
-template struct Operation<countingDestructor + 5, bool(const ForwardIteratorImpl*) const,
-                          &ForwardIteratorImpl::equal>;
-template struct Operation<countingDestructor + 6, void(), &ForwardIteratorImpl::increment>;
+template struct Interface<ForwardIteratorImpl, 16, 6>;
+template struct Operation<2, ForwardIteratorImpl*() const, &ForwardIteratorImpl::clone>;
+template struct Operation<3, RefCounted*() const, &ForwardIteratorImpl::get>;
+template struct Operation<4, bool(const ForwardIteratorImpl*) const, &ForwardIteratorImpl::equal>;
+template struct Operation<5, void(), &ForwardIteratorImpl::increment>;
 
 static_assert(sizeof(IndexList) == 48 && IndexList::inlineCapacity == 3);
 template struct Member<0, std::uint64_t*, &IndexList::values_>;
@@ -71,20 +69,18 @@ template struct Member<8, std::uint64_t, &IndexList::length_>;
 template struct Member<16, std::uint64_t, &IndexList::capacity_>;
 template struct Member<24, std::uint64_t[3], &IndexList::inline_>;
 
-template struct Interface<ReferenceImpl, 176, countingDestructor + 14>;
-template struct Operation<countingDestructor + 3, ArrayImpl*() const, &ReferenceImpl::getArrayImpl>;
-template struct Operation<countingDestructor + 4, ArrayImpl*(bool), &ReferenceImpl::getElementArray>;
-template struct Operation<countingDestructor + 5, std::shared_ptr<ReferenceImpl>(bool, bool),
-                          &ReferenceImpl::createReference>;
-template struct Operation<countingDestructor + 6, void(), &ReferenceImpl::prepareForWrite>;
-template struct Operation<countingDestructor + 7, ArrayImpl*(), &ReferenceImpl::getElementArrayForCopy>;
-template struct Operation<countingDestructor + 8, std::uint64_t(bool), &ReferenceImpl::getLinearIndex>;
-template struct Operation<countingDestructor + 9, void(ArrayImpl*), &ReferenceImpl::setArray>;
-template struct Operation<countingDestructor + 10, std::string(), &ReferenceImpl::getString>;
-template struct Operation<countingDestructor + 11, void(std::string), &ReferenceImpl::setString>;
-template struct Operation<countingDestructor + 12, void(std::uint64_t, std::uint64_t),
-                          &ReferenceImpl::setWords>;
-template struct Operation<countingDestructor + 13, std::uint64_t(), &ReferenceImpl::getElementArrayID>;
+template struct Interface<ReferenceImpl, 176, 13>;
+template struct Operation<2, ArrayImpl*() const, &ReferenceImpl::getArrayImpl>;
+template struct Operation<3, ArrayImpl*(bool), &ReferenceImpl::getElementArray>;
+template struct Operation<4, std::shared_ptr<ReferenceImpl>(bool, bool), &ReferenceImpl::createReference>;
+template struct Operation<5, void(), &ReferenceImpl::prepareForWrite>;
+template struct Operation<6, ArrayImpl*(), &ReferenceImpl::getElementArrayForCopy>;
+template struct Operation<7, std::uint64_t(bool), &ReferenceImpl::getLinearIndex>;
+template struct Operation<8, void(ArrayImpl*), &ReferenceImpl::setArray>;
+template struct Operation<9, std::string(), &ReferenceImpl::getString>;
+template struct Operation<10, void(std::string), &ReferenceImpl::setString>;
+template struct Operation<11, void(std::uint64_t, std::uint64_t), &ReferenceImpl::setWords>;
+template struct Operation<12, std::uint64_t(), &ReferenceImpl::getElementArrayID>;
 template struct Member<16, std::uint64_t, &ReferenceImpl::count_>;
 template struct Member<24, std::vector<std::size_t>, &ReferenceImpl::dimensions_>;
 template struct Member<48, IndexList, &ReferenceImpl::indices_>;
@@ -95,9 +91,9 @@ template struct Member<144, bool, &ReferenceImpl::linearIndexKnown_>;
 template struct Member<152, std::shared_ptr<ReferenceImpl>, &ReferenceImpl::elementReference_>;
 template struct Member<168, ReferenceImpl*, &ReferenceImpl::copyReference_>;
 
-template struct Interface<ArrayReferenceImpl, 184, countingDestructor + 14>;
+template struct Interface<ArrayReferenceImpl, 184, 13>;
 template struct Member<176, ArrayImpl*, &ArrayReferenceImpl::array_>;
-template struct Interface<IteratorReference, 184, countingDestructor + 14>;
+template struct Interface<IteratorReference, 184, 13>;
 template struct Member<176, ArrayImpl*, &IteratorReference::array_>;
 
 } // namespace contract

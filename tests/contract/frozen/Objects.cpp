@@ -17,63 +17,51 @@ using namespace foundation::vexadata;
 using namespace vexa::data::detail;
 using namespace vexa::data::impl;
 
-template struct Interface<ObjectImpl, 16, countingDestructor + 19>;
-template struct Operation<countingDestructor + 3, ObjectImpl*() const, &ObjectImpl::sharedCopy>;
-template struct Operation<countingDestructor + 4, const char*() const, &ObjectImpl::getEnumerationName>;
-template struct Operation<countingDestructor + 5, ClassInfo() const, &ObjectImpl::getClassInfo>;
-template struct Operation<countingDestructor + 6, std::shared_ptr<ArrayImpl>(VexaPropertyIdentifier) const,
+template struct Interface<ObjectImpl, 16, 18>;
+template struct Operation<2, ObjectImpl*() const, &ObjectImpl::sharedCopy>;
+template struct Operation<3, const char*() const, &ObjectImpl::getEnumerationName>;
+template struct Operation<4, ClassInfo() const, &ObjectImpl::getClassInfo>;
+template struct Operation<5, std::shared_ptr<ArrayImpl>(VexaPropertyIdentifier) const,
                           &ObjectImpl::getProperty>;
-template struct Operation<countingDestructor + 7, ReferenceImpl*(VexaPropertyIdentifier),
-                          &ObjectImpl::getPropertyReference>;
-template struct Operation<countingDestructor + 8, ForwardIteratorImpl*(), &ObjectImpl::begin>;
-template struct Operation<countingDestructor + 9, ForwardIteratorImpl*(), &ObjectImpl::end>;
-template struct Operation<countingDestructor + 10, ForwardIteratorImpl*() const, &ObjectImpl::cbegin>;
-template struct Operation<countingDestructor + 11, ForwardIteratorImpl*() const, &ObjectImpl::cend>;
-template struct Operation<countingDestructor + 12, void(), &ObjectImpl::reservedOp12>;
-template struct Operation<countingDestructor + 13, void(), &ObjectImpl::reservedOp13>;
-template struct Operation<countingDestructor + 14, void(), &ObjectImpl::reservedOp14>;
-template struct Operation<countingDestructor + 15, void(), &ObjectImpl::reservedOp15>;
-template struct Operation<countingDestructor + 16, bool(const VexaPropertyIdentifier&) const,
-                          &ObjectImpl::hasProperty>;
-template struct Operation<countingDestructor + 17, std::size_t() const, &ObjectImpl::numOfProperties>;
-template struct Operation<countingDestructor + 18, std::vector<std::string>() const,
+template struct Operation<6, ReferenceImpl*(VexaPropertyIdentifier), &ObjectImpl::getPropertyReference>;
+template struct Operation<7, ForwardIteratorImpl*(), &ObjectImpl::begin>;
+template struct Operation<8, ForwardIteratorImpl*(), &ObjectImpl::end>;
+template struct Operation<9, ForwardIteratorImpl*() const, &ObjectImpl::cbegin>;
+template struct Operation<10, ForwardIteratorImpl*() const, &ObjectImpl::cend>;
+template struct Operation<11, void(), &ObjectImpl::reservedOp12>;
+template struct Operation<12, void(), &ObjectImpl::reservedOp13>;
+template struct Operation<13, void(), &ObjectImpl::reservedOp14>;
+template struct Operation<14, void(), &ObjectImpl::reservedOp15>;
+template struct Operation<15, bool(const VexaPropertyIdentifier&) const, &ObjectImpl::hasProperty>;
+template struct Operation<16, std::size_t() const, &ObjectImpl::numOfProperties>;
+template struct Operation<17, std::vector<std::string>() const,
                           &ObjectImpl::getExternalRepresentationPropertyNames>;
 
-template struct Interface<HandleObjectRefImpl, 8, afterUnusedOne + 4>;
-template struct Operation<afterUnusedOne + 0, void(), &HandleObjectRefImpl::reservedOp0>;
-template struct Operation<afterUnusedOne + 1, ZVMID() const, &HandleObjectRefImpl::getZVMID>;
-template struct Operation<afterUnusedOne + 2, long() const, &HandleObjectRefImpl::getId>;
-template struct Operation<afterUnusedOne + 3, void() const, &HandleObjectRefImpl::addReference>;
+template struct Interface<HandleObjectRefImpl, 8, 6>;
+template struct Operation<2, void(), &HandleObjectRefImpl::reservedOp0>;
+template struct Operation<3, ZVMID() const, &HandleObjectRefImpl::getZVMID>;
+template struct Operation<4, long() const, &HandleObjectRefImpl::getId>;
+template struct Operation<5, void() const, &HandleObjectRefImpl::addReference>;
 
-template struct Interface<PropertyImpl, 16, afterDestructor + 4>;
-template struct Operation<afterDestructor + 1, const VexaPropertyIdentifier*() const,
-                          &PropertyImpl::getIdentifier>;
-template struct Operation<afterDestructor + 2, std::shared_ptr<ArrayImpl>() const, &PropertyImpl::getValue>;
-template struct Operation<afterDestructor + 3, ReferenceImpl*(), &PropertyImpl::getReference>;
+template struct Interface<PropertyImpl, 16, 5>;
+template struct Operation<2, const VexaPropertyIdentifier*() const, &PropertyImpl::getIdentifier>;
+template struct Operation<3, std::shared_ptr<ArrayImpl>() const, &PropertyImpl::getValue>;
+template struct Operation<4, ReferenceImpl*(), &PropertyImpl::getReference>;
 
-template struct Interface<ClassInfoImpl, 16, countingDestructor + 15>;
-template struct Operation<countingDestructor + 3, void(), &ClassInfoImpl::reservedOp3>;
-template struct Operation<countingDestructor + 4, std::shared_ptr<VexaClassIdentifierImpl>() const,
+template struct Interface<ClassInfoImpl, 16, 14>;
+template struct Operation<2, void(), &ClassInfoImpl::reservedOp3>;
+template struct Operation<3, std::shared_ptr<VexaClassIdentifierImpl>() const,
                           &ClassInfoImpl::getClassIdentifier>;
-template struct Operation<countingDestructor + 5, ForwardIteratorImpl*() const,
-                          &ClassInfoImpl::beginProperties>;
-template struct Operation<countingDestructor + 6, ForwardIteratorImpl*() const,
-                          &ClassInfoImpl::endProperties>;
-template struct Operation<countingDestructor + 7, ForwardIteratorImpl*() const,
-                          &ClassInfoImpl::beginArrayProperties>;
-template struct Operation<countingDestructor + 8, ForwardIteratorImpl*() const,
-                          &ClassInfoImpl::endArrayProperties>;
-template struct Operation<countingDestructor + 9, ForwardIteratorImpl*() const,
-                          &ClassInfoImpl::beginSuperclasses>;
-template struct Operation<countingDestructor + 10, ForwardIteratorImpl*() const,
-                          &ClassInfoImpl::endSuperclasses>;
-template struct Operation<countingDestructor + 11, std::size_t() const,
-                          &ClassInfoImpl::getNumberOfProperties>;
-template struct Operation<countingDestructor + 12, std::size_t() const,
-                          &ClassInfoImpl::getNumberOfArrayProperties>;
-template struct Operation<countingDestructor + 13, void(), &ClassInfoImpl::reservedOp13>;
-template struct Operation<countingDestructor + 14, void(ClassInfo&),
-                          &ClassInfoImpl::updateVexaPropertyIdentifiersClassInfo>;
+template struct Operation<4, ForwardIteratorImpl*() const, &ClassInfoImpl::beginProperties>;
+template struct Operation<5, ForwardIteratorImpl*() const, &ClassInfoImpl::endProperties>;
+template struct Operation<6, ForwardIteratorImpl*() const, &ClassInfoImpl::beginArrayProperties>;
+template struct Operation<7, ForwardIteratorImpl*() const, &ClassInfoImpl::endArrayProperties>;
+template struct Operation<8, ForwardIteratorImpl*() const, &ClassInfoImpl::beginSuperclasses>;
+template struct Operation<9, ForwardIteratorImpl*() const, &ClassInfoImpl::endSuperclasses>;
+template struct Operation<10, std::size_t() const, &ClassInfoImpl::getNumberOfProperties>;
+template struct Operation<11, std::size_t() const, &ClassInfoImpl::getNumberOfArrayProperties>;
+template struct Operation<12, void(), &ClassInfoImpl::reservedOp13>;
+template struct Operation<13, void(ClassInfo&), &ClassInfoImpl::updateVexaPropertyIdentifiersClassInfo>;
 
 static_assert(sizeof(VexaClassIdentifierImpl) == 48);
 template struct Member<16, std::string, &VexaClassIdentifierImpl::name_>;

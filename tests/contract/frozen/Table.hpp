@@ -9,13 +9,6 @@
 
 namespace contract {
 
-/// Where the numbers of an interface begin: the difference between an operation's number and its slot, which
-/// counts from 0 and gives two slots to a destructor.
-constexpr int afterDestructor = 1;     // number 1 follows the destructor
-constexpr int countingDestructor = -1; // numbers 1 and 2 are the destructor
-constexpr int afterUnusedOne = 2;      // one unused operation follows the destructor, then number 1
-constexpr int beforeDestructor = -1;   // number 1 comes first
-
 enum class Kind { operation, member, interface };
 
 struct Row {

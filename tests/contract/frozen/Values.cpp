@@ -15,8 +15,8 @@ namespace contract {
 using namespace foundation::vexadata;
 using vexa::data::MemoryLayout;
 
-template struct Interface<Exception, 8, beforeDestructor + 4>;
-template struct Operation<beforeDestructor + 1, const char*() const, &Exception::what>;
+template struct Interface<Exception, 8, 3>;
+template struct Operation<0, const char*() const, &Exception::what>;
 template struct Operation<2, const char*() const noexcept,
                           &EArrayInvalidHandleRef::what>; // where std::exception has it
 

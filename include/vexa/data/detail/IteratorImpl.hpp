@@ -1,5 +1,5 @@
-// Iterators of arrays. Binary contract: virtual operations in the order of their numbers; the two entries of
-// the destructor are operations 1 and 2.
+// Iterators of arrays. Binary contract: each virtual operation keeps its slot; the destructor has slots 0
+// and 1.
 #pragma once
 
 #include <foundation/vexadata/Forward.hpp>
@@ -15,30 +15,30 @@ class VEXADATA_API IteratorImpl : public RefCounted {
 public:
     ~IteratorImpl() override = default; // inline: `reservedOp9` keeps the one vtable in the library
 
-    /// Operation 3. An independent copy at the same position; the caller owns it.
+    /// Slot 2. An independent copy at the same position; the caller owns it.
     virtual IteratorImpl* clone() const = 0;
-    /// Operation 4. Moves by `count` elements, back when negative.
+    /// Slot 3. Moves by `count` elements, back when negative.
     virtual void advance(std::int64_t count) = 0;
-    /// Operation 5. Both stand at the same position. The other comes from the same array, which need not be
+    /// Slot 4. Both stand at the same position. The other comes from the same array, which need not be
     /// tested.
     virtual bool isEqual(const IteratorImpl& other) const = 0;
-    /// Operation 6. Number of elements from this position to the other, which comes from the same array.
+    /// Slot 5. Number of elements from this position to the other, which comes from the same array.
     virtual std::int64_t distanceTo(const IteratorImpl& other) const = 0;
-    /// Operation 7. Moves back one element.
+    /// Slot 6. Moves back one element.
     virtual void decrement() = 0;
-    /// Operation 8. Moves forward one element.
+    /// Slot 7. Moves forward one element.
     virtual void increment() = 0;
-    /// Operation 9. Never called by this library; keeps its place.
+    /// Slot 8. Never called by this library; keeps its place.
     virtual void reservedOp9();
-    /// Operation 10. A new chain to the current element, one reference for the caller; null for primitive
+    /// Slot 9. A new chain to the current element, one reference for the caller; null for primitive
     /// elements, which have an address instead.
     virtual ReferenceImpl* createReference() = 0;
-    /// Operation 11. Keeps `chain` alive as long as this iterator. The caller has added the reference that is
+    /// Slot 10. Keeps `chain` alive as long as this iterator. The caller has added the reference that is
     /// adopted here.
     virtual void saveReference(ReferenceImpl* chain) = 0;
-    /// Operation 12. Never called by this library; keeps its place.
+    /// Slot 11. Never called by this library; keeps its place.
     virtual void reservedOp12();
-    /// Operation 13. Address of the current element. Asked past the end too, where the address is not read.
+    /// Slot 12. Address of the current element. Asked past the end too, where the address is not read.
     /// Null for elements that are not primitive.
     virtual void* getElementAddress() = 0;
 

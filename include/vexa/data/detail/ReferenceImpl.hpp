@@ -1,6 +1,5 @@
 // Index chains: the objects behind every element reference. Binary contract: the members in this order, and
-// the virtual operations in the order of their numbers; the two entries of the destructor are operations 1
-// and 2.
+// the slot of each virtual operation; the destructor has slots 0 and 1.
 #pragma once
 
 #include <foundation/vexadata/ArrayType.hpp>
@@ -22,46 +21,46 @@ class VEXADATA_API ReferenceImpl : public RefCounted {
 public:
     ~ReferenceImpl() override;
 
-    /// Operation 3. The array indexed into; borrowed.
+    /// Slot 2. The array indexed into; borrowed.
     virtual impl::ArrayImpl* getArrayImpl() const = 0;
 
-    /// Operation 4. The array that the element holds (content of a cell, value of a field), borrowed from the
+    /// Slot 3. The array that the element holds (content of a cell, value of a field), borrowed from the
     /// cached element reference, or null when the element holds none. The reference is made at the first call
     /// with the flag of that call; a later call with `forWrite` true runs its `prepareForWrite`.
     /// @throws what `createReference` throws
     virtual impl::ArrayImpl* getElementArray(bool forWrite);
 
-    /// Operation 5. Asks the array for a reference object to the element; an empty pointer when it has none.
+    /// Slot 4. Asks the array for a reference object to the element; an empty pointer when it has none.
     /// `forChain` tells a back-end that the element's array will be handed out; the base does not use it.
     /// @throws what `getLinearIndex` throws; errors of the array
     virtual std::shared_ptr<ReferenceImpl> createReference(bool forWrite, bool forChain);
 
-    /// Operation 6. Run before every write through the chain. The base does nothing.
+    /// Slot 5. Run before every write through the chain. The base does nothing.
     virtual void prepareForWrite();
 
-    /// Operation 7. As `getElementArray(false)`, through a second cache, for handing the array out as a
+    /// Slot 6. As `getElementArray(false)`, through a second cache, for handing the array out as a
     /// value.
     virtual impl::ArrayImpl* getElementArrayForCopy();
 
-    /// Operation 8. Position of the element, computed and checked at the first call; later calls, and indices
+    /// Slot 7. Position of the element, computed and checked at the first call; later calls, and indices
     /// added after it, do not move it. `unshare` is for back-ends; the base does not use it.
     /// @throws NotEnoughIndicesProvidedException, EArrayIndexOutOfRange
     virtual std::uint64_t getLinearIndex(bool unshare = false);
 
-    /// Operation 9. Stores an array (borrowed: the receiver adds its own reference) into the element.
+    /// Slot 8. Stores an array (borrowed: the receiver adds its own reference) into the element.
     /// @throws CantAssignArrayToThisArrayException from arrays that cannot hold arrays; index errors
     virtual void setArray(impl::ArrayImpl* array);
 
-    /// Operation 10. Text of the element.
+    /// Slot 9. Text of the element.
     virtual std::string getString();
 
-    /// Operation 11. Sets the element from text.
+    /// Slot 10. Sets the element from text.
     virtual void setString(std::string value);
 
-    /// Operation 12. An element write of two machine words, whose meaning the array defines.
+    /// Slot 11. An element write of two machine words, whose meaning the array defines.
     virtual void setWords(std::uint64_t first, std::uint64_t second);
 
-    /// Operation 13. Identity of the array that the element holds.
+    /// Slot 12. Identity of the array that the element holds.
     /// @throws NotEnoughIndicesProvidedException when the element holds none
     virtual std::uint64_t getElementArrayID();
 

@@ -1,5 +1,5 @@
 // The record behind a bulk exchange of variables with a workspace. Binary contract: members in this order,
-// virtual operations in the order of their numbers after the two entries of the destructor.
+// and the slot of each virtual operation; the destructor has slots 0 and 1.
 #pragma once
 
 #include <foundation/vexadata/Array.hpp>
@@ -22,16 +22,16 @@ public:
                                   std::vector<foundation::vexadata::Array> values = {});
     ~VariableInfoImplData() override;
 
-    /// Operation 1. Name of variable `index`; lives as long as the caller's list of names.
+    /// Slot 2. Name of variable `index`; lives as long as the caller's list of names.
     virtual const char* getName(std::size_t index) const;
-    /// Operation 2.
+    /// Slot 3.
     virtual void setStatus(std::size_t index, VariableStatus status);
-    /// Operation 3. Adopts one reference to `value` and sets the status to SET_BY_ENGINE. Null stands for an
+    /// Slot 4. Adopts one reference to `value` and sets the status to SET_BY_ENGINE. Null stands for an
     /// empty array.
     virtual void setValue(std::size_t index, impl::ArrayImpl* value);
-    /// Operation 4.
+    /// Slot 5.
     virtual VariableStatus getStatus(std::size_t index) const;
-    /// Operation 5. The value's array with one reference added for the caller; never null.
+    /// Slot 6. The value's array with one reference added for the caller; never null.
     virtual impl::ArrayImpl* getValue(std::size_t index) const;
 
 private:

@@ -1,5 +1,5 @@
-// The interface of back-end factories, and their registration. Binary contract: positions 1 to 25 follow the
-// virtual destructor in this order.
+// The interface of back-end factories, and their registration. Binary contract: each virtual operation keeps
+// its slot; the destructor has slots 0 and 1.
 #pragma once
 
 #include <foundation/vexadata/ArrayType.hpp>
@@ -42,9 +42,9 @@ public:
     /// one reference for the caller.
     static ArrayFactoryImpl* getDefaultFactory();
 
-    /// Position 1. An array of zeros, empty cells, missing strings ... The type comes unchecked.
+    /// Slot 2. An array of zeros, empty cells, missing strings ... The type comes unchecked.
     virtual ArrayImpl* createArrayImpl(ArrayType type, Dimensions dimensions) = 0;
-    /// Positions 2 to 4. Sparse matrices from `count` triplets in any order; the buffers hold values, rows
+    /// Slots 3 to 5. Sparse matrices from `count` triplets in any order; the buffers hold values, rows
     /// and columns.
     virtual ArrayImpl* createSparseLogicalImpl(Dimensions dimensions, std::size_t count,
                                                Buffer<bool[]> values, Buffer<std::size_t[]> rows,
@@ -56,7 +56,7 @@ public:
                                                      Buffer<std::complex<double>[]> values,
                                                      Buffer<std::size_t[]> rows,
                                                      Buffer<std::size_t[]> columns);
-    /// Positions 5 to 7. Sparse matrices in compressed columns; `starts` holds one entry more than columns.
+    /// Slots 6 to 8. Sparse matrices in compressed columns; `starts` holds one entry more than columns.
     virtual ArrayImpl* createVexaSparseLogicalImpl(Dimensions dimensions, std::size_t count,
                                                    Buffer<bool[]> values, Buffer<std::size_t[]> rows,
                                                    Buffer<std::size_t[]> starts);
@@ -67,39 +67,39 @@ public:
                                                          Buffer<std::complex<double>[]> values,
                                                          Buffer<std::size_t[]> rows,
                                                          Buffer<std::size_t[]> starts);
-    virtual void reservedOp8(); ///< position 8, not called by this library
-    /// Position 9. An array with copies of `count` elements at `data`, in column-major order. What happens
+    virtual void reservedOp8(); ///< slot 9, not called by this library
+    /// Slot 10. An array with copies of `count` elements at `data`, in column-major order. What happens
     /// when `count` is not the product of the dimensions is the back-end's choice.
     virtual ArrayImpl* createArrayWithDataImpl(ArrayType type, Dimensions dimensions, const void* data,
                                                std::size_t count) = 0;
-    virtual ArrayImpl* createStructArrayImpl(Dimensions dimensions, Names fieldNames); ///< position 10
-    /// Position 11.
+    virtual ArrayImpl* createStructArrayImpl(Dimensions dimensions, Names fieldNames); ///< slot 11
+    /// Slot 12.
     virtual ClassInfoImpl* createClassInfoImpl(
         const foundation::vexadata::VexaClassIdentifier& name,
         const std::vector<foundation::vexadata::VexaPropertyIdentifier>& properties,
         const std::vector<foundation::vexadata::VexaPropertyIdentifier>& arrayProperties,
         const std::vector<foundation::vexadata::ClassInfo>& superclasses);
-    virtual ObjectImpl* createValueObjectImpl(ClassInfoImpl* classInfo); ///< position 12
-    virtual ArrayImpl* createValueObjectScalarImpl(ObjectImpl* object);  ///< position 13
+    virtual ObjectImpl* createValueObjectImpl(ClassInfoImpl* classInfo); ///< slot 13
+    virtual ArrayImpl* createValueObjectScalarImpl(ObjectImpl* object);  ///< slot 14
     virtual ArrayImpl* createValueObjectArrayImpl(Dimensions dimensions,
-                                                  ClassInfoImpl* classInfo); ///< position 14
-    virtual ObjectImpl* createHandleObjectRefImpl(ZVMID engine, long id);    ///< position 15
-    /// Position 16. The member `member` of the enumeration class `className` as an object.
+                                                  ClassInfoImpl* classInfo); ///< slot 15
+    virtual ObjectImpl* createHandleObjectRefImpl(ZVMID engine, long id);    ///< slot 16
+    /// Slot 17. The member `member` of the enumeration class `className` as an object.
     virtual ObjectImpl* createEnumerationObjectImpl(const std::string& className, const std::string& member);
-    virtual void reservedOp17(); ///< position 17, not called by this library
-    virtual void reservedOp18(); ///< position 18, not called by this library
-    virtual void reservedOp19(); ///< position 19, not called by this library
-    /// Position 20. An enumeration array; `members` holds the member name of each element, or nothing.
+    virtual void reservedOp17(); ///< slot 18, not called by this library
+    virtual void reservedOp18(); ///< slot 19, not called by this library
+    virtual void reservedOp19(); ///< slot 20, not called by this library
+    /// Slot 21. An enumeration array; `members` holds the member name of each element, or nothing.
     virtual ArrayImpl* createEnumArrayImpl(Dimensions dimensions, std::string className, Names members);
-    virtual void reservedOp21(); ///< position 21, not called by this library
-    virtual void reservedOp22(); ///< position 22, not called by this library
-    /// Position 23. Fills in a new buffer for `count` elements of a type and the function that frees it.
+    virtual void reservedOp21(); ///< slot 22, not called by this library
+    virtual void reservedOp22(); ///< slot 23, not called by this library
+    /// Slot 24. Fills in a new buffer for `count` elements of a type and the function that frees it.
     /// Nobody expects zeros in it.
     virtual void createBufferImpl(void*& data, void (*&deleter)(void*), ArrayType type,
                                   std::size_t count) = 0;
-    /// Position 24. The same for `count` bytes.
+    /// Slot 25. The same for `count` bytes.
     virtual void createUntypedBufferImpl(void*& data, void (*&deleter)(void*), std::size_t count) = 0;
-    /// Position 25. An array over `buffer`, which it owns from the call on: when this throws, the buffer is
+    /// Slot 26. An array over `buffer`, which it owns from the call on: when this throws, the buffer is
     /// freed.
     virtual ArrayImpl* createArrayFromBufferImpl(Dimensions dimensions, ArrayType type, Buffer<void> buffer,
                                                  MemoryLayout layout) = 0;

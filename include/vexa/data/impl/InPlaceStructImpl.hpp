@@ -9,10 +9,10 @@
 
 namespace vexa::data::impl {
 
-/// Continues the order of StructArrayImpl. See `detail::recognise`.
+/// Continues StructArrayImpl. See `detail::recognise`.
 class InPlaceStructImpl : public InPlaceArrayImpl<StructArrayImpl, const void> {
 public:
-    /// Order 49. Where the pointer to the array lies that a field holds. It stays there as long as this array
+    /// Slot 50. Where the pointer to the array lies that a field holds. It stays there as long as this array
     /// lives; the array is the field's alone while it has one reference. Errors as from `getField`.
     virtual ArrayImpl* const* getFieldPlace(std::size_t index, const std::string& fieldName) const = 0;
 

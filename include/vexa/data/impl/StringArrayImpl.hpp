@@ -1,5 +1,5 @@
-// The interface of string array back-ends. Elements are read through order 22 of ArrayImpl and stored through
-// order 39; it adds no operation of its own.
+// The interface of string array back-ends. Elements are read through slot 23 of ArrayImpl and stored through
+// slot 40; it adds no operation of its own.
 #pragma once
 
 #include <vexa/data/impl/TypedArrayImpl.hpp>
@@ -11,13 +11,13 @@ class VEXADATA_API StringArrayImpl : public TypedArrayImpl<vexa::data::optional<
 public:
     ~StringArrayImpl() override;
 
-    /// Begin and end (orders 4 and 5): positions 0 and the number of elements.
+    /// Begin and end (slots 5 and 6): positions 0 and the number of elements.
     detail::IteratorImpl* beginIterator(void* unused, bool writable) override;
     detail::IteratorImpl* endIterator(void* unused, bool writable) override;
-    /// Order 18. The text narrowed; empty for a missing element.
+    /// Slot 19. The text narrowed; empty for a missing element.
     /// @throws NonAsciiCharInRequestedAsciiOutputException for a unit above 127
     std::string castToString(std::size_t index, const std::string& fieldName) const override;
-    /// Order 19. Widens each byte with its sign, without a test for ASCII, and stores the text.
+    /// Slot 20. Widens each byte with its sign, without a test for ASCII, and stores the text.
     void setString(std::size_t index, const std::string& fieldName, std::string value) override;
 
 protected:

@@ -1,6 +1,7 @@
 // What all forwarding doubles have in common: the one object below, and the hook.
 #pragma once
 
+#include <vexa/data/detail/CountedPtr.hpp>
 #include <vexa/data/detail/ForwardIteratorImpl.hpp>
 #include <vexa/data/detail/IteratorImpl.hpp>
 #include <vexa/data/detail/RefCounted.hpp>
@@ -17,16 +18,9 @@ namespace vexa::testing {
 
 namespace fv = foundation::vexadata;
 
-struct ReleaseInner {
-    template <class T>
-    void operator()(T* object) const noexcept {
-        object->release();
-    }
-};
-/// Owns one counted reference to an object of the contract, and releases it in the end. Made from a raw
-/// pointer, it takes over the reference that comes with it, as with everything that an operation returns.
+/// What a double owns of the object that it wraps, and what an operation returned.
 template <class T>
-using Inner = std::unique_ptr<T, ReleaseInner>;
+using Inner = data::detail::CountedPtr<T>;
 
 /// The inner side of a double. `T` is the interface of what is wrapped: ArrayImpl, ObjectImpl, ClassInfoImpl,
 /// ArrayFactoryImpl, IteratorImpl, ForwardIteratorImpl or ReferenceImpl.

@@ -66,7 +66,7 @@ ArrayImpl* wrapArray(ArrayImpl* made, std::shared_ptr<Hook> hook = nullptr) {
     case fv::ArrayType::HANDLE_OBJECT_REF:
         return new typename Kinds::Objects(std::move(array), std::move(hook));
     default:
-        return array.release();
+        return array.detach();
     }
 }
 

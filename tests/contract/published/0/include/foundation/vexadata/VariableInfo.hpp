@@ -34,7 +34,7 @@ private:
 namespace detail {
 
 /// A list of variables that owns its names, in two forms: as strings, and as pointers to text of theirs or of
-/// somebody else. Binary contract: the members in this order; operations 5 and 6 follow those of
+/// somebody else. Binary contract: the members in this order; slots 4 and 5 follow those of
 /// IVariableInfo. No index is tested. Can be moved, which leaves the pointers valid, but not copied, which
 /// would not.
 class VEXADATA_API DefaultVariableInfoImpl : public IVariableInfo {
@@ -53,8 +53,8 @@ public:
 
     VariableStatus getStatus(std::size_t index) const override;
     Array getValue(std::size_t index) const override;
-    virtual void setStatus(std::size_t index, VariableStatus status); ///< operation 5
-    virtual void setValue(std::size_t index, Array value);            ///< operation 6
+    virtual void setStatus(std::size_t index, VariableStatus status); ///< slot 4
+    virtual void setValue(std::size_t index, Array value);            ///< slot 5
 
     const char* getName(std::size_t index) const { return pointers_[index]; }
     std::vector<std::string>& getNames() noexcept { return names_; }

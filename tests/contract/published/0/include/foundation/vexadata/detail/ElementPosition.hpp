@@ -15,18 +15,14 @@
 
 namespace foundation::vexadata::detail {
 
-/// `condition`, with the other branch laid out as one that is never taken: compilers then keep the sums of a
-/// loop in registers across the fast branch, and spill them in the other alone.
-VEXADATA_INLINE inline bool isLikely(bool condition) noexcept {
-    return __builtin_expect_with_probability(condition, true, 1.0);
-}
-
 /// Either up to three indices into an array, or a shared chain. Follows the rules of the shared chain in the
 /// same order, and asks the back-end for the same operations. The array is borrowed and never counted: a
 /// position is valid while its array lives. Not synchronised.
 ///
 /// The short functions are forced inline: only when a compiler sees a whole access at once does it drop the
-/// chain, which is never there, and keep the indices in registers.
+/// chain, which is never there, and keep the indices in registers. Conditions of the fast branch carry the hint
+/// that the other one is never taken, so that compilers spill the sums of a loop in that one alone. The hint
+/// stands on the condition itself: on the result of a function it would not reach the parts of an `&&`.
 class ElementPosition {
 public:
     /// A first index into `array`.
@@ -44,7 +40,8 @@ public:
     template <class T>
     VEXADATA_INLINE static ElementPosition firstOf(ArrayImpl* array, std::size_t index) {
         if constexpr (InPlaceClass<T>::exists) {
-            if (isLikely(isPlainMatrix<T>(*array))) {
+            if (__builtin_expect_with_probability(
+                    InPlaceClass<T>::recognises(*array) && inPlaceOf<T>(array).rows != 0, 1, 1.0)) {
                 return ElementPosition(array, nullptr, Way::IN_PLACE, 1, index);
             }
         }
@@ -53,7 +50,7 @@ public:
 
     /// The same into an array of any kind. In a matrix of the most usual kinds nothing is asked.
     VEXADATA_INLINE static ElementPosition firstOfAny(ArrayImpl* array, std::size_t index) {
-        return isLikely(isPlainMatrix<double>(*array) || isPlainMatrix<char16_t>(*array))
+        return __builtin_expect(isPlainMatrix<double>(*array) || isPlainMatrix<char16_t>(*array), 1)
                    ? ElementPosition(array, nullptr, Way::PLAIN, 1, index)
                    : first(array, index);
     }
@@ -171,11 +168,13 @@ public:
     template <class T>
     VEXADATA_INLINE T value() const {
         if constexpr (isPrimitiveElement<T>) {
-            if (isLikely(isInPlace())) {
+            if (__builtin_expect_with_probability(way_ == Way::IN_PLACE && chain_ == nullptr && count_ <= 2,
+                                                  1, 1.0)) {
                 return *addressInPlace<T>();
             }
         } else if constexpr (std::is_same_v<T, String>) {
-            if (isLikely(isInPlace())) {
+            if (__builtin_expect_with_probability(way_ == Way::IN_PLACE && chain_ == nullptr && count_ <= 2,
+                                                  1, 1.0)) {
                 return readElement<T>(*array_, indexInPlace<T>(), noFieldName);
             }
         }
@@ -186,9 +185,10 @@ public:
                 keepRewrite(resolve(parts()));
             }
         }
-        Outcome<T> outcome = isInMatrix() ? readInMatrix<T>(array_, dimensions_, indices_[0], indices_[1])
-                                          : readAsked<T>(array_, dimensions_, way_, count_, indices_[0],
-                                                         indices_[1], indices_[2], chain_);
+        Outcome<T> outcome = chain_ == nullptr && count_ == 2
+                                 ? readByTwo<T>(array_, dimensions_, way_, indices_[0], indices_[1])
+                                 : readAsked<T>(array_, dimensions_, way_, count_, indices_[0], indices_[1],
+                                                indices_[2], chain_);
         if (outcome.error != nullptr) {
             rethrowHeldError(outcome.error);
         }
@@ -199,7 +199,8 @@ public:
     template <class T>
     VEXADATA_INLINE void setValue(T value) const {
         if constexpr (isPrimitiveElement<T>) {
-            if (isLikely(isInPlace())) {
+            if (__builtin_expect_with_probability(way_ == Way::IN_PLACE && chain_ == nullptr && count_ <= 2,
+                                                  1, 1.0)) {
                 *addressInPlace<T>() = value;
                 return;
             }
@@ -449,9 +450,12 @@ private:
     };
     /// With few arguments and nothing cold: this is how arrays are read that no handle recognises.
     template <class T>
-    [[gnu::noinline]] static Outcome<T> readInMatrix(ArrayImpl* array,
-                                                     const std::vector<std::size_t>* dimensions,
-                                                     std::uint64_t row, std::uint64_t column) noexcept {
+    [[gnu::noinline]] static Outcome<T> readByTwo(ArrayImpl* array,
+                                                  const std::vector<std::size_t>* dimensions, Way way,
+                                                  std::uint64_t row, std::uint64_t column) noexcept {
+        if (way != Way::MATRIX) {
+            return readAsked<T>(array, dimensions, way, 2, row, column, 0, nullptr);
+        }
         try {
             const std::size_t index = vexa::data::detail::rules::inMatrix(*dimensions, row, column);
             return {readElement<T>(*array, index, noFieldName), nullptr};

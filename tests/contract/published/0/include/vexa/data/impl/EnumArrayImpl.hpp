@@ -1,4 +1,4 @@
-// The interface of enumeration array back-ends, continuing the order of TypedArrayImpl: 41 to 43.
+// The interface of enumeration array back-ends, which continues TypedArrayImpl: slots 42 to 44.
 #pragma once
 
 #include <foundation/vexadata/Forward.hpp>
@@ -6,24 +6,24 @@
 
 namespace vexa::data::impl {
 
-/// An array of members of one enumeration class. Order 18 of ArrayImpl answers with a member's name, order 19
+/// An array of members of one enumeration class. Slot 19 of ArrayImpl answers with a member's name, slot 20
 /// sets it.
 class VEXADATA_API EnumArrayImpl : public TypedArrayImpl<foundation::vexadata::Enumeration> {
 public:
     ~EnumArrayImpl() override;
 
-    /// Begin and end (orders 4 and 5): positions 0 and the number of elements.
+    /// Begin and end (slots 5 and 6): positions 0 and the number of elements.
     detail::IteratorImpl* beginIterator(void* unused, bool writable) override;
     detail::IteratorImpl* endIterator(void* unused, bool writable) override;
 
-    /// Order 41. The class name, NUL-terminated, valid as long as the array lives. The buffer must hold at
+    /// Slot 42. The class name, NUL-terminated, valid as long as the array lives. The buffer must hold at
     /// least as many bytes as the array has elements: a reference to the array copies that many.
     virtual const char* getClassName() const = 0;
-    virtual void reservedOp42(); ///< order 42, not called by this library
-    /// Order 43. Name of the member at an element, NUL-terminated, valid until the array is changed.
+    virtual void reservedOp42(); ///< slot 43, not called by this library
+    /// Slot 44. Name of the member at an element, NUL-terminated, valid until the array is changed.
     virtual const char* getEnumNameAt(std::size_t index) const = 0;
 
-    /// Copy of the name from order 43.
+    /// Copy of the name from slot 44.
     /// @throws std::logic_error for a null name
     std::string getEnumName(std::size_t index) const;
 

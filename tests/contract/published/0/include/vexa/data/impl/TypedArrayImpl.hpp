@@ -1,4 +1,4 @@
-// The interface of array back-ends with elements of one type, continuing the order of ArrayImpl: 36 to 40.
+// The interface of array back-ends with elements of one type, which continues ArrayImpl: slots 37 to 41.
 #pragma once
 
 #include <vexa/data/impl/ArrayImpl.hpp>
@@ -16,14 +16,14 @@ class VEXADATA_API TypedArrayImpl : public ArrayImpl {
 public:
     ~TypedArrayImpl() override {} // compilers may omit a defaulted one from an explicit instantiation
 
-    virtual void reservedOp36(); ///< order 36, not called by this library
-    virtual void reservedOp37(); ///< order 37, not called by this library
-    /// Order 38. Address of element `index`, valid until the array is changed. `forWrite` is always passed
+    virtual void reservedOp36(); ///< slot 37, not called by this library
+    virtual void reservedOp37(); ///< slot 38, not called by this library
+    /// Slot 39. Address of element `index`, valid until the array is changed. `forWrite` is always passed
     /// false.
     virtual T* getElementAddress(std::size_t index, const std::string& fieldName, bool forWrite) = 0;
-    /// Order 39. Stores `value`. The storage has been made exclusive before by order 31.
+    /// Slot 40. Stores `value`. The storage has been made exclusive before by slot 32.
     virtual void setElementValue(std::size_t index, const std::string& fieldName, T value) = 0;
-    /// Order 40. First element of contiguous storage, in the order of the memory layout; may be null without
+    /// Slot 41. First element of contiguous storage, in the order of the memory layout; may be null without
     /// elements. Valid until the array is changed or released.
     virtual const T* getTypedDataPtr() const = 0;
 
@@ -32,7 +32,7 @@ protected:
     TypedArrayImpl(const TypedArrayImpl&) noexcept = default;
 };
 
-/// String elements: order 39 bears the name `setStringElement`, and `setElementValue` calls it.
+/// String elements: slot 40 bears the name `setStringElement`, and `setElementValue` calls it.
 template <>
 class VEXADATA_API TypedArrayImpl<vexa::data::optional<std::u16string>> : public ArrayImpl {
 public:
@@ -40,13 +40,13 @@ public:
 
     ~TypedArrayImpl() override;
 
-    virtual void reservedOp36(); ///< order 36, not called by this library
-    virtual void reservedOp37(); ///< order 37, not called by this library
-    /// Order 38. Null from arrays that do not store optional objects; this library reads through order 22.
+    virtual void reservedOp36(); ///< slot 37, not called by this library
+    virtual void reservedOp37(); ///< slot 38, not called by this library
+    /// Slot 39. Null from arrays that do not store optional objects; this library reads through slot 23.
     virtual Element* getElementAddress(std::size_t index, const std::string& fieldName, bool forWrite) = 0;
-    /// Order 39. Stores an element; one without a value is missing. `fieldName` is passed on as it came.
+    /// Slot 40. Stores an element; one without a value is missing. `fieldName` is passed on as it came.
     virtual void setStringElement(std::size_t index, const std::string& fieldName, Element value) = 0;
-    /// Order 40. Null from arrays that do not store optional objects.
+    /// Slot 41. Null from arrays that do not store optional objects.
     virtual const Element* getTypedDataPtr() const = 0;
 
     void setElementValue(std::size_t index, const std::string& fieldName, Element value);
