@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
 #include <iomanip>
 #include <limits>
 #include <numeric>
@@ -102,6 +105,85 @@ TEST_F(Printing, LargeArraysLeaveTheMiddleOut) {
     EXPECT_EQ(toText(factory.createCharArray("abc"), options), "'a'...");
     options.edge = 0;
     EXPECT_EQ(toText(counting<double>({7, 1}), options), "7x1 double\n  ...");
+}
+
+TEST_F(Printing, LinesTakeAsManyColumnsAsFit) {
+    const auto numbers = factory.createArray<double>({1, 6}, {1, 20.5, -3.25, 4e-7, 100, 0.5});
+    for (std::size_t width = 1; width < 50; ++width) {
+        SCOPED_TRACE(width);
+        PrintOptions options;
+        options.width = width;
+        std::istringstream text(toText(numbers, options));
+        std::string line;
+        std::vector<std::string> rows;
+        std::getline(text, line);
+        while (std::getline(text, line)) {
+            const bool isTitle = line.back() == ':';
+            if (!isTitle) {
+                rows.push_back(line.substr(2));
+                EXPECT_TRUE(line.size() <= width || rows.back().find(' ') == std::string::npos);
+            }
+        }
+        for (std::size_t k = 1; k < rows.size(); ++k) {
+            EXPECT_GT(2 + rows[k - 1].size() + 2 + std::min(rows[k].find(' '), rows[k].size()), width);
+        }
+        EXPECT_EQ(rows.size() == 1, width >= 2 + std::string("1  20.5  -3.25  4e-07  100  0.5").size());
+    }
+}
+
+TEST_F(Printing, EveryCharacterHasItsWidthAndItsEscape) {
+    const auto spacesBehind = [this](const std::u16string& first) { // in a column with four letters
+        auto strings = factory.createArray<String>({2, 2});
+        strings[0][0] = first;
+        strings[1][0] = u"aaaa";
+        strings[0][1] = strings[1][1] = u"";
+        const std::string text = toText(strings);
+        const std::size_t row = text.find('\n') + 3;
+        return static_cast<std::size_t>(
+            std::count(text.begin() + static_cast<std::ptrdiff_t>(row),
+                       text.begin() + static_cast<std::ptrdiff_t>(text.rfind('\n')), ' '));
+    };
+    // The ends of some ranges, and of what UTF-8 needs more bytes for.
+    const std::pair<std::size_t, std::vector<std::u16string>> widths[] = {
+        {0, {u"\u0300", u"\u036F", u"\uFE2F"}},
+        {1,
+         {u"A", u"\u00E9", u"\u02FF", u"\u0370", u"\u07FF", u"\u0800", u"\u10FF", u"\u1160", u"\U00010000"}},
+        {2, {u"\u1100", u"\u115F", u"\uFFE6", u"\U0001F300", u"\U0001F64F", u"\U0003FFFD"}}};
+    for (const auto& [width, characters] : widths) {
+        for (const std::u16string& character : characters) {
+            EXPECT_EQ(spacesBehind(character), 4 - width + 2) << std::filesystem::path(character);
+        }
+    }
+
+    std::size_t escapes = 0;
+    char32_t sum = 0;
+    for (char32_t code = 0; code < 0x110000;
+         code += code < 0x20000 || code >> 9 == 0x6FF || code >> 9 == 0x700 ? 1 : 256) {
+        std::u16string text(1, static_cast<char16_t>(code));
+        if (code >= 0x10000) {
+            text = {static_cast<char16_t>(0xD7C0 + (code >> 10)),
+                    static_cast<char16_t>(0xDC00 | (code & 0x3FF))};
+        }
+        const std::string quoted = toText(factory.createCharArray(text));
+        const std::string shown = quoted.substr(1, quoted.size() - 2);
+        if (shown[0] == '\\') {
+            char escape[12];
+            std::snprintf(escape, sizeof escape, code < 0x10000 ? "\\u%04x" : "\\U%08x",
+                          static_cast<unsigned>(code));
+            EXPECT_EQ(shown, code == '\n'   ? "\\n"
+                             : code == '\t' ? "\\t"
+                             : code == '\'' ? "\\'"
+                             : code == '\\' ? "\\\\"
+                                            : escape);
+            ++escapes;
+            sum += code;
+        } else {
+            EXPECT_EQ(std::filesystem::path(std::u8string(shown.begin(), shown.end())).u16string(), text);
+        }
+    }
+    EXPECT_EQ(escapes, 2278U)
+        << "controls, surrogates, what turns text or has no width";
+    EXPECT_EQ(sum, 0xDE7D64CU) << "their sum";
 }
 
 TEST_F(Printing, TextIsQuotedAndMissingTextMarked) {
@@ -228,6 +310,7 @@ TEST_F(Printing, ElementsPrintAsTheirValues) {
     cells[0] = numbers;
     const Reference<TypedArray<double>> inside = cells[0];
     EXPECT_EQ(streamed(inside), "1x2 double\n  0.333333  2");
+    EXPECT_EQ(streamed(factory.createStructArray({1, 1}, {})[0]), "");
     EXPECT_THROW(streamed(factory.createArray<double>({2, 2})[0]), NotEnoughIndicesProvidedException);
     EXPECT_THROW(streamed(numbers[2]), EArrayIndexOutOfRange);
 }
