@@ -181,8 +181,7 @@ TEST_F(Printing, EveryCharacterHasItsWidthAndItsEscape) {
             EXPECT_EQ(std::filesystem::path(std::u8string(shown.begin(), shown.end())).u16string(), text);
         }
     }
-    EXPECT_EQ(escapes, 2278U)
-        << "controls, surrogates, what turns text or has no width";
+    EXPECT_EQ(escapes, 2278U) << "controls, surrogates, what turns text or has no width";
     EXPECT_EQ(sum, 0xDE7D64CU) << "their sum";
 }
 
@@ -245,13 +244,15 @@ TEST_F(Printing, NestedArraysAreIndented) {
     auto field = factory.createArray<Array>({1, 1});
     field[0] = counting<double>({101, 1});
     EXPECT_NE(streamed(field).find("\n    ...\n"), std::string::npos) << "sooner than outside";
+    field[0] = counting<double>({100, 1});
+    EXPECT_EQ(streamed(field).find("..."), std::string::npos);
 }
 
 TEST_F(Printing, SparseMatricesAndObjects) {
     auto values = factory.createBuffer<std::complex<double>>(2);
     auto rows = factory.createBuffer<std::size_t>(2);
     auto columns = factory.createBuffer<std::size_t>(2);
-    values[0] = {1, 2};
+    values[0] = {1.5, 2};
     values[1] = -1;
     rows[0] = 12;
     rows[1] = 0;
@@ -264,8 +265,8 @@ TEST_F(Printing, SparseMatricesAndObjects) {
     options.edge = 0;
     EXPECT_EQ(toText(sparse, options), streamed(sparse));
     EXPECT_EQ(streamed(sparse), "20x4 sparse complex double, 2 non-zeros\n"
-                                "  [12][0]   1+2i\n"
-                                "  [0][3]   -1+0i");
+                                "  [12][0]  1.5+2i\n"
+                                "  [0][3]    -1+0i");
 
     const ClassInfo point = factory.createClassInfo("Point", {"x", "y"});
     ValueObject object = factory.createValueObject(point);
@@ -297,6 +298,9 @@ TEST_F(Printing, ElementsPrintAsTheirValues) {
     auto strings = factory.createArray<String>({1, 2});
     strings[0] = u"gr\u00F6\u00DFe";
     EXPECT_EQ(streamed(strings[0]) + streamed(std::as_const(strings)[1]), "größe<missing>");
+    strings[0] =
+        u"\xD7FF\xD800\xDC00\xDC00\xDC00\xDBFF\xDFFF\xD800\xE000\xDFFF"; // halves of pairs among pairs
+    EXPECT_EQ(streamed(strings[0]), "\uD7FF\U00010000\uFFFD\uFFFD\U0010FFFF\uFFFD\uE000\uFFFD");
     auto members = factory.createEnumArray({1, 1}, "Sky", {"sun"});
     EXPECT_EQ(streamed(members[0]), "sun");
     auto records = factory.createStructArray({1, 1}, {"a"});
