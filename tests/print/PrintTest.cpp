@@ -44,7 +44,9 @@ TEST_F(Printing, NumbersShowTheirSignificantDigits) {
     EXPECT_EQ(show(1234567), "1234567");
     EXPECT_EQ(show(-1234567.25), "-1234567");
     EXPECT_EQ(show(123456789012345678.0), "1.23457e+17");
+    EXPECT_EQ(show(123456789012345.0) + show(1234567890123456.0), "1234567890123451.23457e+15");
     EXPECT_EQ(show(0.000012345678), "1.23457e-05");
+    EXPECT_EQ(toText(factory.createScalar(12.25), {0}), "12");
     EXPECT_EQ(show(std::numeric_limits<double>::denorm_min()), "4.94066e-324");
     EXPECT_EQ(show(999999.5), "1e+06") << "rounds up to a digit more";
     EXPECT_EQ(show(-infinity), "-Inf");
@@ -103,6 +105,7 @@ TEST_F(Printing, LargeArraysLeaveTheMiddleOut) {
     options.width = 1;
     EXPECT_EQ(toText(counting<double>({1, 2}), options), "1x2 double\n  column 0:\n  0\n  column 1:\n  1");
     EXPECT_EQ(toText(factory.createCharArray("abc"), options), "'a'...");
+    EXPECT_EQ(toText(factory.createCharArray(u"\U0001F600"), options), "''...") << "no half of a character";
     options.edge = 0;
     EXPECT_EQ(toText(counting<double>({7, 1}), options), "7x1 double\n  ...");
 }
