@@ -77,6 +77,12 @@ TEST_F(Printing, MatricesAlignTheirDecimalPointsWhateverTheLayout) {
                                                                "  4  5\n"
                                                                "  [:][:][1][1]\n"
                                                                "  6  7");
+    EXPECT_EQ(streamed(factory.createArray<std::complex<double>>({2, 1}, {{1.5, 2}, {-1, 0}})),
+              "2x1 complex double\n"
+              "  1.5+2i\n"
+              "   -1+0i");
+    EXPECT_STREQ(kindName(ArrayType::SPARSE_COMPLEX_DOUBLE), "sparse complex double");
+    EXPECT_STREQ(kindName(static_cast<ArrayType>(33)), "unknown") << "the next one";
     EXPECT_EQ(streamed(Array()), "empty");
     EXPECT_EQ(streamed(factory.createArray<double>({2, 0, 3})), "2x0x3 double");
 }
@@ -310,6 +316,10 @@ TEST_F(Printing, ElementsPrintAsTheirValues) {
     records[0]["a"] = numbers;
     EXPECT_EQ(streamed(records[0]), "a: 1x2 double\n  0.333333  2");
     EXPECT_EQ(streamed(records[0]["a"]), "1x2 double\n  0.333333  2");
+    EXPECT_EQ(Array(std::as_const(records)[0]["a"]).getArrayID(), numbers.getArrayID())
+        << "nothing was copied";
+    const Array sparse = factory.createArray(ArrayType::SPARSE_DOUBLE, {2, 2});
+    EXPECT_THROW(streamed(sparse[0][0]), TypeMismatchException);
     for (const auto& record : std::as_const(records)) {
         EXPECT_EQ(streamed(record), "a: 1x2 double\n  0.333333  2");
     }
@@ -324,7 +334,7 @@ TEST_F(Printing, ElementsPrintAsTheirValues) {
 
 TEST_F(Printing, LeavesStreamsAndArraysAsTheyWere) {
     std::ostringstream stream;
-    stream << std::hex << std::showpos << std::setprecision(3) << std::setfill('*') << std::setw(20);
+    stream << std::hex << std::showpos << std::setprecision(3) << std::setfill('*') << std::setw(40);
     const auto flags = stream.flags();
     auto cells = factory.createArray<Array>({1, 1});
     cells[0] = factory.createScalar(1.0 / 3);
