@@ -108,9 +108,11 @@ T combined(Arithmetic operation, T element, const Number& number) {
     }
     if constexpr (std::is_integral_v<T>) { // exact, where doubles would round
         if (number.kind == current.kind && bitsOf(number) != 0 && operation == Arithmetic::DIVIDE) {
+            using Limits = std::numeric_limits<T>;
             return current.kind == Number::Kind::UNSIGNED ? static_cast<T>(current.natural / number.natural)
-                   : number.whole == -1                   ? nearest<T>(-realOf(current))
-                                                          : static_cast<T>(current.whole / number.whole);
+                   : number.whole == -1 && element == Limits::lowest()
+                       ? Limits::max()
+                       : static_cast<T>(current.whole / number.whole);
         }
     }
     return nearest<T>(applied(operation, realOf(current), realOf(number)));

@@ -2,9 +2,7 @@
 #include "support/Ledger.hpp"
 #include "support/Throws.hpp"
 
-#include <foundation/vexadata/ArrayFactory.hpp>
-#include <foundation/vexadata/BufferAccess.hpp>
-#include <foundation/vexadata/Exception.hpp>
+#include <foundation/vexadata/VexaData.hpp>
 #include <vexa/testing/CallLog.hpp>
 
 #include <gtest/gtest.h>
@@ -61,6 +59,39 @@ TEST_F(CopyOnWrite, HappensOnceWhenAWritableWayInIsFormed) {
         EXPECT_FALSE(other.isShared());
         EXPECT_NE(objectOf(own.array), objectOf(other));
     }
+}
+
+/// Each of the ways into an array or object that another handle shares gives this one its own, once.
+template <class Handle, class... Ways>
+void expectCopies(const Handle& made, Ways... ways) {
+    const auto expectCopy = [&made](auto way) {
+        Handle own = made;
+        way(own);
+        const auto* object = detail::Access::impl(own).get();
+        EXPECT_NE(object, detail::Access::impl(made).get());
+        way(own);
+        EXPECT_EQ(detail::Access::impl(own).get(), object);
+    };
+    (expectCopy(ways), ...);
+}
+
+TEST_F(CopyOnWrite, HappensForEveryFamily) {
+    ArrayFactory factory;
+    const auto index = [](auto& a) { a[0]; };
+    const auto begin = [](auto& a) { a.begin(); };
+    const auto end = [](auto& a) { a.end(); };
+    const ClassInfo point = factory.createClassInfo("Point", {"x"}, {"unit"});
+    expectCopies(factory.createCharArray("text"), index, begin, end);
+    expectCopies(factory.createArray<String>({1, 1}), index, begin, end);
+    expectCopies(factory.createEnumArray({1, 1}, "Sky"), index, begin, end);
+    expectCopies(factory.createArray<Array>({1, 1}), index, begin, end);
+    expectCopies(factory.createStructArray({1, 1}, {"a"}), index, begin, end);
+    expectCopies(factory.createArray<HandleObjectRef>({1, 1}), index, begin, end);
+    expectCopies(SparseArray<double>(factory.createArray(ArrayType::SPARSE_DOUBLE, {1, 1})), begin, end);
+    expectCopies(
+        factory.createValueObjectArray({1, 1}, point), index, begin, end, [](auto& a) { a["unit"]; },
+        [](auto& a) { a.beginArrayProp(); }, [](auto& a) { a.endArrayProp(); });
+    expectCopies(factory.createValueObject(point), begin, end, [](auto& a) { a["x"]; });
 }
 
 TEST_F(CopyOnWrite, LeavesTheOtherHandleAsItWas) {

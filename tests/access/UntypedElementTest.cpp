@@ -13,6 +13,7 @@
 #include <limits>
 #include <stdexcept>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -62,19 +63,6 @@ TEST_F(UntypedElements, AreComputedWith) {
     doubles[0] += 1;
     doubles[1] /= 4.0F;
     EXPECT_TRUE(doubles[0] == 2.5 && doubles[1] == 0.5 && before[0] == 1.5);
-    Array bytes = factory.createArray<std::int8_t>({1, 1}, {100});
-    bytes[0] -= 1.5;
-    EXPECT_EQ(bytes[0], 98) << "98.5 as a whole number";
-    bytes[0] /= 0.5;
-    EXPECT_EQ(bytes[0], 127) << "the nearest that it has";
-    bytes[0] += 1;
-    EXPECT_EQ(bytes[0], -128) << "whole numbers wrap around";
-    bytes[0] /= -1;
-    EXPECT_EQ(bytes[0], 127);
-    bytes[0] /= 0;
-    EXPECT_EQ(bytes[0], 127);
-    bytes[0] *= std::numeric_limits<double>::quiet_NaN();
-    EXPECT_EQ(bytes[0], 0);
     TypedArray<std::int8_t> typed = factory.createArray<std::int8_t>({1, 1}, {7});
     typed[0] /= 0.5;
     EXPECT_EQ(typed[0], 14);
@@ -89,6 +77,96 @@ TEST_F(UntypedElements, AreComputedWith) {
     EXPECT_EQ(complex[0], std::complex<float>(2, 3));
     Array strings = factory.createArray<String>({1, 1});
     EXPECT_THROW(strings[0] += 1, TypeMismatchException);
+}
+
+__extension__ using Wide = __int128;
+
+enum class Operation { add, subtract, multiply, divide };
+
+template <class N>
+N applied(Operation operation, N a, N b) {
+    return operation == Operation::add        ? a + b
+           : operation == Operation::subtract ? a - b
+           : operation == Operation::multiply ? a * b
+                                              : a / b;
+}
+
+/// What an element `a` becomes: whole numbers wrap around and are divided exactly by those with the same kind of sign, everything
+/// else is computed in doubles and becomes the nearest number that there is.
+template <class T, class N>
+T wantedFrom(Operation operation, T a, N b) {
+    const auto nearest = [](auto value) {
+        using Limits = std::numeric_limits<T>;
+        return std::is_same_v<T, bool>                                   ? static_cast<T>(value != 0)
+               : value != value                                          ? T()
+               : value <= static_cast<decltype(value)>(Limits::lowest()) ? Limits::lowest()
+               : value >= static_cast<decltype(value)>(Limits::max())    ? Limits::max()
+                                                                         : static_cast<T>(value);
+    };
+    if constexpr (std::is_integral_v<T> && std::is_integral_v<N>) {
+        if (operation != Operation::divide) {
+            return static_cast<T>(
+                applied(operation, static_cast<std::uint64_t>(a), static_cast<std::uint64_t>(b)));
+        }
+        if (b != 0 && std::is_signed_v<T> == std::is_signed_v<N>) {
+            return nearest(static_cast<Wide>(a) / static_cast<Wide>(b));
+        }
+    }
+    const double result = applied(operation, static_cast<double>(a), static_cast<double>(b));
+    if constexpr (std::is_floating_point_v<T>) {
+        return static_cast<T>(result);
+    } else {
+        return nearest(result);
+    }
+}
+
+template <class T, class N>
+void expectArithmetic(ArrayFactory& factory, T a, N b) {
+    const auto after = [&](auto change) {
+        Array array = factory.createArray<T>({1, 1}, {a});
+        change(array);
+        return static_cast<T>(TypedArray<T>(array)[0]);
+    };
+    const std::pair<Operation, T> results[] = {
+        {Operation::add, after([&](Array& array) { array[0] += b; })},
+        {Operation::subtract, after([&](Array& array) { array[0] -= b; })},
+        {Operation::multiply, after([&](Array& array) { array[0] *= b; })},
+        {Operation::divide, after([&](Array& array) { array[0] /= b; })}};
+    for (const auto& [operation, result] : results) {
+        const T wanted = wantedFrom(operation, a, b);
+        EXPECT_TRUE(result == wanted || (result != result && wanted != wanted))
+            << +a << " and " << b << ", operation " << static_cast<int>(operation) << ": " << +result
+            << ", not " << +wanted;
+    }
+    const Array array = factory.createArray<T>({1, 1}, {a});
+    using Common = std::conditional_t<std::is_integral_v<T> && std::is_integral_v<N>, Wide, double>;
+    const auto x = static_cast<Common>(a);
+    const auto y = static_cast<Common>(b);
+    EXPECT_TRUE((array[0] == b) == (x == y) && (array[0] < b) == (x < y) && (array[0] > b) == (x > y) &&
+                (array[0] <= b) == (x <= y) && (array[0] >= b) == (x >= y))
+        << +a << " and " << b;
+}
+
+TEST_F(UntypedElements, AreComputedWithAndComparedAsTheirKindSays) {
+    const auto expectAll = [this]<class T>(T) {
+        using Limits = std::numeric_limits<T>;
+        for (const T a : {Limits::lowest(), static_cast<T>(Limits::lowest() + T(1)), T(0), T(1), T(3),
+                          static_cast<T>(Limits::max() / T(2)), Limits::max()}) {
+            for (const std::int64_t b : {std::numeric_limits<std::int64_t>::min(), std::int64_t(-2),
+                                         std::int64_t(-1), std::int64_t(0), std::int64_t(1), std::int64_t(7),
+                                         std::numeric_limits<std::int64_t>::max()}) {
+                expectArithmetic(factory, a, b);
+                expectArithmetic(factory, a, static_cast<std::uint64_t>(b));
+            }
+            for (const double b :
+                 {-1e300, -2.5, -1.0, 0.0, 0.5, 1.0, 1e-300, 9.3e18, std::numeric_limits<double>::infinity(),
+                  std::numeric_limits<double>::quiet_NaN()}) {
+                expectArithmetic(factory, a, b);
+            }
+        }
+    };
+    expectAll(true), expectAll(std::int8_t()), expectAll(std::uint16_t()), expectAll(std::int32_t());
+    expectAll(std::int64_t()), expectAll(std::uint64_t()), expectAll(1.0F), expectAll(1.0);
 }
 
 TEST_F(UntypedElements, AreTextsMembersAndRecords) {

@@ -201,13 +201,31 @@ TEST_F(Sparse, RefusesWhatDoesNotFit) {
                                                      bufferOf(starts));
     };
     for (const std::vector<Index>& starts : {std::vector<Index>{1, 1, 2}, {0, 3, 2}, {0, 1, 1}, {0, 1, 3}}) {
-        EXPECT_THROW(compressed(starts, {0, 0}), vexa::client::InvalidColumnStartsException);
+        EXPECT_TRUE(throwsExactly<vexa::client::InvalidColumnStartsException>(
+            [&] {
+                compressed(starts, {0, 0});
+            },
+            "Column starts must rise from zero to the number of values"));
     }
     EXPECT_THROW(compressed({0, 1, 2}, {0, 3}), EArrayIndexOutOfRange);
     EXPECT_EQ(freed, 10 * 3 + 0) << "each buffer is freed once";
-    EXPECT_THROW(factory.createSparseArray<double>({3, 3}, 1, {nullptr, std::free}, bufferOf<Index>({0}),
-                                                   bufferOf<Index>({0})),
-                 vexa::client::InvalidBufferException);
+    EXPECT_TRUE(throwsExactly<EInvalidDimensionsInSparseArray>([&] {
+        factory.createVEXASparseArray<double>({3, 2, 1}, 0, bufferOf<double>({}), bufferOf<Index>({}),
+                                              bufferOf<Index>({0, 0, 0}));
+    }));
+    for (int absent = 0; absent < 3; ++absent) {
+        const auto buffer = [&]<class T>(int number, std::vector<T> values) {
+            return number == absent ? buffer_ptr<T>(nullptr, std::free) : bufferOf(values);
+        };
+        const auto values = [&] { return buffer(0, std::vector<double>{1.0}); };
+        const auto rows = [&] { return buffer(1, std::vector<Index>{0}); };
+        EXPECT_THROW(
+            factory.createSparseArray<double>({1, 1}, 1, values(), rows(), buffer(2, std::vector<Index>{0})),
+            vexa::client::InvalidBufferException);
+        EXPECT_THROW(factory.createVEXASparseArray<double>({1, 1}, 1, values(), rows(),
+                                                           buffer(2, std::vector<Index>{0, 1})),
+                     vexa::client::InvalidBufferException);
+    }
 }
 
 TEST_F(Sparse, ZerosWrittenLaterCompareAsAbsent) {

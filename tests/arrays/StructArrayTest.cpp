@@ -1,4 +1,5 @@
 // Struct arrays: fields, records, and what a write copies.
+#include "support/AllocationCountdown.hpp"
 #include "support/Throws.hpp"
 
 #include <foundation/vexadata/VexaData.hpp>
@@ -19,6 +20,7 @@ namespace {
 using namespace foundation::vexadata;
 using support::throwsExactly;
 using vexa::client::UnknownFieldException;
+using support::AllocationCountdown;
 
 class Structs : public testing::Test {
 protected:
@@ -67,6 +69,10 @@ TEST_F(Structs, NameTheirFieldsInOrder) {
     const Reference<StructArray> held = cells[0];
     EXPECT_EQ(held.getNumberOfFields(), 2U);
     EXPECT_EQ(joined(held.getFieldNames()), "") << "empty, deliberately";
+    AllocationCountdown::start();
+    held.getFieldNames();
+    EXPECT_EQ(AllocationCountdown::liveBlocks(), 2) << "the iterators, deliberately";
+    AllocationCountdown::stop();
 
     StructArray none = factory.createStructArray({1, 2}, {});
     EXPECT_EQ(none.getNumberOfFields(), 0U);

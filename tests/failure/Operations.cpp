@@ -18,6 +18,10 @@ auto zeros(ArrayFactory& factory, std::size_t count) {
     return buffer;
 }
 
+using Dims = std::vector<std::size_t>;
+const Dims square(2, 2);
+const Dims row{1, 2};
+const std::vector<std::string> twoNames{"a", "b"};
 const std::u16string longText(30, u'y');
 
 /// With an equal array that shares nothing with it. Does without the memory that it cannot have.
@@ -31,18 +35,9 @@ const Family factory{
     "Factory",
     {
         {"ArrayFactory()", [](World&) { use(ArrayFactory()); }},
-        {"createArray(type)",
-         [](World& w) {
-             use(w.factory.createArray(ArrayType::INT8, {2, 2}));
-         }},
-        {"createArray<double>",
-         [](World& w) {
-             use(w.factory.createArray<double>({2, 2}));
-         }},
-        {"createArray<double> large",
-         [](World& w) {
-             use(w.factory.createArray<double>({200, 200}));
-         }},
+        {"createArray(type)", [](World& w) { use(w.factory.createArray(ArrayType::INT8, square)); }},
+        {"createArray<double>", [](World& w) { use(w.factory.createArray<double>(square)); }},
+        {"createArray<double> large", [](World& w) { use(w.factory.createArray<double>(Dims(2, 200))); }},
         {"createArray<double> list",
          [](World& w) {
              use(w.factory.createArray<double>({1, 2}, {1, 2}));
@@ -63,18 +58,9 @@ const Family factory{
         {"createScalar<double>", [](World& w) { use(w.factory.createScalar(1.0)); }},
         {"createScalar text", [](World& w) { use(w.factory.createScalar(longText)); }},
         {"createCharArray", [](World& w) { use(w.factory.createCharArray("text")); }},
-        {"createCharArray dims",
-         [](World& w) {
-             use(w.factory.createCharArray({2, 2}));
-         }},
-        {"createStructArray",
-         [](World& w) {
-             use(w.factory.createStructArray({1, 2}, {"a", "b"}));
-         }},
-        {"createEnumArray",
-         [](World& w) {
-             use(w.factory.createEnumArray({1, 1}, "Sky", {"sun"}));
-         }},
+        {"createCharArray dims", [](World& w) { use(w.factory.createCharArray(square)); }},
+        {"createStructArray", [](World& w) { use(w.factory.createStructArray(row, twoNames)); }},
+        {"createEnumArray", [](World& w) { use(w.factory.createEnumArray(row, "Sky", twoNames)); }},
         {"createSparseArray",
          [](World& w) {
              auto values = zeros<bool>(w.factory, 1);
@@ -113,17 +99,13 @@ const Family factory{
         {"createValueObject", [](World& w) { use(w.factory.createValueObject(w.point())); }},
         {"createValueObjectScalar", [](World& w) { use(w.factory.createValueObjectScalar(w.object())); }},
         {"createValueObjectArray",
-         [](World& w) {
-             use(w.factory.createValueObjectArray({2, 2}, w.point()));
-         }},
+         [](World& w) { use(w.factory.createValueObjectArray(square, w.point())); }},
         {"createHandleObjectRef", [](World& w) { use(w.factory.createHandleObjectRef(ZVMID(), 1)); }},
         {"createEnumerationObject", [](World& w) { use(w.factory.createEnumerationObject("Sky", "sun")); }},
         {"createBuffer", [](World& w) { use(w.factory.createBuffer<double>(3)); }},
         {"createBuffer(type)", [](World& w) { use(w.factory.createBuffer(ArrayType::INT16, 3)); }},
         {"createArrayFromBuffer",
-         [](World& w) {
-             use(w.factory.createArrayFromBuffer<double>({1, 3}, w.factory.createBuffer<double>(3)));
-         }},
+         [](World& w) { use(w.factory.createArrayFromBuffer<double>(row, zeros<double>(w.factory, 2))); }},
     }};
 
 const Family arrays{
@@ -179,10 +161,7 @@ const Family arrays{
         {"readOnlyView", [](World& w) { use(readOnlyView(w.numbers())(1, 2)); }},
         {"writableView", [](World& w) { writableView(w.numbers())(1, 2) = 7.0; }},
         {"release what is shared", [](World& w) { use(TypedArray<double>(w.numbers()).release()); }},
-        {"release what is not",
-         [](World& w) {
-             use(w.factory.createArray<double>({2, 2}).release());
-         }},
+        {"release what is not", [](World& w) { use(w.factory.createArray<double>(square).release()); }},
         {"queries",
          [](World& w) {
              use(w.numbers().getType());
@@ -316,10 +295,7 @@ const Family records{
         {"write inside a field", [](World& w) { w.records()[1]["size"][1][2] = 7.0; }},
         {"write a field of a field", [](World& w) { w.records()[0]["inner"][0]["deep"] = w.characters(); }},
         {"write inside a field of a field", [](World& w) { w.records()[0]["inner"][0]["deep"][1][2] = 7.0; }},
-        {"replace a record",
-         [](World& w) {
-             w.records()[0] = std::vector<Array>{w.numbers(), w.characters()};
-         }},
+        {"replace a record", [](World& w) { w.records()[0] = std::vector<Array>(2, w.numbers()); }},
         {"copy a record", [](World& w) { w.records()[0] = w.records()[1]; }},
         {"getFieldNames",
          [](World& w) {

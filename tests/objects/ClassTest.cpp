@@ -4,6 +4,7 @@
 #include <foundation/vexadata/VexaData.hpp>
 #include <vexa/client/Exception.hpp>
 #include <vexa/data/impl/ClassInfoImpl.hpp>
+#include <vexa/testing/ForwardingFactory.hpp>
 
 #include <gtest/gtest.h>
 
@@ -143,6 +144,15 @@ TEST_F(Classes, RefuseWhatMakesNoClass) {
     const Id taken = std::move(properties[0]);
     EXPECT_THROW(factory.createClassInfo("A", {}, {}, above), ForeignClassException) << "moved from";
     EXPECT_THROW(factory.createClassInfo("A", properties), InvalidPropertyException);
+    const ClassInfo line = vexa::testing::forwardingFactory().createClassInfo("Line");
+    EXPECT_TRUE(throwsExactly<ForeignClassException>([&] { factory.createValueObject(line); },
+                                                     "The class 'Line' comes from another back-end"));
+    const std::string zero("a\0b", 3);
+    EXPECT_TRUE(throwsExactly<InvalidClassNameException>([&] { factory.createClassInfo(zero); },
+                                                         "A class cannot be called 'a\\0b'"));
+    EXPECT_THROW(factory.createEnumArray({1, 1}, zero), InvalidClassNameException);
+    EXPECT_THROW(factory.createEnumerationObject(zero, "sun"), InvalidClassNameException);
+    EXPECT_THROW(factory.createEnumerationObject("Sky", zero), UnknownMemberException);
 }
 
 TEST_F(Classes, LinkTheirIdentifiersToTheLatestHandle) {

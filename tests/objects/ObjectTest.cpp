@@ -9,9 +9,11 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <iterator>
 #include <stdexcept>
 #include <string>
+#include <tuple>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -203,6 +205,70 @@ TEST_F(Objects, HoldArraysAsCellsDo) {
         EXPECT_EQ(operations(holder), wanted);
     }
     EXPECT_TRUE(std::as_const(record)[0]["f"].isEmpty()) << "the client's own record";
+}
+
+TEST_F(Objects, CopyWhatTheyShareBeforeItIsWritten) {
+    TypedArray<Array> cells = factory.createArray<Array>({1, 1});
+    StructArray fields = factory.createStructArray({1, 1}, {"f"});
+    ValueObject object = point(1, 2);
+    ValueObjectArray array = factory.createValueObjectArray({1, 1}, pointClass);
+    const std::vector<Reference<Array>> holders{cells[0],      fields[0]["f"],  object["x"],
+                                                array["unit"], *object.begin(), *array.beginArrayProp()};
+
+    const Array numbers = factory.createArray<double>({1, 2}, {1, 2});
+    TypedArray<String> strings = factory.createArray<String>({1, 2});
+    strings[0] = strings[1] = u"old";
+    StructArray records = factory.createStructArray({1, 2}, {"f", "g"});
+    records[0]["f"] = numbers;
+    const Array nested = factory.createArray<Array>({1, 2}, {numbers, strings});
+    const Array points = factory.createValueObjectScalar(point(1, 2));
+    // What is held, and how a way into it is kept.
+    using Held = Reference<Array>;
+    using Write = std::function<void()>;
+    using Doubles = Reference<TypedArray<double>>;
+    using Records = Reference<StructArray>;
+    using Cells = Reference<TypedArray<Array>>;
+    const std::tuple<const char*, Array, std::function<Write(Held)>> ways[] = {
+        {"index", numbers, [](Held held) { return [held]() mutable { held[1] = 9.0; }; }},
+        {"element", numbers, [](Held held) { return [e = held[1]]() mutable { e = 9.0; }; }},
+        {"array", numbers, [](Held held) { return [a = Doubles(held)]() mutable { *a.begin() += 1; }; }},
+        {"number", numbers, [](Held held) { return [e = Doubles(held)[1]]() mutable { e *= 9.0; }; }},
+        {"reference", numbers,
+         [](Held held) { return [e = Reference<double>(Doubles(held)[1])]() mutable { e = 9.0; }; }},
+        {"string", strings,
+         [](Held held) { return [e = Reference<TypedArray<String>>(held)[1]]() mutable { e = u"new"; }; }},
+        {"member", factory.createEnumArray({1, 2}, "Color", {"red", "blue"}),
+         [](Held held) { return [e = Reference<EnumArray>(held)[1]]() mutable { e = "red"; }; }},
+        {"record", records,
+         [&](Held held) {
+             return [e = Records(held)[1], &numbers]() mutable { e = std::vector<Array>{numbers, numbers}; };
+         }},
+        {"copied record", records, [](Held held) { return [a = Records(held)]() mutable { a[1] = a[0]; }; }},
+        {"field", records,
+         [&](Held held) { return [e = Records(held)[1], &numbers]() mutable { e["f"] = numbers; }; }},
+        {"inside a field", records,
+         [](Held held) { return [e = Records(held)[0]]() mutable { e["f"][1] = 9.0; }; }},
+        {"cell", nested,
+         [&](Held held) { return [e = Cells(held)[1], &numbers]() mutable { e = numbers; }; }},
+        {"inside a cell", nested,
+         [](Held held) { return [e = Cells(held)[0].held()]() mutable { e[1] = 9.0; }; }},
+        {"object", points,
+         [this](Held held) {
+             return [this, e = Reference<TypedArray<ValueObject>>(held)[0]]() mutable { e = point(3, 4); };
+         }},
+    };
+    for (const auto& [name, content, keep] : ways) {
+        for (Reference<Array> holder : holders) {
+            SCOPED_TRACE(name);
+            holder = content;
+            const Write write = keep(holder);
+            const Array shared = holder; // after the way in was formed
+            write();
+            EXPECT_EQ(shared, content);
+            const Array changed = holder;
+            EXPECT_NE(changed, content);
+        }
+    }
 }
 
 TEST_F(Objects, AreMembersOfEnumerations) {

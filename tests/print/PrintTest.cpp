@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
 #include <iomanip>
 #include <limits>
 #include <numeric>
@@ -41,7 +44,9 @@ TEST_F(Printing, NumbersShowTheirSignificantDigits) {
     EXPECT_EQ(show(1234567), "1234567");
     EXPECT_EQ(show(-1234567.25), "-1234567");
     EXPECT_EQ(show(123456789012345678.0), "1.23457e+17");
+    EXPECT_EQ(show(123456789012345.0) + show(1234567890123456.0), "1234567890123451.23457e+15");
     EXPECT_EQ(show(0.000012345678), "1.23457e-05");
+    EXPECT_EQ(toText(factory.createScalar(12.25), {0}), "12");
     EXPECT_EQ(show(std::numeric_limits<double>::denorm_min()), "4.94066e-324");
     EXPECT_EQ(show(999999.5), "1e+06") << "rounds up to a digit more";
     EXPECT_EQ(show(-infinity), "-Inf");
@@ -72,6 +77,12 @@ TEST_F(Printing, MatricesAlignTheirDecimalPointsWhateverTheLayout) {
                                                                "  4  5\n"
                                                                "  [:][:][1][1]\n"
                                                                "  6  7");
+    EXPECT_EQ(streamed(factory.createArray<std::complex<double>>({2, 1}, {{1.5, 2}, {-1, 0}})),
+              "2x1 complex double\n"
+              "  1.5+2i\n"
+              "   -1+0i");
+    EXPECT_STREQ(kindName(ArrayType::SPARSE_COMPLEX_DOUBLE), "sparse complex double");
+    EXPECT_STREQ(kindName(static_cast<ArrayType>(33)), "unknown") << "the next one";
     EXPECT_EQ(streamed(Array()), "empty");
     EXPECT_EQ(streamed(factory.createArray<double>({2, 0, 3})), "2x0x3 double");
 }
@@ -100,8 +111,87 @@ TEST_F(Printing, LargeArraysLeaveTheMiddleOut) {
     options.width = 1;
     EXPECT_EQ(toText(counting<double>({1, 2}), options), "1x2 double\n  column 0:\n  0\n  column 1:\n  1");
     EXPECT_EQ(toText(factory.createCharArray("abc"), options), "'a'...");
+    EXPECT_EQ(toText(factory.createCharArray(u"\U0001F600"), options), "''...") << "no half of a character";
     options.edge = 0;
     EXPECT_EQ(toText(counting<double>({7, 1}), options), "7x1 double\n  ...");
+}
+
+TEST_F(Printing, LinesTakeAsManyColumnsAsFit) {
+    const auto numbers = factory.createArray<double>({1, 6}, {1, 20.5, -3.25, 4e-7, 100, 0.5});
+    for (std::size_t width = 1; width < 50; ++width) {
+        SCOPED_TRACE(width);
+        PrintOptions options;
+        options.width = width;
+        std::istringstream text(toText(numbers, options));
+        std::string line;
+        std::vector<std::string> rows;
+        std::getline(text, line);
+        while (std::getline(text, line)) {
+            const bool isTitle = line.back() == ':';
+            if (!isTitle) {
+                rows.push_back(line.substr(2));
+                EXPECT_TRUE(line.size() <= width || rows.back().find(' ') == std::string::npos);
+            }
+        }
+        for (std::size_t k = 1; k < rows.size(); ++k) {
+            EXPECT_GT(2 + rows[k - 1].size() + 2 + std::min(rows[k].find(' '), rows[k].size()), width);
+        }
+        EXPECT_EQ(rows.size() == 1, width >= 2 + std::string("1  20.5  -3.25  4e-07  100  0.5").size());
+    }
+}
+
+TEST_F(Printing, EveryCharacterHasItsWidthAndItsEscape) {
+    const auto spacesBehind = [this](const std::u16string& first) { // in a column with four letters
+        auto strings = factory.createArray<String>({2, 2});
+        strings[0][0] = first;
+        strings[1][0] = u"aaaa";
+        strings[0][1] = strings[1][1] = u"";
+        const std::string text = toText(strings);
+        const std::size_t row = text.find('\n') + 3;
+        return static_cast<std::size_t>(
+            std::count(text.begin() + static_cast<std::ptrdiff_t>(row),
+                       text.begin() + static_cast<std::ptrdiff_t>(text.rfind('\n')), ' '));
+    };
+    // The ends of some ranges, and of what UTF-8 needs more bytes for.
+    const std::pair<std::size_t, std::vector<std::u16string>> widths[] = {
+        {0, {u"\u0300", u"\u036F", u"\uFE2F"}},
+        {1,
+         {u"A", u"\u00E9", u"\u02FF", u"\u0370", u"\u07FF", u"\u0800", u"\u10FF", u"\u1160", u"\U00010000"}},
+        {2, {u"\u1100", u"\u115F", u"\uFFE6", u"\U0001F300", u"\U0001F64F", u"\U0003FFFD"}}};
+    for (const auto& [width, characters] : widths) {
+        for (const std::u16string& character : characters) {
+            EXPECT_EQ(spacesBehind(character), 4 - width + 2) << std::filesystem::path(character);
+        }
+    }
+
+    std::size_t escapes = 0;
+    char32_t sum = 0;
+    for (char32_t code = 0; code < 0x110000;
+         code += code < 0x20000 || code >> 9 == 0x6FF || code >> 9 == 0x700 ? 1 : 256) {
+        std::u16string text(1, static_cast<char16_t>(code));
+        if (code >= 0x10000) {
+            text = {static_cast<char16_t>(0xD7C0 + (code >> 10)),
+                    static_cast<char16_t>(0xDC00 | (code & 0x3FF))};
+        }
+        const std::string quoted = toText(factory.createCharArray(text));
+        const std::string shown = quoted.substr(1, quoted.size() - 2);
+        if (shown[0] == '\\') {
+            char escape[12];
+            std::snprintf(escape, sizeof escape, code < 0x10000 ? "\\u%04x" : "\\U%08x",
+                          static_cast<unsigned>(code));
+            EXPECT_EQ(shown, code == '\n'   ? "\\n"
+                             : code == '\t' ? "\\t"
+                             : code == '\'' ? "\\'"
+                             : code == '\\' ? "\\\\"
+                                            : escape);
+            ++escapes;
+            sum += code;
+        } else {
+            EXPECT_EQ(std::filesystem::path(std::u8string(shown.begin(), shown.end())).u16string(), text);
+        }
+    }
+    EXPECT_EQ(escapes, 2278U) << "controls, surrogates, what turns text or has no width";
+    EXPECT_EQ(sum, 0xDE7D64CU) << "their sum";
 }
 
 TEST_F(Printing, TextIsQuotedAndMissingTextMarked) {
@@ -163,13 +253,15 @@ TEST_F(Printing, NestedArraysAreIndented) {
     auto field = factory.createArray<Array>({1, 1});
     field[0] = counting<double>({101, 1});
     EXPECT_NE(streamed(field).find("\n    ...\n"), std::string::npos) << "sooner than outside";
+    field[0] = counting<double>({100, 1});
+    EXPECT_EQ(streamed(field).find("..."), std::string::npos);
 }
 
 TEST_F(Printing, SparseMatricesAndObjects) {
     auto values = factory.createBuffer<std::complex<double>>(2);
     auto rows = factory.createBuffer<std::size_t>(2);
     auto columns = factory.createBuffer<std::size_t>(2);
-    values[0] = {1, 2};
+    values[0] = {1.5, 2};
     values[1] = -1;
     rows[0] = 12;
     rows[1] = 0;
@@ -182,8 +274,8 @@ TEST_F(Printing, SparseMatricesAndObjects) {
     options.edge = 0;
     EXPECT_EQ(toText(sparse, options), streamed(sparse));
     EXPECT_EQ(streamed(sparse), "20x4 sparse complex double, 2 non-zeros\n"
-                                "  [12][0]   1+2i\n"
-                                "  [0][3]   -1+0i");
+                                "  [12][0]  1.5+2i\n"
+                                "  [0][3]    -1+0i");
 
     const ClassInfo point = factory.createClassInfo("Point", {"x", "y"});
     ValueObject object = factory.createValueObject(point);
@@ -215,12 +307,19 @@ TEST_F(Printing, ElementsPrintAsTheirValues) {
     auto strings = factory.createArray<String>({1, 2});
     strings[0] = u"gr\u00F6\u00DFe";
     EXPECT_EQ(streamed(strings[0]) + streamed(std::as_const(strings)[1]), "größe<missing>");
+    strings[0] =
+        u"\xD7FF\xD800\xDC00\xDC00\xDC00\xDBFF\xDFFF\xD800\xE000\xDFFF"; // halves of pairs among pairs
+    EXPECT_EQ(streamed(strings[0]), "\uD7FF\U00010000\uFFFD\uFFFD\U0010FFFF\uFFFD\uE000\uFFFD");
     auto members = factory.createEnumArray({1, 1}, "Sky", {"sun"});
     EXPECT_EQ(streamed(members[0]), "sun");
     auto records = factory.createStructArray({1, 1}, {"a"});
     records[0]["a"] = numbers;
     EXPECT_EQ(streamed(records[0]), "a: 1x2 double\n  0.333333  2");
     EXPECT_EQ(streamed(records[0]["a"]), "1x2 double\n  0.333333  2");
+    EXPECT_EQ(Array(std::as_const(records)[0]["a"]).getArrayID(), numbers.getArrayID())
+        << "nothing was copied";
+    const Array sparse = factory.createArray(ArrayType::SPARSE_DOUBLE, {2, 2});
+    EXPECT_THROW(streamed(sparse[0][0]), TypeMismatchException);
     for (const auto& record : std::as_const(records)) {
         EXPECT_EQ(streamed(record), "a: 1x2 double\n  0.333333  2");
     }
@@ -228,13 +327,14 @@ TEST_F(Printing, ElementsPrintAsTheirValues) {
     cells[0] = numbers;
     const Reference<TypedArray<double>> inside = cells[0];
     EXPECT_EQ(streamed(inside), "1x2 double\n  0.333333  2");
+    EXPECT_EQ(streamed(factory.createStructArray({1, 1}, {})[0]), "");
     EXPECT_THROW(streamed(factory.createArray<double>({2, 2})[0]), NotEnoughIndicesProvidedException);
     EXPECT_THROW(streamed(numbers[2]), EArrayIndexOutOfRange);
 }
 
 TEST_F(Printing, LeavesStreamsAndArraysAsTheyWere) {
     std::ostringstream stream;
-    stream << std::hex << std::showpos << std::setprecision(3) << std::setfill('*') << std::setw(20);
+    stream << std::hex << std::showpos << std::setprecision(3) << std::setfill('*') << std::setw(40);
     const auto flags = stream.flags();
     auto cells = factory.createArray<Array>({1, 1});
     cells[0] = factory.createScalar(1.0 / 3);
