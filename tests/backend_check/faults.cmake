@@ -506,6 +506,22 @@ wrong(releaseBuffer/once "buffers: releaseBuffer hands over" "ended by signal 11
 wrong(releaseBuffer/moves-dimensions "buffers: releaseBuffer hands over" "lent before are gone")
 wrong(getArrayID/kept-when-released "buffers: releaseBuffer hands over" "is still that of its copy")
 
+# what came to be checked later
+wrong(createSparseDoubleImpl/rows-16-bits "sparse: rows of every size")
+wrong(createSparseDoubleImpl/rows-of-six "sparse: whatever triplets are given" "nothing was given for|nothing that was given for it")
+wrong(createVexaSparseDoubleImpl/rows-of-six "sparse: whatever triplets are given" "nothing was given for|nothing that was given for it|two non-zeros")
+wrong(isEqual/stored-zeros "sparse: zeros that are stored are zeros" "where their elements are equal")
+wrong(getElementProperty/needs-an-object "objects: elements without object")
+wrong(setElementObject/refuses-silently "objects: objects of another class" "isHeterogeneous")
+wrong(hasProperty/of-any-class "objects: properties of superclasses" "Nowhere")
+wrong(hasArrayProperty/of-any-class "objects: properties of superclasses" "Nowhere")
+wrong(createClassInfoImpl/no-z "objects: names of all letters" "no name")
+wrong(setStringElement/grows "text: texts that were written over" "bytes more")
+wrong(getEnumNameAt/empty "enumerations: no members")
+wrong(enum.setString/ignored@copy "enumerations: no members")
+wrong(isEqual/trusts-others "structs: names of fields tell arrays apart" "of another back-end")
+wrong(assignElementArray/300-times "nesting: deep nests" "too deep")
+
 # failures that lose, come to nothing, or are other errors
 wrong(createStructArrayImpl/silent-without-memory "no memory: cells and structs" "createStructArrayImpl returns null")
 wrong(createEnumArrayImpl/silent-without-memory "no memory: texts and members" "createEnumArrayImpl returns null")

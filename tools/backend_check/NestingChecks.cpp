@@ -272,6 +272,36 @@ void comparesForeign(Backend& backend) {
     });
 }
 
+/// Hundreds of arrays, one in another: compared, copied, written inside, and gone.
+void deepNests(Backend& backend) {
+    eachLevel(backend, [&](const Level& level) {
+        const Path path(400, &level);
+        const auto nest = [&](double value) {
+            auto held = scalar(backend, value);
+            for (std::size_t k = 0; k < path.size(); ++k) {
+                std::vector<Owned<ObjectImpl>> objects;
+                held = level.hold(backend, *held, objects);
+            }
+            return held;
+        };
+        const auto array = nest(1);
+        const std::string what = "an array " + show(path.size()) + " deep in " + level.name;
+        expectEqual("the value in " + what, valueIn(*array, path), 1.0);
+        if (level.name != "a property of an array") {
+            expectEqual("isEqual of " + what + " and another", array->isEqual(nest(1).get()), true);
+            expectEqual("isEqual of " + what + " and one with another value", array->isEqual(nest(2).get()),
+                        false);
+        }
+        auto copy = adopt(array->sharedCopy(), "sharedCopy");
+        writeIn(*copy, path, 3);
+        expectEqual("the value in " + what + " after a write inside a copy", valueIn(*array, path), 1.0);
+        expectEqual("the value in " + what + " of the copy", valueIn(*copy, path), 3.0);
+        backend.step("releasing " + what);
+        copy.reset();
+        expectEqual("the value in " + what + " after its copy has gone", valueIn(*array, path), 1.0);
+    });
+}
+
 /// Beside what is copied then lies what holds nothing.
 void mixedIntoItself(Backend& backend) {
     const auto cells = backend.array(ArrayType::CELL, {1, 4});
@@ -316,6 +346,7 @@ void addNestingChecks(Checks& checks) {
     nesting.add("an object into the array that it holds",
                 "setElementObject stores an object, borrowed, and nothing is lost (order 59)",
                 {"new-value-object", "object-array", "value-object", "class", "double"}, objectIntoItself);
+    nesting.add("deep nests", own, {"double"}, deepNests);
     nesting.add("cells of another back-end are compared",
                 "isEqual sees arrays that may belong to another back-end (order 35)", {}, comparesForeign);
     nesting.add("an array of cells and numbers into itself",

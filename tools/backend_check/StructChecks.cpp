@@ -1,6 +1,7 @@
 // Struct arrays.
 
 #include "Check.hpp"
+#include "Foreign.hpp"
 #include "Ranges.hpp"
 #include "Samples.hpp"
 
@@ -36,7 +37,15 @@ std::vector<Contents> fieldLists() {
             oneLetter.emplace_back(length, 'a');
             if (k < length) oneLetter.back()[k] = 'b';
         }
-    return {fields, {"x"}, {"b", "a", "B", "aa", "ab", "a1", "a_"}, many, oneLetter, {}};
+    Contents letters; // every one, first and later
+    for (const char* range : {"az", "AZ"})
+        for (char letter = range[0]; letter <= range[1]; ++letter) {
+            letters.emplace_back(1, letter);
+            letters.push_back(std::string("n").append(1, letter));
+        }
+    for (char digit = '0'; digit <= '9'; ++digit)
+        letters.push_back(std::string("n_").append(1, digit));
+    return {fields, {"x"}, {"b", "a", "B", "aa", "ab", "a1", "a_"}, many, oneLetter, letters, {}};
 }
 
 void fieldNames(Backend& backend) {
@@ -284,6 +293,9 @@ void namesTellApart(Backend& backend) {
         const auto second = records(backend, {1, 2}, other);
         expect(!array->isEqual(second.get()) && !second->isEqual(array.get()),
                "isEqual of struct arrays with the fields a, b and " + show(other) + " is true");
+        expect(!array->isEqual(foreign(records(backend, {1, 2}, other)).get()),
+               "isEqual of a struct array with the fields a, b and one of another back-end with " +
+                   show(other) + " is true");
     }
     expect(array->isEqual(records(backend, {1, 2}, {"a", "b"}).get()),
            "isEqual of struct arrays with equal fields is false");
