@@ -46,6 +46,13 @@ ArrayType ObjectArray::getType() const { return type_; }
 
 namespace {
 
+/// Of an object of any back-end.
+std::string classNameOf(const ObjectImpl& object) {
+    const auto* instance = fv::detail::dynamicCast<const Instance>(&object);
+    return instance != nullptr ? instance->description().name()
+                               : object.getClassInfo().getClassIdentifier().getString();
+}
+
 /// Members of enumerations have no properties: their class and their name are what they are.
 bool sameMember(const ObjectImpl* a, const ObjectImpl* b) {
     const char* left = a == nullptr ? nullptr : a->getEnumerationName();
@@ -53,11 +60,7 @@ bool sameMember(const ObjectImpl* a, const ObjectImpl* b) {
     if (left == nullptr || right == nullptr) {
         return left == right;
     }
-    const auto* mine = fv::detail::dynamicCast<const Instance>(a);
-    const auto* others = fv::detail::dynamicCast<const Instance>(b);
-    const bool sameClass =
-        mine == nullptr || others == nullptr || mine->description().name() == others->description().name();
-    return sameClass && std::strcmp(left, right) == 0;
+    return std::strcmp(left, right) == 0 && classNameOf(*a) == classNameOf(*b);
 }
 
 /// With a comparison, which arrays of this back-end alone outlive, it may go on later.

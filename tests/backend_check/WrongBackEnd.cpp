@@ -167,6 +167,13 @@ private:
     ArrayImpl* array_;
 };
 
+/// A chain that forgets to make the storage of what it leads to exclusive.
+class UnreadyChain : public LooseChain {
+public:
+    using LooseChain::LooseChain;
+    void prepareForWrite() override {}
+};
+
 /// A chain that does not look whether its indices still mean something.
 class TrustingChain : public ReferenceImpl {
 public:
@@ -237,9 +244,32 @@ private:
     MemoryLayout layout_;
 };
 
+/// An array or object that was stored somewhere and may go on writing there.
+struct Follower {
+    bool follows = false;
+};
+/// What `operation` was given to store follows what is stored, if that is the fault.
+template <class T>
+void mayFollow(bool isFault, T* stored) {
+    if (auto* follower = isFault ? dynamic_cast<Follower*>(stored) : nullptr) follower->follows = true;
+}
+/// What is inside the double in a handle, which goes on writing there.
+fv::Array followed(const fv::Array& stored) {
+    ArrayImpl* const array = fv::detail::Access::impl(stored).get();
+    mayFollow(true, array);
+    return fv::Array(retained(Double<ArrayImpl>::below(array)));
+}
+/// Whether a double is to part from what it wraps before a write. A fault shows what it does, whatever would be
+/// prepared.
+bool parts(const Follower& array) {
+    const std::size_t slash = chosen().find('/');
+    return slash == chosen().npos || chosen() == "cow/right" ||
+           (chosen().substr(slash) == "/follows" && !array.follows);
+}
+
 /// `Self` is the class of copies.
 template <class Base, class Self>
-class Wrong : public Base {
+class Wrong : public Base, public Follower {
 public:
     using Base::Base;
 
@@ -374,6 +404,11 @@ public:
             return Base::assignElementArray(index, field, copy.get());
         }
         if (is("assignElementArray", "empty-ignored") && array->isEmpty()) return;
+        mayFollow(is("assignElementArray", "follows"), array);
+        static int depth = 0;
+        if (is("assignElementArray", "300-times") && ++depth > 300) throw std::length_error("too deep");
+        if (is("assignElementArray", "holds-itself"))
+            return this->wrapped().assignElementArray(index, field, array);
         if (is("assignElementArray", "itself-lost") && array->referenceCount() == 1) {
             const Inner<ReferenceImpl> here(Base::createElementReference(index, field, false));
             const Inner<ArrayImpl> nothing(new vexa::data::impl::EmptyArrayImpl);
@@ -401,6 +436,14 @@ public:
         if (loose) {
             const Inner<ReferenceImpl> owner(chain);
             return new LooseChain(chain->getArrayImpl());
+        }
+        if (is("createElementReference", "never-unshares")) {
+            const Inner<ReferenceImpl> owner(chain);
+            return new UnreadyChain(chain->getArrayImpl());
+        }
+        if (is("createElementReference", "always-copies") && forWrite) {
+            const Inner<ArrayImpl> copy(chain->getArrayImpl()->sharedCopy());
+            Base::assignElementArray(index, field, copy.get());
         }
         if (is("createElementReference", "never-stale"))
             return new TrustingChain(Inner<ReferenceImpl>(chain));
@@ -440,9 +483,8 @@ protected:
         return made;
     }
 
-    /// A fault shows what it does, whatever would be prepared.
     void prepareWrite() override {
-        if (chosen().empty()) Base::prepareWrite();
+        if (parts(*this)) Base::prepareWrite();
     }
 
     /// Goes on with storage elsewhere. What was lent before is gone.
@@ -667,6 +709,7 @@ public:
 
     void setElementValue(std::size_t index, const std::string& field, fv::Array value) override {
         if (is("cells.setElementValue", "ignored")) return;
+        if (is("cells.setElementValue", "follows")) value = followed(value);
         Wrong::setElementValue(place("cells.setElementValue", index, wrapped().getNumberOfElements()), field,
                                std::move(value));
     }
@@ -723,6 +766,8 @@ public:
             Wrong::setStringElement(index, field, {});
             mayThrow();
         }
+        static std::vector<std::u16string> kept;
+        if (is("setStringElement", "grows") && value) kept.push_back(*value);
         if (is("setStringElement", "until-nul") && value) value = std::u16string(value->c_str());
         if (is("setStringElement", "missing-ignored") && !value) return;
         if (is("setStringElement", "short") && value) value->resize(std::min<std::size_t>(value->size(), 7));
@@ -826,6 +871,8 @@ public:
     void setFieldValues(std::size_t index, std::vector<fv::Array> values) override {
         if (is("setFieldValues", "reversed")) std::reverse(values.begin(), values.end());
         if (is("setFieldValues", "leaked") && !values.empty()) fv::detail::Access::impl(values[0])->retain();
+        if (is("setFieldValues", "follows"))
+            std::transform(values.begin(), values.end(), values.begin(), followed);
         if (is("setFieldValues", "itself-lost"))
             for (std::size_t k = 0; k < values.size(); ++k) {
                 const Inner<ArrayImpl> held(Wrong::getField(index, names()[k]));
@@ -863,6 +910,8 @@ public:
         });
     }
     bool isEqual(const ArrayImpl* other) const override {
+        if (is("isEqual", "trusts-others") && dynamic_cast<const WrongStructs*>(other) == nullptr)
+            return true;
         if (!is("isEqual", "first-field")) return Wrong::isEqual(other);
         auto& mine = const_cast<WrongStructs&>(*this);
         const auto* theirs = static_cast<const StructArrayImpl*>(other);
@@ -918,6 +967,7 @@ public:
     }
     bool isEqual(const ArrayImpl* other) const override {
         const std::size_t count = Wrong::getNumberOfNonZeroElements();
+        if (is("isEqual", "stored-zeros") && count != other->getNumberOfNonZeroElements()) return false;
         if (is("isEqual", "places-only"))
             return count == other->getNumberOfNonZeroElements() &&
                    std::equal(Wrong::getIr(), Wrong::getIr() + count, other->getIr()) &&
@@ -963,10 +1013,32 @@ private:
     Inner<ReferenceImpl> inner_;
 };
 
+/// A reference to a property that stores what is inside a double, as all other ways to store do.
+class StoringReference : public ReferenceImpl {
+public:
+    StoringReference(Inner<ReferenceImpl> inner, bool follows) : inner_(std::move(inner)), follows_(follows) {
+        setKnownIndex(0);
+    }
+    ArrayImpl* getArrayImpl() const override { return inner_->getArrayImpl(); }
+    void prepareForWrite() override { inner_->prepareForWrite(); }
+    ArrayImpl* getElementArray(bool forWrite) override { return inner_->getElementArray(forWrite); }
+    ArrayImpl* getElementArrayForCopy() override { return inner_->getElementArrayForCopy(); }
+    void setArray(ArrayImpl* array) override {
+        mayFollow(follows_, array);
+        inner_->setArray(Double<ArrayImpl>::below(array));
+    }
+
+private:
+    Inner<ReferenceImpl> inner_;
+    bool follows_;
+};
+
 ReferenceImpl* toProperty(const char* operation, ReferenceImpl* made) {
-    if (is(operation, "poses-as-element")) return new PosingReference(Inner<ReferenceImpl>(made));
-    return is(operation, "shares") ? new SharingReference(Inner<ReferenceImpl>(made))
-                                   : counted(operation, made);
+    Inner<ReferenceImpl> inner(made);
+    if (is(operation, "poses-as-element")) return new PosingReference(std::move(inner));
+    if (is(operation, "shares")) return new SharingReference(std::move(inner));
+    if (is(operation, "holds-itself")) return inner.release();
+    return counted(operation, new StoringReference(std::move(inner), is(operation, "follows")));
 }
 
 /// One property of an object, wrapped while it is walked over.
@@ -1061,10 +1133,19 @@ public:
             Inner<ObjectImpl>(Wrong::getElementObject(index)).get() == ForwardingObject::below(object))
             object = nullptr;
         if (is("setElementObject", "leaked")) ForwardingObject::below(object)->retain();
+        mayFollow(is("setElementObject", "follows"), object);
+        if (is("setElementObject", "holds-itself"))
+            return dynamic_cast<ObjectArrayImpl&>(wrapped()).setElementObject(index, object);
+        if (is("setElementObject", "refuses-silently")) try {
+                return Wrong::setElementObject(index, object);
+            } catch (...) {
+                return;
+            }
         passed("setElementObject", [&] { Wrong::setElementObject(at("setElementObject", index), object); });
     }
     void setElementValue(std::size_t index, const std::string& field, fv::HandleObjectRef value) override {
         if (is("objects.setElementValue", "ignored")) return;
+        mayFollow(is("objects.setElementValue", "follows"), fv::detail::Access::impl(value).get());
         Wrong::setElementObject(at("objects.setElementValue", index), fv::detail::Access::impl(value).get());
         static_cast<void>(field);
     }
@@ -1076,6 +1157,9 @@ public:
         return is("objects.getTypedDataPtr", "null") ? nullptr : Wrong::getTypedDataPtr();
     }
     fv::Array getElementProperty(std::size_t index, VexaPropertyIdentifier id) const override {
+        if (is("getElementProperty", "needs-an-object") &&
+            Inner<ObjectImpl>(Wrong::getElementObject(index)) == nullptr)
+            std::raise(SIGSEGV);
         if (is("getElementProperty", "x")) id = VexaPropertyIdentifier("x");
         return passed("getElementProperty", [&] {
             return Wrong::getElementProperty(at("getElementProperty", index), std::move(id));
@@ -1129,6 +1213,9 @@ public:
                                                 : Wrong::cendArrayProp());
     }
     bool hasArrayProperty(const VexaPropertyIdentifier& id) const override {
+        if (is("hasArrayProperty", "of-any-class") &&
+            Wrong::hasArrayProperty(VexaPropertyIdentifier(id.getPropertyName())))
+            return true;
         return truth("hasArrayProperty", Wrong::hasArrayProperty(id));
     }
     std::size_t numOfArrayProperties() const override {
@@ -1176,7 +1263,7 @@ private:
     }
 };
 
-class WrongObject : public ForwardingObject {
+class WrongObject : public ForwardingObject, public Follower {
 public:
     using ForwardingObject::ForwardingObject;
 
@@ -1224,6 +1311,9 @@ public:
                     is("object.cbegin", "writes") ? wrapped().end() : ForwardingObject::cend());
     }
     bool hasProperty(const VexaPropertyIdentifier& id) const override {
+        if (is("hasProperty", "of-any-class"))
+            return ForwardingObject::hasProperty(id) ||
+                   ForwardingObject::hasProperty(VexaPropertyIdentifier(id.getPropertyName()));
         if (is("hasProperty", "first-letter") && ForwardingObject::hasProperty(alike(id))) return true;
         return truth("hasProperty", ForwardingObject::hasProperty(id));
     }
@@ -1240,7 +1330,7 @@ public:
 protected:
     ObjectImpl* wrapCopy(Inner<ObjectImpl> copy) const override { return new WrongObject(std::move(copy)); }
     void prepareWrite() override {
-        if (chosen().empty()) ForwardingObject::prepareWrite();
+        if (parts(*this)) ForwardingObject::prepareWrite();
     }
 
 private:
@@ -1472,6 +1562,9 @@ public:
                 known.emplace(name.getString(), Lists{properties, arrayProperties}).first->second;
             return Base::createClassInfoImpl(name, lists[0], lists[1], above);
         }
+        if (is("createClassInfoImpl", "no-z"))
+            for (const VexaPropertyIdentifier& id : properties)
+                if (id.getPropertyName()[0] == 'Z') throw std::invalid_argument("no name");
         const bool exchanged = is("createClassInfoImpl", "exchanged");
         const std::vector<fv::ClassInfo> none;
         if (is("createClassInfoImpl", "superclass-leaked") && !above.empty())
@@ -1590,6 +1683,12 @@ private:
     static void disorder(const char* name, std::size_t count, Buffer<T[]>& values,
                          Buffer<std::size_t[]>& rows, Buffer<std::size_t[]>& columns) {
         if (is(name, "values-exchanged") && count > 1) std::swap(values[0], values[count - 1]);
+        if (is(name, "rows-16-bits"))
+            for (std::size_t k = 0; k < count; ++k)
+                rows[k] %= 65536;
+        if (is(name, "rows-of-six"))
+            for (std::size_t k = 0; k < count; ++k)
+                rows[k] = std::min<std::size_t>(rows[k], rows[k] < 60 ? 0 : rows[k]);
         if (is(name, "rows-from-one"))
             for (std::size_t k = 0; k < count; ++k)
                 rows[k] = rows[k] == 0 ? 0 : rows[k] - 1;

@@ -126,7 +126,7 @@ TEST_F(Handles, OperationsThatNobodyAsksOfAnEmptyArrayRethrow) {
         [&] { empty->beginIterator(nullptr, false); },
         [&] { empty->endIterator(nullptr, true); },
         [&] { empty->createElementReference(0, "", true); },
-        [&] { empty->forwardingOp(0, ""); }, // through order 12
+        [&] { empty->forwardingOp(0, ""); }, // through slot 13
         [&] { empty->getJc(); },
         [&] { empty->getIr(); },
         [&] { empty->getRows(); },

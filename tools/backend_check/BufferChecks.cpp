@@ -356,27 +356,29 @@ void writesToBuffer(Backend& backend) {
 void addBufferChecks(Checks& checks) {
     Family buffers(checks, "buffers");
     const std::string owned =
-        "a buffer is the back-end's from the call on; its deleter is called once (factory, 25)";
+        "a buffer is the back-end's from the call on; its deleter is called once (slot 26 of the factory)";
     buffers.add(
         "buffers can be written and freed",
         "createBufferImpl fills in a new buffer for a count of elements and the function that frees it "
-        "(factory, 23)",
+        "(slot 24 of the factory)",
         {"buffer"}, canBeWritten);
     buffers.add("untyped buffers can be written and freed",
-                "createUntypedBufferImpl does the same for a count of bytes (factory, 24)",
+                "createUntypedBufferImpl does the same for a count of bytes (slot 25 of the factory)",
                 {"untyped-buffer"}, untypedCanBeWritten);
-    buffers.add("arrays do not overlap", "every result is a new array with storage of its own (factory, 1)",
-                {}, arraysDoNotOverlap);
+    buffers.add("arrays do not overlap",
+                "every result is a new array with storage of its own (slot 2 of the factory)", {},
+                arraysDoNotOverlap);
     buffers.add("the deleter is called once", owned, {"from-buffer"}, deleterOnce);
     buffers.add("a buffer of the back-end comes back", owned, {"from-buffer", "buffer"}, ownBuffers);
-    buffers.add("a buffer that is refused is freed", "when this throws, the buffer is freed (factory, 25)",
-                {"from-buffer"}, refusedBuffer);
+    buffers.add("a buffer that is refused is freed",
+                "when this throws, the buffer is freed (slot 26 of the factory)", {"from-buffer"},
+                refusedBuffer);
     buffers.add("an array over a buffer is written", owned, {"from-buffer"}, writesToBuffer);
     buffers.add("copyOutBuffer copies",
-                "copyOutBuffer fills in a copy of the elements in a new buffer (order 32)",
+                "copyOutBuffer fills in a copy of the elements in a new buffer (slot 33)",
                 {"copy-out-buffer"}, copiesOut);
     buffers.add("releaseBuffer hands over",
-                "releaseBuffer hands the array's own buffer over; copies are independent (orders 1, 33)",
+                "releaseBuffer hands the array's own buffer over; copies are independent (slots 2, 34)",
                 {"release-buffer"}, handsOver);
     buffers.add("a buffer goes in and out", owned, {"from-buffer", "release-buffer"}, thereAndBack);
 }

@@ -99,7 +99,7 @@ void chainsKnowTheirArrays(Backend& backend) {
     }
     const Owned<ReferenceImpl> forwarded(cells->forwardingOp(1, {}));
     expect(forwarded != nullptr && forwarded->dimensions() == shapes[1],
-           "order 13 of a cell array gives another chain");
+           "slot 14 of a cell array gives another chain");
 }
 
 /// Writes to the element's array as the library does through a chain.
@@ -211,18 +211,18 @@ void chainsLeaveCounts(Backend& backend) {
 void addCellChecks(Checks& checks) {
     Family cells(checks, "cells");
     const std::vector<std::string> needs{"cell", "double"};
-    const std::string assigned = "assignElementArray stores the array into the element (order 17)";
-    const std::string retained = "what is passed is borrowed: a reference is added to keep it (order 17)";
+    const std::string assigned = "assignElementArray stores the array into the element (slot 18)";
+    const std::string retained = "what is passed is borrowed: a reference is added to keep it (slot 18)";
     const std::string exclusive =
-        "a chain makes the array held exclusively owned before its write, also one made for reading (order 12)";
-    cells.add("new cells are empty", "createArrayImpl makes an array of empty cells (factory, 1)", {"cell"},
-              startEmpty);
+        "a chain makes the array held exclusively owned before its write, also one made for reading (slot 13)";
+    cells.add("new cells are empty", "createArrayImpl makes an array of empty cells (slot 2 of the factory)",
+              {"cell"}, startEmpty);
     cells.add("an array is stored in its element", assigned, needs, holdsWhatIsStored);
     cells.add("an element is replaced", assigned, needs, replaces);
-    cells.add("typed reads and writes", "setElementValue stores, getElementAddress finds (orders 38, 39)",
+    cells.add("typed reads and writes", "setElementValue stores, getElementAddress finds (slots 39, 40)",
               needs, typedOperations);
     cells.add("chains know the array held",
-              "createElementReference is a new chain into what an element holds (order 12)", needs,
+              "createElementReference is a new chain into what an element holds (slot 13)", needs,
               chainsKnowTheirArrays);
     cells.add("chains for writing spare other owners", exclusive, needs, writeChains);
     cells.add("chains for reading do so when written through", exclusive, needs, readChains);

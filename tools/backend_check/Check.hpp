@@ -61,6 +61,7 @@ void addObjectChecks(Checks& checks);
 void addBufferChecks(Checks& checks);
 void addFactoryChecks(Checks& checks);
 void addNestingChecks(Checks& checks);
+void addHoldingChecks(Checks& checks);
 void addHandleChecks(Checks& checks);
 void addThreadChecks(Checks& checks);
 void addFailureChecks(Checks& checks);

@@ -241,9 +241,9 @@ void addCreationChecks(Checks& checks) {
     creation.addCapability("untyped buffers", creates, "untyped-buffer", {}, untypedBuffers);
     creation.addCapability("arrays from buffers", creates, "from-buffer", {}, fromBuffer);
     creation.addCapability("buffers copied out",
-                           "copyOutBuffer and its deleter belong to the caller (order 32)", "copy-out-buffer",
+                           "copyOutBuffer and its deleter belong to the caller (slot 33)", "copy-out-buffer",
                            {}, buffersCopiedOut);
-    creation.addCapability("buffers handed over", "releaseBuffer hands over in the same way (order 33)",
+    creation.addCapability("buffers handed over", "releaseBuffer hands over in the same way (slot 34)",
                            "release-buffer", {}, buffersHandedOver);
     creation.addCapability("class descriptions", creates, "class", {}, classes);
     creation.addCapability("value objects", creates, "value-object", {"class"}, valueObjects);

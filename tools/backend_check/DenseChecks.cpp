@@ -149,7 +149,7 @@ void writesOneElement(Backend& backend) {
     });
 }
 
-/// Orders 23 to 28.
+/// Slots 24 to 29.
 void refusesWhatSparseArraysHave(const ArrayImpl& array, const std::string& of) {
     const auto refuses = [&](const char* operation, auto call) {
         expectThrows<fv::InvalidArrayTypeException>(operation + of, "InvalidArrayTypeException", call);
@@ -177,7 +177,7 @@ void refusesOtherKinds(Backend& backend) {
             expect(chain == nullptr,
                    "createElementReference" + of + " is not null, although its elements hold no arrays");
         }
-        expect(holder || array.forwardingOp(0, {}) == nullptr, "order 13" + of + " is not null");
+        expect(holder || array.forwardingOp(0, {}) == nullptr, "slot 14" + of + " is not null");
         const auto other = make(backend, subject.model.sample(), {1, 1});
         const auto refuses = [&](const char* operation, auto call) {
             expectThrows<fv::InvalidArrayTypeException>(operation + of, "InvalidArrayTypeException", call);
@@ -208,27 +208,28 @@ void refusesOtherKinds(Backend& backend) {
 
 void addDenseChecks(Checks& checks) {
     Family dense(checks, "dense");
-    dense.add("new elements are zero", "createArrayImpl makes an array of zeros (factory, 1)", {},
+    dense.add("new elements are zero", "createArrayImpl makes an array of zeros (slot 2 of the factory)", {},
               startAtZero);
     dense.add("data is copied",
-              "createArrayWithDataImpl makes an array with copies of the elements (factory, 9)", {"data"},
-              copiesTheData);
-    dense.add("nothing is read for no elements",
-              "an array with copies of `count` elements, or over a buffer, may have none (factory, 9, 25)",
-              {}, needsNoData);
+              "createArrayWithDataImpl makes an array with copies of the elements (slot 10 of the factory)",
+              {"data"}, copiesTheData);
+    dense.add(
+        "nothing is read for no elements",
+        "an array with copies of `count` elements, or over a buffer, may have none (slots 10, 26 of the factory)",
+        {}, needsNoData);
     dense.add(
         "indices find their elements",
         "element positions are linear, in the order of the memory layout; data comes in column-major order "
-        "(factory, 9, 25)",
+        "(slots 10, 26 of the factory)",
         {}, indicesFindElements);
     dense.add("elements lie side by side",
-              "getTypedDataPtr is the first element of contiguous storage (orders 34, 38, 40)", {},
+              "getTypedDataPtr is the first element of contiguous storage (slots 35, 39, 41)", {},
               sideBySide);
-    dense.add("a write changes one element", "setElementValue stores its value at the index (order 39)", {},
+    dense.add("a write changes one element", "setElementValue stores its value at the index (slot 40)", {},
               writesOneElement);
     dense.add(
         "operations of other kinds are refused",
-        "what a kind does not have throws as its default does, or is null (orders 12, 13, 17 to 19, 23 to 28)",
+        "what a kind does not have throws as its default does, or is null (slots 13, 14, 18 to 20, 24 to 29)",
         {}, refusesOtherKinds);
 }
 

@@ -122,6 +122,22 @@ void membersDiffer(Backend& backend) {
            "isEqual of equal enumeration arrays, one of them written, is false");
 }
 
+/// Names that none of four elements has: each is there after its write, or was refused and changed nothing.
+void takesNewMembers(ArrayImpl& array, Contents wanted) {
+    array.unshare();
+    for (std::size_t number = 0; number < 300; ++number) {
+        const std::string name = std::string("New").append(std::to_string(number));
+        try {
+            if (number % 2 == 0)
+                array.setString(number % 4, {}, name);
+            else
+                asEnums(array).setElementValue(number % 4, {}, fv::Enumeration(name));
+            wanted[number % 4] = name;
+        } catch (...) {}
+        expectContents("an enumeration array after writing a member that it did not have", array, wanted);
+    }
+}
+
 /// No list of members: elements have none until they are written, if they may be.
 void withoutMembers(Backend& backend) {
     const auto array =
@@ -131,8 +147,34 @@ void withoutMembers(Backend& backend) {
                 "Colors");
     const auto copy = adopt(array->sharedCopy(), "sharedCopy");
     expect(array->isEqual(copy.get()), "isEqual of an array without members and its copy is false");
+    std::vector<const char*> lent;
+    Contents before;
+    for (std::size_t k = 0; k < 4; ++k) {
+        lent.push_back(asEnums(*array).getEnumNameAt(k));
+        before.emplace_back(lent.back());
+    }
+    takesNewMembers(*copy, before);
+    takesNewMembers(*array, before);
+    takesNewMembers(*adopt(array->sharedCopy(), "sharedCopy"), contentsOf(*array));
+    const auto third =
+        adopt(backend.factory().createEnumArrayImpl({2, 2}, "Colors", {}), "createEnumArrayImpl");
+    lent.clear();
     for (std::size_t k = 0; k < 4; ++k)
-        asEnums(*array).getEnumNameAt(k);
+        lent.push_back(asEnums(*third).getEnumNameAt(k));
+    const auto fourth = adopt(third->sharedCopy(), "sharedCopy");
+    takesNewMembers(*fourth, before);
+    for (std::size_t k = 0; k < 4; ++k)
+        expectEqual("a name that an array without members lent before its copy was written",
+                    std::string(lent[k]), before[k]);
+}
+
+/// An array of members too takes one that it did not have, or refuses it.
+void otherMembers(Backend& backend) {
+    const auto array = colours(backend);
+    const auto copy = adopt(array->sharedCopy(), "sharedCopy");
+    takesNewMembers(*array, {members.begin(), members.end()});
+    expectContents("an enumeration array whose copy was given other members", *copy,
+                   {members.begin(), members.end()});
 }
 
 } // namespace
@@ -140,19 +182,21 @@ void withoutMembers(Backend& backend) {
 void addEnumChecks(Checks& checks) {
     Family enums(checks, "enumerations");
     const std::string name =
-        "getEnumNameAt is the NUL-terminated name, valid until the array is changed (orders 18, 43)";
-    const std::string write = "setString and setElementValue set the member by its name (orders 19, 39)";
+        "getEnumNameAt is the NUL-terminated name, valid until the array is changed (slots 19, 44)";
+    const std::string write = "setString and setElementValue set the member by its name (slots 20, 40)";
     enums.add("names of members", name, {"enumeration"}, namesOfMembers);
     enums.add("name of the class",
-              "getClassName is as long as the array lives and holds as many bytes as elements (order 41)",
+              "getClassName is as long as the array lives and holds as many bytes as elements (slot 42)",
               {"enumeration"}, nameOfClass);
     enums.add("members are written by name", write, {"enumeration"}, writes);
     enums.add("many members", name, {"enumeration"}, manyMembers);
-    enums.add("members tell arrays apart", "isEqual is element-wise equality (order 35)", {"enumeration"},
+    enums.add("members tell arrays apart", "isEqual is element-wise equality (slot 36)", {"enumeration"},
               membersDiffer);
-    enums.add("no members", "`members` holds the member name of each element, or nothing (factory, 20)",
+    enums.add("no members",
+              "`members` holds the member name of each element, or nothing (slot 21 of the factory)",
               {"enumeration"}, withoutMembers);
-    enums.add("classes tell arrays apart", "isEqual is element-wise equality (order 35)", {"enumeration"},
+    enums.add("other members", write, {"enumeration"}, otherMembers);
+    enums.add("classes tell arrays apart", "isEqual is element-wise equality (slot 36)", {"enumeration"},
               classesDiffer);
 }
 

@@ -286,7 +286,7 @@ void addFailureChecks(Checks& checks) {
     Family refusal(checks, "refusals");
     refusal.add(
         "refusals lose nothing",
-        "what a back-end cannot do is reported by throwing (orders 17 to 19, 23 to 28, 32, 47; factory)", {},
+        "what a back-end cannot do is reported by throwing (slots 18 to 20, 24 to 29, 33, 48; factory)", {},
         refusalsLoseNothing);
     Family repeats(checks, "over and over");
     const std::string balanced =

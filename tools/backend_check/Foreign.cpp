@@ -4,7 +4,12 @@
 
 #include <foundation/vexadata/Enumeration.hpp>
 #include <foundation/vexadata/StructElement.hpp>
+#include <vexa/data/detail/ContiguousIteratorImpl.hpp>
 #include <vexa/data/detail/ForwardIteratorImpl.hpp>
+#include <vexa/data/detail/Identity.hpp>
+#include <vexa/testing/ForwardingObjects.hpp>
+
+#include <memory>
 
 namespace vexa::check {
 
@@ -173,6 +178,43 @@ public:
     using Foreign::Foreign;
 };
 
+class SharingNumber final : public TypedArrayImpl<double> {
+public:
+    explicit SharingNumber(std::shared_ptr<double> value) : value_(std::move(value)) {}
+
+    ArrayImpl* sharedCopy() const override { return new SharingNumber(value_); }
+    IteratorImpl* beginIterator(void*, bool writable) override { return iteratorAt(0, writable); }
+    IteratorImpl* endIterator(void*, bool writable) override { return iteratorAt(1, writable); }
+    ArrayType getType() const override { return ArrayType::DOUBLE; }
+    data::MemoryLayout getMemoryLayout() const override { return data::MemoryLayout::COLUMN_MAJOR; }
+    ReferenceImpl* createElementReference(std::size_t, const std::string&, bool) override { return nullptr; }
+    const Dimensions& getDimensions() const override {
+        static const Dimensions scalar{1, 1};
+        return scalar;
+    }
+    std::size_t getNumberOfElements() const override { return 1; }
+    bool isEmpty() const override { return false; }
+    std::uint64_t getArrayID() const override { return identity_.get(); }
+    void unshare() override {
+        if (value_.use_count() > 1) value_ = std::make_shared<double>(*value_);
+    }
+    bool isEqual(const ArrayImpl* other) const override {
+        return *value_ == *dynamic_cast<const TypedArrayImpl<double>&>(*other).getTypedDataPtr();
+    }
+    double* getElementAddress(std::size_t, const std::string&, bool) override { return value_.get(); }
+    void setElementValue(std::size_t, const std::string&, double value) override { *value_ = value; }
+    const double* getTypedDataPtr() const override { return value_.get(); }
+
+private:
+    IteratorImpl* iteratorAt(std::size_t position, bool writable) {
+        if (writable) unshare();
+        return new data::detail::ContiguousIteratorImpl<double>(value_.get() + position);
+    }
+
+    std::shared_ptr<double> value_;
+    data::detail::Identity identity_;
+};
+
 /// The class for the arrays of a tag; void for no kind.
 template <class Tag>
 struct ForeignClass {
@@ -218,6 +260,18 @@ Owned<ArrayImpl> foreign(Owned<ArrayImpl> array) {
             return Owned<ArrayImpl>(new Class(std::move(array)));
         }
     });
+}
+
+Owned<ObjectImpl> foreignObject(Owned<ObjectImpl> object) {
+    using namespace testing;
+    const bool handle = dynamic_cast<data::impl::HandleObjectRefImpl*>(object.get()) != nullptr;
+    Inner<ObjectImpl> inner(object.release());
+    return Owned<ObjectImpl>(handle ? new ForwardingHandleObject(std::move(inner))
+                                    : new ForwardingObject(std::move(inner)));
+}
+
+Owned<ArrayImpl> sharingNumbers(double value) {
+    return Owned<ArrayImpl>(new SharingNumber(std::make_shared<double>(value)));
 }
 
 Owned<ArrayImpl> emptyArray() {

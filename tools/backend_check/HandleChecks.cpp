@@ -139,15 +139,15 @@ void balance(Backend& backend) {
 void addHandleChecks(Checks& checks) {
     Family handles(checks, "handles");
     const std::vector<std::string> needs{"handle-object"};
-    handles.add("handle objects name what they denote",
-                "getZVMID is the engine instance, getId the number in it (handle objects, 1, 2; factory, 15)",
-                needs, namesWhatItDenotes);
+    handles.add(
+        "handle objects name what they denote",
+        "getZVMID is the engine instance, getId the number in it (slots 3, 4 of handle objects; slot 16 of the factory)",
+        needs, namesWhatItDenotes);
     handles.add("handle objects in arrays",
-                "order 38 answers with the handle object at an element, order 39 stores one", needs,
-                inArrays);
-    handles.add("handle objects are told apart", "isEqual is element-wise equality (order 35)", needs,
+                "slot 39 answers with the handle object at an element, slot 40 stores one", needs, inArrays);
+    handles.add("handle objects are told apart", "isEqual is element-wise equality (slot 36)", needs,
                 differInOneByte);
-    handles.add("handle objects are retained and released", "setElementObject borrows (order 59)", needs,
+    handles.add("handle objects are retained and released", "setElementObject borrows (slot 60)", needs,
                 balance);
 }
 

@@ -190,35 +190,39 @@ void leavesCounts(Backend& backend) {
 
 void addIterationChecks(Checks& checks) {
     Family iteration(checks, "iteration");
-    const std::string position = "isEqual says that two iterators stand at one position (iterators, 5)";
+    const std::string position =
+        "isEqual says that two iterators stand at one position (slot 4 of iterators)";
     iteration.add("begin to end passes every element",
-                  "beginIterator stands at the first element, endIterator past the last (orders 4, 5)", {},
+                  "beginIterator stands at the first element, endIterator past the last (slots 5, 6)", {},
                   overRanges(&expectToPassAll));
-    iteration.add("distances", "distanceTo is the number of elements to the other position (iterators, 6)",
-                  {}, overRanges(&expectDistances));
+    iteration.add("distances",
+                  "distanceTo is the number of elements to the other position (slot 5 of iterators)", {},
+                  overRanges(&expectDistances));
     iteration.add("advance and decrement",
-                  "advance moves by a count, back when negative (iterators, 4, 7, 8)", {},
+                  "advance moves by a count, back when negative (slots 3, 6, 7 of iterators)", {},
                   overRanges(&expectMoves));
     iteration.add("iterators are equal only at one position", position, {},
                   overRanges(&expectEqualOnlyThere));
     iteration.add("clones move on their own",
-                  "clone is an independent copy at the same position (iterators, 3)", {},
+                  "clone is an independent copy at the same position (slot 2 of iterators)", {},
                   overRanges(&expectIndependentClones));
     iteration.add("addresses in the order of positions",
-                  "getElementAddress is the address of the current element (iterators, 13)", {}, addresses);
+                  "getElementAddress is the address of the current element (slot 12 of iterators)", {},
+                  addresses);
     iteration.add("addresses of non-zeros both ways",
-                  "getElementAddress is the address of the current element (iterators, 13)", {},
+                  "getElementAddress is the address of the current element (slot 12 of iterators)", {},
                   sparseAddresses);
     iteration.add(
         "writes through an iterator arrive",
-        "with `writable` the storage is exclusively owned before the iterator is handed out (order 4)", {},
+        "with `writable` the storage is exclusively owned before the iterator is handed out (slot 5)", {},
         writes);
     iteration.add("chains to elements",
-                  "createReference is a new chain to the current element (iterators, 10)", {}, references);
+                  "createReference is a new chain to the current element (slot 9 of iterators)", {},
+                  references);
     iteration.add("a saved chain is kept and released",
-                  "a saved chain is kept as long as its iterator (iterators, 11)", {}, keepsChain);
+                  "a saved chain is kept as long as its iterator (slot 10 of iterators)", {}, keepsChain);
     iteration.add("iterators leave the counts",
-                  "an iterator is owned alone; its count stays at 1 (orders 4, 5)", {}, leavesCounts);
+                  "an iterator is owned alone; its count stays at 1 (slots 5, 6)", {}, leavesCounts);
 }
 
 } // namespace vexa::check

@@ -2,7 +2,7 @@
 
 #include "Check.hpp"
 #include "Foreign.hpp"
-#include "Samples.hpp"
+#include "Nesting.hpp"
 
 #include <foundation/vexadata/Exception.hpp>
 #include <vexa/data/detail/ForwardIteratorImpl.hpp>
@@ -13,146 +13,6 @@ namespace vexa::check {
 namespace {
 
 using testing::FailingAllocations;
-/// One thing that holds an array.
-struct Level {
-    std::string name;
-    std::vector<std::string> needs;
-    /// A new array that holds `content`. What else owns the content then goes to `spared`.
-    Owned<ArrayImpl> (*hold)(const Backend&, ArrayImpl& content, std::vector<Owned<ObjectImpl>>& spared);
-    /// The array held, borrowed; for writing it is the holder's alone.
-    ArrayImpl* (*inside)(ArrayImpl& holder, bool forWrite);
-    /// Stores `content` into a holder of this level.
-    void (*put)(ArrayImpl& holder, ArrayImpl& content);
-};
-
-ArrayImpl* throughChain(Owned<ReferenceImpl> chain, bool forWrite) {
-    if (forWrite) chain->prepareForWrite();
-    return chain->getArrayImpl();
-}
-
-Owned<data::impl::PropertyImpl> secondProperty(ArrayImpl& objects) {
-    const auto here = adopt(asObjects(objects).beginElementProperties(1), "beginElementProperties");
-    here->increment();
-    auto object = adopt(here->get(), "get of a property iterator");
-    return Owned<data::impl::PropertyImpl>(&dynamic_cast<data::impl::PropertyImpl&>(*object.detach()));
-}
-
-Owned<ArrayImpl> newObjects(const Backend& backend) {
-    const auto description = pointClass(backend);
-    return adopt(backend.factory().createValueObjectArrayImpl({1, 2}, description.get()),
-                 "createValueObjectArrayImpl");
-}
-
-const std::vector<std::string> objectNeeds{"object-array", "value-object", "class", "double"};
-
-const std::vector<Level> levels{
-    {"a cell",
-     {"cell", "double"},
-     [](const Backend& backend, ArrayImpl& content, std::vector<Owned<ObjectImpl>>&) {
-         auto cells = backend.array(ArrayType::CELL, {1, 2});
-         assign(*cells, 1, {}, content);
-         return cells;
-     },
-     [](ArrayImpl& cells, bool forWrite) {
-         return throughChain(adopt(cells.createElementReference(1, {}, forWrite), "createElementReference"),
-                             forWrite);
-     },
-     [](ArrayImpl& cells, ArrayImpl& content) { assign(cells, 1, {}, content); }},
-    {"a field",
-     {"struct", "double"},
-     [](const Backend& backend, ArrayImpl& content, std::vector<Owned<ObjectImpl>>&) {
-         auto records =
-             adopt(backend.factory().createStructArrayImpl({1, 2}, {"z", "b"}), "createStructArrayImpl");
-         assign(*records, 1, "b", content);
-         return records;
-     },
-     [](ArrayImpl& records, bool forWrite) {
-         return throughChain(
-             adopt(records.createElementReference(1, "b", forWrite), "createElementReference"), forWrite);
-     },
-     [](ArrayImpl& records, ArrayImpl& content) { assign(records, 1, "b", content); }},
-    {"a property", objectNeeds,
-     [](const Backend& backend, ArrayImpl& content, std::vector<Owned<ObjectImpl>>& spared) {
-         auto objects = newObjects(backend);
-         auto point = newPoint(backend, *scalar(backend, 5), content);
-         asObjects(*objects).setElementObject(1, point.get());
-         spared.push_back(std::move(point));
-         return objects;
-     },
-     [](ArrayImpl& objects, bool forWrite) {
-         if (forWrite) {
-             objects.unshare();
-             const auto chain = adopt(secondProperty(objects)->getReference(), "getReference");
-             ArrayImpl* held = chain->getElementArray(true);
-             chain->prepareForWrite();
-             return held;
-         }
-         fv::Array held = asObjects(objects).getElementProperty(1, property("y"));
-         return fv::detail::Access::impl(held).get();
-     },
-     [](ArrayImpl& objects, ArrayImpl& content) {
-         objects.unshare();
-         adopt(secondProperty(objects)->getReference(), "getReference")->setArray(&content);
-     }},
-    {"a property of an array", objectNeeds,
-     [](const Backend& backend, ArrayImpl& content, std::vector<Owned<ObjectImpl>>&) {
-         auto objects = newObjects(backend);
-         adopt(asObjects(*objects).getArrayPropertyReference(property("unit")), "getArrayPropertyReference")
-             ->setArray(&content);
-         return objects;
-     },
-     [](ArrayImpl& objects, bool forWrite) {
-         objects.unshare();
-         return adopt(asObjects(objects).getArrayPropertyReference(property("unit")),
-                      "getArrayPropertyReference")
-             ->getElementArray(forWrite);
-     },
-     [](ArrayImpl& objects, ArrayImpl& content) {
-         objects.unshare();
-         adopt(asObjects(objects).getArrayPropertyReference(property("unit")), "getArrayPropertyReference")
-             ->setArray(&content);
-     }}};
-
-using Path = std::vector<const Level*>;
-
-double valueIn(ArrayImpl& top, const Path& path, std::size_t from = 0) {
-    ArrayImpl* array = &top;
-    for (; from < path.size(); ++from) {
-        array = path[from]->inside(*array, false);
-        expect(array != nullptr, path[from]->name + " holds no array");
-    }
-    return scalarValue(*array);
-}
-
-/// What a way to write leads to is ready for it.
-void writeIn(ArrayImpl& top, const Path& path, double value) {
-    ArrayImpl* array = &top;
-    for (const Level* level : path)
-        array = level->inside(*array, true);
-    asNumbers<double>(*array).setElementValue(0, {}, value);
-}
-
-/// Runs `f` with every path of one to three levels that are offered, the outermost first.
-void eachPath(Backend& backend, const std::function<void(const Path&, const std::string&)>& f) {
-    std::vector<Path> paths{{}};
-    std::size_t count = 0;
-    for (std::size_t first = 0; first < paths.size(); ++first) {
-        if (paths[first].size() == 3) break;
-        for (const Level& level : levels) {
-            if (!offersAll(backend, level.needs)) continue;
-            paths.push_back(paths[first]);
-            paths.back().push_back(&level);
-            std::string what;
-            for (const Level* one : paths.back())
-                what.append(what.empty() ? "" : " of ").append(one->name);
-            backend.step("an array in " + what);
-            f(paths.back(), what);
-            ++count;
-        }
-    }
-    if (count == 0) throw NotOffered{"no kind of array that holds arrays is offered"};
-    backend.note(show(count) + " ways to nest");
-}
 
 /// Every array on the way has other owners, or none of them has.
 void spareOtherOwners(Backend& backend) {
@@ -203,7 +63,7 @@ void sameArrayTwice(Backend& backend) {
         assign(*cells, 1, {}, *held);
         held.reset();
         objects.clear();
-        Path inSecond{&levels.front()};
+        Path inSecond{&levels().front()};
         inSecond.insert(inSecond.end(), path.begin(), path.end());
         writeIn(*cells, inSecond, 2);
         const auto first = adopt(cells->createElementReference(0, {}, false), "createElementReference");
@@ -239,7 +99,7 @@ void intoItsOwnPlace(Backend& backend) {
                 asStructs(*holder).setFieldValues(1, std::move(values));
                 expectThere(" by setFieldValues");
             }
-        if (path[0]->needs == objectNeeds && holder->getNumberOfElements() > 1) {
+        if (path[0]->needs.front() == "object-array" && holder->getNumberOfElements() > 1) {
             ObjectArrayImpl& array = asObjects(*holder);
             if (const Owned<ObjectImpl> own(array.getElementObject(1)); own != nullptr) {
                 array.setElementObject(1, own.get());
@@ -255,7 +115,7 @@ void intoItsOwnPlace(Backend& backend) {
 void chainsGoStale(Backend& backend) {
     std::size_t count = 0;
     for (std::size_t k = 0; k < 2; ++k) { // cells and structs
-        const Level& level = levels[k];
+        const Level& level = levels()[k];
         if (!offersAll(backend, level.needs)) continue;
         ++count;
         const std::string field = level.needs[0] == "cell" ? "" : "b";
@@ -291,10 +151,23 @@ void chainsGoStale(Backend& backend) {
     if (count == 0) throw NotOffered{"neither cells nor structs are offered"};
 }
 
+/// Whether every holder of a path keeps the very array that it was given. Those inside of a back-end that wraps
+/// another one are not its own.
+bool keepsWhatItIsGiven(const Backend& backend, const Path& path) {
+    std::vector<Owned<ObjectImpl>> objects;
+    auto content = scalar(backend, 1);
+    for (std::size_t k = path.size(); k-- > 0;) {
+        auto holder = path[k]->hold(backend, *content, objects);
+        if (path[k]->inside(*holder, false) != content.get()) return false;
+        content = std::move(holder);
+    }
+    return true;
+}
+
 /// It is refused, or a copy of what the array was is stored; it never holds itself.
 void intoItself(Backend& backend) {
     eachPath(backend, [&](const Path& path, const std::string& what) {
-        if (path.size() != 1 || (path[0] != &levels[0] && path[0] != &levels[1])) return;
+        if (path.size() > 1 && !keepsWhatItIsGiven(backend, path)) return;
         std::ptrdiff_t lost = 0;
         for (int times = 0; times < 3; ++times) { // what the back-end makes once is made the first time
             FailingAllocations::start();
@@ -314,6 +187,10 @@ void intoItself(Backend& backend) {
                     stored = false;
                 }
                 if (stored) {
+                    ArrayImpl* inside = array.get();
+                    for (const Level* level : path)
+                        inside = level->inside(*inside, false);
+                    expect(inside != array.get(), "an array that was stored into " + what + " holds itself");
                     Path twice = path;
                     twice.insert(twice.end(), path.begin(), path.end());
                     expectEqual("the value in " + what + " of an array that was stored into itself",
@@ -332,10 +209,55 @@ void intoItself(Backend& backend) {
     });
 }
 
+/// The same of an object, whose property holds the array that it becomes an element of.
+void objectIntoItself(Backend& backend) {
+    std::ptrdiff_t lost = 0;
+    for (int times = 0; times < 6; ++times) {
+        const bool byValue = times % 2 == 1;
+        FailingAllocations::start();
+        {
+            const Level& elements = levels()[2];
+            const auto array = backend.array(ArrayType::VALUE_OBJECT, {1, 2});
+            asObjects(*array).setElementObject(1, newPoint(backend, 5, 1).get());
+            auto object = newPoint(backend, *scalar(backend, 3), *array);
+            bool stored = true;
+            try {
+                if (byValue)
+                    asObjects(*array).setElementValue(1, {}, fv::HandleObjectRef(share(*object).detach()));
+                else
+                    asObjects(*array).setElementObject(1, object.get());
+            } catch (...) {
+                stored = false;
+            }
+            if (stored) {
+                const fv::Array held = asObjects(*array).getElementProperty(1, property("y"));
+                expect(fv::detail::Access::impl(held).get() != array.get(),
+                       "an object array in which an object was stored that holds it holds itself");
+            }
+            const Path once{&elements};
+            const Path twice{&elements, &elements};
+            expectEqual(
+                "the value in an object array after an object that holds the array was stored into it",
+                valueIn(*array, stored ? twice : once), 1.0);
+            object.reset();
+            if (stored) {
+                writeIn(*array, twice, 2);
+                expectEqual("the value in it after a write", valueIn(*array, twice), 2.0);
+            }
+        }
+        lost = FailingAllocations::liveBlocks();
+        FailingAllocations::stop();
+        if (times > 3)
+            expect(lost <= 0, "an object array in which an object was stored that holds it loses " +
+                                  show(lost) + " block(s) of memory");
+    }
+}
+
 /// Cells and fields that hold cells of another back-end.
 void comparesForeign(Backend& backend) {
     eachPath(backend, [&](const Path& path, const std::string& what) {
-        if (path.size() != 1 || (path[0] != &levels[0] && path[0] != &levels[1]) || !backend.offers("cell"))
+        if (path.size() != 1 || (path[0] != &levels()[0] && path[0] != &levels()[1]) ||
+            !backend.offers("cell"))
             return;
         const auto holding = [&](double value) {
             auto cells = backend.array(ArrayType::CELL, {1, 1});
@@ -347,6 +269,36 @@ void comparesForeign(Backend& backend) {
             expectEqual("isEqual of arrays with cells of another back-end in " + what + ", of 1 and " +
                             show(value),
                         holding(1)->isEqual(holding(value).get()), value == 1);
+    });
+}
+
+/// Hundreds of arrays, one in another: compared, copied, written inside, and gone.
+void deepNests(Backend& backend) {
+    eachLevel(backend, [&](const Level& level) {
+        const Path path(400, &level);
+        const auto nest = [&](double value) {
+            auto held = scalar(backend, value);
+            for (std::size_t k = 0; k < path.size(); ++k) {
+                std::vector<Owned<ObjectImpl>> objects;
+                held = level.hold(backend, *held, objects);
+            }
+            return held;
+        };
+        const auto array = nest(1);
+        const std::string what = "an array " + show(path.size()) + " deep in " + level.name;
+        expectEqual("the value in " + what, valueIn(*array, path), 1.0);
+        if (level.name != "a property of an array") {
+            expectEqual("isEqual of " + what + " and another", array->isEqual(nest(1).get()), true);
+            expectEqual("isEqual of " + what + " and one with another value", array->isEqual(nest(2).get()),
+                        false);
+        }
+        auto copy = adopt(array->sharedCopy(), "sharedCopy");
+        writeIn(*copy, path, 3);
+        expectEqual("the value in " + what + " after a write inside a copy", valueIn(*array, path), 1.0);
+        expectEqual("the value in " + what + " of the copy", valueIn(*copy, path), 3.0);
+        backend.step("releasing " + what);
+        copy.reset();
+        expectEqual("the value in " + what + " after its copy has gone", valueIn(*array, path), 1.0);
     });
 }
 
@@ -376,25 +328,29 @@ void mixedIntoItself(Backend& backend) {
 
 void addNestingChecks(Checks& checks) {
     Family nesting(checks, "nesting");
-    const std::string own = "by a write inside an element, its array is the element's alone (order 12)";
+    const std::string own = "by a write inside an element, its array is the element's alone (slot 13)";
     nesting.add("writes at any depth spare other owners", own, {}, spareOtherOwners);
     nesting.add("one array in two places", own, {}, sameArrayTwice);
     nesting.add(
         "an array into its own place",
-        "assignElementArray stores an array, borrowed, also one that nobody else holds (orders 17, 48, 59)",
+        "assignElementArray stores an array, borrowed, also one that nobody else holds (slots 18, 49, 60)",
         {}, intoItsOwnPlace);
     nesting.add(
         "chains whose array is gone",
         "with indices a chain means an element of the array for which it was made: it throws when another lies "
-        "there (order 12)",
+        "there (slot 13)",
         {"double"}, chainsGoStale);
     nesting.add("an array into itself",
-                "assignElementArray stores an array, borrowed, and nothing is lost (order 17)", {},
+                "assignElementArray stores an array, borrowed, and nothing is lost (slot 18)", {},
                 intoItself);
+    nesting.add("an object into the array that it holds",
+                "setElementObject stores an object, borrowed, and nothing is lost (slot 60)",
+                {"new-value-object", "object-array", "value-object", "class", "double"}, objectIntoItself);
+    nesting.add("deep nests", own, {"double"}, deepNests);
     nesting.add("cells of another back-end are compared",
-                "isEqual sees arrays that may belong to another back-end (order 35)", {}, comparesForeign);
+                "isEqual sees arrays that may belong to another back-end (slot 36)", {}, comparesForeign);
     nesting.add("an array of cells and numbers into itself",
-                "assignElementArray stores an array, borrowed (order 17)", {"cell", "double"},
+                "assignElementArray stores an array, borrowed (slot 18)", {"cell", "double"},
                 mixedIntoItself);
 }
 

@@ -7,6 +7,7 @@
 
 #include <vexa/data/impl/IdentifierImpl.hpp>
 
+#include <array>
 #include <memory>
 #include <utility>
 
@@ -220,6 +221,11 @@ void properties(Backend& backend) {
         expectThrows("getPropertyReference of one that is not there",
                      [&] { Owned<ReferenceImpl>(point->getPropertyReference(property(name))); });
     }
+    fv::VexaPropertyIdentifier moved("x");
+    const fv::VexaPropertyIdentifier taken = std::move(moved);
+    expectEqual("hasProperty of an identifier that was moved from", point->hasProperty(moved), false);
+    expectThrows("getProperty of an identifier that was moved from", [&] { point->getProperty(moved); });
+    expectEqual("hasProperty of the one that was moved to", point->hasProperty(taken), true);
     expectEqual("property x", valueOf(*point, "x"), 1.0);
     expectEqual("property y", valueOf(*point, "y"), 2.0);
     expectEqual("getExternalRepresentationPropertyNames", point->getExternalRepresentationPropertyNames(),
@@ -230,27 +236,185 @@ void properties(Backend& backend) {
     expect(fresh->getProperty(property("x")) != nullptr, "getProperty of a new object returns null");
 }
 
-/// The identifiers that a class names find each its own property, also where superclasses have namesakes.
-void inheritedProperties(Backend& backend) {
-    std::vector<fv::ClassInfo> above;
-    for (const char* name : {"Point", "Pixel"})
-        above.emplace_back(newClass(backend, name, {"x", "y"}).detach());
-    const auto below = newClass(backend, "Dot", {"y", "z"}, {}, above);
-    const auto object = adopt(backend.factory().createValueObjectImpl(below.get()), "createValueObjectImpl");
+using Walk = ForwardIteratorImpl* (ClassInfoImpl::*)() const;
+
+/// The identifiers between two iterators of a class, as handles have them.
+Identifiers identifiersOf(const ClassInfoImpl& description, Walk begin, Walk last) {
     Identifiers ids;
-    const auto end = adopt(below->endProperties(), "endProperties");
-    for (const auto here = adopt(below->beginProperties(), "beginProperties"); !here->equal(end.get());
-         here->increment())
+    const auto end = adopt((description.*last)(), "end");
+    for (const auto here = adopt((description.*begin)(), "begin"); !here->equal(end.get()); here->increment())
         ids.emplace_back(here->get());
-    expectEqual("numOfProperties of an object", object->numOfProperties(), ids.size());
-    for (std::size_t k = 0; k < ids.size(); ++k)
-        adopt(object->getPropertyReference(ids[k]), "getPropertyReference")
-            ->setArray(scalar(backend, static_cast<double>(k)).get());
+    return ids;
+}
+Identifiers propertiesOf(const ClassInfoImpl& description) {
+    return identifiersOf(description, &ClassInfoImpl::beginProperties, &ClassInfoImpl::endProperties);
+}
+Identifiers arrayPropertiesOf(const ClassInfoImpl& description) {
+    return identifiersOf(description, &ClassInfoImpl::beginArrayProperties,
+                         &ClassInfoImpl::endArrayProperties);
+}
+
+/// A family of classes: superclasses with namesakes, a class that redefines one, one that is reached in two ways.
+std::vector<std::pair<std::string, Owned<ClassInfoImpl>>> familyOfClasses(const Backend& backend) {
+    const Texts xy{"x", "y"};
+    std::vector<std::pair<std::string, Owned<ClassInfoImpl>>> all;
+    const auto add = [&](const char* name, const Texts& own, const std::vector<std::size_t>& above) {
+        std::vector<fv::ClassInfo> infos;
+        for (const std::size_t k : above)
+            infos.emplace_back(share(*all[k].second).detach());
+        auto made = newClass(backend, name, own, own, infos);
+        all.emplace_back(name, std::move(made));
+    };
+    add("Point", xy, {});
+    add("Pixel", xy, {});
+    add("Dot", {"y", "z"}, {0, 1});        // two of each name, and a third y
+    add("Mark", {"w"}, {0});               // names of one superclass only
+    add("Stamp", {}, {2, 3});              // Point twice
+    add("Label", {"text", "x", "a"}, {3}); // redefines x
+    return all;
+}
+
+/// Each means the property that it names, whoever made it: those of the class, the like with the same names, those of a
+/// superclass.
+void expectEachItsOwn(const std::string& what, const Identifiers& ids,
+                      const std::function<std::string(const fv::VexaPropertyIdentifier&)>& valueAt,
+                      const std::function<bool(const fv::VexaPropertyIdentifier&)>& has,
+                      const std::vector<std::pair<std::string, Identifiers>>& ofSuperclasses) {
+    const auto qualifierOf = [](const fv::VexaPropertyIdentifier& id) {
+        return fv::detail::Access::impl(id)->className();
+    };
     for (std::size_t k = 0; k < ids.size(); ++k) {
-        const std::string of = " of " + ids[k].getExternalPropertyName() + ", which the class names";
-        expectEqual("getProperty" + of, scalarValue(*object->getProperty(ids[k])), static_cast<double>(k));
-        expectEqual("hasProperty" + of, object->hasProperty(ids[k]), true);
+        const std::string wanted = "1x1 double [" + show(k) + "]";
+        const std::string name = ids[k].getPropertyName();
+        const auto expectFound = [&](const fv::VexaPropertyIdentifier& id, const std::string& how) {
+            const std::string of = " of " + what + ", of " + ids[k].getExternalPropertyName() + how;
+            expectEqual("the property" + of, valueAt(id), wanted);
+            expectEqual("whether the property" + of + " is there", has(id), true);
+        };
+        expectFound(ids[k], ", which its class names");
+        const bool alone = std::count_if(ids.begin(), ids.end(), [&](const auto& other) {
+                               return other.getPropertyName() == name;
+                           }) == 1;
+        if (alone) expectFound(property(name), " by its name alone, which no other has");
+        const std::string qualifier = qualifierOf(ids[k]);
+        if (!qualifier.empty())
+            expectFound(fv::VexaPropertyIdentifier(qualifier, name),
+                        " by the names of its class and its own");
+        for (const auto& [superclass, theirs] : ofSuperclasses)
+            for (const auto& id : theirs)
+                if (id.getPropertyName() == name && qualifierOf(id).empty() && qualifier == superclass)
+                    expectFound(id, ", which the superclass " + superclass + " names");
+        expectEqual("whether the property Nowhere." + name + " of " + what + " is there",
+                    has(fv::VexaPropertyIdentifier("Nowhere", name)), false);
+        expectThrows("the property Nowhere." + name + " of " + what,
+                     [&] { valueAt(fv::VexaPropertyIdentifier("Nowhere", name)); });
     }
+}
+
+/// A subclass names the properties of all its superclasses, or of none.
+void expectAllOrNone(const std::string& what, const Identifiers& ids, const Identifiers& above,
+                     const std::string& superclass) {
+    std::size_t found = 0;
+    for (const auto& wanted : above)
+        for (const auto& id : ids)
+            if (id.getPropertyName() == wanted.getPropertyName() &&
+                fv::detail::Access::impl(id)->className() ==
+                    (fv::detail::Access::impl(wanted)->className().empty()
+                         ? superclass
+                         : fv::detail::Access::impl(wanted)->className())) {
+                ++found;
+                break;
+            }
+    expect(found == 0 || found == above.size(), what + " names " + show(found) + " of the " +
+                                                    show(above.size()) + " properties of its superclass " +
+                                                    superclass);
+}
+
+void inheritedProperties(Backend& backend) {
+    auto classes = familyOfClasses(backend);
+    std::vector<std::pair<std::string, Identifiers>> named, namedOfArrays;
+    std::vector<fv::ClassInfo> infos; // which link their identifiers
+    for (const auto& [name, description] : classes) {
+        infos.emplace_back(share(*description).detach());
+        named.emplace_back(name, propertiesOf(*description));
+        namedOfArrays.emplace_back(name, arrayPropertiesOf(*description));
+    }
+    const std::vector<std::vector<std::size_t>> above{{}, {}, {0, 1}, {0}, {2, 3}, {3}};
+    for (std::size_t k = 0; k < classes.size(); ++k) {
+        const std::string& name = classes[k].first;
+        for (const std::size_t one : above[k]) {
+            expectAllOrNone("the class " + name, named[k].second, named[one].second, named[one].first);
+            expectAllOrNone("the class " + name + " for its arrays", namedOfArrays[k].second,
+                            namedOfArrays[one].second, named[one].first);
+        }
+        const auto object =
+            adopt(backend.factory().createValueObjectImpl(classes[k].second.get()), "createValueObjectImpl");
+        const Identifiers& ids = named[k].second;
+        expectEqual("numOfProperties of an object of " + name, object->numOfProperties(), ids.size());
+        for (std::size_t n = 0; n < ids.size(); ++n)
+            adopt(object->getPropertyReference(ids[n]), "getPropertyReference")
+                ->setArray(scalar(backend, static_cast<double>(n)).get());
+        expectEachItsOwn(
+            "an object of " + name, ids, [&](const auto& id) { return shownArray(*object->getProperty(id)); },
+            [&](const auto& id) { return object->hasProperty(id); }, named);
+        if (!backend.offers("object-array")) continue;
+        const auto array =
+            adopt(backend.factory().createValueObjectArrayImpl({1, 1}, classes[k].second.get()),
+                  "createValueObjectArrayImpl");
+        ObjectArrayImpl& objects = asObjects(*array);
+        const Identifiers& ofArray = namedOfArrays[k].second;
+        expectEqual("numOfArrayProperties of an array of " + name, objects.numOfArrayProperties(),
+                    ofArray.size());
+        for (std::size_t n = 0; n < ofArray.size(); ++n)
+            adopt(objects.getArrayPropertyReference(ofArray[n]), "getArrayPropertyReference")
+                ->setArray(scalar(backend, static_cast<double>(n)).get());
+        expectEachItsOwn(
+            "an array of " + name, ofArray,
+            [&](const auto& id) {
+                const fv::Array value = objects.getArrayProperty(id);
+                return shownArray(*fv::detail::Access::impl(value));
+            },
+            [&](const auto& id) { return objects.hasArrayProperty(id); }, namedOfArrays);
+    }
+}
+
+/// Two superclasses of each class, both below the same two: as many ways to the top as 2 to the power of the steps.
+void superclassesInManyWays(Backend& backend) {
+    std::vector<fv::ClassInfo> above;
+    for (std::size_t step = 0; step < 60; ++step) {
+        std::vector<fv::ClassInfo> next;
+        for (const char* side : {"Left", "Right"})
+            next.emplace_back(newClass(backend, std::string(side).append(std::to_string(step)),
+                                       {std::string("p").append(std::to_string(step))}, {}, above)
+                                  .detach());
+        above = std::move(next);
+    }
+    const auto last = newClass(backend, "Last", {"own"}, {}, above);
+    expectEqual("the name of a class below many", nameOfClass(*last), "Last");
+    const auto object = adopt(backend.factory().createValueObjectImpl(last.get()), "createValueObjectImpl");
+    setProperty(*object, "own", *scalar(backend, 5));
+    expectEqual("the own property of an object of a class below many", valueOf(*object, "own"), 5.0);
+}
+
+/// Every letter and digit, in every place of a name that counts its letters in words.
+void namesOfAllLetters(Backend& backend) {
+    Texts names;
+    for (const char* range : {"az", "AZ"})
+        for (char letter = range[0]; letter <= range[1]; ++letter) {
+            names.emplace_back(1, letter);
+            names.push_back(std::string("n").append(1, letter));
+        }
+    for (char digit = '0'; digit <= '9'; ++digit)
+        names.push_back(std::string("n").append(1, digit));
+    names.emplace_back("n_");
+    names.emplace_back("n_n9Z");
+    const auto description = newClass(backend, "Letters", names, names);
+    const auto object =
+        adopt(backend.factory().createValueObjectImpl(description.get()), "createValueObjectImpl");
+    for (std::size_t k = 0; k < names.size(); ++k)
+        setProperty(*object, names[k], *scalar(backend, static_cast<double>(k)));
+    for (std::size_t k = 0; k < names.size(); ++k)
+        expectEqual("property " + names[k], valueOf(*object, names[k]), static_cast<double>(k));
 }
 
 /// Values of all kinds, of other back-ends too, stored and replaced one by one.
@@ -459,6 +623,10 @@ void expectRefusals(const Backend& backend, const std::string& operation,
         refused("createElementReference for writing",
                 [&] { Owned<ReferenceImpl>(cell.createElementReference(0, {}, true)); });
         refused("assignElementArray", [&] { cell.assignElementArray(0, {}, value.get()); });
+        const std::string held = shownArray(*typed<PropertyImpl>(*one).getValue());
+        const std::string of = " through getReference of a property from " + operation;
+        expectEqual("getElementArray for reading" + of, shownArray(*chain->getElementArray(false)), held);
+        expectEqual("createElementReference for reading" + of, shownElementArray(cell, 0, {}), held);
     }
     expectOneReference("an array whose storing was refused", *value);
 }
@@ -579,9 +747,32 @@ void elementsCompared(Backend& backend) {
                     return adopt(backend.factory().createEnumerationObjectImpl(name, member),
                                  "createEnumerationObjectImpl");
                 });
-    const auto arrayOf = [&](const auto& element) {
+    const auto ofClass = [&](const char* name, const Texts& names) {
+        elements.emplace_back(std::string("a ") + name, [&backend, name, names] {
+            auto object = adopt(backend.factory().createValueObjectImpl(newClass(backend, name, names).get()),
+                                "createValueObjectImpl");
+            for (std::size_t k = 0; k < names.size(); ++k)
+                setProperty(*object, names[k], *scalar(backend, static_cast<double>(k + 1)));
+            return object;
+        });
+    };
+    ofClass("Pixel", {"depth"});
+    ofClass("Voxel", {"x", "y", "z"});
+    ofClass("Nothing", {});
+    if (backend.offers("handle-object"))
+        for (const auto engine : std::array<unsigned char, 2>{1, 2})
+            for (const long id : {3L, 4L})
+                elements.emplace_back(
+                    "object " + show(id) + " of engine " + show(engine), [&backend, engine, id] {
+                        return adopt(backend.factory().createHandleObjectRefImpl({{0, engine}}, id),
+                                     "createHandleObjectRefImpl");
+                    });
+    const auto arrayOf = [&](const auto& element, bool ofAnother = false) {
         auto array = backend.array(ArrayType::VALUE_OBJECT, {1, 2});
-        if (const Owned<ObjectImpl> object = element()) asObjects(*array).setElementObject(1, object.get());
+        if (Owned<ObjectImpl> object = element()) {
+            if (ofAnother) object = foreignObject(std::move(object));
+            asObjects(*array).setElementObject(1, object.get());
+        }
         return array;
     };
     for (const auto& [what, element] : elements)
@@ -589,10 +780,45 @@ void elementsCompared(Backend& backend) {
             const std::string of = "isEqual of arrays that hold " + what + " and " + otherwise;
             backend.step(of);
             expectEqual(of, arrayOf(element)->isEqual(arrayOf(other).get()), what == otherwise);
-            if (what == "an object" && otherwise == what)
-                expectEqual(of + " of another back-end",
-                            arrayOf(element)->isEqual(foreign(arrayOf(other)).get()), true);
+            expectEqual(of + ", the second array of another back-end",
+                        arrayOf(element)->isEqual(foreign(arrayOf(other)).get()), what == otherwise);
+            expectEqual(of + ", the second object of another back-end",
+                        arrayOf(element)->isEqual(arrayOf(other, true).get()), what == otherwise);
+            expectEqual(of + ", the first object of another back-end",
+                        arrayOf(element, true)->isEqual(arrayOf(other).get()), what == otherwise);
         }
+}
+
+/// It answers, with an error or a value.
+void propertyOfNoObject(Backend& backend) {
+    const auto array = backend.array(ArrayType::VALUE_OBJECT, {1, 2});
+    backend.step("getElementProperty of an element that holds no object");
+    try {
+        asObjects(*array).getElementProperty(1, property("x"));
+    } catch (...) {}
+    expectOneReference("an object array that was asked for a property of no object", *array);
+}
+
+/// An array that was made for a class refuses others, or says that it has them.
+void objectsOfAnotherClass(Backend& backend) {
+    const auto pixel = newClass(backend, "Pixel", {"depth"});
+    for (const bool byValue : {false, true}) {
+        const auto array = points(backend);
+        const auto object =
+            adopt(backend.factory().createValueObjectImpl(pixel.get()), "createValueObjectImpl");
+        asObjects(*array).setElementObject(0, newPoint(backend, 1, 2).get());
+        try {
+            if (byValue)
+                asObjects(*array).setElementValue(1, {}, fv::HandleObjectRef(share(*object).detach()));
+            else
+                asObjects(*array).setElementObject(1, object.get());
+        } catch (...) {
+            expectOneReference("an object that was refused", *object);
+            continue;
+        }
+        expectEqual("isHeterogeneous of an array that took an object of another class",
+                    asObjects(*array).isHeterogeneous(), true);
+    }
 }
 
 /// Read and walked by element, with the objects of several elements held at once.
@@ -796,6 +1022,11 @@ void scalars(Backend& backend) {
     expectContents("an array of one object", *array, {"x=1x1 double [1], y=1x1 double [2]"});
     expectEqual("the class of an array of one object",
                 asObjects(*array).getClassInfo().getClassIdentifier().getString(), "Point");
+    expectEqual("hasArrayProperty of an array of one object",
+                asObjects(*array).hasArrayProperty(property("unit")), true);
+    expectEqual("numOfArrayProperties of an array of one object", asObjects(*array).numOfArrayProperties(),
+                1);
+    expectEqual("isHeterogeneous of an array of one object", asObjects(*array).isHeterogeneous(), false);
     auto copy = adopt(array->sharedCopy(), "sharedCopy");
     asObjects(*copy).setElementObject(0, newPoint(backend, 3, 4).get());
     expectContents("an array of one object after a write to its copy", *array,
@@ -818,59 +1049,72 @@ void addObjectChecks(Checks& checks) {
     const Texts object{"value-object", "class", "double"};
     const Texts array{"object-array", "value-object", "class", "double"};
     const Texts classless{"new-value-object", "object-array", "value-object", "class", "double"};
-    const std::string walks = "iterators are new ones, with one reference for the caller (objects, 8 to 11)";
+    const std::string walks =
+        "iterators are new ones, with one reference for the caller (slots 7 to 10 of objects)";
     objects.add("classes name their properties",
-                "iterators over the identifiers of a class (classes, 4 to 8, 11, 12)", {"class"},
+                "iterators over the identifiers of a class (slots 3 to 7, 10, 11 of classes)", {"class"},
                 describesClasses);
-    objects.add("classes name their superclasses", "iterators over the superclasses (classes, 9, 10)",
+    objects.add("classes name their superclasses", "iterators over the superclasses (slots 8, 9 of classes)",
                 {"class"}, describesSuperclasses);
-    objects.add("classes are retained and released", "what is passed is borrowed (factory, 11 to 14)",
-                {"class"}, balanceOfClasses);
+    objects.add("classes are retained and released",
+                "what is passed is borrowed (slots 12 to 15 of the factory)", {"class"}, balanceOfClasses);
     objects.add("identifiers are linked to the class",
-                "calls updateClassInfo on every property identifier held (classes, 14)", {"class"},
+                "calls updateClassInfo on every property identifier held (slot 13 of classes)", {"class"},
                 linksIdentifiers);
     objects.add("properties are read and written",
-                "an unknown property is the back-end's to report (objects, 5 to 7, 16 to 18)", object,
+                "an unknown property is the back-end's to report (slots 4 to 6, 15 to 17 of objects)", object,
                 properties);
     objects.add("properties by their names",
-                "the value of a property, by its whole name (objects, 6, 7, 16; orders 43, 44, 58)", object,
-                namesAlike);
-    objects.add("properties of superclasses",
-                "the value of a property, by the identifier that its class gives (classes, 4; objects, 6, 7)",
-                object, inheritedProperties);
-    objects.add("properties hold arrays of all kinds", "a writable reference to a property (objects, 7)",
-                object, storesValues);
+                "the value of a property, by its whole name (slots 5, 6, 15 of objects; slots 44, 45, 59)",
+                object, namesAlike);
+    objects.add(
+        "properties of superclasses",
+        "the value of a property, by the identifier that its class gives (slot 3 of classes; slots 5, 6 of objects)",
+        object, inheritedProperties);
+    objects.add("superclasses in many ways",
+                "classes with superclasses (slot 12 of the factory; slots 8, 9 of classes)", object,
+                superclassesInManyWays);
+    objects.add("names of all letters", "the value of a property, by its whole name (slots 5, 6 of objects)",
+                object, namesOfAllLetters);
+    objects.add("elements without object",
+                "what an element without object answers is the back-end's choice: but it answers (slot 59)",
+                classless, propertyOfNoObject);
+    objects.add("objects of another class", "isHeterogeneous: elements of different classes (slots 43, 60)",
+                array, objectsOfAnotherClass);
+    objects.add("properties hold arrays of all kinds",
+                "a writable reference to a property (slot 6 of objects)", object, storesValues);
     objects.add("properties in their order", walks, object, propertyIterators);
-    objects.add("copies of objects are independent", "sharedCopy gives an independent copy (objects, 3)",
-                object, copiesOfObjects);
-    objects.add("values are retained and released", "the value of a property, shared (objects, 6)", object,
-                balanceOfProperties);
-    objects.add("enumeration objects name their member",
-                "the name is NUL-terminated and lives as long as the object (objects, 4; factory, 16)",
-                {"enumeration-object"}, membersOfEnumerations);
+    objects.add("copies of objects are independent",
+                "sharedCopy gives an independent copy (slot 2 of objects)", object, copiesOfObjects);
+    objects.add("values are retained and released", "the value of a property, shared (slot 5 of objects)",
+                object, balanceOfProperties);
+    objects.add(
+        "enumeration objects name their member",
+        "the name is NUL-terminated and lives as long as the object (slot 3 of objects; slot 17 of the factory)",
+        {"enumeration-object"}, membersOfEnumerations);
     objects.add("objects are retained and released",
-                "getElementObject gives one reference, setElementObject borrows (orders 59, 60)", array,
+                "getElementObject gives one reference, setElementObject borrows (slots 60, 61)", array,
                 balanceOfObjects);
     objects.add("arrays describe their class",
-                "class, classes mixed, external dimensions and names (orders 41, 42, 55 to 57)", array,
+                "class, classes mixed, external dimensions and names (slots 42, 43, 56 to 58)", array,
                 arrayDescribesItself);
-    objects.add("arrays of mixed classes", "isHeterogeneous: elements of different classes (order 42)",
+    objects.add("arrays of mixed classes", "isHeterogeneous: elements of different classes (slot 43)",
                 classless, classesMixed);
-    objects.add("elements tell arrays apart", "isEqual is element-wise equality (order 35)", classless,
+    objects.add("elements tell arrays apart", "isEqual is element-wise equality (slot 36)", classless,
                 elementsCompared);
-    objects.add("elements of object arrays",
-                "properties and objects by element (orders 38, 58 to 60, 66, 67)", array, elementsOfArrays);
+    objects.add("elements of object arrays", "properties and objects by element (slots 39, 59 to 61, 67, 68)",
+                array, elementsOfArrays);
     objects.add("objects in several elements",
-                "by a write to a property, the object is the element's alone (order 66)", array,
+                "by a write to a property, the object is the element's alone (slot 67)", array,
                 sharedObjects);
     objects.add("properties of the array",
-                "array properties, their iterators, their equality (orders 43 to 50, 57, 68)", array,
+                "array properties, their iterators, their equality (slots 44 to 51, 58, 69)", array,
                 arrayProperties);
     objects.add("references to properties lead into a cell array",
-                "a chain to the value's element of a cell array (objects, 7)", object,
+                "a chain to the value's element of a cell array (slot 6 of objects)", object,
                 referencesToProperties);
     objects.add("references to array properties do too",
-                "a chain to the value's element of a cell array (order 44)", array,
+                "a chain to the value's element of a cell array (slot 45)", array,
                 referencesToArrayProperties);
     objects.add(
         "read-only walks refuse writes",
@@ -878,12 +1122,12 @@ void addObjectChecks(Checks& checks) {
         "10, 11)",
         object, readOnlyWalks);
     objects.add("read-only walks of array properties do too",
-                "what properties from cbeginArrayProp refer to throws when written, too (orders 47, 48)",
+                "what properties from cbeginArrayProp refer to throws when written, too (slots 48, 49)",
                 array, readOnlyWalksOfArrays);
     objects.add("arrays of other dimensions are unequal",
-                "isEqual of object arrays is asked about arrays with any dimensions (order 35)", array,
+                "isEqual of object arrays is asked about arrays with any dimensions (slot 36)", array,
                 otherDimensions);
-    objects.add("arrays of one object", "an array of the object, which is borrowed (factory, 13)",
+    objects.add("arrays of one object", "an array of the object, which is borrowed (slot 14 of the factory)",
                 {"object-scalar", "value-object", "class", "double"}, scalars);
 }
 

@@ -227,9 +227,9 @@ void addForHolders(std::vector<Operation>& all) {
                                           std::string::npos,
                                       "the chain leads to another array");
                            }});
-        all.push_back({"order 13", kind, false, {}, [=](const Backend&, Subject& subject, Trial& trial) {
-                           const auto chain = adopt(
-                               trial([&] { return subject.array->forwardingOp(1, field); }), "order 13");
+        all.push_back({"slot 14", kind, false, {}, [=](const Backend&, Subject& subject, Trial& trial) {
+                           const auto chain =
+                               adopt(trial([&] { return subject.array->forwardingOp(1, field); }), "slot 14");
                            expect(chain->getArrayImpl() != nullptr, "the chain has no array");
                        }});
         all.push_back(

@@ -519,53 +519,53 @@ void addSharedChecks(Checks& checks) {
     Family shape(checks, "shape");
     shape.add(
         "dimensions, counts, emptiness",
-        "getNumberOfElements is the product of the dimensions, isEmpty says that it is 0 (orders 14, 15, 29)",
+        "getNumberOfElements is the product of the dimensions, isEmpty says that it is 0 (slots 15, 16, 30)",
         {}, shapes);
     shape.add("elements in place",
-              "the place of the elements, which the array keeps up to date (InPlaceArrayImpl; order 49)", {},
+              "the place of the elements, which the array keeps up to date (InPlaceArrayImpl; slot 50)", {},
               inPlace);
     shape.add("sizes around powers of two", "dimensions arrive with a product that fits in 64 bits", {},
               sizes);
     shape.add("extents beyond 32 bits", "dimensions arrive with a product that fits in 64 bits", {},
               hugeExtents);
     shape.add("dimensions stay where they are",
-              "getDimensions is valid, and at the same address, as long as the array lives (order 14)", {},
+              "getDimensions is valid, and at the same address, as long as the array lives (slot 15)", {},
               dimensionsStay);
     shape.add("arrays lend dimensions of their own",
-              "getDimensions is valid as long as the array lives (order 14)", {}, dimensionsOfTwo);
+              "getDimensions is valid as long as the array lives (slot 15)", {}, dimensionsOfTwo);
     Family contents(checks, "contents");
     contents.add("arrays hold what was put in", "what is stored is what is read", {}, holdsWhatItShould);
     contents.add("a write changes one part of one element",
                  "a write stores its value into the element or field that it names", {}, writesArrive);
     contents.add(
         "what is lent stays until a write",
-        "addresses, texts and names are valid until the array is changed (orders 12, 22 to 24, 34, 40, 41, 43)",
+        "addresses, texts and names are valid until the array is changed (slots 13, 23 to 25, 35, 41, 42, 44)",
         {}, lendsUntilChanged);
     Family copies(checks, "copies");
-    const std::string independent = "writing to a copy or its original never shows in the other (order 1)";
+    const std::string independent = "writing to a copy or its original never shows in the other (slot 2)";
     copies.add("sharedCopy gives the same",
-               "sharedCopy gives an independent copy with one reference (order 1)", {}, copiesAlike);
+               "sharedCopy gives an independent copy with one reference (slot 2)", {}, copiesAlike);
     copies.add("writing to a copy spares the original", independent, {}, copyWritten);
     copies.add("writing to the original spares a copy", independent, {}, originalWritten);
     copies.add("earlier iterators spare a copy",
-               "not even iterators made before show a write in the other (order 1)", {}, iteratorsOfOriginal);
-    copies.add("a copy outlives the original", "a copy is independent (order 1)", {}, copyOutlives);
-    copies.add("unshare changes nothing",
-               "unshare makes the storage exclusive in this same object (order 31)", {}, unshareKeeps);
+               "not even iterators made before show a write in the other (slot 2)", {}, iteratorsOfOriginal);
+    copies.add("a copy outlives the original", "a copy is independent (slot 2)", {}, copyOutlives);
+    copies.add("unshare changes nothing", "unshare makes the storage exclusive in this same object (slot 32)",
+               {}, unshareKeeps);
     Family equality(checks, "equality");
     const std::string elementwise =
-        "isEqual is element-wise equality with an array of equal dimensions and type (order 35)";
+        "isEqual is element-wise equality with an array of equal dimensions and type (slot 36)";
     equality.add(
         "identities tell arrays apart",
-        "one identity is never given to different contents, 0 never to an array with elements (order 30)", {},
+        "one identity is never given to different contents, 0 never to an array with elements (slot 31)", {},
         identities);
-    equality.add("identities of many arrays", "one identity is never given to different contents (order 30)",
+    equality.add("identities of many arrays", "one identity is never given to different contents (slot 31)",
                  {}, manyIdentities);
     equality.add("equal contents are equal", elementwise, {}, equalContents);
     equality.add("any difference is seen", elementwise, {}, unequalContents);
     equality.add("equality follows writes", elementwise, {}, equalityFollowsWrites);
     equality.add("arrays of other back-ends",
-                 "isEqual sees arrays that may belong to another back-end (order 35)", {}, otherBackEnds);
+                 "isEqual sees arrays that may belong to another back-end (slot 36)", {}, otherBackEnds);
     equality.add("numbers are compared as numbers", elementwise, {}, comparesNumbers);
 }
 

@@ -1,11 +1,14 @@
 // Sparse matrices.
 
 #include "Check.hpp"
+#include "Foreign.hpp"
 #include "Samples.hpp"
 
 #include <foundation/vexadata/Exception.hpp>
 
+#include <array>
 #include <complex>
+#include <set>
 
 namespace vexa::check {
 
@@ -50,13 +53,17 @@ const std::vector<Matrix>& matrices() {
                                  {{300, 300}, {}},
                                  {{200, 400}, {}},
                                  {{(std::size_t(1) << 40) + 1, 3},
-                                  {{7, 0}, {std::size_t(1) << 40, 0}, {(std::size_t(1) << 33) + 1, 2}}}};
+                                  {{7, 0}, {std::size_t(1) << 40, 0}, {(std::size_t(1) << 33) + 1, 2}}},
+                                 {{4, 3000}, {}}};
         for (std::size_t column = 0; column < 300; ++column)
             for (std::size_t row = column % 3; row < 300; row += column % 7 == 3 ? 300 : 97)
                 made[10].places.emplace_back(row, column);
         for (std::size_t column = 0; column < 400; ++column)
             for (std::size_t row = 0; row < 200; ++row)
                 if ((row + column) % 9 != 0) made[11].places.emplace_back(row, column);
+        for (std::size_t column = 1; column < 3000; column += column * column % 61) // with many columns empty
+            for (std::size_t row = column % 4; row < 4; row += 2)
+                made[13].places.emplace_back(row, column);
         return made;
     }();
     return all;
@@ -337,6 +344,198 @@ void buffersFreed(Backend& backend) {
                                              &F::createVexaSparseComplexDoubleImpl);
 }
 
+/// Rows anywhere among as many as any number of bits can count, and as many non-zeros as any way to sort may care for.
+void rowsOfEverySize(Backend& backend) {
+    eachType(backend, [&](ArrayType type) {
+        for (std::size_t bits = 1; bits < 62; ++bits)
+            for (const std::size_t count : {std::size_t(40), std::size_t(bits % 10 == 3 ? 3000 : 300)}) {
+                if (type != ArrayType::SPARSE_DOUBLE && bits % 7 != 0) continue;
+                Matrix matrix{{(std::size_t(1) << bits) + bits % 2, 3}, {}};
+                std::size_t random = bits;
+                for (std::size_t k = 0; k < count; ++k) {
+                    random = random * 6364136223846793005U + 1442695040888963407U;
+                    matrix.places.emplace_back((random ^ random >> 32) % matrix.dimensions[0],
+                                               random >> 60 & 1);
+                }
+                matrix.places.emplace_back(matrix.dimensions[0] - 1, 2);
+                std::sort(matrix.places.begin(), matrix.places.end(), [](const auto& a, const auto& b) {
+                    return std::pair{a.second, a.first} < std::pair{b.second, b.first};
+                });
+                matrix.places.erase(std::unique(matrix.places.begin(), matrix.places.end()),
+                                    matrix.places.end());
+                for (const std::size_t order : {1U, 2U})
+                    expectMatrix(*fromTriplets(backend, type, matrix, order), matrix, "");
+            }
+    });
+}
+
+/// Triplets as somebody may give them.
+struct Given {
+    Dimensions dimensions;
+    std::vector<double> values;
+    Places places;
+};
+
+/// What the creator says of itself in its three ways is one matrix, in which each place holds what was given for it: the
+/// last or first of several, their sum, nothing for a zero.
+void expectSomeMatrix(ArrayImpl& array, const Given& given, const std::string& what) {
+    const std::size_t count = array.getNumberOfNonZeroElements();
+    const std::size_t columns = given.dimensions[1];
+    expect(array.getJc()[0] == 0 && array.getJc()[columns] == count,
+           "getJc of " + what + " does not go from 0 to the number of non-zeros");
+    std::set<std::pair<std::size_t, std::size_t>> seen;
+    const Contents contents = contentsOf(array);
+    const Iterator here = beginOf(array);
+    for (std::size_t k = 0; k < count; ++k, here->increment()) {
+        const auto place = array.getIndex(k);
+        expect(place.first < given.dimensions[0] && place.second < columns,
+               "non-zero " + show(k) + " of " + what + " lies outside of it, at " + show(place));
+        expect(array.getIr()[k] == place.first && array.getJc()[place.second] <= k &&
+                   k < array.getJc()[place.second + 1],
+               "getIr and getJc of " + what + " tell another place than getIndex(" + show(k) + ")");
+        expect(seen.insert(place).second, "two non-zeros of " + what + " lie at " + show(place));
+    }
+    for (std::size_t k = 0; k < given.places.size(); ++k) {
+        std::vector<double> allowed;
+        double sum = 0;
+        for (std::size_t other = 0; other < given.places.size(); ++other)
+            if (given.places[other] == given.places[k]) {
+                allowed.push_back(given.values[other]);
+                sum += given.values[other];
+            }
+        allowed.push_back(sum);
+        const auto text = [&](double value) {
+            const bool logical = array.getType() == ArrayType::SPARSE_LOGICAL;
+            return show(given.places[k]) + "=" +
+                   (logical ? show(value != 0)
+                    : array.getType() == ArrayType::SPARSE_COMPLEX_DOUBLE
+                        ? show(std::complex<double>(value, 0))
+                        : show(value));
+        };
+        const bool none = seen.count(given.places[k]) == 0;
+        expect(std::any_of(allowed.begin(), allowed.end(),
+                           [&](double value) {
+                               return none ? value == 0
+                                           : std::find(contents.begin(), contents.end(), text(value)) !=
+                                                 contents.end();
+                           }),
+               "the element at " + show(given.places[k]) + " of " + what +
+                   " is nothing that was given for it");
+    }
+    for (const auto& place : seen)
+        expect(std::find(given.places.begin(), given.places.end(), place) != given.places.end(),
+               "nothing was given for the non-zero of " + what + " at " + show(place));
+}
+
+/// Several for one place, zeros, places outside, rows in any order: it is refused, or becomes some matrix.
+void anyTriplets(Backend& backend) {
+    eachType(backend, [&](ArrayType type) {
+        std::size_t random = 7;
+        const auto next = [&](std::size_t below) {
+            random = random * 6364136223846793005U + 1442695040888963407U;
+            return (random >> 33) % below;
+        };
+        for (std::size_t trial = 0; trial < 400; ++trial) {
+            Given given{{1 + next(6), 1 + next(5)}, {}, {}};
+            const bool outside = trial % 8 == 7;
+            const std::size_t count = 1 + next(14);
+            const std::size_t kinds = trial % 3 == 0 ? 1 : 3; // of values, the first of which is no zero
+            for (std::size_t k = 0; k < count; ++k) {
+                given.places.emplace_back(next(given.dimensions[0]), next(given.dimensions[1]));
+                given.values.push_back(std::array{2.0, 0.0, -2.0}[next(kinds)]);
+            }
+            const bool compressed = trial % 2 == 1 && backend.offers("compressed-columns");
+            if (outside) {
+                auto& place = given.places[next(count)];
+                if (compressed || next(2) == 0)
+                    place.first = given.dimensions[0] + (next(2) == 0 ? 0 : next(50));
+                else
+                    place.second = given.dimensions[1] + (next(2) == 0 ? 0 : next(50));
+            }
+            if (compressed)
+                std::stable_sort(given.places.begin(), given.places.end(), [&](const auto& a, const auto& b) {
+                    return trial % 4 == 1 ? std::pair{a.second, a.first} < std::pair{b.second, b.first}
+                                          : a.second < b.second;
+                });
+            std::vector<std::size_t> columns;
+            for (const auto& place : given.places)
+                columns.push_back(place.second);
+            const Matrix matrix{given.dimensions, given.places};
+            if (compressed) columns = startsOf(matrix);
+            Owned<ArrayImpl> array;
+            try {
+                array.reset(createSparse(backend.factory(), type, given.dimensions, given.values,
+                                         rowsOf(matrix), columns, compressed));
+            } catch (...) {
+                continue; // refused
+            }
+            expect(array != nullptr, "the creator of sparse arrays returns null");
+            expectSomeMatrix(*array, given,
+                             "a " + describe(*array) + " from " + show(count) +
+                                 (compressed ? " values in compressed columns" : " triplets"));
+            expectSomeMatrix(*adopt(array->sharedCopy(), "sharedCopy"), given,
+                             "a copy of a " + describe(*array));
+        }
+    });
+}
+
+/// A value becomes zero through a writable iterator: stored or not, it is a zero.
+void storedZeros(Backend& backend) {
+    const Matrix matrix{{3, 4}, {{0, 0}, {2, 0}, {1, 1}, {0, 3}, {1, 3}, {2, 3}}};
+    const std::size_t masks = std::size_t(1) << matrix.places.size();
+    eachType(backend, [&](ArrayType type) {
+        const auto writeTo = [&](ArrayImpl& array, std::size_t k, double value) {
+            array.unshare();
+            const Iterator here = beginOf(array, true);
+            here->advance(static_cast<std::int64_t>(k));
+            if (type == ArrayType::SPARSE_LOGICAL)
+                *static_cast<bool*>(here->getElementAddress()) = value != 0;
+            else
+                *static_cast<double*>(here->getElementAddress()) = value; // the real part comes first
+        };
+        std::vector<Owned<ArrayImpl>> zeroed;  // the values of a mask are zero
+        std::vector<Owned<ArrayImpl>> without; // there never were any
+        std::vector<Owned<ArrayImpl>> others;
+        for (std::size_t mask = 0; mask < masks; ++mask) {
+            zeroed.push_back(fromTriplets(backend, type, matrix, 0));
+            std::vector<double> values;
+            std::vector<std::size_t> rows, columns;
+            for (std::size_t k = 0; k < matrix.places.size(); ++k) {
+                if ((mask >> k & 1) != 0) {
+                    writeTo(*zeroed.back(), k, 0);
+                    continue;
+                }
+                values.push_back(valueFor(type, k));
+                rows.push_back(matrix.places[k].first);
+                columns.push_back(matrix.places[k].second);
+            }
+            without.push_back(
+                adopt(createSparse(backend.factory(), type, matrix.dimensions, values, rows, columns, false),
+                      "the creator of sparse arrays"));
+            others.push_back(foreign(adopt(zeroed.back()->sharedCopy(), "sharedCopy")));
+        }
+        for (std::size_t a = 0; a < masks; ++a)
+            for (std::size_t b = 0; b < masks; ++b)
+                for (const auto* list : {&zeroed, &without, &others}) {
+                    const ArrayImpl& second = *(*list)[b];
+                    if (zeroed[a]->isEqual(&second) != (a == b) ||
+                        (list == &without && without[a]->isEqual(zeroed[b].get()) != (a == b)))
+                        fail("isEqual of " + describe(*zeroed[a]) + "s of which values were made zero is " +
+                             show(a != b) + ", where their elements are " + (a == b ? "equal" : "different"));
+                }
+        if (type == ArrayType::SPARSE_LOGICAL) return;
+        for (std::size_t mask = 0; mask < masks; ++mask)
+            for (std::size_t k = 0; k < matrix.places.size(); ++k) {
+                if ((mask >> k & 1) != 0) continue;
+                const auto copy = adopt(zeroed[mask]->sharedCopy(), "sharedCopy");
+                writeTo(*copy, k, 100);
+                expect(!copy->isEqual(without[mask].get()) && !without[mask]->isEqual(copy.get()),
+                       "isEqual of " + describe(*copy) +
+                           "s of which values were made zero and one differs is true");
+            }
+    });
+}
+
 /// Complex values keep both parts; values of either sign and size.
 void complexValues(Backend& backend) {
     const std::vector<std::complex<double>> values{{1, 2}, {0, 3}, {-1e300, 5e-300}, {4, -0.5}};
@@ -362,26 +561,35 @@ void complexValues(Backend& backend) {
 
 void addSparseChecks(Checks& checks) {
     Family sparse(checks, "sparse");
-    const std::string rowsAndColumns = "getRows and getCols are the extents (orders 25, 26)";
-    const std::string from = "sparse matrices from triplets in any order (factory, 2 to 4; orders 27, 28)";
+    const std::string rowsAndColumns = "getRows and getCols are the extents (slots 26, 27)";
+    const std::string from =
+        "sparse matrices from triplets in any order (slots 3 to 5 of the factory; slots 28, 29)";
     sparse.add("triplets in any order", from, {}, triplets);
-    sparse.add("compressed columns", "sparse matrices in compressed columns (factory, 5 to 7)",
+    sparse.add("compressed columns", "sparse matrices in compressed columns (slots 6 to 8 of the factory)",
                {"compressed-columns"}, compressed);
     sparse.add("rows and columns", rowsAndColumns, {}, extents);
-    sparse.add("column starts", "getJc is the column starts, one more than columns (order 23)", {},
+    sparse.add("column starts", "getJc is the column starts, one more than columns (slot 24)", {},
                columnStarts);
-    sparse.add("row indices", "getIr is the row indices of the non-zeros (order 24)", {}, rowIndices);
-    sparse.add("indices are lent together", "valid until the array is changed (orders 23, 24)", {},
+    sparse.add("row indices", "getIr is the row indices of the non-zeros (slot 25)", {}, rowIndices);
+    sparse.add("indices are lent together", "valid until the array is changed (slots 24, 25)", {},
                lendsIndices);
-    sparse.add("places tell arrays apart", "isEqual is element-wise equality (order 35)", {},
-               placesTellApart);
+    sparse.add("rows of every size", from, {}, rowsOfEverySize);
+    sparse.add(
+        "whatever triplets are given",
+        "sparse matrices from `count` triplets in any order: of each place one element, within the extents (factory, 2 "
+        "to 7; slots 24 to 29)",
+        {}, anyTriplets);
+    sparse.add("zeros that are stored are zeros", "isEqual is element-wise equality (slot 36)", {},
+               storedZeros);
+    sparse.add("places tell arrays apart", "isEqual is element-wise equality (slot 36)", {}, placesTellApart);
     sparse.add("complex values", from, {"sparse-complex-double"}, complexValues);
     sparse.add("nothing is read for no non-zeros",
-               "sparse matrices from `count` triplets, which may be none (factory, 2 to 7)", {},
+               "sparse matrices from `count` triplets, which may be none (slots 3 to 8 of the factory)", {},
                needsNoBuffers);
-    sparse.add("buffers are freed once",
-               "buffers passed by value are the back-end's, also when it throws (factory, 2 to 7)", {},
-               buffersFreed);
+    sparse.add(
+        "buffers are freed once",
+        "buffers passed by value are the back-end's, also when it throws (slots 3 to 8 of the factory)", {},
+        buffersFreed);
 }
 
 } // namespace vexa::check

@@ -1,6 +1,7 @@
 // Struct arrays.
 
 #include "Check.hpp"
+#include "Foreign.hpp"
 #include "Ranges.hpp"
 #include "Samples.hpp"
 
@@ -36,7 +37,15 @@ std::vector<Contents> fieldLists() {
             oneLetter.emplace_back(length, 'a');
             if (k < length) oneLetter.back()[k] = 'b';
         }
-    return {fields, {"x"}, {"b", "a", "B", "aa", "ab", "a1", "a_"}, many, oneLetter, {}};
+    Contents letters; // every one, first and later
+    for (const char* range : {"az", "AZ"})
+        for (char letter = range[0]; letter <= range[1]; ++letter) {
+            letters.emplace_back(1, letter);
+            letters.push_back(std::string("n").append(1, letter));
+        }
+    for (char digit = '0'; digit <= '9'; ++digit)
+        letters.push_back(std::string("n_").append(1, digit));
+    return {fields, {"x"}, {"b", "a", "B", "aa", "ab", "a1", "a_"}, many, oneLetter, letters, {}};
 }
 
 void fieldNames(Backend& backend) {
@@ -284,6 +293,9 @@ void namesTellApart(Backend& backend) {
         const auto second = records(backend, {1, 2}, other);
         expect(!array->isEqual(second.get()) && !second->isEqual(array.get()),
                "isEqual of struct arrays with the fields a, b and " + show(other) + " is true");
+        expect(!array->isEqual(foreign(records(backend, {1, 2}, other)).get()),
+               "isEqual of a struct array with the fields a, b and one of another back-end with " +
+                   show(other) + " is true");
     }
     expect(array->isEqual(records(backend, {1, 2}, {"a", "b"}).get()),
            "isEqual of struct arrays with equal fields is false");
@@ -295,20 +307,20 @@ void addStructChecks(Checks& checks) {
     Family structs(checks, "structs");
     const std::vector<std::string> needs{"struct", "double"};
     const std::string names =
-        "fieldNamesBegin and fieldNamesEnd give VexaIdentifierImpl objects (orders 41 to 43)";
+        "fieldNamesBegin and fieldNamesEnd give VexaIdentifierImpl objects (slots 42 to 44)";
     const std::string values =
-        "createFieldValuesIterator walks the field values of a record in field order (order 45)";
-    const std::string stored = "assignElementArray stores into a field, getField gives it (orders 17, 47)";
+        "createFieldValuesIterator walks the field values of a record in field order (slot 46)";
+    const std::string stored = "assignElementArray stores into a field, getField gives it (slots 18, 48)";
     structs.add("field names in the order given", names, {"struct"}, fieldNames);
     structs.add("no fields", names, {"struct"}, withoutFields);
-    structs.add("new fields are empty", "a new struct array holds empty arrays (factory, 10)", {"struct"},
-                fieldsStartEmpty);
+    structs.add("new fields are empty", "a new struct array holds empty arrays (slot 11 of the factory)",
+                {"struct"}, fieldsStartEmpty);
     structs.add("a field is stored in its record", stored, needs, storesFields);
     structs.add("a record is replaced in field order",
-                "setFieldValues replaces all field values of an element, in field order (order 48)", needs,
+                "setFieldValues replaces all field values of an element, in field order (slot 49)", needs,
                 storesRecords);
-    structs.add("unknown fields are reported", "an unknown name is the back-end's to report (order 47)",
-                needs, unknownFields);
+    structs.add("unknown fields are reported", "an unknown name is the back-end's to report (slot 48)", needs,
+                unknownFields);
     structs.add("field values in field order", values, needs, valueIterators);
     structs.add("field values both ways", values, needs, valueIteratorsGoBack);
     structs.add("field values from begin to end", values, needs, overValues(&expectToPassAll));
@@ -316,15 +328,16 @@ void addStructChecks(Checks& checks) {
     structs.add("field values: advance and decrement", values, needs, overValues(&expectMoves));
     structs.add("field values: equal only at one position", values, needs, overValues(&expectEqualOnlyThere));
     structs.add("field values: clones", values, needs, overValues(&expectIndependentClones));
-    structs.add("field values: saved chains", "a saved chain is kept as long as its iterator (iterators, 11)",
-                needs, valueIteratorsKeepChains);
+    structs.add("field values: saved chains",
+                "a saved chain is kept as long as its iterator (slot 10 of iterators)", needs,
+                valueIteratorsKeepChains);
     structs.add("field values: writes", values, needs, valueIteratorsWrite);
     structs.add("writes inside spare other owners",
-                "a chain makes the array held exclusively owned before its write (order 12)", needs,
+                "a chain makes the array held exclusively owned before its write (slot 13)", needs,
                 writesSpareOtherOwners);
     structs.add("what is held is retained and released",
-                "getField gives one reference for the caller (order 47)", needs, balance);
-    structs.add("names of fields tell arrays apart", "isEqual is element-wise equality (order 35)", needs,
+                "getField gives one reference for the caller (slot 48)", needs, balance);
+    structs.add("names of fields tell arrays apart", "isEqual is element-wise equality (slot 36)", needs,
                 namesTellApart);
 }
 

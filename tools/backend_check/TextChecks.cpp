@@ -5,6 +5,7 @@
 
 #include <foundation/vexadata/CharArray.hpp>
 #include <foundation/vexadata/Exception.hpp>
+#include <vexa/testing/FailingAllocations.hpp>
 
 namespace vexa::check {
 
@@ -65,6 +66,22 @@ void manyWrites(Backend& backend) {
         }
     }
     expectContents("a string array after 3000 writes", *array, wanted);
+}
+
+/// Long ones in place of long ones: what was there takes no memory any more, or not for long.
+void overwrittenTexts(Backend& backend) {
+    testing::FailingAllocations::start();
+    const auto array = strings(backend, {1, 4});
+    const auto bytesAfter = [&](std::size_t times) {
+        for (std::size_t number = 0; number < times; ++number)
+            setString(asStrings(*array), number % 4, fv::String(std::u16string(900 + number % 100, u'x')));
+        return testing::FailingAllocations::liveBytes();
+    };
+    const auto before = bytesAfter(100);
+    const auto after = bytesAfter(3000);
+    testing::FailingAllocations::stop();
+    expect(after < before + 200000, "a string array of four texts takes " + show(after - before) +
+                                        " bytes more after 3000 of 2 KB each were written over each other");
 }
 
 void emptyIsNotMissing(Backend& backend) {
@@ -173,22 +190,26 @@ void typedAccess(Backend& backend) {
 void addTextChecks(Checks& checks) {
     Family text(checks, "text");
     const std::string element =
-        "getStringElement fills in the first unit of a text and the number of units (order 22)";
-    text.add("new strings are missing", "createArrayImpl makes an array of missing strings (factory, 1)",
-             {"string"}, startMissing);
+        "getStringElement fills in the first unit of a text and the number of units (slot 23)";
+    text.add("new strings are missing",
+             "createArrayImpl makes an array of missing strings (slot 2 of the factory)", {"string"},
+             startMissing);
     text.add("strings hold texts of any length", element, {"string"}, holdsTexts);
-    text.add("many writes", "setStringElement stores an element (order 39)", {"string"}, manyWrites);
-    text.add("an empty text is not missing", "getStringElement gives null for a missing element (order 22)",
+    text.add("many writes", "setStringElement stores an element (slot 40)", {"string"}, manyWrites);
+    text.add("texts that were written over",
+             "setStringElement stores an element in place of another (slot 40)", {"string"},
+             overwrittenTexts);
+    text.add("an empty text is not missing", "getStringElement gives null for a missing element (slot 23)",
              {"string"}, emptyIsNotMissing);
-    text.add("texts are lent together", "a text is valid until the array is changed (order 22)", {"string"},
+    text.add("texts are lent together", "a text is valid until the array is changed (slot 23)", {"string"},
              lendsTexts);
-    text.add("setString widens", "setString widens each byte with its sign (order 19)", {"string"},
+    text.add("setString widens", "setString widens each byte with its sign (slot 20)", {"string"},
              narrowText);
-    text.add("castToString narrows", "castToString narrows a text, or throws for a unit above 127 (order 18)",
+    text.add("castToString narrows", "castToString narrows a text, or throws for a unit above 127 (slot 19)",
              {"string"}, narrowed);
-    text.add("typed access", "null from arrays that do not store optional objects (orders 38, 40)",
-             {"string"}, typedAccess);
-    text.add("a char array is one text", "elements lie side by side (order 40)", {"char"}, characters);
+    text.add("typed access", "null from arrays that do not store optional objects (slots 39, 41)", {"string"},
+             typedAccess);
+    text.add("a char array is one text", "elements lie side by side (slot 41)", {"char"}, characters);
 }
 
 } // namespace vexa::check

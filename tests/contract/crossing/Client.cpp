@@ -1,6 +1,6 @@
 // A client of the embedded back-end that uses every kind of handle. It is built with the headers of a
 // published contract and run over the libraries of today: it uses only what these headers have.
-#include "Numbers.hpp"
+#include "Elements.hpp"
 
 #include <foundation/vexadata/InProcessCustomWorkspace.hpp>
 #include <vexa/client/Exception.hpp>
@@ -249,6 +249,24 @@ void workspaces() {
 } // namespace
 
 int main() {
-    return report({numbers, positions<MemoryLayout::COLUMN_MAJOR>, positions<MemoryLayout::ROW_MAJOR>, texts,
-                   cells, records, classesAndObjects, handleObjects, sparse, workspaces});
+    return report({numbers,
+                   positions<MemoryLayout::COLUMN_MAJOR>,
+                   positions<MemoryLayout::ROW_MAJOR>,
+                   texts,
+                   cells,
+                   records,
+                   classesAndObjects,
+                   handleObjects,
+                   sparse,
+                   workspaces,
+                   numberElements<double, MemoryLayout::COLUMN_MAJOR>,
+                   numberElements<std::int8_t, MemoryLayout::ROW_MAJOR>,
+                   askedElements<MemoryLayout::COLUMN_MAJOR>,
+                   askedElements<MemoryLayout::ROW_MAJOR>,
+                   untypedElements<MemoryLayout::COLUMN_MAJOR>,
+                   untypedElements<MemoryLayout::ROW_MAJOR>,
+                   stringElements,
+                   cellElements,
+                   elementsOfFields,
+                   elementsOfIterators});
 }
