@@ -6,6 +6,7 @@
 
 #include <foundation/vexadata/StringElement.hpp>
 #include <foundation/vexadata/TypedIterator.hpp>
+#include <foundation/vexadata/Utf8.hpp>
 #include <foundation/vexadata/detail/ByKind.hpp>
 
 #include <cstdint>
@@ -78,7 +79,7 @@ namespace {
 template <class T>
 void write(std::ostream& stream, const T& value) {
     if constexpr (std::is_same_v<T, char16_t>) {
-        stream << toUtf8({&value, 1});
+        stream << toUtf8Lossy({&value, 1});
     } else if constexpr (detail::isComplexElement<T>) {
         stream << numberText(value, static_cast<int>(stream.precision()));
     } else if constexpr (sizeof(T) == 1 && !std::is_same_v<T, bool>) {
@@ -95,7 +96,7 @@ void writeScalar(std::ostream& stream, const detail::ElementPosition& element) {
     const std::size_t index = element.linearIndex();
     if (array.getType() == ArrayType::STRING) {
         const String text = detail::stringOf(array, index);
-        stream << (text ? toUtf8(*text) : "<missing>");
+        stream << (text ? toUtf8Lossy(*text) : "<missing>");
     } else if (array.getType() == ArrayType::ENUM) {
         stream << nameOrNone(array.castToString(index, detail::noFieldName));
     } else {

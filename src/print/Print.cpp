@@ -45,6 +45,19 @@ std::string toText(const Array& array, const PrintOptions& options) {
     return printer.text();
 }
 
+std::string toText(const Object& object, const PrintOptions& options) {
+    ValueObject shared;
+    detail::Access::impl(shared) = detail::Access::impl(object);
+    print::Printer printer(options);
+    printer.object("", shared);
+    return printer.text();
+}
+
+std::ostream& operator<<(std::ostream& stream, const Object& object) {
+    writeText(stream, toText(object, optionsOf(stream)));
+    return stream;
+}
+
 std::ostream& operator<<(std::ostream& stream, const Array& array) {
     writeText(stream, toText(array, optionsOf(stream)));
     return stream;

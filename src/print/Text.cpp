@@ -1,4 +1,4 @@
-// UTF-16 to UTF-8, quoting, and the width of characters on a terminal.
+// Quoting, and the width of characters on a terminal.
 #include "Text.hpp"
 
 #include "Escape.hpp"
@@ -11,11 +11,8 @@ namespace foundation::vexadata::print {
 
 namespace {
 
-constexpr char32_t replacement = 0xFFFD;
-
 bool isHighSurrogate(char16_t unit) noexcept { return unit >= 0xD800 && unit < 0xDC00; }
 bool isLowSurrogate(char16_t unit) noexcept { return unit >= 0xDC00 && unit < 0xE000; }
-bool isSurrogate(char32_t code) noexcept { return code >= 0xD800 && code < 0xE000; }
 
 /// Takes the first character off `text`; half of a pair stands for itself.
 char32_t takeCharacter(std::u16string_view& text) noexcept {
@@ -68,15 +65,6 @@ char32_t takeCharacter(std::string_view& text) noexcept {
 }
 
 } // namespace
-
-std::string toUtf8(std::u16string_view text) {
-    std::string out;
-    while (!text.empty()) {
-        const char32_t code = takeCharacter(text);
-        out += asUtf8(isSurrogate(code) ? replacement : code).view();
-    }
-    return out;
-}
 
 std::string quoted(std::u16string_view text, char quote, std::size_t most) {
     const bool cut = text.size() > most;

@@ -7,9 +7,6 @@
 
 namespace foundation::vexadata::print {
 
-/// `text` as UTF-8; halves of surrogate pairs become U+FFFD.
-std::string toUtf8(std::u16string_view text);
-
 /// `text` as UTF-8 between two `quote`s. Control characters, halves of surrogate pairs, the quote and the
 /// backslash are written as in a C++ literal. Of a text longer than `most` units the beginning is shown, and
 /// "..." follows.

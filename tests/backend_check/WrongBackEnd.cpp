@@ -1037,7 +1037,7 @@ ReferenceImpl* toProperty(const char* operation, ReferenceImpl* made) {
     Inner<ReferenceImpl> inner(made);
     if (is(operation, "poses-as-element")) return new PosingReference(std::move(inner));
     if (is(operation, "shares")) return new SharingReference(std::move(inner));
-    if (is(operation, "holds-itself")) return inner.release();
+    if (is(operation, "holds-itself")) return inner.detach();
     return counted(operation, new StoringReference(std::move(inner), is(operation, "follows")));
 }
 

@@ -289,6 +289,9 @@ TEST_F(Printing, SparseMatricesAndObjects) {
                                  "  [1] <none>";
     EXPECT_EQ(streamed(objects), expected);
     EXPECT_EQ(streamed(Array(objects)[0]), "object\n  x: empty\n  y: 1.5");
+    EXPECT_EQ(streamed(object), streamed(Array(objects)[0]));
+    EXPECT_EQ(toText(ValueObject()), "<none>");
+    EXPECT_EQ(streamed(factory.createHandleObjectRef(ZVMID(), 7)), "handle 7");
     EXPECT_EQ((*point.getPropertyIDs().begin()).getClassName(), "Point") << "links are left alone";
     auto handles = factory.createArray<HandleObjectRef>({1, 1});
     handles[0] = factory.createHandleObjectRef(ZVMID(), 7);

@@ -265,7 +265,7 @@ Owned<ArrayImpl> foreign(Owned<ArrayImpl> array) {
 Owned<ObjectImpl> foreignObject(Owned<ObjectImpl> object) {
     using namespace testing;
     const bool handle = dynamic_cast<data::impl::HandleObjectRefImpl*>(object.get()) != nullptr;
-    Inner<ObjectImpl> inner(object.release());
+    Inner<ObjectImpl> inner(object.detach());
     return Owned<ObjectImpl>(handle ? new ForwardingHandleObject(std::move(inner))
                                     : new ForwardingObject(std::move(inner)));
 }

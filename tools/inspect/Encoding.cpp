@@ -52,23 +52,6 @@ std::string_view firstCharacters(std::string_view text, std::size_t most) noexce
     return text.substr(0, text.size() - rest.size());
 }
 
-std::u16string toUtf16(std::string_view text) {
-    if (std::all_of(text.begin(), text.end(), [](char c) { return c >= 0; }))
-        return std::u16string(text.begin(), text.end());
-    std::u16string result;
-    result.reserve(text.size());
-    while (!text.empty()) {
-        const auto code = static_cast<char32_t>(takeCharacter(text).code);
-        if (code < 0x10000) {
-            result += static_cast<char16_t>(code);
-        } else {
-            result += static_cast<char16_t>(0xD7C0 + (code >> 10));
-            result += static_cast<char16_t>(0xDC00 + (code & 0x3FF));
-        }
-    }
-    return result;
-}
-
 std::size_t latin1ToUtf8(std::string_view text, char* out) noexcept {
     const char* start = out;
     for (const char c : text)

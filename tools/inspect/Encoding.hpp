@@ -25,9 +25,6 @@ std::optional<std::size_t> findInvalidByte(std::string_view text) noexcept;
 /// `text` up to its first `most` characters.
 std::string_view firstCharacters(std::string_view text, std::size_t most) noexcept;
 
-/// `text`, which is UTF-8, as UTF-16.
-std::u16string toUtf16(std::string_view text);
-
 /// The longest that Latin-1 grows as UTF-8.
 inline constexpr std::size_t utf8BytesOfLatin1 = 2;
 /// Writes `text`, which is Latin-1, as UTF-8 to `out`, which has room for it; returns the number of bytes

@@ -1,8 +1,7 @@
 #include "Variable.hpp"
 
-#include "Encoding.hpp"
-
 #include <foundation/vexadata/BufferAccess.hpp>
+#include <foundation/vexadata/Utf8.hpp>
 #include <foundation/vexadata/Visit.hpp>
 
 #include <algorithm>
@@ -79,7 +78,8 @@ Array makeStrings(TextBuffer& texts, ArrayFactory& factory, MemoryShare& memory)
     constexpr std::size_t longestText = std::size_t{16} << 20;
     memory.take(16 * texts.size() + 6 * texts.bytes() + 2 * std::min(texts.bytes(), longestText));
     auto strings = factory.createArray<String>({texts.size(), 1});
-    fill(strings, texts, [](auto& element, std::string_view text) { element = toUtf16(text); });
+    fill(strings, texts,
+         [](auto& element, std::string_view text) { element = foundation::vexadata::fromUtf8(text); });
     return strings;
 }
 

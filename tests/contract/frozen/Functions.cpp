@@ -4,6 +4,7 @@
 
 #include <foundation/vexadata/InProcessCustomWorkspace.hpp>
 #include <foundation/vexadata/Print.hpp>
+#include <foundation/vexadata/Utf8.hpp>
 #include <foundation/vexadata/VexaData.hpp>
 #include <vexa/data/detail/ElementMemory.hpp>
 #include <vexa/data/detail/Identity.hpp>
@@ -98,6 +99,8 @@ template struct Function<void (*)(void*), &rethrowHeldError>;
 template struct Function<bool (*)(const Array&), &isSparse>;
 template struct Function<std::unique_ptr<IteratorImpl> (*)(ArrayImpl&, bool, bool, const Chain&),
                          &iteratorOf>;
+template struct Function<std::u16string (*)(std::string_view), &fromUtf8>;
+template struct Function<std::u16string (*)(std::string_view), &fromUtf8Lossy>;
 template struct Function<const char* (*)(ArrayType), &kindName>;
 template struct Function<bool (*)(const ArrayImpl&, std::size_t, const std::string&), &memberIsNamed>;
 template struct Function<std::string (*)(const char16_t*, std::size_t), &narrowed>;
@@ -118,6 +121,7 @@ template struct Function<ElementPosition (*)(Chain&, std::size_t), &ElementPosit
 template struct Function<ReferenceImpl& (ElementPosition::*)() const, &ElementPosition::settled>;
 template struct Function<const std::string*, &noFieldName>;
 template struct Function<std::ostream& (*)(std::ostream&, const Array&), (&operator<<)>;
+template struct Function<std::ostream& (*)(std::ostream&, const Object&), (&operator<<)>;
 template struct Function<std::ostream& (*)(std::ostream&, const Printed&), (&operator<<)>;
 template struct Function<bool (*)(const Array&, const Array&), (&operator==)>;
 template struct Function<std::u16string (*)(const ElementPosition&), &presentText>;
@@ -137,7 +141,10 @@ template struct Function<void (*)(const ElementPosition&, Text), &storeText>;
 template struct Function<void (*)(const ElementPosition&, std::string_view), &storeText>;
 template struct Function<void (*)(Reference<Array>, Reference<Array>), &foundation::vexadata::swap>;
 template struct Function<std::string (*)(const Array&, const PrintOptions&), &toText>;
+template struct Function<std::string (*)(const Object&, const PrintOptions&), &toText>;
 template struct Function<std::u16string (*)(const Array&), &toUTF16>;
+template struct Function<std::string (*)(std::u16string_view), &toUtf8>;
+template struct Function<std::string (*)(std::u16string_view), &toUtf8Lossy>;
 template struct Function<void (*)(ArrayType), &typeIsPrimitive>;
 template struct Function<VexaPropertyIdentifier (*)(const VexaPropertyIdentifier&, ClassInfo&),
                          &validateVexaPropertyIdentifier>;

@@ -82,6 +82,18 @@ inline bool equalElements(const BorrowedText& a, const BorrowedText& b) noexcept
            (a.length == 0 || equalUnits(a.text, b.text, a.length));
 }
 
+inline BorrowedText borrowed(const String& text) noexcept {
+    return text ? BorrowedText{text->data(), text->size()} : BorrowedText();
+}
+
+/// Unit by unit; a missing element comes before every text.
+inline bool isBefore(const BorrowedText& a, const BorrowedText& b) noexcept {
+    if (a.text == nullptr || b.text == nullptr) {
+        return a.text == nullptr && b.text != nullptr;
+    }
+    return std::u16string_view(a.text, a.length) < std::u16string_view(b.text, b.length);
+}
+
 } // namespace detail
 
 /// What every handle to a string element can do: tell whether the element is there, and hand its text out.
@@ -273,6 +285,35 @@ bool operator!=(std::string_view text, const Ref& element) noexcept {
 template <class A, class B, detail::IfStringRef<A> = 0, detail::IfStringRef<B> = 0>
 bool operator!=(const A& a, const B& b) noexcept {
     return !(a == b);
+}
+
+// Order of elements, and of elements and values, as sorting needs it: by UTF-16 units, missing elements first and
+// equivalent to each other. Index errors and errors of the back-end pass through.
+
+template <class A, class B, detail::IfStringRef<A> = 0, detail::IfStringRef<B> = 0>
+bool operator<(const A& a, const B& b) {
+    return detail::isBefore(detail::textAt(detail::Access::position(a)),
+                            detail::textAt(detail::Access::position(b)));
+}
+template <class Ref, detail::IfStringRef<Ref> = 0>
+bool operator<(const Ref& element, const String& value) {
+    return detail::isBefore(detail::textAt(detail::Access::position(element)), detail::borrowed(value));
+}
+template <class Ref, detail::IfStringRef<Ref> = 0>
+bool operator<(const String& value, const Ref& element) {
+    return detail::isBefore(detail::borrowed(value), detail::textAt(detail::Access::position(element)));
+}
+template <class A, class B, detail::IfStringRef<A> = 0, detail::IfStringRef<B> = 0>
+bool operator>(const A& a, const B& b) {
+    return b < a;
+}
+template <class A, class B, detail::IfStringRef<A> = 0, detail::IfStringRef<B> = 0>
+bool operator<=(const A& a, const B& b) {
+    return !(b < a);
+}
+template <class A, class B, detail::IfStringRef<A> = 0, detail::IfStringRef<B> = 0>
+bool operator>=(const A& a, const B& b) {
+    return !(a < b);
 }
 
 } // namespace foundation::vexadata
