@@ -22,12 +22,7 @@ inline std::vector<std::size_t>&& normalised(std::vector<std::size_t>&& dims) {
         dims.push_back(1);
         return std::move(dims);
     }
-    std::size_t product = 1;
-    for (const std::size_t extent : dims) {
-        if (__builtin_mul_overflow(product, extent, &product)) {
-            detail::raise<NumberOfElementsExceedsMaximumException>();
-        }
-    }
+    detail::elementsOf(dims);
     return std::move(dims);
 }
 
@@ -192,5 +187,15 @@ UntypedBuffer ArrayFactory::typedBuffer(ArrayType type, std::size_t count) const
     backEnd().createBufferImpl(data, deleter, type, count);
     return UntypedBuffer(data, deleter);
 }
+
+namespace detail {
+
+ArrayImpl* newEmptyArray(ArrayType type) {
+    const Array array = ArrayFactory().createArray(type, {0, 0});
+    Access::impl(array)->retain();
+    return Access::impl(array).get();
+}
+
+} // namespace detail
 
 } // namespace foundation::vexadata

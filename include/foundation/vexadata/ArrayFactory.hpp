@@ -65,6 +65,18 @@ inline constexpr bool isNarrowText = std::is_same_v<Element, String>
                                          ? std::is_convertible_v<T, std::string_view>
                                          : (std::is_same_v<Element, char16_t>&& isNarrowUnit<T>);
 
+/// Number of elements of an array with these dimensions.
+/// @throws NumberOfElementsExceedsMaximumException
+inline std::size_t elementsOf(const std::vector<std::size_t>& dims) {
+    std::size_t product = 1;
+    for (const std::size_t extent : dims) {
+        if (__builtin_mul_overflow(product, extent, &product)) {
+            raise<NumberOfElementsExceedsMaximumException>();
+        }
+    }
+    return product;
+}
+
 } // namespace detail
 
 /// Makes every array, over the back-end that is registered when the factory is made. Copies share one
@@ -113,6 +125,28 @@ public:
     template <class T, class Narrow, std::enable_if_t<detail::isNarrowText<T, Narrow>, int> = 0>
     TypedArray<T> createArray(std::vector<std::size_t> dims, std::initializer_list<Narrow> values) const {
         return createArray<T>(std::move(dims), values.begin(), values.end());
+    }
+    /// An array of primitive elements from values in the order of `layout`: ROW_MAJOR for those that come row by row, as in C
+    /// arrays and text files. Elements for which there is no value are 0, values beyond the elements are left out.
+    template <class T, class It,
+              class = std::enable_if_t<!std::is_integral_v<It>,
+                                       typename std::iterator_traits<It>::iterator_category>>
+    TypedArray<T> createArray(std::vector<std::size_t> dims, It first, It last,
+                              vexa::data::MemoryLayout layout) const {
+        static_assert(detail::isPrimitiveElement<T>, "only arrays of primitive elements have a layout");
+        const std::size_t count = detail::elementsOf(dims);
+        buffer_ptr<T> values = createBuffer<T>(count);
+        std::size_t k = 0;
+        for (; k < count && first != last; ++first) {
+            values[k++] = detail::elementFrom<T>(*first);
+        }
+        std::fill(values.get() + k, values.get() + count, T());
+        return createArrayFromBuffer<T>(std::move(dims), std::move(values), layout);
+    }
+    template <class T>
+    TypedArray<T> createArray(std::vector<std::size_t> dims, std::initializer_list<T> values,
+                              vexa::data::MemoryLayout layout) const {
+        return createArray<T>(std::move(dims), values.begin(), values.end(), layout);
     }
     /// The same from a pair of iterators over values that convert to `T`.
     template <class T, class It,

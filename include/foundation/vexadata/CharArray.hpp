@@ -16,6 +16,8 @@ class VEXADATA_API CharArray : public TypedArray<char16_t> {
 public:
     using TypedArray<char16_t>::TypedArray;
     using TypedArray<char16_t>::operator=;
+    /// No characters; see TypedArray.
+    CharArray() = default;
     /// @throws InvalidArrayTypeException when the array is no character array; a moved argument is emptied
     /// even then
     CharArray(const Array& array) : TypedArray<char16_t>(array) {}

@@ -80,7 +80,10 @@ class TypedIterator {
 
 public:
     using iterator_category = std::random_access_iterator_tag;
-    using iterator_concept = std::random_access_iterator_tag;
+#if defined(__cpp_lib_concepts)
+    /// Primitive elements lie side by side, in every back-end: `std::span(a.begin(), a.end())` works.
+    using iterator_concept = std::conditional_t<primitive, std::contiguous_iterator_tag, iterator_category>;
+#endif
     using value_type = Element;
     using difference_type = std::ptrdiff_t;
     using reference = typename Traits::reference;

@@ -104,6 +104,7 @@ template struct Function<std::u16string (*)(std::string_view), &fromUtf8Lossy>;
 template struct Function<const char* (*)(ArrayType), &kindName>;
 template struct Function<bool (*)(const ArrayImpl&, std::size_t, const std::string&), &memberIsNamed>;
 template struct Function<std::string (*)(const char16_t*, std::size_t), &narrowed>;
+template struct Function<ArrayImpl* (*)(ArrayType), &newEmptyArray>;
 template struct Function<std::uint64_t (*)(), &nextIdentity>;
 template struct Function<ArrayImpl* (*)(const ElementPosition&), &shareInPlace>;
 template struct Function<void* (*)(std::size_t, std::size_t), &allocateElements, &allocateZeros>;
