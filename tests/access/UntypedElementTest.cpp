@@ -75,6 +75,9 @@ TEST_F(UntypedElements, AreComputedWith) {
     complex[0] *= 2;
     complex[0] += std::complex<float>(0, 1);
     EXPECT_EQ(complex[0], std::complex<float>(2, 3));
+    complex[0] -= complex[0];
+    EXPECT_EQ(complex[0], 0);
+    EXPECT_THROW(doubles[0] += complex[0], TypeMismatchException);
     Array strings = factory.createArray<String>({1, 1});
     EXPECT_THROW(strings[0] += 1, TypeMismatchException);
 }

@@ -4,6 +4,7 @@
 #include <foundation/vexadata/VexaData.hpp>
 #include <vexa/client/Exception.hpp>
 #include <vexa/testing/BareArray.hpp>
+#include <vexa/testing/ForwardingFactory.hpp>
 #include <vexa/testing/PointerIterator.hpp>
 
 #include <gtest/gtest.h>
@@ -196,6 +197,7 @@ TEST_F(Sparse, RefusesWhatDoesNotFit) {
         make<double>({Index{1} << 32, Index{1} << 32}, {});
     }));
     EXPECT_THROW(make<double>({1, Index{1} << 62}, {}), std::bad_alloc);
+    EXPECT_THROW(make<double>({0, static_cast<Index>(-1)}, {}), std::bad_alloc);
     const auto compressed = [&](const std::vector<Index>& starts, const std::vector<Index>& rows) {
         return factory.createVEXASparseArray<double>({3, 2}, 2, bufferOf<double>({1.0, 2.0}), bufferOf(rows),
                                                      bufferOf(starts));
@@ -208,7 +210,7 @@ TEST_F(Sparse, RefusesWhatDoesNotFit) {
             "Column starts must rise from zero to the number of values"));
     }
     EXPECT_THROW(compressed({0, 1, 2}, {0, 3}), EArrayIndexOutOfRange);
-    EXPECT_EQ(freed, 10 * 3 + 0) << "each buffer is freed once";
+    EXPECT_EQ(freed, 11 * 3 + 0) << "each buffer is freed once";
     EXPECT_TRUE(throwsExactly<EInvalidDimensionsInSparseArray>([&] {
         factory.createVEXASparseArray<double>({3, 2, 1}, 0, bufferOf<double>({}), bufferOf<Index>({}),
                                               bufferOf<Index>({0, 0, 0}));
@@ -237,6 +239,23 @@ TEST_F(Sparse, ZerosWrittenLaterCompareAsAbsent) {
     EXPECT_EQ(make<double>({3, 3}, one), matrix);
     EXPECT_NE(matrix, sample());
     EXPECT_EQ(matrix.getNumberOfNonZeroElements(), 2U) << "a zero stays stored";
+    for (const auto& [row, value] : {std::pair<Index, double>{0, 8.0}, {1, 7.0}}) {
+        Triplets<double> other;
+        other.add(row, 1, value);
+        EXPECT_NE(matrix, make<double>({3, 3}, other));
+    }
+}
+
+TEST_F(Sparse, AreTheSameWhoeverMadeThem) {
+    const auto none = [] { return buffer_ptr<Index>(nullptr, std::free); };
+    const Array zeros =
+        factory.createVEXASparseArray<double>({3, 2}, 0, {nullptr, std::free}, none(), none());
+    EXPECT_EQ(zeros, factory.createArray(ArrayType::SPARSE_DOUBLE, {3, 2}));
+    const SparseArray<double> own = sample();
+    factory = vexa::testing::forwardingFactory();
+    const SparseArray<double> foreign = sample();
+    EXPECT_TRUE(own == foreign && foreign == own && own != zeros);
+    EXPECT_THROW(Access::impl(own)->getIndex(2), EArrayIndexOutOfRange);
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 
 #include <foundation/vexadata/VexaData.hpp>
 #include <vexa/client/Exception.hpp>
+#include <vexa/testing/ForwardingFactory.hpp>
 
 #include <gtest/gtest.h>
 
@@ -18,9 +19,9 @@ extern "C" const char* __lsan_default_suppressions() { return "leak:StructArrayE
 namespace {
 
 using namespace foundation::vexadata;
+using support::AllocationCountdown;
 using support::throwsExactly;
 using vexa::client::UnknownFieldException;
-using support::AllocationCountdown;
 
 class Structs : public testing::Test {
 protected:
@@ -259,6 +260,22 @@ TEST_F(Structs, AreEqualByFieldsAndValues) {
     EXPECT_NE(factory.createStructArray({1, 1}, {"a", "b"}), factory.createStructArray({1, 1}, {"b", "a"}));
     EXPECT_THROW(StructArray(Array(factory.createScalar(1.0))), InvalidArrayTypeException);
     EXPECT_EQ(factory.createArray<StructElement>({2, 2}).getType(), ArrayType::STRUCT);
+}
+
+TEST_F(Structs, OfOtherBackEndsAreComparedByTheirNames) {
+    const auto made = [this](ArrayFactory maker, std::vector<std::string> names, double value) {
+        StructArray records = maker.createStructArray({1, 2}, names);
+        records[1]["b"] = factory.createScalar(value);
+        return records;
+    };
+    const StructArray own = made(factory, {"a", "b"}, 1);
+    const ArrayFactory other = vexa::testing::forwardingFactory();
+    EXPECT_EQ(own, made(other, {"a", "b"}, 1));
+    EXPECT_EQ(own, made(other, {"b", "a"}, 1)) << "in whatever order";
+    EXPECT_NE(own, made(other, {"a", "b"}, 2));
+    EXPECT_NE(own, made(other, {"b", "c"}, 1));
+    EXPECT_NE(own, made(other, {"b"}, 1));
+    EXPECT_NE(own, made(factory, {"b", "a"}, 1)) << "the order counts within one back-end";
 }
 
 } // namespace

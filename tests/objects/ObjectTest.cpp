@@ -370,6 +370,9 @@ TEST_F(Objects, ArraysHavePropertiesAndExternalDimensions) {
     EXPECT_EQ(a.getExternalDimensions(), (std::vector<std::size_t>{2, 1}));
     EXPECT_EQ(a.getDimensions(), (std::vector<std::size_t>{1, 2}));
     EXPECT_FALSE(before.isExternalDimensionsSet());
+    ArrayFactory other = vexa::testing::forwardingFactory();
+    ValueObjectArray foreign = other.createValueObjectArray({1, 2}, other.createClassInfo("Point"));
+    EXPECT_THROW(vexa::client::setExternalDimensions(foreign, {2, 1}), InvalidArrayTypeException);
     EXPECT_EQ(a.getExternalRepresentationArrayPropertyNames(), std::vector<std::string>{"unit"});
     EXPECT_EQ(a.getClassInfo().getClassIdentifier().getString(), "Point");
 }

@@ -273,6 +273,8 @@ TEST_F(Printing, SparseMatricesAndObjects) {
     options.threshold = 2; // all that there are
     options.edge = 0;
     EXPECT_EQ(toText(sparse, options), streamed(sparse));
+    options.threshold = 1;
+    EXPECT_EQ(streamed(printed(sparse, options)), "20x4 sparse complex double, 2 non-zeros\n  ...");
     EXPECT_EQ(streamed(sparse), "20x4 sparse complex double, 2 non-zeros\n"
                                 "  [12][0]  1.5+2i\n"
                                 "  [0][3]    -1+0i");
@@ -304,8 +306,9 @@ TEST_F(Printing, ElementsPrintAsTheirValues) {
     const Array untyped = numbers;
     stream << std::fixed << std::setprecision(2) << std::setw(6) << numbers[0] << '|' << untyped[1] << '|'
            << Reference<double>(numbers[1]) << '|' << std::boolalpha << factory.createScalar(true)[0] << '|'
-           << factory.createScalar(std::uint8_t(65))[0] << '|' << factory.createScalar('A')[0];
-    EXPECT_EQ(stream.str(), "  0.33|2.00|2.00|true|65|A");
+           << factory.createScalar(std::uint8_t(65))[0] << '|' << factory.createScalar('A')[0] << '|'
+           << factory.createScalar(std::complex<double>(0.25, -1))[0];
+    EXPECT_EQ(stream.str(), "  0.33|2.00|2.00|true|65|A|0.25-1i");
 
     auto strings = factory.createArray<String>({1, 2});
     strings[0] = u"gr\u00F6\u00DFe";

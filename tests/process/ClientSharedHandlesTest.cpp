@@ -4,13 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <atomic>
 #include <cstddef>
 #include <optional>
 #include <semaphore>
 #include <thread>
-#include <utility>
-#include <vector>
 
 namespace {
 
@@ -95,47 +92,6 @@ TEST(SharedHandlesTest, WritesWhileAnotherThreadReadsAndDrops) {
     }
     EXPECT_EQ(borrower.finish(), 0);
     EXPECT_EQ(faults, 0);
-}
-
-TEST(SharedHandlesTest, EveryThreadEndsWithItsOwnValues) {
-    constexpr std::size_t arrays = 2000, workers = 4;
-    constexpr double original = -1;
-    std::vector<std::vector<Doubles>> handles(workers);
-    for (std::size_t i = 0; i < arrays;
-         ++i) { // the workers hold all handles: the last to write may keep the array
-        auto array = ArrayFactory().createArray<double>({elements, 1});
-        fill(array, original);
-        for (auto& own : handles) {
-            own.push_back(array);
-        }
-    }
-    std::atomic<std::size_t> waiting{workers};
-    std::atomic<int> faults{0};
-    std::vector<std::thread> threads;
-    for (std::size_t worker = 0; worker < workers; ++worker) {
-        threads.emplace_back([&, worker] {
-            for (--waiting; waiting != 0;) {
-                std::this_thread::yield();
-            }
-            for (Doubles& own : handles[worker]) {
-                Doubles copy = own;
-                faults += holds(copy, original) ? 0 : 1;
-                copy = Doubles(std::move(own)); // drops one of its two handles
-                fill(copy, static_cast<double>(worker));
-                own = copy;
-                faults += holds(own, static_cast<double>(worker)) ? 0 : 1;
-            }
-        });
-    }
-    for (auto& thread : threads) {
-        thread.join();
-    }
-    EXPECT_EQ(faults, 0);
-    for (std::size_t worker = 0; worker < workers; ++worker) {
-        for (const Doubles& own : handles[worker]) {
-            ASSERT_TRUE(holds(own, static_cast<double>(worker))) << "worker " << worker;
-        }
-    }
 }
 
 } // namespace
