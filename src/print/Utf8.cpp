@@ -1,6 +1,7 @@
-// UTF-16 and UTF-8, by table 3-7 of the Unicode Standard ("Well-Formed UTF-8 Byte Sequences"). Runs of ASCII go eight bytes at a time.
+// UTF-16 and UTF-8, by table 3-7 of the Unicode Standard ("Well-Formed UTF-8 Byte Sequences"). Runs of ASCII go 16 bytes at a time.
 #include <foundation/vexadata/Utf8.hpp>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <stdexcept>
@@ -71,58 +72,71 @@ Character firstOf(std::string_view text) noexcept {
     return {lead.following == 0 ? none : code, lead.following + 1};
 }
 
-void append(std::string& out, char32_t code) {
+char* put(char* out, char32_t code) noexcept {
     if (code < 0x80) {
-        out += static_cast<char>(code);
-        return;
+        *out++ = static_cast<char>(code);
+        return out;
     }
     const int following = code < 0x800 ? 1 : code < 0x10000 ? 2 : 3;
-    out += static_cast<char>((0xFF00U >> (following + 1)) | code >> (6 * following));
+    *out++ = static_cast<char>((0xFF00U >> (following + 1)) | code >> (6 * following));
     for (int k = following - 1; k >= 0; --k) {
-        out += static_cast<char>(0x80U | ((code >> (6 * k)) & 0x3FU));
-    }
-}
-void append(std::u16string& out, char32_t code) {
-    if (code < 0x10000) {
-        out += static_cast<char16_t>(code);
-        return;
-    }
-    out += static_cast<char16_t>(0xD800 + ((code - 0x10000) >> 10));
-    out += static_cast<char16_t>(0xDC00 + (code & 0x3FF));
-}
-
-/// How much of the beginning is ASCII, in whole words; the rest may be ASCII too.
-template <class Unit>
-std::size_t asciiRun(std::basic_string_view<Unit> text) noexcept {
-    constexpr std::size_t inWord = sizeof(std::uint64_t) / sizeof(Unit);
-    constexpr std::uint64_t above = sizeof(Unit) == 1 ? 0x8080808080808080U : 0xFF80FF80FF80FF80U;
-    std::size_t k = 0;
-    for (std::uint64_t word = 0; k + inWord <= text.size(); k += inWord) {
-        std::memcpy(&word, text.data() + k, sizeof word);
-        if ((word & above) != 0) {
-            break;
-        }
-    }
-    return k;
-}
-
-/// Converts `text`; `wrong(position)` tells what stands for the place that belongs to no character.
-template <class Out, class Unit, class Wrong>
-Out converted(std::basic_string_view<Unit> text, Wrong wrong) {
-    Out out;
-    out.reserve(text.size());
-    for (std::size_t k = 0; k < text.size();) {
-        const std::size_t ascii = asciiRun(text.substr(k));
-        out.append(text.begin() + static_cast<std::ptrdiff_t>(k),
-                   text.begin() + static_cast<std::ptrdiff_t>(k + ascii));
-        k += ascii;
-        for (std::size_t left = 8; left != 0 && k < text.size(); --left) { // before words are tried again
-            const Character character = firstOf(text.substr(k));
-            append(out, character.code == none ? wrong(k) : character.code);
-            k += character.length;
-        }
+        *out++ = static_cast<char>(0x80U | ((code >> (6 * k)) & 0x3FU));
     }
     return out;
+}
+char16_t* put(char16_t* out, char32_t code) noexcept {
+    if (code < 0x10000) {
+        *out++ = static_cast<char16_t>(code);
+        return out;
+    }
+    *out++ = static_cast<char16_t>(0xD800 + ((code - 0x10000) >> 10));
+    *out++ = static_cast<char16_t>(0xDC00 + (code & 0x3FF));
+    return out;
+}
+
+/// How many units make 16 bytes.
+template <class Unit>
+constexpr std::size_t block = 16 / sizeof(Unit);
+
+template <class Unit>
+bool isAscii(const Unit* units) noexcept {
+    constexpr std::uint64_t above = sizeof(Unit) == 1 ? 0x8080808080808080U : 0xFF80FF80FF80FF80U;
+    std::uint64_t words[2];
+    std::memcpy(words, units, sizeof words);
+    return ((words[0] | words[1]) & above) == 0;
+}
+
+/// Converts `text`; `wrong(position)` tells what stands for the place that belongs to no character. Goes through a piece of memory that
+/// stays in the cache, since a string cannot be made longer without being filled first.
+template <class Out, class Unit, class Wrong>
+Out converted(std::basic_string_view<Unit> text, Wrong wrong) {
+    constexpr std::size_t most = 2048;
+    constexpr std::size_t room = 4 * block<Unit>; // what one step may add
+    typename Out::value_type piece[most + room];
+    auto* out = piece;
+    Out result;
+    result.reserve(text.size());
+    for (std::size_t k = 0; k < text.size();) {
+        const std::size_t left = text.size() - k;
+        if (left >= block<Unit> && isAscii(text.data() + k)) {
+            for (std::size_t unit = 0; unit < block<Unit>; ++unit) {
+                out[unit] = static_cast<typename Out::value_type>(text[k + unit]);
+            }
+            out += block<Unit>;
+            k += block<Unit>;
+        } else {
+            for (const std::size_t end = k + std::min(left, block<Unit>); k < end;) {
+                const Character character = firstOf(text.substr(k));
+                out = put(out, character.code == none ? wrong(k) : character.code);
+                k += character.length;
+            }
+        }
+        if (out >= piece + most || k >= text.size()) {
+            result.append(piece, static_cast<std::size_t>(out - piece));
+            out = piece;
+        }
+    }
+    return result;
 }
 
 char32_t replaced(std::size_t) noexcept { return replacement; }
