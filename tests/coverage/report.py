@@ -13,7 +13,7 @@ import sys
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 LISTED = pathlib.Path(__file__).with_name("unreached.txt")
 # Lines and branches. Branches in headers are counted once for every instance of a template, which says little.
-FLOORS = {"src": (97, 90), "client": (97, 88), "include": (98, 0), "tools/inspect": (97, 89), "tools/backend_check": (0, 0)}
+FLOORS = {"src": (97, 90), "client": (96.5, 87), "include": (98, 0), "tools/inspect": (97, 89), "tools/backend_check": (0, 0)}
 
 
 def percent(reached, count):
