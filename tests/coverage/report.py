@@ -12,7 +12,8 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 LISTED = pathlib.Path(__file__).with_name("unreached.txt")
-FLOORS = {"src": (98, 0), "client": (98, 0), "include": (98, 0), "tools/inspect": (98, 0), "tools/backend_check": (0, 0)}
+# Lines and branches. Branches in headers are counted once for every instance of a template, which says little.
+FLOORS = {"src": (97, 90), "client": (96.5, 87), "include": (98, 0), "tools/inspect": (97, 89), "tools/backend_check": (0, 0)}
 
 
 def percent(reached, count):
