@@ -891,6 +891,9 @@ public:
                                   std::move(values));
         });
     }
+    void setElementValue(std::size_t index, const std::string& field, fv::StructElement value) override {
+        if (!is("records.setElementValue", "ignored")) Wrong::setElementValue(index, field, std::move(value));
+    }
     std::size_t getNumFields() const override { return number("getNumFields", Wrong::getNumFields()); }
     ForwardIteratorImpl* fieldNamesBegin() override {
         return passed("fieldNamesBegin", [&] {

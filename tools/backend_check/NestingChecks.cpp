@@ -302,26 +302,32 @@ void deepNests(Backend& backend) {
     });
 }
 
-/// Beside what is copied then lies what holds nothing.
+/// Beside what is copied then lie numbers and other cells, before and after.
 void mixedIntoItself(Backend& backend) {
-    const auto cells = backend.array(ArrayType::CELL, {1, 4});
-    for (const std::size_t k : {0U, 3U})
-        assign(*cells, k, {}, *backend.array(ArrayType::CELL, {1, 2}));
-    assign(*cells, 1, {}, *scalar(backend, 1));
-    const auto outer = backend.array(ArrayType::CELL, {1, 1});
-    assign(*outer, 0, {}, *cells);
-    try {
-        assign(*cells, 2, {}, *outer);
-    } catch (...) {
-        return; // refused
-    }
-    assign(*cells, 1, {}, *scalar(backend, 2));
     const auto inside = [](ArrayImpl& holder, std::size_t k) {
         const auto chain = adopt(holder.createElementReference(k, {}, false), "createElementReference");
-        return share(*chain->getArrayImpl());
+        return chain->getArrayImpl();
     };
-    const auto before = inside(*inside(*inside(*cells, 2), 0), 1);
-    expectEqual("the number beside cells in a copy of what came to hold itself", scalarValue(*before), 1.0);
+    for (std::size_t place = 0; place < 3; ++place) {
+        const auto cells = backend.array(ArrayType::CELL, {1, 4});
+        for (const std::size_t k : {0U, 3U})
+            assign(*cells, k, {}, *backend.array(ArrayType::CELL, {1, 2}));
+        assign(*cells, 1, {}, *scalar(backend, 1));
+        const auto outer = backend.array(ArrayType::CELL, {1, 3});
+        for (std::size_t k = 0; k < 3; ++k)
+            assign(*outer, k, {}, k == place ? *cells : *backend.array(ArrayType::CELL, {2, 1}));
+        try {
+            assign(*cells, 2, {}, *outer);
+        } catch (...) {
+            return; // refused
+        }
+        ArrayImpl* const before = inside(*inside(*cells, 2), place);
+        expect(before != cells.get(), "a cell array that was stored into itself in place " + show(place) +
+                                          " of another one holds itself");
+        assign(*cells, 1, {}, *scalar(backend, 2));
+        expectEqual("the number beside cells in a copy of what came to hold itself",
+                    scalarValue(*inside(*before, 1)), 1.0);
+    }
 }
 
 } // namespace

@@ -5,6 +5,7 @@
 #include "Ranges.hpp"
 #include "Samples.hpp"
 
+#include <foundation/vexadata/StructElement.hpp>
 #include <vexa/data/impl/IdentifierImpl.hpp>
 
 namespace vexa::check {
@@ -153,6 +154,17 @@ Owned<ArrayImpl> numbered(const Backend& backend, const Dimensions& dimensions) 
     for (std::size_t k = 0; k < 3 * array->getNumberOfElements(); ++k)
         assign(*array, k / 3, fields[k % 3], *scalar(backend, static_cast<double>(k)));
     return array;
+}
+
+/// A record of another array, which a view tells.
+void storesViews(Backend& backend) {
+    const auto from = numbered(backend, {1, 3});
+    const auto array = records(backend, {1, 2});
+    const auto chain = fv::detail::Access::createSharedPtr<ReferenceImpl>(
+        new data::detail::ArrayReferenceImpl(from.get(), 1));
+    array->unshare();
+    asStructs(*array).setElementValue(1, {}, fv::StructElement(chain));
+    expectFields("after setElementValue", asStructs(*array), {"empty", "empty", "empty", "3", "4", "5"});
 }
 
 Iterator fieldValues(StructArrayImpl& structs, std::size_t record, bool atEnd) {
@@ -319,6 +331,8 @@ void addStructChecks(Checks& checks) {
     structs.add("a record is replaced in field order",
                 "setFieldValues replaces all field values of an element, in field order (slot 49)", needs,
                 storesRecords);
+    structs.add("a record is replaced by another", "setElementValue stores a record (slot 40)", needs,
+                storesViews);
     structs.add("unknown fields are reported", "an unknown name is the back-end's to report (slot 48)", needs,
                 unknownFields);
     structs.add("field values in field order", values, needs, valueIterators);
