@@ -1,17 +1,18 @@
-# find_package(vexadata [COMPONENTS core client testing tools])
+# find_package(vexadata [COMPONENTS core client interop testing tools])
 #
 #   core    vexadata::vexadata       the library
 #   client  vexadata::client         the embedded back-end; a program that links it can create arrays
+#   interop vexadata::interop        headers: ways to and from other libraries, which they want where they are included
 #   testing vexadata::testing        headers: doubles of back-ends and failing allocations, for tests
 #   tools   vexadata::backend_check  the command that runs a back-end through the contract, and the function
 #                                    vexadata_check_backend, which makes a test of it (see vexadataCheckBackend.cmake)
 #
-# Without COMPONENTS, core and, where they are installed, client, testing and tools.
+# Without COMPONENTS, core and, where they are installed, client, interop, testing and tools.
 
 foreach(component IN LISTS vexadata_FIND_COMPONENTS)
-  if(NOT component MATCHES "^(core|client|testing|tools)$")
+  if(NOT component MATCHES "^(core|client|interop|testing|tools)$")
     set(vexadata_FOUND FALSE)
-    set(vexadata_NOT_FOUND_MESSAGE "vexadata has no component '${component}'; its components are core, client, testing and tools")
+    set(vexadata_NOT_FOUND_MESSAGE "vexadata has no component '${component}'; its components are core, client, interop, testing and tools")
     return()
   endif()
 endforeach()
@@ -24,6 +25,14 @@ if(NOT vexadata_FIND_COMPONENTS OR "client" IN_LIST vexadata_FIND_COMPONENTS)
   if(NOT vexadata_client_FOUND AND vexadata_FIND_REQUIRED_client)
     set(vexadata_FOUND FALSE)
     set(vexadata_NOT_FOUND_MESSAGE "the component client of vexadata is not installed beside its core")
+  endif()
+endif()
+
+if(NOT vexadata_FIND_COMPONENTS OR "interop" IN_LIST vexadata_FIND_COMPONENTS)
+  include("${CMAKE_CURRENT_LIST_DIR}/vexadataInteropTargets.cmake" OPTIONAL RESULT_VARIABLE vexadata_interop_FOUND)
+  if(NOT vexadata_interop_FOUND AND vexadata_FIND_REQUIRED_interop)
+    set(vexadata_FOUND FALSE)
+    set(vexadata_NOT_FOUND_MESSAGE "the component interop of vexadata is not installed beside its core")
   endif()
 endif()
 
