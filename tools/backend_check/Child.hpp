@@ -22,7 +22,7 @@ using Step = std::function<void(std::string_view)>;
 class OutOfMemory : public std::bad_alloc {};
 
 /// Runs `work`, which returns a remark or throws, in a child process. A child that crashes, hangs or leaves
-/// gives `fails` with what it was doing. With `quiet` it prints nothing. Throws OutOfMemory, and
+/// gives `fails` with what it was doing. It hangs when it has computed for `limit`, or next to nothing for so long. With `quiet` it prints nothing. Throws OutOfMemory, and
 /// std::system_error when there can be no child.
 Result runInChild(const std::function<std::string(const Step&)>& work, std::chrono::seconds limit,
                   bool quiet);

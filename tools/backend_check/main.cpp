@@ -124,7 +124,7 @@ CommandLine parseCommandLine(CLI::App& app, const Checks& checks, int argc, char
         ->allow_extra_args(false)
         ->type_name("NAME");
     long seconds = options.limit.count();
-    app.add_option("--timeout", seconds, "Most seconds for one check [10]")
+    app.add_option("--timeout", seconds, "Most seconds that one check may compute or wait [10]")
         ->check(CLI::Range(1L, 86400L).description(""))
         ->type_name("SECONDS")
         ->default_str("");
