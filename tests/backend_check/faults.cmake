@@ -473,6 +473,7 @@ wrong(createValueObjectImpl/any-class "refusals: refusals lose nothing" "createV
 wrong(objects.getTypedDataPtr/null "objects: elements of object arrays" "getTypedDataPtr")
 wrong(getProperty/unqualified "objects: properties of superclasses")
 wrong(isEqual/true-without-memory "no memory: numbers" "isEqual of different arrays is true")
+wrong(isEqual/nests-true-without-memory "nesting: compared without memory" "with different numbers inside")
 wrong(getElementObject/none-is-an-error "objects: arrays of mixed classes" "no object")
 wrong(isEqual/ends-and-middle "equality: any difference is seen" "position 1")
 wrong(isEqual/but-fifth "equality: any difference is seen" "position 4")

@@ -330,6 +330,43 @@ void mixedIntoItself(Backend& backend) {
     }
 }
 
+/// Every allocation of a comparison fails once: arrays that differ inside stay different, and nobody throws.
+void comparesWithoutMemory(Backend& backend) {
+    eachPath(backend, [&](const Path& path, const std::string& what) {
+        std::vector<Owned<ObjectImpl>> objects;
+        const auto nest = [&](double value) {
+            auto array = scalar(backend, value);
+            for (std::size_t k = path.size(); k-- > 0;)
+                array = path[k]->hold(backend, *array, objects);
+            return array;
+        };
+        const auto first = nest(1);
+        const auto alike = nest(1);
+        const auto different = nest(2);
+        // Properties of arrays are for isEqualArrayProperties.
+        if (!first->isEqual(alike.get()) || first->isEqual(different.get())) return;
+        bool fired = true;
+        for (std::size_t number = 1; fired && number < 100; ++number)
+            for (const bool onwards : {false, true}) {
+                bool equal = false;
+                FailingAllocations::start();
+                FailingAllocations::failAt(number, onwards);
+                try {
+                    first->isEqual(alike.get());
+                    equal = first->isEqual(different.get());
+                } catch (...) {
+                    FailingAllocations::stop();
+                    fail("isEqual of " + what + " throws without memory, which it must not");
+                }
+                fired = FailingAllocations::fired();
+                FailingAllocations::stop();
+                expect(!equal, "isEqual of two times " + what +
+                                   " with different numbers inside, allocation " + show(number) +
+                                   " failing, is true");
+            }
+    });
+}
+
 } // namespace
 
 void addNestingChecks(Checks& checks) {
@@ -353,6 +390,8 @@ void addNestingChecks(Checks& checks) {
                 "setElementObject stores an object, borrowed, and nothing is lost (slot 60)",
                 {"new-value-object", "object-array", "value-object", "class", "double"}, objectIntoItself);
     nesting.add("deep nests", own, {"double"}, deepNests);
+    nesting.add("compared without memory", "isEqual is element-wise equality; it must not throw (slot 36)",
+                {"double"}, comparesWithoutMemory);
     nesting.add("cells of another back-end are compared",
                 "isEqual sees arrays that may belong to another back-end (slot 36)", {}, comparesForeign);
     nesting.add("an array of cells and numbers into itself",
