@@ -1,4 +1,5 @@
-// UTF-16 and UTF-8, by table 3-7 of the Unicode Standard ("Well-Formed UTF-8 Byte Sequences"). Runs of ASCII go 16 bytes at a time.
+// UTF-16 and UTF-8, by table 3-7 of the Unicode Standard ("Well-Formed UTF-8 Byte Sequences"). Runs of ASCII
+// go 16 bytes at a time.
 #include <foundation/vexadata/Utf8.hpp>
 
 #include <algorithm>
@@ -106,8 +107,9 @@ bool isAscii(const Unit* units) noexcept {
     return ((words[0] | words[1]) & above) == 0;
 }
 
-/// Converts `text`; `wrong(position)` tells what stands for the place that belongs to no character. Goes through a piece of memory that
-/// stays in the cache, since a string cannot be made longer without being filled first.
+/// Converts `text`; `wrong(position)` tells what stands for the place that belongs to no character. Goes
+/// through a piece of memory that stays in the cache, since a string cannot be made longer without being
+/// filled first.
 template <class Out, class Unit, class Wrong>
 Out converted(std::basic_string_view<Unit> text, Wrong wrong) {
     constexpr std::size_t most = 2048;

@@ -66,6 +66,9 @@ TEST(Explain, IndicesThatLeadNowhere) {
     EXPECT_EQ(fault(factory.createArray<bool>({5, 1}), {4}), "[4] of 5x1 logical");
     EXPECT_EQ(fault(factory.createArray<bool>({0, 2}), {0, 0}),
               "[0][0] of 0x2 logical: the array has no elements");
+    EXPECT_EQ(explain(TypeMismatchException(), matrix).substr(0, 4),
+              std::string(TypeMismatchException().what()).substr(0, 4))
+        << "outside of handlers too";
     const std::exception_ptr plain = thrownBy([] { throw std::logic_error("reason..."); });
     EXPECT_EQ(explain(plain, matrix), "reason: 3x4 double");
 }

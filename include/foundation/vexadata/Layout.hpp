@@ -13,7 +13,8 @@ namespace foundation::vexadata {
 
 namespace detail {
 
-/// Copies a matrix of `rows` elements side by side to one of `columns` elements side by side, in squares that stay in the cache.
+/// Copies a matrix of `rows` elements side by side to one of `columns` elements side by side, in squares that
+/// stay in the cache.
 template <class T>
 void transpose(const T* from, T* to, std::size_t rows, std::size_t columns) {
     constexpr std::size_t side = 16;
@@ -62,8 +63,9 @@ void reverseOrder(const T* from, T* to, const std::vector<std::size_t>& extents)
 
 } // namespace detail
 
-/// The same elements under the same indices, in the order of `layout`: `array` itself, shared, when they lie so already, and a copy
-/// otherwise. Algorithms over two arrays walk them in the order in which each lies, so that both should have one layout.
+/// The same elements under the same indices, in the order of `layout`: `array` itself, shared, when they lie
+/// so already, and a copy otherwise. Algorithms over two arrays walk them in the order in which each lies, so
+/// that both should have one layout.
 /// @throws InvalidArrayTypeException for a layout other than the two; errors of the back-end
 template <class T>
 TypedArray<T> withLayout(const TypedArray<T>& array, vexa::data::MemoryLayout layout) {

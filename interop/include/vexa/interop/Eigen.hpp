@@ -1,5 +1,5 @@
-// Arrays as Eigen's matrices, without a copy, and Eigen's results as arrays. Needs Eigen 3.4; nothing else of the library includes
-// this header.
+// Arrays as Eigen's matrices, without a copy, and Eigen's results as arrays. Needs Eigen 3.4; nothing else of
+// the library includes this header.
 #pragma once
 
 #include <foundation/vexadata/ArrayFactory.hpp>
@@ -32,9 +32,10 @@ struct Keeping {
 
 } // namespace detail
 
-/// An Eigen map that keeps the array alive which it looks at. Takes part in Eigen's expressions as every `Eigen::Map` does. Shares
-/// the array: while it lives, a write through a handle of the array gives that handle a copy, and leaves the map where it was.
-/// Eigen's maps cannot be assigned to look elsewhere; neither can this one: assigning writes elements.
+/// An Eigen map that keeps the array alive which it looks at. Takes part in Eigen's expressions as every
+/// `Eigen::Map` does. Shares the array: while it lives, a write through a handle of the array gives that
+/// handle a copy, and leaves the map where it was. Eigen's maps cannot be assigned to look elsewhere; neither
+/// can this one: assigning writes elements.
 template <class Map, class Owner>
 class EigenView : private detail::Keeping<Owner>, public Map {
 public:
@@ -59,7 +60,8 @@ inline Eigen::Index extentOf(std::size_t extent) {
     return static_cast<Eigen::Index>(extent);
 }
 
-/// Whether the elements of a matrix lie in the order that `options` say; those of rows and columns lie in both.
+/// Whether the elements of a matrix lie in the order that `options` say; those of rows and columns lie in
+/// both.
 template <int options>
 void requireOrder(const fv::Array& array) {
     const std::vector<std::size_t> extents = array.getDimensions();
@@ -101,10 +103,10 @@ fv::TypedArray<T> arrayFrom(const fv::ArrayFactory& factory, Eigen::Index rows, 
 
 } // namespace detail
 
-/// A matrix of numbers or logicals as an `Eigen::Map`, read-only and without a copy; `options` is the layout, `Eigen::ColMajor` or
-/// `Eigen::RowMajor`, which is known when the program is compiled.
-/// @throws std::invalid_argument, with a text that says what the array is, when it has other than two dimensions or the other
-/// layout. A row or a column has both.
+/// A matrix of numbers or logicals as an `Eigen::Map`, read-only and without a copy; `options` is the layout,
+/// `Eigen::ColMajor` or `Eigen::RowMajor`, which is known when the program is compiled.
+/// @throws std::invalid_argument, with a text that says what the array is, when it has other than two
+/// dimensions or the other layout. A row or a column has both.
 template <int options = Eigen::ColMajor, class T>
 auto eigenView(const fv::TypedArray<T>& array) {
     detail::requireOrder<options>(array);
@@ -118,7 +120,8 @@ auto writableEigenView(fv::TypedArray<T>& array) {
     return detail::viewOver<T, options>(fv::writableView(array));
 }
 
-/// The value of an expression of Eigen as an array, evaluated into its storage. A product is computed there without a temporary.
+/// The value of an expression of Eigen as an array, evaluated into its storage. A product is computed there
+/// without a temporary.
 /// @throws NumberOfElementsExceedsMaximumException; errors of the back-end
 template <class Derived>
 fv::TypedArray<typename Derived::Scalar> fromEigen(const fv::ArrayFactory& factory,

@@ -126,8 +126,9 @@ public:
     TypedArray<T> createArray(std::vector<std::size_t> dims, std::initializer_list<Narrow> values) const {
         return createArray<T>(std::move(dims), values.begin(), values.end());
     }
-    /// An array of primitive elements from values in the order of `layout`: ROW_MAJOR for those that come row by row, as in C
-    /// arrays and text files. Elements for which there is no value are 0, values beyond the elements are left out.
+    /// An array of primitive elements from values in the order of `layout`: ROW_MAJOR for those that come row
+    /// by row, as in C arrays and text files. Elements for which there is no value are 0, values beyond the
+    /// elements are left out.
     template <class T, class It,
               class = std::enable_if_t<!std::is_integral_v<It>,
                                        typename std::iterator_traits<It>::iterator_category>>

@@ -1,7 +1,7 @@
 // Errors as text for people. The umbrella header does not include this one.
 //
-// The errors of the library are no `std::exception`, so that handlers for that one do not catch them by accident; programs
-// that want one kind of error for everything, a log or a test framework use what is here.
+// The errors of the library are no `std::exception`, so that handlers for that one do not catch them by
+// accident; programs that want one kind of error for everything, a log or a test framework use what is here.
 #pragma once
 
 #include <foundation/vexadata/Array.hpp>
@@ -17,7 +17,8 @@
 
 namespace foundation::vexadata {
 
-/// The text of what was thrown: of an error of the library, of a `std::exception`, or "unknown error"; empty when nothing was.
+/// The text of what was thrown: of an error of the library, of a `std::exception`, or "unknown error"; empty
+/// when nothing was.
 inline std::string message_of(const std::exception_ptr& error) {
     if (error == nullptr) {
         return {};
@@ -33,8 +34,8 @@ inline std::string message_of(const std::exception_ptr& error) {
     }
 }
 
-/// Calls `f` and returns what it returns. An error of the library leaves as a `std::runtime_error` with the same text, and with the
-/// error itself nested in it (`std::rethrow_if_nested`); all else leaves as it is.
+/// Calls `f` and returns what it returns. An error of the library leaves as a `std::runtime_error` with the
+/// same text, and with the error itself nested in it (`std::rethrow_if_nested`); all else leaves as it is.
 template <class F>
 decltype(auto) withStandardErrors(F&& f) {
     try {
@@ -84,27 +85,36 @@ inline std::string indexFault(const Array& array, std::vector<std::size_t> indic
 
 } // namespace detail
 
-/// `message_of(error)`, what the array is, and which of these indices, counted from 0, does not lead into it:
+namespace detail {
+
+inline std::string explained(std::string message, const Array& array,
+                             const std::vector<std::size_t>& indices) {
+    while (!message.empty() && message.back() == '.') {
+        message.pop_back();
+    }
+    message += ": " + indexText(indices) + (indices.empty() ? "" : " of ") + dimensionText(array) + ' ' +
+               kindName(array.getType());
+    const std::string fault = indices.empty() ? std::string() : indexFault(array, indices);
+    return fault.empty() ? message : message + ": " + fault;
+}
+
+} // namespace detail
+
+/// The message of an error, what the array is, and which of these indices, counted from 0, does not lead into
+/// it:
 ///
-///     Index exceeds ...: [5][1] of 3x4 double: index 5 of dimension 1 is not below 3
+///     Array index is out of range: [5][1] of 3x4 double: index 5 of dimension 1 is not below 3
 ///
-/// For errors that have nothing to do with the indices the last part is missing.
-/// @throws std::bad_alloc
+/// Without indices, or when they lead to an element, the last part is missing.
+/// @throws std::bad_alloc; errors of the back-end
+inline std::string explain(const Exception& error, const Array& array,
+                           const std::vector<std::size_t>& indices = {}) {
+    return detail::explained(error.what(), array, indices);
+}
+/// The same of whatever was thrown, by `message_of`.
 inline std::string explain(const std::exception_ptr& error, const Array& array,
                            const std::vector<std::size_t>& indices = {}) {
-    std::string text = message_of(error);
-    while (!text.empty() && text.back() == '.') {
-        text.pop_back();
-    }
-    text += ": " + detail::indexText(indices) + (indices.empty() ? "" : " of ") + dimensionText(array) + ' ' +
-            kindName(array.getType());
-    const std::string fault = indices.empty() ? std::string() : detail::indexFault(array, indices);
-    return fault.empty() ? text : text + ": " + fault;
-}
-/// The same in a handler for errors of the library.
-inline std::string explain(const Exception&, const Array& array,
-                           const std::vector<std::size_t>& indices = {}) {
-    return explain(std::current_exception(), array, indices);
+    return detail::explained(message_of(error), array, indices);
 }
 
 } // namespace foundation::vexadata

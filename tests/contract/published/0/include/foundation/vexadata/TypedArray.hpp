@@ -23,12 +23,13 @@ namespace detail {
 template <class T>
 using buffer_ptr = std::unique_ptr<T[], void (*)(void*)>;
 
-/// A new array of 0x0 elements of a kind, one reference for the caller. Without a back-end it ends the process, as creating with
-/// an ArrayFactory does.
+/// A new array of 0x0 elements of a kind, one reference for the caller. Without a back-end it ends the
+/// process, as creating with an ArrayFactory does.
 /// @throws errors of the back-end
 VEXADATA_API ArrayImpl* newEmptyArray(ArrayType type);
 
-/// Whether handles to arrays of elements `T` can be made before their arrays: not where an array has names from the beginning.
+/// Whether handles to arrays of elements `T` can be made before their arrays: not where an array has names
+/// from the beginning.
 template <class T>
 inline constexpr bool startsEmpty =
     isPrimitiveElement<T> || std::is_same_v<T, String> || std::is_same_v<T, Array>;
@@ -51,8 +52,8 @@ public:
     using iterator = TypedIterator<T>;
     using const_iterator = TypedIterator<const T>;
 
-    /// An array of 0x0 elements, for a handle that gets its array later: a class member, an entry of a map. For numbers, logicals,
-    /// characters, strings and cells.
+    /// An array of 0x0 elements, for a handle that gets its array later: a class member, an entry of a map.
+    /// For numbers, logicals, characters, strings and cells.
     /// @throws errors of the back-end
     template <class U = T, std::enable_if_t<std::is_same_v<U, T> && detail::startsEmpty<U>, int> = 0>
     TypedArray() : Array(detail::newEmptyArray(detail::arrayTypeOf<U>)) {}

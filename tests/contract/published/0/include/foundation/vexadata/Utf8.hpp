@@ -1,8 +1,8 @@
 // Between the UTF-16 text of arrays and UTF-8. The umbrella header does not include this one.
 //
-// The strict functions refuse ill-formed text and say where it is; the lossy ones put U+FFFD in its place, one for each maximal part
-// of a sequence that began well, as the Unicode Standard (version 15, section 3.9, "U+FFFD Substitution of Maximal Subparts")
-// recommends.
+// The strict functions refuse ill-formed text and say where it is; the lossy ones put U+FFFD in its place,
+// one for each maximal part of a sequence that began well, as the Unicode Standard (version 15, section 3.9,
+// "U+FFFD Substitution of Maximal Subparts") recommends.
 #pragma once
 
 #include <foundation/vexadata/ArrayFactory.hpp>
@@ -25,13 +25,14 @@ VEXADATA_API std::string toUtf8(std::u16string_view text);
 /// Halves of pairs become U+FFFD.
 VEXADATA_API std::string toUtf8Lossy(std::u16string_view text);
 
-/// @throws std::range_error "UTF-8 text: byte 3 belongs to no character", counted from 0: also for overlong forms, surrogates
-/// and what lies above U+10FFFF
+/// @throws std::range_error "UTF-8 text: byte 3 belongs to no character", counted from 0: also for overlong
+/// forms, surrogates and what lies above U+10FFFF
 VEXADATA_API std::u16string fromUtf8(std::string_view text);
 /// What belongs to no character becomes U+FFFD.
 VEXADATA_API std::u16string fromUtf8Lossy(std::string_view text);
 
-/// The text of a string, or nothing for a missing one. Deduced, so that a text is not taken for a string that is there.
+/// The text of a string, or nothing for a missing one. Deduced, so that a text is not taken for a string that
+/// is there.
 /// @throws std::range_error as above; index errors
 template <class T, std::enable_if_t<std::is_same_v<T, String>, int> = 0>
 std::optional<std::string> toUtf8(const T& text) {
@@ -61,8 +62,9 @@ inline std::vector<std::optional<std::string>> toUtf8(const TypedArray<String>& 
 inline CharArray charArrayFromUtf8(const ArrayFactory& factory, std::string_view text) {
     return factory.createCharArray(fromUtf8(text));
 }
-/// A string array of these dimensions from a range of texts: anything that a `std::string_view` is made of, or optionals of
-/// such, of which an empty one gives a missing string. Strings for which there is no text are missing too.
+/// A string array of these dimensions from a range of texts: anything that a `std::string_view` is made of,
+/// or optionals of such, of which an empty one gives a missing string. Strings for which there is no text are
+/// missing too.
 /// @throws std::range_error as above; NumberOfElementsExceedsMaximumException
 template <class Texts>
 TypedArray<String> stringArrayFromUtf8(const ArrayFactory& factory, std::vector<std::size_t> dims,
