@@ -5,10 +5,10 @@
 #include "CompressedColumns.hpp"
 #include "EnumArray.hpp"
 #include "ObjectArray.hpp"
+#include "Primitive.hpp"
 #include "StringArray.hpp"
 #include "StructArray.hpp"
 
-#include <foundation/vexadata/detail/ByKind.hpp>
 #include <foundation/vexadata/detail/TypeInformation.hpp>
 #include <vexa/client/Exception.hpp>
 #include <vexa/data/detail/ElementMemory.hpp>
@@ -24,23 +24,6 @@ namespace fv = foundation::vexadata;
 using data::impl::ArrayImpl;
 using data::impl::Buffer;
 using data::impl::DenseArrayImpl;
-
-namespace {
-
-/// Calls `make` with the tag of a primitive kind.
-/// @throws E for other kinds
-template <class E, class F>
-auto forPrimitive(fv::ArrayType type, F make) {
-    return fv::detail::withKind(type, [&](auto tag) -> decltype(make(fv::detail::ElementTag<double>())) {
-        if constexpr (tag.isPrimitive) {
-            return make(tag);
-        } else {
-            fv::detail::raise<E>();
-        }
-    });
-}
-
-} // namespace
 
 Factory::~Factory() = default;
 

@@ -45,8 +45,10 @@ private:
 };
 const SharedDimensions& sharedDimensions = *new SharedDimensions;
 
-/// The bit of `dimensions_` that says row-major.
+/// Bits of `dimensions_`: row-major; the owner of the elements follows in their place.
 constexpr std::uintptr_t rowMajorBit = 1;
+constexpr std::uintptr_t ownerBit = 2;
+using Owner = std::shared_ptr<void>;
 
 template <class T>
 bool isSmall(std::size_t count) noexcept {
@@ -104,6 +106,18 @@ DenseArrayImpl<T>* DenseArrayImpl<T>::adopt(Dimensions&& dimensions, Buffer<void
 }
 
 template <class T>
+DenseArrayImpl<T>* DenseArrayImpl<T>::adopt(Dimensions&& dimensions, T* data, Owner owner,
+                                            MemoryLayout layout) {
+    auto* array = make(std::move(dimensions), sizeof(Owner));
+    new (array->trailing()) Owner(std::move(owner));
+    array->inPlace_.data = data;
+    array->setLayout(layout);
+    array->dimensions_ |= ownerBit;
+    array->noteShape();
+    return array;
+}
+
+template <class T>
 DenseArrayImpl<T>* DenseArrayImpl<T>::withData(Dimensions&& dimensions, const void* source,
                                                std::size_t count) {
     DenseArrayImpl* array = uninitialised(std::move(dimensions));
@@ -119,6 +133,7 @@ DenseArrayImpl<T>::~DenseArrayImpl() {
     if (deleter_ != nullptr) {
         deleter_(inPlace_.data);
     }
+    dropOwner();
     if (ownsDimensions()) {
         ownDimensions().~Dimensions();
     }
@@ -195,6 +210,7 @@ void DenseArrayImpl<T>::releaseBuffer(void*& data, void (*&deleter)(void*)) {
         data = inPlace_.data;
         deleter = deleter_;
     }
+    dropOwner();
     if (ownsDimensions()) {
         ownDimensions().assign(2, 0);
     } else {
@@ -224,6 +240,11 @@ void DenseArrayImpl<T>::setElementValue(std::size_t index, const std::string&, T
 template <class T>
 const T* DenseArrayImpl<T>::getTypedDataPtr() const {
     return isEmpty() ? nullptr : inPlace_.data;
+}
+
+template <class T>
+std::shared_ptr<void> DenseArrayImpl<T>::owner() const {
+    return hasOwner() ? *static_cast<const Owner*>(behind()) : nullptr;
 }
 
 /// With dimensions of `sharedDimensions`; the elements follow the object.
@@ -262,7 +283,7 @@ DenseArrayImpl<T>* DenseArrayImpl<T>::uninitialised(Dimensions&& dimensions) {
 
 template <class T>
 const Dimensions& DenseArrayImpl<T>::dimensions() const noexcept {
-    return *reinterpret_cast<const Dimensions*>(dimensions_ & ~rowMajorBit);
+    return *reinterpret_cast<const Dimensions*>(dimensions_ & ~(rowMajorBit | ownerBit));
 }
 template <class T>
 MemoryLayout DenseArrayImpl<T>::layout() const noexcept {
@@ -284,9 +305,25 @@ template <class T>
 Dimensions& DenseArrayImpl<T>::ownDimensions() noexcept {
     return *std::launder(reinterpret_cast<Dimensions*>(this + 1));
 }
+/// What follows the object and its dimensions.
+template <class T>
+const void* DenseArrayImpl<T>::behind() const noexcept {
+    return ownsDimensions() ? static_cast<const void*>(&dimensions() + 1) : this + 1;
+}
 template <class T>
 T* DenseArrayImpl<T>::trailing() noexcept {
-    return ownsDimensions() ? reinterpret_cast<T*>(&ownDimensions() + 1) : reinterpret_cast<T*>(this + 1);
+    return static_cast<T*>(const_cast<void*>(behind()));
+}
+template <class T>
+bool DenseArrayImpl<T>::hasOwner() const noexcept {
+    return (dimensions_ & ownerBit) != 0;
+}
+template <class T>
+void DenseArrayImpl<T>::dropOwner() noexcept {
+    if (hasOwner()) {
+        static_cast<Owner*>(const_cast<void*>(behind()))->~Owner();
+        dimensions_ &= ~ownerBit;
+    }
 }
 /// Must follow every change of dimensions or layout: handles reach elements by rows and columns of
 /// `inPlace_`, and only when these are not 0.

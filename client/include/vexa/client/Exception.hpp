@@ -10,7 +10,7 @@
 namespace vexa::client {
 
 /// A buffer was handed over that cannot be the storage of an array: there is none although the array has
-/// elements, or its memory layout is neither column- nor row-major.
+/// elements, its memory layout is neither column- nor row-major, or it is not aligned for its elements.
 class VEXADATA_API InvalidBufferException final : public foundation::vexadata::Exception {
 public:
     const char* what() const noexcept override;

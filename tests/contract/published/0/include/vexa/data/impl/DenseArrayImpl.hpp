@@ -10,6 +10,7 @@
 #include <complex>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -22,7 +23,7 @@ namespace vexa::data::impl {
 ///
 /// The elements of small arrays follow the object in the same block, and before them its dimensions, unless
 /// it shares those with all arrays of its shape, as small matrices do. Other elements lie in a buffer with a
-/// function that frees it.
+/// function that frees it, or belong to somebody whom the array keeps alive.
 template <class T>
 class VEXADATA_API DenseArrayImpl final : public TypedArrayImpl<T> {
     using Dimensions = std::vector<std::size_t>;
@@ -37,6 +38,11 @@ public:
     /// without elements.
     /// @throws std::bad_alloc after freeing the buffer
     static DenseArrayImpl* adopt(Dimensions&& dimensions, Buffer<void> storage, MemoryLayout layout);
+    /// Over elements that `owner` keeps alive, as many as the dimensions say; it is let go when the array is,
+    /// or gives its elements away, which are then a copy.
+    /// @throws std::bad_alloc
+    static DenseArrayImpl* adopt(Dimensions&& dimensions, T* data, std::shared_ptr<void> owner,
+                                 MemoryLayout layout);
     /// Copies of the first `count` elements at `source`, column-major: of as many as there is room for, zeros
     /// for the rest.
     /// @throws std::bad_alloc
@@ -67,6 +73,9 @@ public:
     /// Null when there are no elements.
     const T* getTypedDataPtr() const override;
 
+    /// Who keeps the elements alive when the array does not; null otherwise.
+    std::shared_ptr<void> owner() const;
+
     /// Where handles find the elements.
     const data::detail::InPlace<T>& inPlace() const noexcept { return inPlace_; }
 
@@ -95,13 +104,17 @@ private:
     [[gnu::visibility("hidden")]] std::size_t count() const noexcept;
     [[gnu::visibility("hidden")]] bool ownsDimensions() const noexcept;
     [[gnu::visibility("hidden")]] Dimensions& ownDimensions() noexcept;
+    [[gnu::visibility("hidden")]] const void* behind() const noexcept;
     [[gnu::visibility("hidden")]] T* trailing() noexcept;
+    [[gnu::visibility("hidden")]] bool hasOwner() const noexcept;
+    [[gnu::visibility("hidden")]] void dropOwner() noexcept;
     [[gnu::visibility("hidden")]] void noteShape() noexcept;
 
     data::detail::InPlace<T> inPlace_; // the first member: clients know its place
-    std::uintptr_t
-        dimensions_; // where they lie: shared by many arrays, or behind the object; odd for row-major
-    void (*deleter_)(void*) = nullptr; // null while the elements follow the object
+    // Where they lie, shared by many arrays or behind the object; one low bit says row-major, one that an
+    // owner of the elements follows.
+    std::uintptr_t dimensions_;
+    void (*deleter_)(void*) = nullptr; // null while the elements follow the object or have an owner
     data::detail::Identity identity_;
 };
 
