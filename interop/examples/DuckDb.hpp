@@ -32,8 +32,8 @@ void duckdb_destroy_arrow(DuckResult** result);
 /// that it is told of an error.
 class ScannedTable {
 public:
-    explicit ScannedTable(const foundation::vexadata::Array& table) {
-        vexa::interop::toArrowStream(table, source_.get());
+    explicit ScannedTable(const foundation::vexadata::StructArray& table) {
+        vexa::interop::toArrow(table, schema_.get(), table_.get());
         stream_ = {getSchema, getNext, getLastError, nullptr, this};
     }
     ScannedTable(const ScannedTable&) = delete;
@@ -45,24 +45,26 @@ private:
     static ScannedTable& of(ArrowArrayStream* stream) noexcept {
         return *static_cast<ScannedTable*>(stream->private_data);
     }
+    /// DuckDB 1.5 does not release all the schemas that it asks for, so that it only borrows ours.
     static int getSchema(ArrowArrayStream* stream, ArrowSchema* out) {
-        return of(stream).source_->get_schema(of(stream).source_.get(), out);
+        *out = *of(stream).schema_.get();
+        out->release = [](ArrowSchema* self) { self->release = nullptr; };
+        return 0;
     }
     static int getNext(ArrowArrayStream* stream, ArrowArray* out) {
         ScannedTable& self = of(stream);
-        if (self.ended_) {
+        if (std::exchange(self.ended_, !self.table_)) {
             return EINVAL;
         }
-        const int code = self.source_->get_next(self.source_.get(), out);
-        self.ended_ = out->release == nullptr;
-        return code;
+        self.table_.moveTo(out); // released from the second time on
+        return 0;
     }
-    static const char* getLastError(ArrowArrayStream* stream) {
-        return of(stream).ended_ ? "a query reads each table once: give it under two names"
-                                 : of(stream).source_->get_last_error(of(stream).source_.get());
+    static const char* getLastError(ArrowArrayStream*) {
+        return "a query reads each table once: give it under two names";
     }
 
-    vexa::interop::OwnedArrow<ArrowArrayStream> source_;
+    vexa::interop::OwnedArrow<ArrowSchema> schema_;
+    vexa::interop::OwnedArrow<ArrowArray> table_;
     ArrowArrayStream stream_{};
     bool ended_ = false;
 };
@@ -90,7 +92,7 @@ public:
     /// @throws std::runtime_error with DuckDB's message
     foundation::vexadata::StructArray query(
         const std::string& sql,
-        const std::vector<std::pair<std::string, foundation::vexadata::Array>>& tables = {}) {
+        const std::vector<std::pair<std::string, foundation::vexadata::StructArray>>& tables = {}) {
         std::list<ScannedTable> scans; // live until the query has run, and do not move
         for (const auto& [name, table] : tables) {
             scans.emplace_back(table);

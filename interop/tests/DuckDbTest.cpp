@@ -49,7 +49,7 @@ StructArray largeTable(std::size_t rows) {
     return table;
 }
 
-std::string failure(DuckDb& database, const std::string& sql, const Array& table) {
+std::string failure(DuckDb& database, const std::string& sql, const StructArray& table) {
     try {
         database.query(sql, {{"t", table}});
     } catch (const std::runtime_error& error) {
