@@ -1,21 +1,13 @@
 // A sparse matrix from triplets in any order.
 #include <foundation/vexadata/VexaData.hpp>
 
-#include <algorithm>
 #include <iostream>
+#include <tuple>
 #include <vector>
 
 using namespace foundation::vexadata;
 
 namespace {
-
-/// The factory takes buffers over; a list is copied into one.
-template <class T>
-buffer_ptr<T> bufferOf(ArrayFactory& factory, const std::vector<T>& values) {
-    auto buffer = factory.createBuffer<T>(values.size());
-    std::copy(values.begin(), values.end(), buffer.get());
-    return buffer;
-}
 
 void print(const SparseArray<double>& matrix) {
     for (auto it = matrix.begin(); it != matrix.end(); ++it) {
@@ -29,14 +21,12 @@ void print(const SparseArray<double>& matrix) {
 int main() {
     ArrayFactory factory;
     // (2, 0) comes twice and is summed; the zero at (1, 1) is dropped.
-    const std::vector<double> values{7.0, 2.0, 0.0, 3.0, 1.0};
-    const std::vector<std::size_t> rows{0, 2, 1, 2, 1};
-    const std::vector<std::size_t> columns{1, 0, 1, 0, 3};
-    SparseArray<double> matrix =
-        factory.createSparseArray<double>({3, 4}, values.size(), bufferOf(factory, values),
-                                          bufferOf(factory, rows), bufferOf(factory, columns));
+    const std::vector<std::tuple<int, int, double>> triplets{
+        {0, 1, 7.0}, {2, 0, 2.0}, {1, 1, 0.0}, {2, 0, 3.0}, {1, 3, 1.0}};
+    SparseArray<double> matrix = factory.createSparseArray<double>({3, 4}, triplets);
     std::cout << matrix.getNumberOfNonZeroElements() << " of " << matrix.getNumberOfElements() << '\n';
     print(matrix);
+    std::cout << "(1, 3) is " << matrix(1, 3) << ", (1, 2) is " << matrix(1, 2) << '\n';
 
     const SparseArray<double> before = matrix;
     for (double& value : matrix) { // gets a copy of its own first

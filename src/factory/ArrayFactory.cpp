@@ -196,6 +196,16 @@ ArrayImpl* newEmptyArray(ArrayType type) {
     return Access::impl(array).get();
 }
 
+std::shared_ptr<ArrayImpl> copiedRecord(const StructElement& record) {
+    std::vector<std::string> names;
+    for (const VexaFieldIdentifier& name : record.getFieldNames()) {
+        names.push_back(name.getString());
+    }
+    StructArray copy = ArrayFactory().createStructArray({1, 1}, std::move(names));
+    copy[0] = record;
+    return Access::impl(copy);
+}
+
 } // namespace detail
 
 } // namespace foundation::vexadata

@@ -6,6 +6,7 @@
 #include <foundation/vexadata/ArrayFactory.hpp>
 #include <foundation/vexadata/ArrayView.hpp>
 #include <foundation/vexadata/Exception.hpp>
+#include <foundation/vexadata/Layout.hpp>
 #include <vexa/testing/CallLog.hpp>
 
 #include <gtest/gtest.h>
@@ -129,6 +130,45 @@ TEST_F(Views, KeepTheirElementsWhenTheHandleGoesElsewhere) {
     const auto copy = view;
     view = writableView(made.array);
     EXPECT_EQ(copy(0, 0), 60);
+}
+
+TEST_F(Views, GiveRowsColumnsPagesAndPartsOfEitherLayout) {
+    const auto byColumn = ArrayFactory().createArray<std::int32_t>(
+        {2, 3, 2}, {0, 100, 10, 110, 20, 120, 1, 101, 11, 111, 21, 121}); // each value tells its indices
+    const auto check = [](const TypedArray<std::int32_t>& array) {
+        const auto all = readOnlyView<3>(array);
+        const auto listed = [](const auto& view) {
+            return std::vector<std::int32_t>(view.begin(), view.end());
+        };
+        using List = std::vector<std::int32_t>;
+        EXPECT_EQ(listed(all), (List{0, 100, 10, 110, 20, 120, 1, 101, 11, 111, 21, 121}));
+        const auto page = all.page(1);
+        EXPECT_EQ(listed(page), (List{1, 101, 11, 111, 21, 121}));
+        EXPECT_EQ(listed(page.transposed()), (List{1, 11, 21, 101, 111, 121}));
+        EXPECT_EQ(page.transposed()(2, 1), 121);
+        EXPECT_EQ(listed(page.row(1)), (List{101, 111, 121}));
+        EXPECT_EQ(listed(page.column(2)), (List{21, 121}));
+        EXPECT_EQ(listed(page.part(1, 0, 2, 2)), (List{1, 101, 21, 121}));
+        EXPECT_EQ(listed(page.part(1, 2, 1, 99).part(0, 1, 1)), (List{121}));
+        EXPECT_EQ(listed(page.part(0, 2, 0)), List());
+        EXPECT_EQ(listed(all.slice(0, 1).slice(0, 2)), (List{120, 121}));
+        EXPECT_THROW(page.row(2), EArrayIndexOutOfRange);
+        EXPECT_THROW(page.slice(2, 0), EArrayIndexOutOfRange);
+        EXPECT_THROW(page.part(1, 0, 2, 3), EArrayIndexOutOfRange);
+        EXPECT_THROW(page.part(1, 1, 3), EArrayIndexOutOfRange);
+        EXPECT_THROW(page.part(1, 0, 2, 0), EArrayIndexOutOfRange);
+        EXPECT_THROW(page.part(1, 0, 3, std::size_t(1) << 63), EArrayIndexOutOfRange);
+    };
+    check(byColumn);
+    check(withLayout(byColumn, vexa::data::MemoryLayout::ROW_MAJOR));
+
+    auto written = ArrayFactory().createArray<std::int32_t>({2, 2});
+    const auto row = writableView(written).row(1);
+    std::fill(row.begin(), row.end(), 7);
+    EXPECT_EQ(written, ArrayFactory().createArray<std::int32_t>({2, 2}, {0, 7, 0, 7}));
+    const auto none = ArrayFactory().createArray<std::int32_t>({0, 3});
+    EXPECT_EQ(readOnlyView(none).begin(), readOnlyView(none).end());
+    EXPECT_EQ(readOnlyView(none).column(2).size(), 0U);
 }
 
 TEST_F(Views, CostNoAllocation) {

@@ -240,4 +240,31 @@ TEST(ElementHandles, AreSmallAndAllocateNothing) {
     EXPECT_GT(support::countAllocations([&] { Reference<double> named = matrix[1][1]; }), 0U);
 }
 
+TEST(ElementShorthand, IsWhatTheIndicesInBracketsAre) {
+    ArrayFactory factory;
+    auto a = factory.createArray<std::int16_t>({2, 3}, {1, 2, 3, 4, 5, 6});
+    const auto before = a;
+    a(1, 2) += 10;
+    EXPECT_EQ(++a(0, 0), 2);
+    EXPECT_EQ(a[0][1]++, 3);
+    EXPECT_EQ(a.at(0, 1)--, 4);
+    EXPECT_EQ(--a(0, 1), 2);
+    EXPECT_EQ(a, factory.createArray<std::int16_t>({2, 3}, {2, 2, 2, 4, 5, 16}));
+    EXPECT_EQ(before(1, 2), 6);
+    EXPECT_EQ(before.size(), 6U);
+    EXPECT_THROW(a.at(2, 0), EArrayIndexOutOfRange);
+    EXPECT_THROW(before.at(1), NotEnoughIndicesProvidedException);
+    EXPECT_THROW(before.at(0, 0, 1), TooManyIndicesProvidedException);
+    const auto shared = a;
+    EXPECT_EQ(shared.data(), std::as_const(a).data());
+    a.data()[5] = 0;
+    EXPECT_EQ(shared(1, 2), 16) << "the writable form makes the array private";
+    EXPECT_EQ(factory.createArray<std::int16_t>({0, 2}).data(), nullptr);
+    auto row = factory.createArray<String>({1, 2}, {"a", "b"});
+    row(1) = "c";
+    EXPECT_TRUE(row.at(1) == "c");
+    EXPECT_EQ(factory.createScalar(std::string_view("ab"))[0], "ab");
+    EXPECT_EQ(factory.createScalar(std::u16string_view(u"\u20ac"))[0], u"\u20ac");
+}
+
 } // namespace

@@ -258,4 +258,33 @@ TEST_F(Sparse, AreTheSameWhoeverMadeThem) {
     EXPECT_THROW(Access::impl(own)->getIndex(2), EArrayIndexOutOfRange);
 }
 
+TEST_F(Sparse, ComeFromRangesAndGiveSingleElements) {
+    struct Place {
+        int row;
+        unsigned column;
+        float value;
+    };
+    const auto matrix =
+        factory.createSparseArray<double>({3, 4}, std::vector<Place>{{2, 1, 5}, {0, 0, 1}, {1, 1, 4}});
+    EXPECT_EQ(matrix,
+              factory.createSparseArray<double>({3, 4}, std::vector<int>{5, 1, 4}, std::vector<int>{2, 0, 1},
+                                                std::vector<char>{1, 0, 1}));
+    EXPECT_EQ(matrix, factory.createSparseArray<double>({3, 4}, std::vector<std::tuple<Index, Index, double>>{
+                                                                    {2, 1, 5}, {0, 0, 1}, {1, 1, 4}}));
+    for (Index i = 0; i < 3; ++i) {
+        for (Index j = 0; j < 4; ++j) {
+            const double expected = i == 0 && j == 0 ? 1 : i == 1 && j == 1 ? 4 : i == 2 && j == 1 ? 5 : 0;
+            EXPECT_EQ(matrix(i, j), expected) << i << ", " << j;
+        }
+    }
+    EXPECT_TRUE(throwsExactly<EArrayIndexOutOfRange>([&] { matrix(3, 0); }));
+    EXPECT_TRUE(throwsExactly<EArrayIndexOutOfRange>([&] { matrix(0, 4); }));
+    EXPECT_THROW(factory.createSparseArray<double>({3, 4}, std::vector<double>{1}, std::vector<int>{0, 1},
+                                                   std::vector<int>{0}),
+                 std::invalid_argument);
+    const auto nothing = factory.createSparseArray<bool>({2, 2}, std::vector<Place>());
+    EXPECT_EQ(nothing.getNumberOfNonZeroElements(), 0U);
+    EXPECT_FALSE(nothing(1, 1));
+}
+
 } // namespace

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <utility>
 #include <vector>
@@ -276,6 +277,42 @@ TEST_F(Structs, OfOtherBackEndsAreComparedByTheirNames) {
     EXPECT_NE(own, made(other, {"b", "c"}, 1));
     EXPECT_NE(own, made(other, {"b"}, 1));
     EXPECT_NE(own, made(factory, {"b", "a"}, 1)) << "the order counts within one back-end";
+}
+
+TEST_F(Structs, AreSortedMovedAndKeptAsWholeRecords) {
+    constexpr std::size_t count = 40; // beyond what algorithms sort by insertion
+    StructArray many = factory.createStructArray({1, count}, {"x", "y"});
+    for (std::size_t k = 0; k < count; ++k) {
+        many[k]["x"] = factory.createScalar(double((k * 17) % count));
+        many[k]["y"] = factory.createScalar(double((k * 17) % count) + 1000);
+    }
+    const auto expectOrder = [&](auto xOf) {
+        for (std::size_t k = 0; k < count; ++k) {
+            EXPECT_EQ(x(many, k), double(xOf(k)));
+            EXPECT_EQ(y(many, k), double(xOf(k)) + 1000) << "the fields of a record stay together";
+        }
+    };
+    const auto less = [](const StructElement& a, const StructElement& b) {
+        return double(a["x"][0]) < double(b["x"][0]);
+    };
+    const StructArray before = many;
+    std::sort(many.begin(), many.end(), less);
+    expectOrder([](std::size_t k) { return k; });
+    EXPECT_EQ(x(before, 1), 17.0);
+    std::reverse(many.begin(), many.end());
+    expectOrder([](std::size_t k) { return count - 1 - k; });
+    std::stable_sort(many.begin(), many.end(), less);
+    std::rotate(many.begin(), many.begin() + 1, many.end());
+    expectOrder([](std::size_t k) { return (k + 1) % count; });
+
+    std::vector<StructValue> kept(many.cbegin(), many.cend());
+    many[0]["x"] = factory.createScalar(-1.0);
+    many = points;
+    EXPECT_EQ(double(kept[0]["x"][0]), 1.0);
+    many[1] = kept[5];
+    EXPECT_EQ(y(many, 1), 1006.0);
+    EXPECT_THROW(many[0] = StructValue(factory.createStructArray({1, 1}, {"x"})[0]),
+                 WrongVectorSizeForStructException);
 }
 
 } // namespace

@@ -180,4 +180,23 @@ TEST(Adoption, AVectorGoesInAndComesOutWithoutACopy) {
     EXPECT_EQ(toVector(adopt<double>({2}, other.data(), kept)), other) << "an owner that is no vector";
 }
 
+TEST(Adoption, ElementsOfOtherKindsBecomeValues) {
+    ArrayFactory factory;
+    auto texts = factory.createArray<String>({1, 2});
+    texts[1] = "x";
+    const std::vector<String> strings = toVector(texts);
+    EXPECT_FALSE(strings[0].has_value());
+    EXPECT_EQ(strings[1], String(u"x"));
+    auto records = factory.createStructArray({1, 2}, {"n"});
+    records[1]["n"] = factory.createScalar(4.0);
+    const std::vector<StructValue> kept = toVector<StructElement>(records);
+    records[1]["n"] = factory.createScalar(5.0);
+    EXPECT_EQ(double(kept[1]["n"][0]), 4.0);
+    EXPECT_EQ(toVector(factory.createArray<bool>({1, 3}, {true, false, true})),
+              (std::vector<bool>{true, false, true}));
+    const std::vector<Array> cells =
+        toVector(factory.createArray<Array>({1, 1}, {factory.createScalar(1.0)}));
+    EXPECT_EQ(cells.at(0), factory.createScalar(1.0));
+}
+
 } // namespace

@@ -4,6 +4,9 @@
 // refused 4: error
 // refused 5: error
 // refused 6: error
+// refused 7: a field belongs to a record
+// refused 8: a cell or field holds an array
+// refused 9: a cell or field holds an array
 // Elements of arrays that are const, and references to what these hold.
 #include <foundation/vexadata/VexaData.hpp>
 
@@ -45,5 +48,19 @@ void ofConstArrays(const TypedArray<Array>& constant, TypedArray<Array>& cells,
 #else
     Reference<Array> any = cells[0];
     any = cells[1];
+#endif
+#if REFUSED == 7
+    written["name"] = texts;
+#else
+    written[0]["name"] = texts;
+#endif
+#if REFUSED == 8
+    written[0]["name"] = "text";
+#else
+    written[0]["name"][0] = 5.0;
+#endif
+#if REFUSED == 9
+    Reference<Array> inside = cells[0];
+    inside = 5.0;
 #endif
 }

@@ -15,6 +15,7 @@
 #include <initializer_list>
 #include <iterator>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -202,6 +203,15 @@ public:
     template <class T>
     SparseArray<T> createSparseArray(std::vector<std::size_t> dims, std::size_t count, buffer_ptr<T> values,
                                      buffer_ptr<std::size_t> rows, buffer_ptr<std::size_t> columns) const;
+    /// The same from ranges, each a vector, an array or a view that can be walked twice and knows its size,
+    /// whose values are converted and copied.
+    /// @throws std::invalid_argument unless the three are as long as each other
+    template <class T, class ValueRange, class RowRange, class ColumnRange>
+    SparseArray<T> createSparseArray(std::vector<std::size_t> dims, const ValueRange& values,
+                                     const RowRange& rows, const ColumnRange& columns) const;
+    /// The same from one range of triplets: each a tuple, or a plain structure, of row, column and value.
+    template <class T, class Triplets>
+    SparseArray<T> createSparseArray(std::vector<std::size_t> dims, const Triplets& triplets) const;
     /// A sparse matrix from compressed columns: `count` values and their rows, column by column, and where
     /// each column begins among them, with one entry more than columns.
     /// @throws EInvalidDimensionsInSparseArray for more than two dimensions
@@ -252,6 +262,14 @@ public:
         vexa::data::MemoryLayout layout = vexa::data::MemoryLayout::COLUMN_MAJOR) const;
 
 private:
+    /// A buffer with the values of a range, converted.
+    template <class T, class ValueRange>
+    buffer_ptr<T> bufferOf(const ValueRange& values) const {
+        buffer_ptr<T> buffer = createBuffer<T>(std::size(values));
+        std::transform(std::begin(values), std::end(values), buffer.get(),
+                       [](const auto& value) { return static_cast<T>(value); });
+        return buffer;
+    }
     /// The back-end's factory; without one ends the process.
     vexa::data::impl::ArrayFactoryImpl& backEnd() const;
     /// Whether all primitive arrays of the back-end are the library's dense ones.
@@ -355,6 +373,34 @@ SparseArray<T> ArrayFactory::createSparseArray(std::vector<std::size_t> dims, st
                                                buffer_ptr<std::size_t> columns) const {
     return SparseArray<T>(
         sparse(std::move(dims), count, std::move(values), std::move(rows), std::move(columns)));
+}
+
+template <class T, class ValueRange, class RowRange, class ColumnRange>
+SparseArray<T> ArrayFactory::createSparseArray(std::vector<std::size_t> dims, const ValueRange& values,
+                                               const RowRange& rows, const ColumnRange& columns) const {
+    const std::size_t count = std::size(values);
+    if (std::size(rows) != count || std::size(columns) != count) {
+        throw std::invalid_argument("createSparseArray: as many rows and columns as values are needed");
+    }
+    return createSparseArray<T>(std::move(dims), count, bufferOf<T>(values), bufferOf<std::size_t>(rows),
+                                bufferOf<std::size_t>(columns));
+}
+
+template <class T, class Triplets>
+SparseArray<T> ArrayFactory::createSparseArray(std::vector<std::size_t> dims,
+                                               const Triplets& triplets) const {
+    const std::size_t count = std::size(triplets);
+    buffer_ptr<T> values = createBuffer<T>(count);
+    buffer_ptr<std::size_t> rows = createBuffer<std::size_t>(count);
+    buffer_ptr<std::size_t> columns = createBuffer<std::size_t>(count);
+    std::size_t k = 0;
+    for (const auto& [row, column, value] : triplets) {
+        rows[k] = static_cast<std::size_t>(row);
+        columns[k] = static_cast<std::size_t>(column);
+        values[k++] = static_cast<T>(value);
+    }
+    return createSparseArray<T>(std::move(dims), count, std::move(values), std::move(rows),
+                                std::move(columns));
 }
 
 template <class T>

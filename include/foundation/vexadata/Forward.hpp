@@ -71,6 +71,7 @@ class SparseArray;
 class ArrayFactory;
 
 class StructElement;
+class StructValue;
 class Enumeration;
 class Object;
 class ValueObject;

@@ -39,8 +39,8 @@ inline Printed printed(Array array, const PrintOptions& options = {}) { return {
 /// been written.
 VEXADATA_API std::string toText(const Array& array, const PrintOptions& options = {});
 
-/// An object: one line, and below it the properties of a value object. A handle object is known by its number, an
-/// empty handle is written as `<none>`.
+/// An object: one line, and below it the properties of a value object. A handle object is known by its
+/// number, an empty handle is written as `<none>`.
 VEXADATA_API std::string toText(const Object& object, const PrintOptions& options = {});
 
 /// Writes `toText`, with the stream's precision. The width of the stream is ignored and set to 0, its other

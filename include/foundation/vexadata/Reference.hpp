@@ -152,6 +152,15 @@ public:
         return *this;
     }
 
+    /// Does not compile: cells and fields hold arrays.
+    template <class Value, std::enable_if_t<detail::isPlainValue<Value>, int> = 0>
+    Reference& operator=(const Value&) {
+        static_assert(!std::is_same_v<Value, Value>,
+                      "a cell or field holds an array: assign factory.createScalar(value), or "
+                      "factory.createCharArray(text)");
+        return *this;
+    }
+
     /// An element of the array held, one level deeper. The writable form makes everything on the way private.
     /// @throws index errors of either level
     ArrayElementRef<false> operator[](std::size_t index) {

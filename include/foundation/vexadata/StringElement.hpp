@@ -287,8 +287,8 @@ bool operator!=(const A& a, const B& b) noexcept {
     return !(a == b);
 }
 
-// Order of elements, and of elements and values, as sorting needs it: by UTF-16 units, missing elements first and
-// equivalent to each other. Index errors and errors of the back-end pass through.
+// Order of elements, and of elements and values, as sorting needs it: by UTF-16 units, missing elements first
+// and equivalent to each other. Index errors and errors of the back-end pass through.
 
 template <class A, class B, detail::IfStringRef<A> = 0, detail::IfStringRef<B> = 0>
 bool operator<(const A& a, const B& b) {

@@ -78,6 +78,31 @@ private:
     static const Array askedField(detail::ElementPosition position, const std::string& fieldName);
 };
 
+namespace detail {
+
+/// An array of one record with the fields of another, their values shared.
+/// @throws index errors; errors of the back-end
+VEXADATA_API std::shared_ptr<ArrayImpl> copiedRecord(const StructElement& record);
+
+/// What a `StructValue` keeps, made before the view of it.
+struct RecordOwner {
+    std::shared_ptr<ArrayImpl> owner;
+};
+
+} // namespace detail
+
+/// A record that is a value: the fields of the record that it was made from, values shared, whatever becomes
+/// of that. Iterators over records give it to algorithms that set elements aside, so that `std::sort` sorts
+/// records; in a `std::vector<StructValue>` they outlive their array. Assigned to an element of a struct array, it
+/// stores the values there.
+class StructValue : private detail::RecordOwner, public StructElement {
+public:
+    /// @throws index errors; errors of the registered back-end
+    StructValue(const StructElement& record)
+        : RecordOwner{detail::copiedRecord(record)},
+          StructElement(detail::ElementPosition::firstOf<StructElement>(owner.get(), 0)) {}
+};
+
 /// A record that can be written. Reading as for StructElement.
 class VEXADATA_API StructRefExt : public StructElement {
 public:
@@ -127,6 +152,13 @@ public:
     Ref& operator=(const StructElement& other) {
         storeRecord(position_, valuesOf(Access::position(other)));
         return static_cast<Ref&>(*this);
+    }
+
+    /// Exchanges the values. Found by argument alone: `std::swap` by its full name would lose one of them.
+    friend void swap(Ref a, Ref b) {
+        std::vector<Array> values = valuesOf(a.position_);
+        a = static_cast<const StructElement&>(b);
+        b = std::move(values);
     }
 };
 

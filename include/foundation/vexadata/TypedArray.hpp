@@ -34,6 +34,16 @@ template <class T>
 inline constexpr bool startsEmpty =
     isPrimitiveElement<T> || std::is_same_v<T, String> || std::is_same_v<T, Array>;
 
+/// An element handle with further indices appended.
+template <class Ref>
+VEXADATA_INLINE inline Ref indexed(Ref element) {
+    return element;
+}
+template <class Ref, class... Index>
+VEXADATA_INLINE inline Ref indexed(Ref element, std::size_t next, Index... indices) {
+    return indexed<Ref>(std::move(element)[next], indices...);
+}
+
 } // namespace detail
 
 /// An array of elements `T`, any of the catalogue's element types. Copies, moves and assigns between its own
@@ -115,6 +125,51 @@ public:
     }
     VEXADATA_INLINE detail::ElementRefOf<T, true> operator[](std::size_t index) const {
         return detail::ElementRefOf<T, true>(detail::ElementPosition::firstOf<T>(this->impl_.get(), index));
+    }
+
+    /// Number of elements.
+    template <class U = T>
+    std::size_t size() const {
+        return this->impl_->getNumberOfElements();
+    }
+    /// First element in storage; null without elements. Valid until the array is changed or released. The
+    /// form of a handle that is not const makes the array private first, as `begin` does.
+    /// @throws std::bad_alloc, the handle unchanged
+    template <class U = T, std::enable_if_t<detail::isPrimitiveElement<U>, int> = 0>
+    const U* data() const {
+        return static_cast<const detail::TypedArrayImpl<U>&>(*this->impl_).getTypedDataPtr();
+    }
+    template <class U = T, std::enable_if_t<detail::isPrimitiveElement<U>, int> = 0>
+    U* data() {
+        detail::Access::unshare(*this);
+        this->impl_->unshare();
+        // Storage of a private array may be written; the interface hands it out as read-only because most
+        // callers read.
+        return const_cast<U*>(std::as_const(*this).template data<U>());
+    }
+
+    /// The element at these indices, one for each dimension or one into a row or column, as `a[i][j]`.
+    template <class... Index>
+    VEXADATA_INLINE auto operator()(std::size_t first, Index... indices) {
+        return detail::indexed((*this)[first], static_cast<std::size_t>(indices)...);
+    }
+    template <class... Index>
+    VEXADATA_INLINE auto operator()(std::size_t first, Index... indices) const {
+        return detail::indexed((*this)[first], static_cast<std::size_t>(indices)...);
+    }
+    /// The same, tested at once.
+    /// @throws EArrayIndexOutOfRange, NotEnoughIndicesProvidedException, TooManyIndicesProvidedException
+    template <class... Index>
+    auto at(std::size_t first, Index... indices) {
+        auto element = (*this)(first, indices...);
+        detail::completePosition(element);
+        return element;
+    }
+    template <class... Index>
+    auto at(std::size_t first, Index... indices) const {
+        auto element = (*this)(first, indices...);
+        detail::completePosition(element);
+        return element;
     }
 
     /// Hands the elements over in a buffer that the caller owns: the array's own when no other handle shares

@@ -138,6 +138,7 @@ template struct Function<bool (*)(const HandleObjectRefImpl*, const HandleObject
 template struct Function<void (*)(const Chain&, std::vector<Array>), &setElement>;
 template struct Function<void (*)(const Chain&, const Array&), &storeArray>;
 template struct Function<void (*)(const ElementPosition&, std::vector<Array>), &storeRecord>;
+template struct Function<std::shared_ptr<ArrayImpl> (*)(const StructElement&), &copiedRecord>;
 template struct Function<void (*)(const ElementPosition&, Text), &storeText>;
 template struct Function<void (*)(const ElementPosition&, std::string_view), &storeText>;
 template struct Function<void (*)(Reference<Array>, Reference<Array>), &foundation::vexadata::swap>;

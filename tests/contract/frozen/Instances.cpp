@@ -78,6 +78,10 @@ using Element =
     template struct Function<DenseArrayImpl<T>* (*)(std::size_t, std::size_t), &DenseArrayImpl<T>::zeros>;   \
     template struct Function<DenseArrayImpl<T>* (*)(Sizes&&, Owned<void>, MemoryLayout),                     \
                              &DenseArrayImpl<T>::adopt>;                                                     \
+    template struct Function<DenseArrayImpl<T>* (*)(Sizes&&, T*, std::shared_ptr<void>, MemoryLayout),       \
+                             &DenseArrayImpl<T>::adopt>;                                                     \
+    template struct Function<std::shared_ptr<void> (DenseArrayImpl<T>::*)() const,                           \
+                             &DenseArrayImpl<T>::owner>;                                                     \
     template struct Function<DenseArrayImpl<T>* (*)(Sizes&&, const void*, std::size_t),                      \
                              &DenseArrayImpl<T>::withData>;                                                  \
     template struct Function<const InPlace<T>& (DenseArrayImpl<T>::*)() const, &DenseArrayImpl<T>::inPlace>; \

@@ -44,12 +44,37 @@ class CompoundAssignment {
     template <class U>
     using IfBothReal = std::enable_if_t<
         std::is_arithmetic_v<T> && std::is_arithmetic_v<U> && !std::is_same_v<T, U> && !isNarrowUnit<U>, int>;
+    template <class U>
+    using IfNumber =
+        std::enable_if_t<std::is_arithmetic_v<U> && !std::is_same_v<U, bool> && !std::is_same_v<U, char16_t>,
+                         int>;
 
 public:
     Ref& operator+=(const T& value) { return self() = static_cast<T>(current() + value); }
     Ref& operator-=(const T& value) { return self() = static_cast<T>(current() - value); }
     Ref& operator*=(const T& value) { return self() = static_cast<T>(current() * value); }
     Ref& operator/=(const T& value) { return self() = static_cast<T>(current() / value); }
+    template <class U = T, IfNumber<U> = 0>
+    Ref& operator++() {
+        return *this += T(1);
+    }
+    template <class U = T, IfNumber<U> = 0>
+    Ref& operator--() {
+        return *this -= T(1);
+    }
+    /// The value before.
+    template <class U = T, IfNumber<U> = 0>
+    T operator++(int) {
+        const T before = current();
+        ++*this;
+        return before;
+    }
+    template <class U = T, IfNumber<U> = 0>
+    T operator--(int) {
+        const T before = current();
+        --*this;
+        return before;
+    }
     template <class U, IfBothReal<U> = 0>
     Ref& operator+=(U value) {
         return self() = static_cast<T>(current() + value);

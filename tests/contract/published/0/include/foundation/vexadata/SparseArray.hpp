@@ -4,6 +4,7 @@
 #include <foundation/vexadata/Array.hpp>
 #include <foundation/vexadata/TypedIterator.hpp>
 
+#include <algorithm>
 #include <complex>
 #include <cstddef>
 #include <memory>
@@ -82,6 +83,22 @@ public:
     const std::size_t* getJc() const { return this->impl_->getJc(); }
     std::size_t getRows() const { return this->impl_->getRows(); }
     std::size_t getCols() const { return this->impl_->getCols(); }
+
+    /// The element at a row and a column, counted from 0: what is stored there, or zero. Looks through the
+    /// values stored in the column; to walk many, use the iterators.
+    /// @throws EArrayIndexOutOfRange
+    template <class Row, class Column>
+    T operator()(Row row, Column column) const {
+        const auto wanted = static_cast<std::size_t>(row);
+        const auto j = static_cast<std::size_t>(column);
+        if (wanted >= getRows() || j >= getCols()) {
+            detail::raise<EArrayIndexOutOfRange>();
+        }
+        const std::size_t* const rows = getIr();
+        const std::size_t* const last = rows + getJc()[j + 1];
+        const std::size_t* const found = std::find(rows + getJc()[j], last, wanted);
+        return found == last ? T() : static_cast<T>(*(cbegin() + (found - rows)));
+    }
 
     /// Row and column, counted from 0, of the stored value at which the iterator stands, known by its
     /// address. The iterator must come from this array as it is: this form makes the array private first, and

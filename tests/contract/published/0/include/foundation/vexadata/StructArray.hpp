@@ -25,6 +25,14 @@ public:
     StructArray& operator=(StructArray&&) noexcept = default;
     ~StructArray() override;
 
+    using TypedArray<StructElement>::operator[];
+    /// Does not compile: a field belongs to a record.
+    template <class Text, std::enable_if_t<std::is_convertible_v<Text, std::string>, int> = 0>
+    void operator[](const Text&) const {
+        static_assert(!std::is_same_v<Text, Text>,
+                      "a field belongs to a record: s[i][\"name\"], s[0][\"name\"]");
+    }
+
     /// The names of the fields in their order.
     Range<ForwardIterator, const VexaFieldIdentifier> getFieldNames() const;
     std::size_t getNumberOfFields() const;

@@ -7,6 +7,7 @@
 #include <complex>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <type_traits>
 
 namespace vexa::data {
@@ -44,6 +45,14 @@ struct GetReturnType<const char*> {
 };
 template <>
 struct GetReturnType<std::string> {
+    using type = optional<std::u16string>;
+};
+template <>
+struct GetReturnType<std::string_view> {
+    using type = optional<std::u16string>;
+};
+template <>
+struct GetReturnType<std::u16string_view> {
     using type = optional<std::u16string>;
 };
 template <>
@@ -142,6 +151,12 @@ template <>
 inline constexpr bool isNarrowUnit<char8_t> = true;
 #endif
 
+/// Whether `T` is a number, logical or text of the language, and no array.
+template <class T>
+inline constexpr bool isPlainValue =
+    std::is_arithmetic_v<T> || std::is_convertible_v<const T&, std::string_view> ||
+    std::is_convertible_v<const T&, std::u16string_view>;
+
 /// True when an array of kind `type` can be handled as one of elements `T`. The three object kinds are one
 /// here.
 template <class T>
@@ -164,6 +179,16 @@ struct ElementRef<Array, isConst> {
 };
 template <class T, bool isConst>
 using ElementRefOf = typename ElementRef<T, isConst>::type;
+
+/// What algorithms keep of an element that they have moved away: a record is no value by itself.
+template <class T>
+struct ElementValue {
+    using type = T;
+};
+template <>
+struct ElementValue<StructElement> {
+    using type = StructValue;
+};
 
 /// True for the references that may stand for an array: array handles are constructed and assigned from
 /// these. Elements of typed arrays other than cells hold none.

@@ -84,7 +84,7 @@ public:
     /// Primitive elements lie side by side, in every back-end: `std::span(a.begin(), a.end())` works.
     using iterator_concept = std::conditional_t<primitive, std::contiguous_iterator_tag, iterator_category>;
 #endif
-    using value_type = Element;
+    using value_type = typename detail::ElementValue<Element>::type;
     using difference_type = std::ptrdiff_t;
     using reference = typename Traits::reference;
     using pointer = std::conditional_t<primitive, T*, detail::ArrowProxy<reference>>;

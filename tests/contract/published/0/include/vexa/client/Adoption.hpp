@@ -76,18 +76,25 @@ foundation::vexadata::TypedArray<T> fromVector(std::vector<std::size_t> dims, st
     return adopt<T>(std::move(dims), data, std::move(owner), layout);
 }
 
-/// The elements of an array as a vector, in storage order. Hand the array over with `std::move`: when it came
-/// from a vector and nobody else shares it, that vector is moved out; otherwise the elements are copied.
+/// The elements of an array as a vector of values, in storage order: strings that may be missing, records as
+/// `StructValue`. Hand the array over with `std::move`: when it came from a vector and nobody else shares it,
+/// that vector is moved out; otherwise the elements are copied.
 /// @throws std::bad_alloc
 template <class T>
-std::vector<T> toVector(foundation::vexadata::TypedArray<T> array) {
-    static_assert(foundation::vexadata::detail::isPrimitiveElement<T>,
-                  "only primitive elements lie in a vector");
+auto toVector(foundation::vexadata::TypedArray<T> array) {
+    using Value = typename foundation::vexadata::detail::ElementValue<T>::type;
     const std::shared_ptr<void> owner = detail::ownerOf(array);
     if (owner.use_count() == 2 && std::get_deleter<detail::DeleteVector<T>>(owner) != nullptr) {
-        return std::move(*static_cast<std::vector<T>*>(owner.get()));
+        return std::move(*static_cast<std::vector<Value>*>(owner.get()));
     }
-    return std::vector<T>(array.cbegin(), array.cend());
+    std::vector<Value> values;
+    values.reserve(array.getNumberOfElements());
+    for (const auto& element : std::as_const(array)) {
+        Value value =
+            element; // a missing string too, which a vector's own constructor would ask for its text
+        values.push_back(std::move(value));
+    }
+    return values;
 }
 
 } // namespace vexa::client
