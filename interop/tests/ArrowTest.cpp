@@ -488,6 +488,15 @@ TEST(Arrow, RefusedProducersAreNotReleased) {
               "Arrow: structs in structs, more than 64 levels of them");
     EXPECT_EQ(p.released, 0);
 
+    std::vector<OwnedArrow<ArrowArray>> endlessPieces(256);
+    for (OwnedArrow<ArrowArray>& piece : endlessPieces) { // whose lengths would add up to 0
+        piece.take(&p.array(std::int64_t{1} << 56, {nullptr, sixNumbers}));
+    }
+    EXPECT_EQ(refusal([&] { fromArrow(p.schema("i"), std::move(endlessPieces)); }),
+              "Arrow: column 'c': pieces of more than 72057594037927936 entries");
+    EXPECT_EQ(p.released, 256);
+
+    p.released = 0;
     std::vector<OwnedArrow<ArrowArray>> pieces(2);
     pieces[0].take(&p.array(1, {nullptr, sixNumbers}));
     pieces[1].take(&p.array(1, {nullptr, nullptr}));

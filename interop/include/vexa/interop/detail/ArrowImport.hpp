@@ -124,6 +124,9 @@ inline void addPiece(ArrowColumn& column, const ArrowArray* array, const ArrowSh
                           " missing entries, but nothing says which they are");
         }
     }
+    if (piece.length > static_cast<std::size_t>(most) - column.length) {
+        column.refuse("pieces of more than " + std::to_string(most) + " entries");
+    }
     column.length += piece.length;
     column.missing += countMissing(piece);
     column.pieces.push_back(piece);
