@@ -135,8 +135,10 @@ TEST(DuckDb, ResultsOfEveryKindBecomeArrays) {
     }
 }
 
-TEST(DuckDb, EmptyTablesStayTables) {
+TEST(DuckDb, EmptyTablesStayTablesAndColumnsOfAnyNameFields) {
     DuckDb database;
+    const StructArray mean = database.query("SELECT avg(x) FROM t", {{"t", largeTable(1000)}});
+    EXPECT_EQ(valuesOf<double>(mean[0]["avg_x_"]), std::vector<double>{499.5}) << "a name that no field has";
     const StructArray none = largeTable(0);
     const StructArray all = database.query("SELECT * FROM t", {{"t", none}});
     EXPECT_EQ(all.getNumberOfFields(), 3U);
