@@ -1,4 +1,6 @@
 // Eigen's maps over our storage, and arrays of its results: values, layouts, addresses, lifetimes.
+#include "Failures.hpp"
+
 #include <foundation/vexadata/VexaData.hpp>
 #include <vexa/interop/Eigen.hpp>
 
@@ -27,16 +29,6 @@ TypedArray<T> counting(std::size_t rows, std::size_t columns,
     std::vector<T> values(rows * columns);
     std::iota(values.begin(), values.end(), T(1));
     return factory.createArray<T>({rows, columns}, values.begin(), values.end(), layout);
-}
-
-template <class Action>
-std::string refusal(Action action) {
-    try {
-        action();
-    } catch (const std::invalid_argument& error) {
-        return error.what();
-    }
-    return {};
 }
 
 } // namespace

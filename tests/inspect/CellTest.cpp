@@ -4,6 +4,8 @@
 #include "Table.hpp"
 #include "Words.hpp"
 
+#include <vexa/interop/FieldNames.hpp>
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -18,6 +20,7 @@
 namespace {
 
 using namespace vexa::inspect;
+using vexa::interop::fieldNames;
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 

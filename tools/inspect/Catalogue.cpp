@@ -7,6 +7,7 @@
 #include "Variable.hpp"
 
 #include <foundation/vexadata/StructArray.hpp>
+#include <vexa/interop/FieldNames.hpp>
 
 #include <algorithm>
 #include <filesystem>
@@ -73,7 +74,7 @@ Catalogue::Catalogue(std::vector<Entry> entries) {
         stems.push_back(stemOf(entry.file));
         values.push_back(contentsOf(entry.data));
     }
-    const std::vector<std::string> names = fieldNames(stems);
+    const std::vector<std::string> names = interop::fieldNames(stems);
     std::vector<const char*> texts;
     for (std::size_t k = 0; k < names.size(); ++k) {
         texts.push_back(names[k].c_str());

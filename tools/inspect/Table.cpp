@@ -11,9 +11,9 @@
 #include "Words.hpp"
 
 #include <foundation/vexadata/Print.hpp>
+#include <vexa/interop/FieldNames.hpp>
 
 #include <set>
-#include <unordered_map>
 #include <utility>
 
 namespace vexa::inspect {
@@ -68,7 +68,7 @@ public:
         std::vector<std::string> names;
         for (const Column& column : columns_)
             names.push_back(column.name());
-        const std::vector<std::string> fields = fieldNames(names);
+        const std::vector<std::string> fields = interop::fieldNames(names);
 
         ArrayFactory factory;
         Table table{rows_, factory.createStructArray({1, 1}, fields), {}, std::move(memory_)};
@@ -173,24 +173,6 @@ std::string describe(const Table& table, MemoryBudget& budget) {
         words += counts;
     }
     return lines.str() + (notes.empty() ? "" : '\n' + notes) + words;
-}
-
-std::vector<std::string> fieldNames(const std::vector<std::string>& texts) {
-    constexpr std::size_t longest = 63;
-    const auto isLetter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
-    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
-    std::unordered_map<std::string, std::size_t> taken; // and the number that is tried next behind each
-    std::vector<std::string> names;
-    for (const std::string& text : texts) {
-        std::string name(text.empty() || !isLetter(text.front()) ? 1 : 0, 'x');
-        for (const char c : std::string_view(text).substr(0, longest))
-            name += isLetter(c) || isDigit(c) ? c : '_';
-        const std::string stem = name;
-        while (!taken.try_emplace(name, 2).second)
-            name = stem + "_" + std::to_string(taken[stem]++);
-        names.push_back(name);
-    }
-    return names;
 }
 
 } // namespace vexa::inspect

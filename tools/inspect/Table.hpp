@@ -45,8 +45,4 @@ Table readTable(Chunks& chunks, std::string_view head, std::optional<char> delim
 /// enumeration.
 std::string describe(const Table& table, MemoryBudget& budget);
 
-/// A name for each text that fields may have, none twice: letters, digits and underscores, first a letter. At
-/// most 63 of them are taken from the text; a number follows where names would be equal.
-std::vector<std::string> fieldNames(const std::vector<std::string>& texts);
-
 } // namespace vexa::inspect
