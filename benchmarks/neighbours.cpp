@@ -2,8 +2,12 @@
 #include "Contest.hpp"
 
 #include <foundation/vexadata/VexaData.hpp>
+#include <vexa/client/Adoption.hpp>
 #include <vexa/interop/Arrow.hpp>
 #include <vexa/interop/DLPack.hpp>
+#if defined(VEXADATA_HAVE_EIGEN)
+#    include <vexa/interop/Eigen.hpp>
+#endif
 
 #include <array>
 #include <cstdint>
@@ -135,7 +139,44 @@ int main() {
                            return 0.0;
                        })}},
                      1000};
-    const bool outcomes[] = {bench::report(out), bench::report(in), bench::report(there)};
+    std::vector<double> moving(10000);
+    const Task vector{"vector to array and back (raw: two moves)",
+                      times,
+                      0,
+                      {{"raw", repeated([&] {
+                            auto owner = std::make_shared<std::vector<double>>(std::move(moving));
+                            hide(owner);
+                            moving = std::move(*owner);
+                            return moving[5];
+                        })},
+                       {"ours", repeated([&] {
+                            auto made = vexa::client::fromVector({100, 100}, std::move(moving));
+                            hide(made);
+                            moving = vexa::client::toVector(std::move(made));
+                            return moving[5];
+                        })}},
+                      300};
+#if defined(VEXADATA_HAVE_EIGEN)
+    const Task eigen{"array as a matrix of Eigen, and drop",
+                     times,
+                     0,
+                     {{"raw", repeated([&] {
+                           Eigen::Map<const Eigen::MatrixXd> map(values.data(), 100, 100);
+                           hide(map);
+                           return map(5, 5);
+                       })},
+                      {"ours", repeated([&] {
+                           const auto view = vexa::interop::eigenView(ours);
+                           hide(view);
+                           return view(5, 5);
+                       })}},
+                     300};
+    if (!bench::report(eigen)) {
+        return 1;
+    }
+#endif
+    const bool outcomes[] = {bench::report(vector), bench::report(out), bench::report(in),
+                             bench::report(there)};
     for (const bool agree : outcomes) {
         if (!agree) {
             return 1;
