@@ -100,7 +100,6 @@ void addArrays(py::module_& module) {
                               "Arrays are values: copy() shares memory until one of the two is "
                               "written. Made by vexadata.array() and the\n"
                               "other functions of the package.");
-    c.attr("__module__") = "vexadata";
     c.def(py::init([] { return ArrayObject(fv::Array()); }), "The empty array: no kind, 0x0.");
     c.def_property_readonly("kind", &kind,
                             "Name of the kind: 'double', 'logical', 'cell', 'sparse double' ...");

@@ -100,6 +100,7 @@ extern "C" void releaseBuffer(PyObject*, Py_buffer* view) { delete static_cast<L
 } // namespace
 
 void addBufferProtocol(PyHeapTypeObject* type) {
+    type->ht_type.tp_as_buffer = &type->as_buffer;
     type->as_buffer.bf_getbuffer = &getBuffer;
     type->as_buffer.bf_releasebuffer = &releaseBuffer;
 }

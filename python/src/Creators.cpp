@@ -47,8 +47,7 @@ py::object cell(const py::list& values, py::handle shape) {
 void addCreators(py::module_& module) {
     py::class_<CellObject, ArrayObject>(module, "CellArray",
                                         "An array of arrays. c[i] is a value: to change an array in a cell, "
-                                        "change it and store it again.")
-        .attr("__module__") = "vexadata";
+                                        "change it and store it again.");
     module.def(
         "zeros", &zeros, py::arg("shape"), py::arg("kind") = "double",
         "An array of zeros, missing strings or cells with empty arrays; a number n as shape means n by 1.");

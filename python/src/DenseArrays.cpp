@@ -80,7 +80,6 @@ void addNumpy(py::module_& module) {
         "changes, since a write through `a` then gives `a` memory of its own. a.numpy(writable=True) is a window "
         "onto\n`a` itself; while it lives, whatever else is taken from `a` (copies, elements of cells, read-only "
         "memory) is a copy.");
-    c.attr("__module__") = "vexadata";
     c.def(
         "numpy", &toNumpy, py::kw_only(), py::arg("writable") = false, py::arg("copy") = py::none(),
         "A NumPy array over the memory of this array, which keeps it alive.\n\n"
@@ -114,6 +113,7 @@ void addNumpy(py::module_& module) {
         "and copied\notherwise; copy=True always copies; copy=False never does, and raises ValueError where "
         "it would have to. See\nhelp(vexadata) for what sharing means. Strided elements are copied in column-major "
         "order. TypeError names a dtype\nor type that no array has.");
+    module.def("_from_numpy", &fromNumpy, py::arg("value"), py::arg("copy"));
     module.def(
         "freeze", &freeze, py::arg("value"),
         "An array over the memory of a NumPy array, as a value and without a copy. Makes the NumPy array, and "

@@ -60,7 +60,6 @@ void addEnumerations(py::module_& module) {
     py::class_<EnumObject, ArrayObject> c(module, "EnumArray",
                                           "An array of members of an enumeration class: str, or None for an "
                                           "element without member.");
-    c.attr("__module__") = "vexadata";
     c.def_property_readonly(
         "class_name", [](const EnumObject& self) { return fv::EnumArray(self.array).getClassName(); },
         "Name of the enumeration class.");

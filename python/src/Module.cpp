@@ -12,6 +12,8 @@ py::object pythonFunction(const char* name) { return py::module_::import("vexada
 PYBIND11_MODULE(_vexadata, module) {
     using namespace vexa::python;
     vexa::client::registerBackEnd();
+    const py::object name = module.attr("__name__");
+    module.attr("__name__") = "vexadata"; // where the classes are found by their users
     module.doc() = "Arrays of vexadata for Python; import the package vexadata instead.";
     addErrors(module);
     addArrays(module);
@@ -25,4 +27,5 @@ PYBIND11_MODULE(_vexadata, module) {
     addObjects(module);
     addWorkspace(module);
     addReaders(module);
+    module.attr("__name__") = name;
 }

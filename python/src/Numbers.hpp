@@ -57,8 +57,8 @@ std::complex<T> toComplexInteger(py::handle value) {
 template <class T>
 T toNumber(py::handle value) {
     if constexpr (std::is_same_v<T, bool>) {
-        const bool isBool = PyBool_Check(value.ptr()) || typeName(value) == "numpy.bool_";
-        if (!isBool) {
+        const std::string type = typeName(value); // that of NumPy bears both names, by its version
+        if (!PyBool_Check(value.ptr()) && type != "numpy.bool_" && type != "numpy.bool") {
             raise(PyExc_TypeError, "a logical is True or False, not " + typeName(value));
         }
         return PyObject_IsTrue(value.ptr()) == 1;

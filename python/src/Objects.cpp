@@ -181,7 +181,6 @@ void addClasses(py::module_& module) {
     py::class_<fv::ClassInfo> c(module, "Class",
                                 "A class of objects: a name, properties and superclasses. Calling "
                                 "it makes an object: Point(x=1.0, y=2.0).");
-    c.attr("__module__") = "vexadata";
     c.def(py::init(&newClass), py::arg("name"), py::arg("properties") = Names(), py::kw_only(),
           py::arg("array_properties") = Names(), py::arg("superclasses") = std::vector<fv::ClassInfo>());
     c.def_property_readonly(
@@ -209,7 +208,6 @@ void addValueObjects(py::module_& module) {
         "An object with properties: o.x and o['x'] read and write them. A value: an "
         "object that was read from an\narray is changed there by storing it again. "
         "o['x'] also reaches properties that bear the name of a method.");
-    c.attr("__module__") = "vexadata";
     c.def_property_readonly(
         "class_info", [](const fv::ValueObject& self) { return self.getClassInfo(); },
         "The vexadata.Class of the object.");
@@ -233,7 +231,6 @@ void addValueObjects(py::module_& module) {
 
 void addHandles(py::module_& module) {
     py::class_<fv::HandleObjectRef> c(module, "Handle", "A reference to an object that lives in an engine.");
-    c.attr("__module__") = "vexadata";
     c.def(py::init(&newHandle), py::arg("engine"), py::arg("id"));
     c.def_property_readonly("engine", &engineOf, "The engine, as 16 bytes.");
     c.def_property_readonly("id", &fv::HandleObjectRef::getId, "Number of the object in the engine.");
@@ -277,7 +274,6 @@ void addObjects(py::module_& module) {
         "An array of objects or of handles to objects. Its elements are values: "
         "change one and store it again.\na['name'] reads and writes a property "
         "of the whole array.");
-    c.attr("__module__") = "vexadata";
     c.def("__getitem__", &getItem, py::arg("key"), "An object, or a property of the array.");
     c.def("__setitem__", &setItem, py::arg("key"), py::arg("value"),
           "Stores an object, or a property of the array.");

@@ -258,7 +258,6 @@ void addSparse(py::module_& module) {
         "A matrix that stores its non-zeros only, column by column: of double, "
         "complex double or logical.\nIts elements are read one by one, or "
         "all of them through to_scipy().");
-    c.attr("__module__") = "vexadata";
     c.def("__getitem__", &element, py::arg("key"), "The element s[i, j], 0 where none is stored.");
     c.def_property_readonly(
         "nnz",

@@ -44,7 +44,6 @@ py::list listOf(const StringObject& self) {
 void addStrings(py::module_& module) {
     py::class_<CharObject, ArrayObject> characters(module, "CharArray",
                                                    "An array of units of UTF-16, mostly a row with a text.");
-    characters.attr("__module__") = "vexadata";
     characters.def_property_readonly("text", &textOf,
                                      "All characters as one str, in the order in which they lie.");
     module.def("chars", &chars, py::arg("text"),
@@ -52,7 +51,6 @@ void addStrings(py::module_& module) {
 
     py::class_<StringObject, ArrayObject> strings_(module, "StringArray",
                                                    "An array of strings: str, or None for a missing one.");
-    strings_.attr("__module__") = "vexadata";
     strings_.def("_list", &listOf);
     module.def("_strings", &strings, py::arg("values"), py::arg("shape"));
 }

@@ -89,7 +89,6 @@ void addStructs(py::module_& module) {
         module, "StructArray",
         "An array of records with the same fields, each of which holds an array. s[i] is a vexadata.Record; in\n"
         "a 1x1 struct, s['name'] reads and writes a field.");
-    c.attr("__module__") = "vexadata";
     c.def_property_readonly("fields", &fieldsOf, "Names of the fields, in their order.");
     c.def("__getitem__", &getItem, py::arg("key"), "A record, or the array in a field of a 1x1 struct.");
     c.def("__setitem__", &setItem, py::arg("key"), py::arg("value"),

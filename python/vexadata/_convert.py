@@ -82,7 +82,7 @@ def _from_sequence(values):
     if shape is not None:
         leaves = _leaves(values)
         if leaves and all(isinstance(leaf, _numbers) and not isinstance(leaf, enum.Enum) for leaf in leaves):
-            return _from_ndarray(numpy.array(values), True)
+            return _from_numbers(leaves, shape)
         array = _from_leaves(leaves, shape) if leaves else _vexadata.zeros(shape)
         if array is not None:
             return array
@@ -111,12 +111,19 @@ def _from_ndarray(values, copy):
     if values.dtype.kind == "V" and values.dtype.names is not None:
         return _from_structured(values)
     if values.dtype.kind != "O":
-        return _vexadata.array(numpy.asarray(values), copy=copy)
+        return _vexadata._from_numpy(numpy.asarray(values), copy)
     leaves, shape = values.reshape(-1).tolist(), values.shape
-    if leaves and all(isinstance(leaf, int) for leaf in leaves):
-        raise OverflowError("numbers of the dtype object do not fit into 64 bits")
+    if leaves and all(isinstance(leaf, _numbers) and not isinstance(leaf, enum.Enum) for leaf in leaves):
+        return _from_numbers(leaves, shape)
     array = _from_leaves(leaves, shape) if leaves else None
     return cell(values) if array is None else array
+
+
+def _from_numbers(numbers, shape):
+    values = numpy.array(numbers).reshape(shape)
+    if values.dtype.kind == "O":
+        raise OverflowError("a whole number does not fit into 64 bits")
+    return _vexadata._from_numpy(values, True)
 
 
 def _is_sparse(value):
@@ -177,7 +184,7 @@ def as_array(value, dtype=None, copy=None):
     if isinstance(value, str):
         return strings(value)
     if isinstance(value, _numbers):
-        return _from_ndarray(numpy.asarray(value), True)
+        return _from_numbers([value], ())
     if isinstance(value, _sequences):
         return _from_sequence(value)
     return _from_anything(value, copy)
