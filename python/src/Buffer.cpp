@@ -35,7 +35,7 @@ void requireOrder(const fv::Array& array, const Py_buffer& view, int flags) {
 void describe(Py_buffer& view, const fv::Array& array, Lending& lending) {
     const ElementFormat& format = formatOf(array.getType());
     fillStrides(array, format.size, lending.shape, lending.strides);
-    view.ndim = static_cast<int>(array.getDimensions().size());
+    view.ndim = static_cast<int>(extentsOf(array).size());
     view.itemsize = static_cast<py::ssize_t>(format.size);
     view.len = view.itemsize * static_cast<py::ssize_t>(array.getNumberOfElements());
     view.format = const_cast<char*>(format.format); // the interface of C has no constants

@@ -61,7 +61,7 @@ void describeTensor(const fv::Array& array, void* data, Exported<Form>& exported
     tensor.type = dataTypeOf(array);
     tensor.data = data;
     tensor.device = {dlpack::cpu, 0};
-    tensor.dimensions = static_cast<std::int32_t>(array.getDimensions().size());
+    tensor.dimensions = static_cast<std::int32_t>(extentsOf(array).size());
     py::ssize_t shape[mostDimensions];
     py::ssize_t strides[mostDimensions];
     fillStrides(array, 1, shape, strides);

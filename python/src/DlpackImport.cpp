@@ -2,6 +2,7 @@
 #include "Dlpack.hpp"
 #include "Errors.hpp"
 #include "Module.hpp"
+#include "Numbers.hpp"
 #include "Numpy.hpp"
 #include "Owner.hpp"
 
@@ -184,16 +185,22 @@ py::object fromCapsule(const py::object& capsule) {
     raise(PyExc_BufferError, "__dlpack__ gave " + typeName(capsule) + ", no capsule with an unused tensor");
 }
 
-/// Producers of before version 1.0 do not know `max_version`.
+/// Calls `function` with what it names; empty after an error, which is then set.
+py::object call(const py::object& function, py::handle options) {
+    const py::tuple none;
+    return py::reinterpret_steal<py::object>(PyObject_Call(function.ptr(), none.ptr(), options.ptr()));
+}
+
+/// Producers of before version 1.0 do not know `max_version`, and raise TypeError.
 py::object askForCapsule(py::handle producer) {
-    try {
-        return producer.attr("__dlpack__")(py::arg("max_version") = py::make_tuple(1, 0));
-    } catch (py::error_already_set& error) {
-        if (!error.matches(PyExc_TypeError)) {
-            throw;
-        }
+    const py::object function = producer.attr("__dlpack__");
+    py::object capsule = call(function, py::dict(py::arg("max_version") = py::make_tuple(1, 0)));
+    if (!capsule && PyErr_ExceptionMatches(PyExc_TypeError) != 0) {
+        PyErr_Clear();
+        capsule = call(function, py::dict());
     }
-    return producer.attr("__dlpack__")();
+    requireNoError();
+    return capsule;
 }
 
 py::object fromDlpack(py::handle producer) {

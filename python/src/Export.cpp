@@ -38,8 +38,8 @@ py::object newArray(const fv::Array& array, void* data, py::object base, bool wr
     const py::handle dtype = dtypeOf(type).inc_ref(); // the call takes one over
     const int flags = writable ? py::detail::npy_api::NPY_ARRAY_WRITEABLE_ : 0;
     auto made = py::reinterpret_steal<py::object>(numpy.PyArray_NewFromDescr_(
-        numpy.PyArray_Type_, dtype.ptr(), static_cast<int>(array.getDimensions().size()), shape, strides,
-        data, flags, nullptr));
+        numpy.PyArray_Type_, dtype.ptr(), static_cast<int>(extentsOf(array).size()), shape, strides, data,
+        flags, nullptr));
     if (!made || numpy.PyArray_SetBaseObject_(made.ptr(), base.release().ptr()) != 0) {
         throw py::error_already_set();
     }
@@ -49,7 +49,7 @@ py::object newArray(const fv::Array& array, void* data, py::object base, bool wr
 } // namespace
 
 void fillStrides(const fv::Array& array, std::size_t itemSize, py::ssize_t* shape, py::ssize_t* strides) {
-    const std::vector<std::size_t> extents = array.getDimensions();
+    const std::vector<std::size_t>& extents = extentsOf(array);
     if (extents.size() > mostDimensions) {
         raise(PyExc_ValueError, std::to_string(extents.size()) + " dimensions; NumPy has " +
                                     std::to_string(mostDimensions) + " at most");

@@ -54,6 +54,10 @@ fv::Array toArray(py::handle value) {
     return pythonFunction("as_array")(value).cast<ArrayObject&>().value();
 }
 
+const std::vector<std::size_t>& extentsOf(const fv::Array& array) {
+    return fv::detail::Access::impl(array)->getDimensions();
+}
+
 const void* dataOf(const fv::Array& array) {
     const void* data = fv::detail::Access::impl(array)->getUntypedDataPtr();
     return data == nullptr ? noElements : data;

@@ -87,6 +87,8 @@ void write(ArrayObject& self, F&& f) {
     std::forward<F>(f)(lent.handle);
 }
 
+/// The dimensions, valid as long as the array is; without a copy.
+const std::vector<std::size_t>& extentsOf(const fv::Array& array);
 /// First element in storage; not null without elements either. For arrays of primitive elements.
 const void* dataOf(const fv::Array& array);
 /// The same for writing; the array is made private first.

@@ -182,7 +182,9 @@ py::object freeze(const py::array& source) {
     const auto& numpy = Numpy::get();
     for (py::object next = source; why.empty() && next && numpy.PyArray_Check_(next.ptr());
          next = py::reinterpret_borrow<py::array>(next).base()) {
-        next.attr("setflags")(py::arg("write") = false);
+        if (py::reinterpret_borrow<py::array>(next).writeable()) {
+            next.attr("setflags")(py::arg("write") = false);
+        }
     }
     return share(source, type, why, true);
 }

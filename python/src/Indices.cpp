@@ -76,7 +76,7 @@ Dimensions toIndices(const fv::Array& array, const Dimensions& extents, py::hand
 } // namespace
 
 std::size_t positionOf(const fv::Array& array, py::handle key) {
-    const Dimensions extents = array.getDimensions();
+    const Dimensions& extents = extentsOf(array);
     const Dimensions indices = toIndices(array, extents, key);
     const bool byRow = array.getMemoryLayout() == vexa::data::MemoryLayout::ROW_MAJOR;
     std::size_t position = 0;
@@ -88,12 +88,12 @@ std::size_t positionOf(const fv::Array& array, py::handle key) {
 }
 
 std::pair<std::size_t, std::size_t> placeOf(const fv::Array& matrix, py::handle key) {
-    const Dimensions indices = toIndices(matrix, matrix.getDimensions(), key);
+    const Dimensions indices = toIndices(matrix, extentsOf(matrix), key);
     return {indices[0], indices[1]};
 }
 
 std::size_t lengthOf(const fv::Array& array) {
-    if (!array.isEmpty() && !isVector(array.getDimensions())) {
+    if (!array.isEmpty() && !isVector(extentsOf(array))) {
         raise(PyExc_TypeError, describe(array) + " is neither row nor column: it has a size and a shape, and "
                                                  "elements() walks it");
     }

@@ -66,11 +66,12 @@ ArrayType pairKindOf(const py::dtype& dtype) {
     return ArrayType::UNKNOWN;
 }
 
-ArrayType numberKindOf(char kind, py::ssize_t size) {
-    const std::string name = (kind == 'b' ? std::string("?") : kind + std::to_string(size));
+/// The kind for a dtype of this letter and size; characters are no numbers.
+ArrayType numberKindOf(char letter, std::size_t size) {
     const auto* found =
         std::find_if(std::begin(formats), std::end(formats), [&](const ElementFormat& format) {
-            return format.dtype != nullptr && format.type != ArrayType::CHAR && name == format.dtype;
+            return format.dtype != nullptr && format.dtype[0] == letter && format.size == size &&
+                   format.type != ArrayType::CHAR;
         });
     return found == std::end(formats) ? ArrayType::UNKNOWN : found->type;
 }
@@ -78,12 +79,11 @@ ArrayType numberKindOf(char kind, py::ssize_t size) {
 } // namespace
 
 const ElementFormat& formatOf(ArrayType type) {
-    const auto* found = std::find_if(std::begin(formats), std::end(formats),
-                                     [&](const ElementFormat& format) { return format.type == type; });
-    if (found == std::end(formats)) {
+    if (!fv::detail::isPrimitive(type)) {
         raise(PyExc_TypeError, "elements of this kind lie in no memory that can be shared");
     }
-    return *found;
+    // In the order of their numbers, among which that of strings is left out.
+    return formats[static_cast<std::size_t>(type) - (type > ArrayType::STRING ? 2 : 1)];
 }
 
 py::handle dtypeOf(ArrayType type) {
@@ -96,21 +96,15 @@ py::handle dtypeOf(ArrayType type) {
 }
 
 ArrayType kindOf(const py::dtype& dtype) {
-    switch (dtype.kind()) {
-    case 'f':
-        switch (dtype.itemsize()) {
-        case 8:
-            return ArrayType::DOUBLE;
-        case 4:
-            return ArrayType::SINGLE;
-        default:
-            return ArrayType::UNKNOWN;
-        }
+    const char letter = dtype.kind();
+    switch (letter) {
     case 'b':
+        return ArrayType::LOGICAL;
+    case 'f':
     case 'i':
     case 'u':
     case 'c':
-        return numberKindOf(dtype.kind(), dtype.itemsize());
+        return numberKindOf(letter, static_cast<std::size_t>(dtype.itemsize()));
     case 'V':
         return pairKindOf(dtype);
     default:

@@ -188,7 +188,7 @@ _add(_vexadata.CellArray, to_python=_cell_to_python, __array__=_cell_array)
 _add(_vexadata.StructArray, to_python=_struct_to_python, keys=_keys, __contains__=_contains)
 _add(_vexadata.StructArray, values=_field_values, items=_field_items)
 _add(_vexadata.ObjectArray, to_python=_objects_to_python)
-_add(_vexadata.SparseArray, to_python=_to_scipy, __array__=_sparse_array)
+_add(_vexadata.SparseArray, to_scipy=_to_scipy, __array__=_sparse_array)
 _vexadata.EnumArray.to_python = _vexadata.StringArray.to_python
 _vexadata.EnumArray.__array__ = _vexadata.StringArray.__array__
-_vexadata.SparseArray.to_scipy = _vexadata.SparseArray.to_python
+_vexadata.SparseArray.to_python = _vexadata.SparseArray.to_scipy
