@@ -64,9 +64,9 @@ bool isPlain(py::handle value) {
     return kind == 'V' ? kindOf(dtype) != fv::ArrayType::UNKNOWN : kind != 'U' && kind != 'O';
 }
 
-py::object array(py::handle value, py::handle dtype, py::handle copy) {
+py::object array(py::handle value, py::handle dtype, Copy copy) {
     if (dtype.is_none() && isPlain(value)) {
-        return fromNumpy(py::reinterpret_borrow<py::array>(value), copy.cast<Copy>());
+        return fromNumpy(py::reinterpret_borrow<py::array>(value), copy);
     }
     return pythonFunction("as_array")(value, dtype, copy);
 }

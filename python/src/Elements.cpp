@@ -51,9 +51,9 @@ fv::Enumeration toMember(py::handle value) {
         if (!PyUnicode_Check(name.ptr())) {
             raise(PyExc_TypeError, "a member is str, a member of an enum or None, not " + typeName(value));
         }
-        return fv::Enumeration(name.cast<std::string>());
+        return fv::Enumeration(toName(name));
     }
-    return fv::Enumeration(value.cast<std::string>());
+    return fv::Enumeration(toName(value));
 }
 
 py::object fromMember(const fv::Enumeration& member) {

@@ -4,6 +4,7 @@
 #include "Errors.hpp"
 #include "Indices.hpp"
 #include "Module.hpp"
+#include "Text.hpp"
 
 #include <foundation/vexadata/ArrayFactory.hpp>
 #include <foundation/vexadata/Print.hpp>
@@ -53,7 +54,7 @@ std::vector<fv::ClassInfo> superclassesOf(const fv::ClassInfo& self) {
 py::object newObject(const fv::ClassInfo& self, const py::kwargs& properties) {
     fv::ValueObject object = fv::ArrayFactory().createValueObject(self);
     for (const auto& [name, value] : properties) {
-        object[name.cast<std::string>()] = toArray(value);
+        object[toName(name)] = toArray(value);
     }
     return py::cast(object);
 }
@@ -95,6 +96,11 @@ py::object equalObjects(const fv::ValueObject& self, py::handle other) {
 /// Attributes that are not of the class of Python are properties.
 void setAttribute(py::handle self, const std::string& name, py::handle value) {
     auto& object = self.cast<fv::ValueObject&>();
+    if (py::hasattr(py::type::of(self), name.c_str())) {
+        raise(PyExc_AttributeError, "'" + name +
+                                        "' is of the class vexadata.Object; a property of this name: o['" +
+                                        name + "'] = value");
+    }
     if (!object.hasProperty(name)) {
         raise("UnknownPropertyException", "an object of the class '" +
                                               object.getClassInfo().getClassIdentifier().getString() +
@@ -156,7 +162,7 @@ fv::ValueObjectArray arrayOf(const ObjectsObject& self) {
 py::object getItem(py::handle self, py::handle key) {
     if (PyUnicode_Check(key.ptr())) {
         const fv::ValueObjectArray array = arrayOf(self.cast<const ObjectsObject&>());
-        return wrap(array[key.cast<std::string>()]);
+        return wrap(array[toName(key)]);
     }
     return py::type::of<ArrayObject>().attr("__getitem__")(self, key);
 }
@@ -168,7 +174,7 @@ void setItem(py::handle self, py::handle key, py::handle value) {
     }
     auto& held = self.cast<ObjectsObject&>();
     const fv::Array stored = toArray(value);
-    const std::string name = key.cast<std::string>();
+    const std::string name = toName(key);
     const fv::Array before = std::as_const(static_cast<const fv::ValueObjectArray&>(arrayOf(held)))[name];
     write<fv::ValueObjectArray>(held, [&](fv::ValueObjectArray& array) { array[name] = stored; });
 }

@@ -4,6 +4,7 @@
 #include "Handle.hpp"
 #include "Indices.hpp"
 #include "Module.hpp"
+#include "Text.hpp"
 
 #include <foundation/vexadata/ArrayFactory.hpp>
 
@@ -65,14 +66,14 @@ bool isFieldOfScalar(const StructObject& self, py::handle key) {
 
 py::object getItem(py::handle self, py::handle key) {
     const auto& held = self.cast<const StructObject&>();
-    return isFieldOfScalar(held, key) ? getField(held, 0, key.cast<std::string>())
+    return isFieldOfScalar(held, key) ? getField(held, 0, toName(key))
                                       : readElement(self, held.array, positionOf(held.array, key));
 }
 
 void setItem(py::handle self, py::handle key, py::handle value) {
     auto& held = self.cast<StructObject&>();
     if (isFieldOfScalar(held, key)) {
-        setField(held, 0, key.cast<std::string>(), value);
+        setField(held, 0, toName(key), value);
     } else {
         readElement(self, held.array, positionOf(held.array, key)).attr("assign")(value);
     }

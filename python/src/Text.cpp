@@ -31,6 +31,18 @@ py::str fromUtf16(std::u16string_view text) {
     return py::reinterpret_steal<py::str>(decoded);
 }
 
+std::string toName(py::handle name) {
+    if (!PyUnicode_Check(name.ptr())) {
+        raise(PyExc_TypeError, "a name must be str, not " + typeName(name));
+    }
+    py::ssize_t length = 0;
+    const char* bytes = PyUnicode_AsUTF8AndSize(name.ptr(), &length);
+    if (bytes == nullptr) {
+        throw py::error_already_set();
+    }
+    return {bytes, static_cast<std::size_t>(length)};
+}
+
 foundation::vexadata::String toString(py::handle text) {
     if (text.is_none()) {
         return {};

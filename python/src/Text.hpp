@@ -16,6 +16,10 @@ namespace py = pybind11;
 std::u16string toUtf16(py::handle text, const char* what);
 py::str fromUtf16(std::u16string_view text);
 
+/// The name of a field, a property, a member or a variable as UTF-8. Throws TypeError for anything but a `str`,
+/// and UnicodeEncodeError.
+std::string toName(py::handle name);
+
 /// A `str`, or `None` for a missing string.
 foundation::vexadata::String toString(py::handle text);
 py::object fromString(const foundation::vexadata::String& text);

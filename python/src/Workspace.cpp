@@ -2,6 +2,7 @@
 #include "Errors.hpp"
 #include "Handle.hpp"
 #include "Module.hpp"
+#include "Text.hpp"
 
 #include <vexa/client/Workspace.hpp>
 
@@ -27,7 +28,7 @@ void update(Engine& self, const py::dict& variables) {
     std::vector<std::string> texts;
     std::vector<fv::Array> values;
     for (const auto& [name, value] : variables) {
-        texts.push_back(name.cast<std::string>());
+        texts.push_back(toName(name));
         values.push_back(toArray(value));
     }
     std::vector<const char*> names;

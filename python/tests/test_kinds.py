@@ -202,6 +202,26 @@ def test_refusals_name_what(value, error, why):
         vx.array(value)
 
 
+def test_wrong_options():
+    for call in (
+        lambda: vx.array(1, copy="yes"),
+        lambda: vx.array(np.zeros(2), copy=[]),
+        lambda: vx.array(np.zeros(2), None, False),
+        lambda: vx.array(),
+        lambda: vx.freeze([1.0]),
+        lambda: vx.chars(1),
+        lambda: vx.zeros("ab"),
+        lambda: vx.struct({"a": 1}, 2),
+        lambda: vx.struct([{"a": 1}, {"b": 2}]),
+    ):
+        with pytest.raises(TypeError):
+            call()
+    with pytest.raises(ValueError, match="always a copy"):
+        vx.array([1.0], copy=False)
+    with pytest.raises(ValueError, match="float32 is always a copy"):
+        vx.array(np.zeros(2), dtype="f4", copy=False)
+
+
 def test_errors_of_the_other_side_come_out():
     class Bad:
         def __array__(self, *arguments):

@@ -22,6 +22,9 @@ def test_objects_have_properties():
     p.x = 5.0
     assert p.x.to_python() == 5.0 and q.x.to_python() == 1.0 and p["y"].shape == (2, 1)
     p["copy"] = "a property that bears the name of a method"
+    for name in ("copy", "class_info", "__class__"):
+        with pytest.raises(AttributeError, match=r"o\['"):
+            setattr(p, name, 1)
     assert callable(p.copy) and p["copy"].to_python().startswith("a property") and "y" in dir(p)
     assert p != q and q == q.copy() and p.properties() == ["x", "y", "copy"] and p.class_info.name == "Point"
     assert p.member is None and "Point" in repr(p.class_info)

@@ -169,10 +169,18 @@ def _has_buffer(value):
     return True
 
 
+def _of_dtype(value, dtype, copy):
+    plain = numpy.asarray(value)
+    converted = plain.astype(dtype, copy=False)
+    if copy is False and (converted is not plain or isinstance(value, _sequences)):
+        raise ValueError(f"an array of {type(value).__name__} with the dtype {numpy.dtype(dtype)} is always a copy")
+    return converted
+
+
 def as_array(value, dtype=None, copy=None):
     """The slow part of `vexadata.array`: everything but plain NumPy arrays."""
     if dtype is not None:
-        return _vexadata.array(numpy.asarray(value, dtype=dtype), copy=copy)
+        return _vexadata.array(_of_dtype(value, dtype, copy), copy=copy)
     if isinstance(value, _vexadata.Array):
         return value.copy()
     if value is None:
