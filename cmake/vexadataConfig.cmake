@@ -1,18 +1,19 @@
-# find_package(vexadata [COMPONENTS core client interop testing tools])
+# find_package(vexadata [COMPONENTS core client interop python testing tools])
 #
 #   core    vexadata::vexadata       the library
 #   client  vexadata::client         the embedded back-end; a program that links it can create arrays
 #   interop vexadata::interop        headers: ways to and from other libraries, which they want where they are included
+#   python  no target: vexadata_PYTHON_DIR, the folder of the Python package, for PYTHONPATH
 #   testing vexadata::testing        headers: doubles of back-ends and failing allocations, for tests
 #   tools   vexadata::backend_check  the command that runs a back-end through the contract, and the function
 #                                    vexadata_check_backend, which makes a test of it (see vexadataCheckBackend.cmake)
 #
-# Without COMPONENTS, core and, where they are installed, client, interop, testing and tools.
+# Without COMPONENTS, core and, where they are installed, client, interop, python, testing and tools.
 
 foreach(component IN LISTS vexadata_FIND_COMPONENTS)
-  if(NOT component MATCHES "^(core|client|interop|testing|tools)$")
+  if(NOT component MATCHES "^(core|client|interop|python|testing|tools)$")
     set(vexadata_FOUND FALSE)
-    set(vexadata_NOT_FOUND_MESSAGE "vexadata has no component '${component}'; its components are core, client, interop, testing and tools")
+    set(vexadata_NOT_FOUND_MESSAGE "vexadata has no component '${component}'; its components are core, client, interop, python, testing and tools")
     return()
   endif()
 endforeach()
@@ -33,6 +34,14 @@ if(NOT vexadata_FIND_COMPONENTS OR "interop" IN_LIST vexadata_FIND_COMPONENTS)
   if(NOT vexadata_interop_FOUND AND vexadata_FIND_REQUIRED_interop)
     set(vexadata_FOUND FALSE)
     set(vexadata_NOT_FOUND_MESSAGE "the component interop of vexadata is not installed beside its core")
+  endif()
+endif()
+
+if(NOT vexadata_FIND_COMPONENTS OR "python" IN_LIST vexadata_FIND_COMPONENTS)
+  include("${CMAKE_CURRENT_LIST_DIR}/vexadataPythonPlace.cmake" OPTIONAL RESULT_VARIABLE vexadata_python_FOUND)
+  if(NOT vexadata_python_FOUND AND vexadata_FIND_REQUIRED_python)
+    set(vexadata_FOUND FALSE)
+    set(vexadata_NOT_FOUND_MESSAGE "the component python of vexadata is not installed beside its core")
   endif()
 endif()
 

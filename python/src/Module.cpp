@@ -1,0 +1,31 @@
+// The extension module `vexadata._vexadata`; the package around it is in Python.
+#include "Module.hpp"
+
+#include <vexa/client/Client.hpp>
+
+namespace vexa::python {
+
+py::object pythonFunction(const char* name) { return py::module_::import("vexadata._convert").attr(name); }
+
+} // namespace vexa::python
+
+PYBIND11_MODULE(_vexadata, module) {
+    using namespace vexa::python;
+    vexa::client::registerBackEnd();
+    const py::object name = module.attr("__name__");
+    module.attr("__name__") = "vexadata"; // where the classes are found by their users
+    module.doc() = "Arrays of vexadata for Python; import the package vexadata instead.";
+    addErrors(module);
+    addArrays(module);
+    addCreators(module);
+    addNumpy(module);
+    addDlpack(module);
+    addStrings(module);
+    addEnumerations(module);
+    addStructs(module);
+    addSparse(module);
+    addObjects(module);
+    addWorkspace(module);
+    addReaders(module);
+    module.attr("__name__") = name;
+}
