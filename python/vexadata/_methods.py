@@ -158,7 +158,7 @@ def _rebuild_struct(shape, fields, records):
 
 def _reduce(self):
     if type(self) is _vexadata.Array:
-        return _vexadata.Array, ()
+        return _vexadata._empty, ()
     if isinstance(self, _vexadata.DenseArray):
         return _rebuild_dense, (self.numpy(),)
     if isinstance(self, _vexadata.EnumArray):
