@@ -164,7 +164,8 @@ void ArrayReader::expectItems(std::size_t count, const char* expected) {
 }
 
 void ArrayReader::announce(const Token& list) {
-    if (list.value > lexer_.remaining() - pending_) { // every item that is still to come takes a byte
+    // Every item that is still to come takes a byte.
+    if (pending_ > lexer_.remaining() || list.value > lexer_.remaining() - pending_) {
         lexer_.failAt(list.offset, "expected a list, found one of " + std::to_string(list.value) +
                                        " items, for which there are too few bytes");
     }

@@ -87,7 +87,8 @@ void requireReference(const Source& source, std::size_t begin, std::size_t size,
 
 void requireSameAsListed(const Source& source, std::size_t begin, const Entry& entry,
                          const fv::Array& array) {
-    if (array.getType() != entry.type || array.getDimensions() != entry.dimensions) {
+    if (array.getType() != entry.type ||
+        fv::detail::Access::impl(array)->getDimensions() != entry.dimensions) {
         throw Error(source.name(), begin,
                     "expected an array of the kind and size in the list, found another");
     }

@@ -3,6 +3,7 @@
 
 #include <foundation/vexadata/CharArray.hpp>
 #include <foundation/vexadata/SparseArray.hpp>
+#include <vexa/data/detail/IteratorImpl.hpp>
 #include <vexa/data/impl/TypedArrayImpl.hpp>
 
 #include <complex>
@@ -108,6 +109,18 @@ void putChars(Output& out, const ArrayImpl& array) {
     out.write(text.data(), text.size() * sizeof(char16_t));
 }
 
+namespace {
+
+/// The stored values of a sparse matrix. The iterators of handles end the process when memory runs out.
+template <class T>
+const T* storedValues(const ArrayImpl& array) {
+    auto& unchanged = const_cast<ArrayImpl&>(array);
+    const std::unique_ptr<data::detail::IteratorImpl> first(unchanged.beginIterator(nullptr, false));
+    return static_cast<const T*>(first->getElementAddress());
+}
+
+} // namespace
+
 template <class T>
 void putSparse(Output& out, const ArrayImpl& array) {
     const auto matrix = handleOf<fv::SparseArray<T>>(array);
@@ -118,8 +131,7 @@ void putSparse(Output& out, const ArrayImpl& array) {
     putText(out, "rows");
     putValues<std::uint64_t>(out, matrix.getIr(), count);
     putText(out, "values");
-    const T* const values = count == 0 ? nullptr : matrix.cbegin().operator->();
-    putValues(out, values, count);
+    putValues(out, storedValues<T>(array), count);
 }
 
 #define VEXADATA_ELEMENT(T) template void putNumbers<T>(Output&, const ArrayImpl&);

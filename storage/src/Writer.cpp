@@ -66,7 +66,9 @@ void Writer::add(const std::string& name, const fv::Array& array) {
     requireName(state.out.name(), name, state.names.insert(name).second);
     Output& out = state.out;
     putText(out, name);
-    Entry entry{name, array.getType(), array.getDimensions(), out.position(), 0, 0, state.nextShared, {}};
+    const std::vector<std::size_t>& dimensions =
+        Access::impl(array)->getDimensions(); // the handle's must not fail
+    Entry entry{name, array.getType(), dimensions, out.position(), 0, 0, state.nextShared, {}};
     out.beginChecksum();
     const auto known = state.known.find(Access::impl(array).get());
     if (known != state.known.end()) {
