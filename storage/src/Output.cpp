@@ -76,6 +76,9 @@ std::unique_ptr<Sink> memorySink(std::vector<std::byte>& bytes) {
 Output::Output(Sink& sink) : sink_(sink), buffer_(new unsigned char[capacity]) {}
 
 void Output::write(const void* data, std::size_t size) {
+    if (size == 0) { // perhaps from nowhere
+        return;
+    }
     if (size <= capacity - used_) {
         std::memcpy(buffer_.get() + used_, data, size);
         used_ += size;

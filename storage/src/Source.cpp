@@ -108,6 +108,9 @@ Source::Source(const void* data, std::size_t size, std::shared_ptr<const void> o
       owner_(std::move(owner)) {}
 
 void Source::copy(std::size_t offset, void* to, std::size_t size) const {
+    if (size == 0) { // perhaps to nowhere
+        return;
+    }
     if (!file_ || size < std::size_t{1} << 14U) { // a call of the system is worth while for much
         std::memcpy(to, data_ + offset, size);
         return;

@@ -34,7 +34,7 @@ public:
     std::uint64_t offset() const noexcept;
 
 private:
-    struct Content;
+    struct [[gnu::visibility("hidden")]] Content;
     std::shared_ptr<const Content> content_;
 };
 

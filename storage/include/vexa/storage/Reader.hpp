@@ -60,7 +60,7 @@ public:
     void verify(std::string_view name) const;
 
 private:
-    struct State;
+    struct [[gnu::visibility("hidden")]] State;
     std::shared_ptr<const State> state_;
 };
 

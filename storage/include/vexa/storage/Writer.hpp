@@ -34,7 +34,7 @@ public:
     void finish();
 
 private:
-    struct State;
+    struct [[gnu::visibility("hidden")]] State;
     std::unique_ptr<State> state_;
 };
 
