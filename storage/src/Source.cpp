@@ -5,16 +5,38 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 #include <istream>
+#include <new>
 #include <utility>
 
 namespace vexa::storage {
 
 namespace {
 
-using Bytes = std::vector<unsigned char>;
+/// Bytes that grow in place where they are many, so that they never take memory twice.
+class Bytes {
+public:
+    ~Bytes() { std::free(data_); }
+    Bytes() = default;
+    Bytes(const Bytes&) = delete;
+    Bytes& operator=(const Bytes&) = delete;
+
+    void resize(std::size_t size) {
+        void* const moved = std::realloc(data_, size);
+        if (moved == nullptr) {
+            throw std::bad_alloc();
+        }
+        data_ = static_cast<unsigned char*>(moved);
+    }
+    unsigned char* data() const noexcept { return data_; }
+
+private:
+    unsigned char* data_ = nullptr;
+};
 
 std::shared_ptr<void> mapped(int file, std::size_t offset, std::size_t size, int protection) {
     // Without a reservation: a large file is no request for as much memory.
@@ -26,20 +48,23 @@ std::shared_ptr<void> mapped(int file, std::size_t offset, std::size_t size, int
     return {address, [size](void* pages) { ::munmap(pages, size); }};
 }
 
-/// Lets `read` fill a vector piece by piece until it gives nothing.
+/// Lets `read` fill bytes piece by piece until it gives nothing; says in `size` how many there are.
 template <class Read>
-Bytes readAll(Read read) {
+std::shared_ptr<const Bytes> readAll(std::size_t& size, Read read) {
     constexpr std::size_t piece = std::size_t{1} << 16U;
-    Bytes bytes;
-    for (std::size_t used = 0;;) {
-        bytes.resize(used + std::max(piece, used / 2));
-        const std::size_t count = read(bytes.data() + used, bytes.size() - used);
-        used += count;
-        if (count == 0) {
-            bytes.resize(used);
-            return bytes;
+    auto bytes = std::make_shared<Bytes>();
+    std::size_t room = 0;
+    std::size_t count = 0;
+    size = 0;
+    do {
+        if (size == room) {
+            room += std::max(piece, room / 2);
+            bytes->resize(room);
         }
-    }
+        count = read(bytes->data() + size, room - size);
+        size += count;
+    } while (count != 0);
+    return bytes;
 }
 
 } // namespace
@@ -72,7 +97,7 @@ void Source::map() {
 }
 
 void Source::readToEnd() {
-    auto bytes = std::make_shared<Bytes>(readAll([this](unsigned char* to, std::size_t room) {
+    const auto bytes = readAll(size_, [this](unsigned char* to, std::size_t room) {
         ::ssize_t count = 0;
         do {
             count = ::read(file_.get(), to, room);
@@ -81,24 +106,22 @@ void Source::readToEnd() {
             throwSystemError(name_, "cannot read", errno);
         }
         return static_cast<std::size_t>(count);
-    }));
+    });
     data_ = bytes->data();
-    size_ = bytes->size();
-    owner_ = std::move(bytes);
+    owner_ = bytes;
     file_.reset(-1);
 }
 
 Source::Source(std::istream& stream) : name_("stream") {
-    auto bytes = std::make_shared<Bytes>(readAll([&](unsigned char* to, std::size_t room) {
+    const auto bytes = readAll(size_, [&](unsigned char* to, std::size_t room) {
         stream.read(reinterpret_cast<char*>(to), static_cast<std::streamsize>(room));
         return static_cast<std::size_t>(stream.gcount());
-    }));
+    });
     if (stream.bad()) {
         throw Error(name_, Error::nowhere, "cannot read from the stream");
     }
     data_ = bytes->data();
-    size_ = bytes->size();
-    owner_ = std::move(bytes);
+    owner_ = bytes;
 }
 
 Source::Source(const void* data, std::size_t size, std::shared_ptr<const void> owner)

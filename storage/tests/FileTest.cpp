@@ -197,6 +197,20 @@ TEST(File, NamesAreTextAndComeOnce) {
     EXPECT_NE(refusal([&] { writer.finish(); }), "nothing refused");
 }
 
+TEST(File, APipeIsReadToItsEnd) {
+    const Folder folder;
+    ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+    const ::pid_t writer = ::fork();
+    if (writer == 0) {
+        std::ofstream out(folder / "pipe", std::ios::binary);
+        storage::save(out, counting<double>({100, 300}));
+        out.close();
+        ::_exit(0);
+    }
+    EXPECT_EQ(storage::load(folder / "pipe"), counting<double>({100, 300}));
+    ::waitpid(writer, nullptr, 0);
+}
+
 TEST(File, TellsWhatIsNone) {
     const Folder folder;
     EXPECT_EQ(refusal([&] { Reader(folder / "none"); }),

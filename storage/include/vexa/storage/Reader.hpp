@@ -29,8 +29,9 @@ struct VariableDescription {
 /// of variables with objects of one class (docs/threads.md).
 ///
 /// Of a hostile file nothing worse comes than an Error: every length is compared with the bytes that are
-/// there before memory is asked for. What is asked for is at most the size of numeric arrays and of texts (twice that for
-/// texts in UTF-8), and a few dozen bytes for every byte of nested small arrays, which each take an object.
+/// there before memory is asked for. Numeric arrays take what they take in the file, or nothing when they are
+/// mapped; texts at most twice that. Every array takes an object besides, of some hundred bytes, also one that
+/// is a single byte in the file: a number in a cell, a list in a list.
 class VEXADATA_API Reader {
 public:
     /// Opens a file. One that cannot be mapped, such as a pipe, is read to its end.
