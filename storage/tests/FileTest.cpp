@@ -82,6 +82,16 @@ TEST(File, LargeNumbersLieAlignedAndAreMapped) {
     EXPECT_EQ(double(kept[199][29]), 6000);
 }
 
+TEST(File, AMappedArrayIsSavedInPlaceOfItsFile) {
+    const Folder folder;
+    storage::save(folder / "a.cbor", counting<double>({600, 10}));
+    TypedArray<double> array = storage::load(folder / "a.cbor");
+    array[5][5] = -1;
+    storage::save(folder / "a.cbor", array);
+    EXPECT_EQ(storage::load(folder / "a.cbor"), array);
+    EXPECT_EQ(double(array[599][9]), 6000);
+}
+
 TEST(File, FilesOneBehindTheOtherAreOne) {
     const Folder folder;
     storage::save(folder / "a.cbor", {{"a", counting<double>({600, 1})}, {"s", texts()}});

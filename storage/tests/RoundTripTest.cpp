@@ -4,6 +4,8 @@
 
 #include <vexa/storage/Reader.hpp>
 #include <vexa/storage/Writer.hpp>
+#include <vexa/testing/BareArray.hpp>
+#include <vexa/testing/ForwardingFactory.hpp>
 
 #include <gtest/gtest.h>
 
@@ -53,6 +55,46 @@ TEST(RoundTrip, KindsHoldTheirValues) {
             const Array again = copyOf(array);
             EXPECT_TRUE(again == array) << kind.name;
             EXPECT_TRUE(kind.holds(again, 77)) << kind.name;
+        }
+    }
+}
+
+TEST(RoundTrip, TakesArraysOfAnotherBackEnd) {
+    ArrayFactory foreign = vexa::testing::forwardingFactory();
+    for (const vexa::testing::Kind& kind : vexa::testing::catalogue()) {
+        if (kind.name != "Handles") {
+            EXPECT_TRUE(kind.holds(copyOf(kind.make(foreign, 33)), 33)) << kind.name;
+        }
+    }
+}
+
+namespace {
+
+/// A cell array in rows, the cells of which are in no store.
+class CellsInRows final
+    : public vexa::testing::BareArray<vexa::data::impl::TypedArrayImpl<Array>, ArrayType::CELL, 6> {
+public:
+    MemoryLayout getMemoryLayout() const override { return MemoryLayout::ROW_MAJOR; }
+    const std::vector<std::size_t>& getDimensions() const override { return twoByThree_; }
+    Array* getElementAddress(std::size_t, const std::string&, bool) override { return nullptr; }
+    void setElementValue(std::size_t, const std::string&, Array) override {}
+    const Array* getTypedDataPtr() const override { return cells_.data(); }
+
+private:
+    std::vector<std::size_t> twoByThree_{2, 3};
+    std::vector<Array> cells_{ArrayFactory().createScalar(0.0),  ArrayFactory().createScalar(1.0),
+                              ArrayFactory().createScalar(2.0),  ArrayFactory().createScalar(10.0),
+                              ArrayFactory().createScalar(11.0), ArrayFactory().createScalar(12.0)};
+};
+
+} // namespace
+
+TEST(RoundTrip, CellsInRowsComeInColumns) {
+    const TypedArray<Array> cells = copyOf(Array(new CellsInRows));
+    for (std::size_t row = 0; row < 2; ++row) {
+        for (std::size_t column = 0; column < 3; ++column) {
+            const TypedArray<double> cell = cells[row][column];
+            EXPECT_EQ(double(cell[0]), double(10 * row + column));
         }
     }
 }
