@@ -64,11 +64,18 @@ public:
         if (::fsync(file_.get()) != 0 || ::close(file_.release()) != 0) {
             failWith("cannot write");
         }
+        // Before the file has its name, so that nothing but the sync can fail afterwards.
+        const Descriptor folder(::open(this->folder().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        if (!folder) {
+            failWith("cannot open the folder");
+        }
         if (std::rename(part_.path.c_str(), target_.c_str()) != 0) {
             failWith("cannot give the new file its name");
         }
         part_.path.clear();
-        syncFolder();
+        if (::fsync(folder.get()) != 0 && errno != EINVAL) { // not every file system syncs folders
+            failWith("is written, but its folder cannot be synced");
+        }
     }
 
 private:
@@ -95,13 +102,6 @@ private:
         }
         if (!file_) {
             failWith("cannot create a file in the folder");
-        }
-    }
-    void syncFolder() const {
-        const Descriptor folder(::open(this->folder().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-        if (!folder ||
-            (::fsync(folder.get()) != 0 && errno != EINVAL)) { // not every file system syncs folders
-            failWith("is written, but its folder cannot be synced");
         }
     }
 

@@ -49,6 +49,15 @@ inline ValueObjectArray shapes() {
     return array;
 }
 
+/// Of one class, in an array that takes any.
+inline Array anyObjects() {
+    ArrayFactory factory;
+    Array array = factory.createArray(ArrayType::OBJECT, {1, 1});
+    TypedArray<ValueObject> objects(std::move(array));
+    objects[0] = factory.createValueObject(factory.createClassInfo("Point", {"x"}));
+    return std::move(objects);
+}
+
 inline Array mixedObjects() {
     ArrayFactory factory;
     TypedArray<ValueObject> array = factory.createArray<ValueObject>({1, 3});
@@ -126,6 +135,7 @@ inline std::vector<Variable> shaped() {
             {"no sparse", factory.createArray(ArrayType::SPARSE_LOGICAL, {4, 0})},
             {"shapes", shapes()},
             {"mixed objects", mixedObjects()},
+            {"any objects", anyObjects()},
             {"no objects", factory.createArray(ArrayType::OBJECT, {0, 0})}};
 }
 
