@@ -55,7 +55,7 @@ inline Array anyObjects() {
     Array array = factory.createArray(ArrayType::OBJECT, {1, 1});
     TypedArray<ValueObject> objects(std::move(array));
     objects[0] = factory.createValueObject(factory.createClassInfo("Point", {"x"}));
-    return std::move(objects);
+    return objects;
 }
 
 inline Array mixedObjects() {
