@@ -101,7 +101,7 @@ public:
     [[noreturn]] void unknownTag(const Token& tag) const;
 
 private:
-    Result beginTagged(const Token& tag, const SharedPlace& shared);
+    Result beginTagged(const Token& token, const SharedPlace& shared);
     Result beginPlain(const Token& token, const SharedPlace& shared);
     Result beginShaped(data::MemoryLayout layout, const SharedPlace& shared);
     Result beginMap(const Token& map, const SharedPlace& shared);

@@ -1,6 +1,9 @@
 #include "Output.hpp"
 
 #include <xxhash.h>
+#if defined(__x86_64__) && __has_include(<xxh_x86dispatch.h>)
+#    include <xxh_x86dispatch.h> // the same functions, for the widest registers that the processor has
+#endif
 
 #include <algorithm>
 #include <cstring>
