@@ -27,9 +27,9 @@ public:
                     const TypedTag& typed, const unsigned char* data);
     /// Copies elements of the file.
     void copy(const TypedTag& typed, const unsigned char* data, std::size_t bytes, void* to);
-    /// Compares the checksum of all bytes, if the options say so.
+    /// Compares the checksum of all bytes with the expected one, if the options say so.
     /// @throws Error
-    void finish(std::uint64_t checksum);
+    void finish(std::uint64_t expected);
 
 private:
     fv::Array mapped(std::vector<std::size_t>& dimensions, ArrayType type, data::MemoryLayout layout,
