@@ -49,6 +49,7 @@ public:
 
     /// All variables in the order of the file; valid as long as the reader or a copy of it lives.
     const std::vector<VariableDescription>& variables() const noexcept;
+    /// Whether the file has a variable of this name.
     bool has(std::string_view name) const noexcept;
 
     /// Loads one variable, reading no other.
