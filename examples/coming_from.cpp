@@ -31,7 +31,7 @@ void arrays() {
     TypedArray<double> b = a;
     writableView(b)(0, 0) = 9;
     std::cout << "b " << b[0][0] << ", a " << a[0][0] << '\n';
-    b = factory.createArrayFromBuffer<double>({3, 2}, b.release(), MemoryLayout::ROW_MAJOR);
+    b = reshaped(std::move(b), {3, 2});
     std::cout << b << '\n';
 }
 
@@ -46,8 +46,8 @@ void parts() {
               << '\n';
     std::cout << readOnlyView(a).part(0, 0, 2, 2)(1, 0) << ' ' // rows 0 and 2
               << readOnlyView(a).part(0, 0, 2).part(1, 1, 3)(1, 2) << '\n';
-    const auto turned = readOnlyView(a).transposed();
-    std::cout << factory.createArray<double>({4, 3}, turned.begin(), turned.end()) << '\n';
+    std::cout << toArray(readOnlyView(a).transposed()) << '\n';
+    std::cout << joined(1, std::vector{a, a}).getDimensions()[1] << " columns\n";
 }
 
 void numbers() {

@@ -1,4 +1,5 @@
 // An image whose pixels lie row by row, three bytes each: one channel, a threshold, a transpose.
+#include <foundation/vexadata/Layout.hpp>
 #include <foundation/vexadata/VexaData.hpp>
 #include <vexa/client/Adoption.hpp>
 
@@ -32,8 +33,5 @@ int main() {
     std::cout << bright << '\n';
     std::cout << std::count(bright.begin(), bright.end(), true) << " bright pixels\n";
 
-    const auto turned = green.transposed();
-    const auto upright =
-        factory.createArray<std::uint8_t>({turned.extent(0), turned.extent(1)}, turned.begin(), turned.end());
-    std::cout << upright << '\n';
+    std::cout << toArray(green.transposed()) << '\n';
 }

@@ -10,7 +10,9 @@
 #include <ranges>
 #include <span>
 #include <sstream>
+#include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 using namespace foundation::vexadata;
@@ -115,4 +117,38 @@ TEST(FilledLater, HandlesStartEmptyOfTheirKind) {
     EXPECT_TRUE(several[2].isEmpty());
     static_assert(!std::is_default_constructible_v<TypedArray<Enumeration>> &&
                   !std::is_default_constructible_v<TypedArray<StructElement>>);
+}
+
+TEST(Shapes, AreTakenFromViewsChangedAndJoined) {
+    const ArrayFactory factory;
+    const auto a = factory.createArray<int>({2, 3}, {1, 2, 3, 4, 5, 6});
+    const auto byRow = withLayout(a, MemoryLayout::ROW_MAJOR);
+    const auto turned = factory.createArray<int>({3, 2}, {1, 3, 5, 2, 4, 6});
+    EXPECT_EQ(toArray(readOnlyView(a).transposed()), turned);
+    EXPECT_EQ(toArray(readOnlyView(byRow).transposed()), turned);
+    EXPECT_EQ(toArray(readOnlyView(byRow).row(1)), factory.createArray<int>({3, 1}, {2, 4, 6}));
+    EXPECT_TRUE(toArray(readOnlyView(a).part(1, 3, 0)).isEmpty());
+
+    auto b = factory.createArray<int>({3, 2}, {1, 2, 3, 4, 5, 6});
+    EXPECT_EQ(reshaped(std::move(b), {2, 3}), a);
+    auto large = factory.createArray<int>({30, 40}); // small ones keep their elements to themselves
+    const int* const place = std::as_const(large).data();
+    EXPECT_EQ(reshaped(std::move(large), {600, 2}).data(), place);
+    const auto otherRows = reshaped(byRow, {3, 2});
+    EXPECT_EQ(otherRows.getMemoryLayout(), MemoryLayout::ROW_MAJOR);
+    EXPECT_EQ(otherRows, factory.createArray<int>({3, 2}, {1, 5, 4, 3, 2, 6}));
+    EXPECT_EQ(byRow[1][2], 6) << "which is still there";
+    EXPECT_THROW(reshaped(a, {4, 2}), std::invalid_argument);
+
+    using List = std::vector<TypedArray<int>>;
+    EXPECT_EQ(joined(1, List{a, byRow}),
+              factory.createArray<int>({2, 6}, {1, 2, 3, 4, 5, 6, 1, 2, 3, 4, 5, 6}));
+    EXPECT_EQ(joined(0, List{a, factory.createArray<int>({1, 3}, {7, 8, 9})}),
+              factory.createArray<int>({3, 3}, {1, 2, 7, 3, 4, 8, 5, 6, 9}));
+    const auto pages = joined(2, List{a, joined(2, List{byRow, a})});
+    EXPECT_EQ(pages.getDimensions(), (std::vector<std::size_t>{2, 3, 3}));
+    EXPECT_EQ(toArray(readOnlyView<3>(pages).page(1)), a);
+    EXPECT_EQ(joined(0, List{factory.createArray<int>({0, 3}), a}), a);
+    EXPECT_THROW(joined(0, List{a, turned}), std::invalid_argument);
+    EXPECT_THROW(joined(0, List()), std::invalid_argument);
 }
