@@ -41,6 +41,7 @@ PYBIND11_MODULE(_vexadata, module) {
     addObjects(module);
     addWorkspace(module);
     addReaders(module);
+    addSaving(module);
     for (const char* made : {"Array", "DenseArray", "CharArray", "StringArray", "EnumArray", "CellArray",
                              "StructArray", "SparseArray", "ObjectArray", "Object"}) {
         forbidConstruction(module.attr(made));

@@ -20,6 +20,7 @@ void addSparse(py::module_& module);
 void addObjects(py::module_& module);
 void addWorkspace(py::module_& module);
 void addReaders(py::module_& module);
+void addSaving(py::module_& module);
 
 /// Lets no object of a class be made from Python, not even by `__new__`, which would leave it without an array.
 void forbidConstruction(py::handle pythonClass);

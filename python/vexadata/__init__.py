@@ -32,7 +32,7 @@ ValueError, KeyError or AttributeError.
 from . import _methods  # noqa: F401  what the classes have besides
 from . import _vexadata
 from ._convert import cell, enumeration, sparse, strings, struct
-from ._files import read_csv, read_matrix
+from ._files import load, read_csv, read_matrix, save
 from ._mappings import Record, Workspace
 
 # The classes, the errors, and array, chars, freeze, from_dlpack and zeros.
@@ -41,5 +41,6 @@ globals().update({name: getattr(_vexadata, name) for name in _native})
 
 __all__ = sorted(
     _native
-    + ["Record", "Workspace", "cell", "enumeration", "read_csv", "read_matrix", "sparse", "strings", "struct"]
+    + ["Record", "Workspace", "cell", "enumeration", "load", "read_csv", "read_matrix", "save", "sparse", "strings"]
+    + ["struct"]
 )
