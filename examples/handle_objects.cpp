@@ -1,4 +1,4 @@
-// Handle objects: copies denote the same object, which lives in an engine instance.
+// Handle objects: copies denote the same object, which lives in an engine instance. A value object keeps one in a property.
 #include <foundation/vexadata/VexaData.hpp>
 #include <vexa/client/Objects.hpp>
 
@@ -29,4 +29,15 @@ int main() {
         std::cout << handle.getId() << " in '" << handle.getZVMID().bytes << "'"
                   << (handle == window ? ", the window" : "") << '\n';
     }
+
+    // The plot is a value and parts from its copy when it is written; both still show in the one window.
+    ValueObject plot = factory.createValueObject(factory.createClassInfo("Plot", {"title", "window"}));
+    plot["title"] = factory.createCharArray("heat");
+    plot["window"] = factory.createScalar(window);
+    ValueObject copy = plot;
+    copy["title"] = factory.createCharArray("wind");
+    const TypedArray<HandleObjectRef> shown = copy["window"];
+    std::cout << (plot == copy ? "equal" : "different") << " plots, in "
+              << (shown[0] == window ? "one window" : "two windows") << '\n'
+              << plot << '\n';
 }

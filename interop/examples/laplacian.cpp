@@ -2,7 +2,9 @@
 #include <foundation/vexadata/VexaData.hpp>
 #include <vexa/interop/Eigen.hpp>
 
+#include <cstddef>
 #include <iostream>
+#include <tuple>
 #include <vector>
 
 using namespace foundation::vexadata;
@@ -14,18 +16,16 @@ int main() {
     const ArrayFactory factory;
     const std::size_t n = 8;
 
-    // The second difference of neighbouring points.
-    std::vector<Eigen::Triplet<double>> entries;
-    for (int k = 0; k < int(n); ++k) {
+    // The second difference of neighbouring points: row, column, value.
+    std::vector<std::tuple<std::size_t, std::size_t, double>> entries;
+    for (std::size_t k = 0; k < n; ++k) {
         entries.emplace_back(k, k, -2.0);
         if (k > 0) {
             entries.emplace_back(k, k - 1, 1.0);
             entries.emplace_back(k - 1, k, 1.0);
         }
     }
-    Eigen::SparseMatrix<double> made(n, n);
-    made.setFromTriplets(entries.begin(), entries.end());
-    const SparseArray<double> laplacian = fromEigen(factory, made);
+    const SparseArray<double> laplacian = factory.createSparseArray<double>({n, n}, entries);
 
     TypedArray<double> heat = factory.createArray<double>({n, 1});
     heat[3] = 100.0;

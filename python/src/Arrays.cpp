@@ -100,7 +100,6 @@ void addArrays(py::module_& module) {
                               "Arrays are values: copy() shares memory until one of the two is "
                               "written. Made by vexadata.array() and the\n"
                               "other functions of the package.");
-    c.def(py::init([] { return ArrayObject(fv::Array()); }), "The empty array: no kind, 0x0.");
     c.def_property_readonly("kind", &kind,
                             "Name of the kind: 'double', 'logical', 'cell', 'sparse double' ...");
     c.def_property_readonly(
@@ -140,6 +139,7 @@ void addArrays(py::module_& module) {
         },
         "A single number as complex.");
     addElements(c);
+    module.def("_empty", [] { return wrap(fv::Array()); });
 }
 
 } // namespace vexa::python

@@ -140,6 +140,8 @@ void translateAny(std::exception_ptr thrown) {
         std::rethrow_exception(std::move(thrown));
     } catch (const fv::Exception& error) {
         translate(error);
+    } catch (const py::cast_error&) { // of a method called with an object of another class
+        PyErr_SetString(PyExc_TypeError, "an argument is of another class than the method wants");
     } catch (const fv::EArrayInvalidHandleRef& error) {
         PyErr_SetString(findClass("EArrayInvalidHandleRef")->python, error.what());
     }

@@ -5,6 +5,20 @@
 
 namespace vexa::python {
 
+namespace {
+
+extern "C" PyObject* refuseToMake(PyTypeObject* type, PyObject*, PyObject*) {
+    PyErr_Format(PyExc_TypeError, "objects of the class %s are made by the functions of vexadata",
+                 type->tp_name);
+    return nullptr;
+}
+
+} // namespace
+
+void forbidConstruction(py::handle pythonClass) {
+    reinterpret_cast<PyTypeObject*>(pythonClass.ptr())->tp_new = &refuseToMake;
+}
+
 py::object pythonFunction(const char* name) { return py::module_::import("vexadata._convert").attr(name); }
 
 } // namespace vexa::python
@@ -27,5 +41,9 @@ PYBIND11_MODULE(_vexadata, module) {
     addObjects(module);
     addWorkspace(module);
     addReaders(module);
+    for (const char* made : {"Array", "DenseArray", "CharArray", "StringArray", "EnumArray", "CellArray",
+                             "StructArray", "SparseArray", "ObjectArray", "Object"}) {
+        forbidConstruction(module.attr(made));
+    }
     module.attr("__name__") = name;
 }

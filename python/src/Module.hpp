@@ -21,6 +21,9 @@ void addObjects(py::module_& module);
 void addWorkspace(py::module_& module);
 void addReaders(py::module_& module);
 
+/// Lets no object of a class be made from Python, not even by `__new__`, which would leave it without an array.
+void forbidConstruction(py::handle pythonClass);
+
 /// A function of the Python part of the package, `vexadata._convert`.
 py::object pythonFunction(const char* name);
 

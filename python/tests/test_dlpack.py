@@ -2,6 +2,8 @@
 
 import ctypes
 import gc
+import threading
+import weakref
 
 import numpy as np
 import pytest
@@ -197,3 +199,27 @@ def test_with_numpy_in_both_directions():
         vx.from_dlpack(np.arange(6.0)[::2])
     empty = vx.from_dlpack(np.zeros((0, 2)))
     assert empty.shape == (0, 2) and np.from_dlpack(empty).shape == (0, 2)
+
+
+@pytest.mark.parametrize("window", [False, True])
+@pytest.mark.parametrize("on_a_thread", [False, True])
+def test_a_consumer_lets_go_without_the_gil(window, on_a_thread):
+    source = np.ndarray.__new__(type("Watched", (np.ndarray,), {}), 3)
+    alive = weakref.ref(source)
+    a = vx.array(source, copy=False) if window else vx.freeze(source)
+    name, form = (b"dltensor", Managed) if window else (b"dltensor_versioned", Versioned)
+    capsule = a.__dlpack__() if window else a.__dlpack__(max_version=(1, 0))
+    pointer = PyCapsule_GetPointer(capsule, name)
+    ctypes.pythonapi.PyCapsule_SetName(ctypes.py_object(capsule), b"used_" + name)
+    let_go = form.from_address(pointer).deleter  # ctypes calls it without the GIL
+    del capsule, source, a
+    gc.collect()
+    assert alive() is not None
+    if on_a_thread:
+        thread = threading.Thread(target=let_go, args=(pointer,))
+        thread.start()
+        thread.join()
+    else:
+        let_go(pointer)
+    gc.collect()
+    assert alive() is None

@@ -271,9 +271,14 @@ def test_huge_shapes():
 
 
 def test_subclasses_and_instances_of_nothing():
+    for cls in (vx.Array, vx.DenseArray, vx.CellArray, vx.Object, type("Own", (vx.DenseArray,), {})):
+        for make in (cls, lambda: cls.__new__(cls), lambda: object.__new__(cls)):
+            with pytest.raises(TypeError):
+                make()
     with pytest.raises(TypeError):
-        vx.DenseArray()
-    assert vx.Array().to_python() is None and vx.Array() == vx.Array() and vx.Array().shape == (0, 0)
+        vx.DenseArray.numpy(vx.chars("a").text)
+    empty = vx.array(None)
+    assert empty.to_python() is None and empty == vx.array(None) and empty.shape == (0, 0)
     with pytest.raises(TypeError):
         hash(vx.array(1))
     with pytest.raises(TypeError):

@@ -2,6 +2,7 @@
 
 import gc
 import os
+import pickle
 
 import numpy as np
 import pytest
@@ -113,6 +114,7 @@ def test_sparse_matrices_there_and_back(dtype):
         s = vx.array(form)
         back = s.to_scipy()
         assert (back != source).nnz == 0 and s.nnz == source.nnz and s.shape == (20, 30)
+        assert pickle.loads(pickle.dumps(s)) == s
     assert all(s[i, j] == source[i, j] for i in range(20) for j in range(30))
     values, rows, starts = s.parts()
     assert np.shares_memory(back.data, values) and np.shares_memory(back.indices, rows)

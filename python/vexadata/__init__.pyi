@@ -8,7 +8,6 @@ from numpy.typing import ArrayLike, DTypeLike, NDArray
 Index = SupportsIndex | tuple[SupportsIndex, ...]
 
 class Array:
-    def __init__(self) -> None: ...
     @property
     def kind(self) -> str: ...
     @property

@@ -184,7 +184,7 @@ def as_array(value, dtype=None, copy=None):
     if isinstance(value, _vexadata.Array):
         return value.copy()
     if value is None:
-        return _vexadata.Array()
+        return _vexadata._empty()
     if copy is False and not (isinstance(value, numpy.ndarray) or hasattr(value, "__array__") or _is_sparse(value)):
         raise ValueError(f"an array of {type(value).__name__} is always a copy")
     if isinstance(value, enum.Enum):

@@ -133,6 +133,17 @@ def _field_items(self):
 # --- pickling ---------------------------------------------------------------------------------------------------
 
 
+# The functions of the extension module cannot be pickled: these can.
+
+
+def _rebuild_empty():
+    return _vexadata._empty()
+
+
+def _rebuild_sparse(shape, values, rows, starts):
+    return _vexadata._sparse(shape, values, rows, starts, True)
+
+
 def _rebuild_dense(values):
     return _vexadata.freeze(values)
 
@@ -158,7 +169,7 @@ def _rebuild_struct(shape, fields, records):
 
 def _reduce(self):
     if type(self) is _vexadata.Array:
-        return _vexadata.Array, ()
+        return _rebuild_empty, ()
     if isinstance(self, _vexadata.DenseArray):
         return _rebuild_dense, (self.numpy(),)
     if isinstance(self, _vexadata.EnumArray):
@@ -167,7 +178,7 @@ def _reduce(self):
         records = [list(record.values()) for record in self.elements()]
         return _rebuild_struct, (self.shape, self.fields, records)
     if isinstance(self, _vexadata.SparseArray):
-        return _vexadata._sparse, (self.shape, *self.parts(), True)
+        return _rebuild_sparse, (self.shape, *self.parts())
     if isinstance(self, _vexadata.ObjectArray):
         raise TypeError(f"cannot pickle {self.kind} arrays")
     return _rebuild, (self.kind, self.shape, list(self.elements()))

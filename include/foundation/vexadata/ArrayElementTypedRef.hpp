@@ -110,6 +110,7 @@ class ArrayElementTypedRef
       public detail::ComplexComparison<ArrayElementTypedRef<T, isConst>, T, detail::isComplexElement<T>>,
       public detail::CompoundAssignment<ArrayElementTypedRef<T, isConst>, T> {
 public:
+    /// For `operator[]` of the handles.
     VEXADATA_INLINE explicit ArrayElementTypedRef(detail::ElementPosition position) noexcept
         : position_(std::move(position)) {}
     /// Shares the chain of an element that is known already.

@@ -38,6 +38,7 @@ public:
     ForwardIterator& operator=(ForwardIterator&&) noexcept = default;
     ~ForwardIterator() = default;
 
+    /// As of every input iterator.
     ForwardIterator& operator++() {
         impl_->increment();
         return *this;
@@ -49,6 +50,7 @@ public:
     }
     T operator*() const { return value_type(impl_->get()); }
 
+    /// Whether both stand at one place; both must come from one sequence.
     bool operator==(const ForwardIterator& other) const { return impl_->equal(other.impl_.get()); }
     bool operator!=(const ForwardIterator& other) const { return !(*this == other); }
 

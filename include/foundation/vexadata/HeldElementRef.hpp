@@ -89,6 +89,7 @@ class HeldElementRef : public detail::UntypedElement<HeldElementRef<isConst>, is
     using Untyped = detail::UntypedElement<HeldElementRef<isConst>, isConst>;
 
 public:
+    /// For `operator[]` of HeldElements.
     VEXADATA_INLINE explicit HeldElementRef(detail::HeldPosition position) noexcept
         : position_(std::move(position)) {}
     HeldElementRef(const HeldElementRef&) = default;
@@ -142,6 +143,7 @@ private:
 template <bool isConst>
 class HeldElements {
 public:
+    /// For `held` of the element handles.
     VEXADATA_INLINE explicit HeldElements(detail::ElementPosition holder) noexcept
         : holder_(std::move(holder)) {}
     VEXADATA_INLINE ~HeldElements() {}

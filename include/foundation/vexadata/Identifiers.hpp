@@ -106,6 +106,7 @@ VEXADATA_API VexaPropertyIdentifier validateVexaPropertyIdentifier(const VexaPro
 /// Equal identifiers have equal hashes. One that was moved from has that of an empty name.
 template <>
 struct std::hash<foundation::vexadata::VexaClassIdentifier> {
+    /// Throws nothing but std::bad_alloc.
     std::size_t operator()(const foundation::vexadata::VexaClassIdentifier& id) const {
         const bool moved = foundation::vexadata::detail::Access::impl(id) == nullptr;
         return std::hash<std::string>()(moved ? std::string() : id.getString());
@@ -113,12 +114,14 @@ struct std::hash<foundation::vexadata::VexaClassIdentifier> {
 };
 template <>
 struct std::hash<foundation::vexadata::VexaFieldIdentifier> {
+    /// Throws nothing but std::bad_alloc.
     std::size_t operator()(const foundation::vexadata::VexaFieldIdentifier& id) const {
         return std::hash<std::string>()(id.getString());
     }
 };
 template <>
 struct std::hash<foundation::vexadata::VexaPropertyIdentifier> {
+    /// Of the name alone, without the class.
     std::size_t operator()(const foundation::vexadata::VexaPropertyIdentifier& id) const {
         return std::hash<std::string>()(id.getPropertyName());
     }

@@ -30,6 +30,7 @@ public:
 
 protected:
     friend struct detail::Access;
+    /// The back-end's object; null in an empty handle.
     std::shared_ptr<vexa::data::impl::ObjectImpl> impl_;
 };
 
@@ -66,6 +67,7 @@ public:
 /// property, pass through.
 class VEXADATA_API ValueObject : public Object, public detail::PropertiesByText<ValueObject> {
 public:
+    /// Iterators over the properties.
     using iterator = ForwardIterator<Property>;
     using const_iterator = ForwardIterator<const Property>;
 
@@ -77,6 +79,7 @@ public:
     ValueObject& operator=(ValueObject&&) noexcept = default;
     ~ValueObject() override;
 
+    /// Links the property identifiers of the class; see ClassInfo for what that means to threads.
     ClassInfo getClassInfo() const;
     /// Name of the enumeration member that the object is.
     /// @throws std::logic_error when the back-end has none
@@ -100,6 +103,7 @@ public:
     const_iterator cbegin() const;
     const_iterator cend() const;
 
+    /// Whether `[]` finds a property, and how many there are.
     bool hasProperty(const VexaPropertyIdentifier& id) const;
     std::size_t numOfProperties() const;
     bool hasProperties() const { return numOfProperties() != 0; }

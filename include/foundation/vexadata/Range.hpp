@@ -11,8 +11,10 @@ namespace foundation::vexadata {
 template <template <class> class Iterator, class T>
 class Range {
 public:
+    /// Two positions in one sequence.
     Range(Iterator<T> begin, Iterator<T> end) : begin_(std::move(begin)), end_(std::move(end)) {}
 
+    /// Copies, which move independently.
     Iterator<T> begin() const { return begin_; }
     Iterator<T> end() const { return end_; }
 

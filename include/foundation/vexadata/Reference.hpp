@@ -23,6 +23,7 @@ public:
     /// @throws std::bad_alloc after dropping the reference
     explicit ReferenceHolder(detail::ReferenceImpl* chain) : chain_(detail::Access::createSharedPtr(chain)) {}
 
+    /// Null when it was made of null.
     const std::shared_ptr<detail::ReferenceImpl>& chain() const noexcept { return chain_; }
 
 private:
@@ -34,9 +35,11 @@ private:
 /// indices, and EArrayIndexOutOfRange.
 class VEXADATA_API ArrayReferenceExt {
 public:
+    /// Shares a chain.
     explicit ArrayReferenceExt(std::shared_ptr<detail::ReferenceImpl> chain) noexcept
         : chain_(std::move(chain)) {}
 
+    /// As of `Array`, for the array that the element holds.
     ArrayType getType() const;
     std::vector<std::size_t> getDimensions() const;
     std::size_t getNumberOfElements() const;
@@ -47,6 +50,7 @@ public:
     const std::shared_ptr<detail::ReferenceImpl>& chain() const noexcept { return chain_; }
 
 protected:
+    /// Never null.
     std::shared_ptr<detail::ReferenceImpl> chain_;
 };
 
@@ -131,6 +135,7 @@ private:
 template <>
 class VEXADATA_API Reference<Array> : public ArrayReferenceExt {
 public:
+    /// Nothing is tested before the first use.
     explicit Reference(std::shared_ptr<detail::ReferenceImpl> chain) noexcept
         : ArrayReferenceExt(std::move(chain)) {}
     explicit Reference(const detail::ElementPosition& element) : ArrayReferenceExt(element.chain()) {}

@@ -24,6 +24,7 @@ class VEXADATA_API SparseArray : public Array {
 
 public:
     using value_type = T;
+    /// Iterators over the stored values.
     using iterator = TypedIterator<T>;
     using const_iterator = TypedIterator<const T>;
 
@@ -69,6 +70,7 @@ public:
         unshare<ReleaseForEnd>();
         return iterator(this->impl_->endIterator(nullptr, true));
     }
+    /// The stored values, for reading.
     const_iterator cbegin() const noexcept {
         return const_iterator(this->impl_->beginIterator(nullptr, false));
     }
@@ -76,11 +78,13 @@ public:
     const_iterator begin() const noexcept { return cbegin(); }
     const_iterator end() const noexcept { return cend(); }
 
+    /// Zeros that were stored count too.
     std::size_t getNumberOfNonZeroElements() const { return this->impl_->getNumberOfNonZeroElements(); }
     /// Row of each stored value. Valid until the array is changed or released.
     const std::size_t* getIr() const { return this->impl_->getIr(); }
     /// Where each column begins among the stored values, and behind the last where it ends. Valid as `getIr`.
     const std::size_t* getJc() const { return this->impl_->getJc(); }
+    /// The two dimensions.
     std::size_t getRows() const { return this->impl_->getRows(); }
     std::size_t getCols() const { return this->impl_->getCols(); }
 

@@ -99,6 +99,7 @@ inline bool isBefore(const BorrowedText& a, const BorrowedText& b) noexcept {
 /// What every handle to a string element can do: tell whether the element is there, and hand its text out.
 class VEXADATA_API VEXAStringReferenceExt {
 public:
+    /// For `operator[]` of the handles.
     VEXADATA_INLINE explicit VEXAStringReferenceExt(detail::ElementPosition position) noexcept
         : position_(std::move(position)) {}
     explicit VEXAStringReferenceExt(const std::shared_ptr<detail::ReferenceImpl>& chain) noexcept
@@ -132,6 +133,7 @@ public:
 
 protected:
     friend struct detail::Access;
+    /// Where the element lies.
     detail::ElementPosition position_;
 };
 
@@ -228,8 +230,8 @@ public:
     std::shared_ptr<detail::ReferenceImpl> chain() const { return position_.chain(); }
 };
 
-// Comparisons never throw: what goes wrong while the element is resolved or read counts as "not equal".
-
+/// Whether the element has this text; a missing one has the empty text here. Comparisons never throw: what
+/// goes wrong while the element is resolved or read counts as "not equal".
 template <class Ref, detail::IfStringRef<Ref> = 0>
 VEXADATA_INLINE inline bool operator==(const Ref& element, std::u16string_view text) noexcept {
     try {
@@ -258,6 +260,7 @@ bool operator==(const A& a, const B& b) noexcept {
     }
 }
 
+/// As the three above.
 template <class Ref, detail::IfStringRef<Ref> = 0>
 bool operator==(std::u16string_view text, const Ref& element) noexcept {
     return element == text;
@@ -287,9 +290,8 @@ bool operator!=(const A& a, const B& b) noexcept {
     return !(a == b);
 }
 
-// Order of elements, and of elements and values, as sorting needs it: by UTF-16 units, missing elements first
-// and equivalent to each other. Index errors and errors of the back-end pass through.
-
+/// Order of elements, and of elements and values, as sorting needs it: by UTF-16 units, missing elements
+/// first and equivalent to each other. Index errors and errors of the back-end pass through.
 template <class A, class B, detail::IfStringRef<A> = 0, detail::IfStringRef<B> = 0>
 bool operator<(const A& a, const B& b) {
     return detail::isBefore(detail::textAt(detail::Access::position(a)),

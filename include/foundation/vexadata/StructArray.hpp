@@ -35,6 +35,7 @@ public:
 
     /// The names of the fields in their order.
     Range<ForwardIterator, const VexaFieldIdentifier> getFieldNames() const;
+    /// As many as there are names.
     std::size_t getNumberOfFields() const;
 };
 
@@ -46,6 +47,7 @@ public:
 
     /// Always an empty range, deliberately. For the names ask `StructArray::getFieldNames`.
     Range<ForwardIterator, const VexaFieldIdentifier> getFieldNames() const;
+    /// That of the array held.
     std::size_t getNumberOfFields() const;
 };
 

@@ -40,8 +40,10 @@ VEXADATA_API std::vector<Array> valuesOf(const ElementPosition& position);
 /// Every operation throws index errors, and passes errors of the back-end on.
 class VEXADATA_API StructElement {
 public:
+    /// Walks the values of the fields.
     using const_iterator = TypedIterator<const Array>;
 
+    /// For the handles that derive from it.
     VEXADATA_INLINE explicit StructElement(detail::ElementPosition position) noexcept
         : position_(std::move(position)) {}
     explicit StructElement(const std::shared_ptr<detail::ReferenceImpl>& chain) noexcept : position_(chain) {}
@@ -52,6 +54,7 @@ public:
 
     /// The names of the fields in their order.
     Range<ForwardIterator, const VexaFieldIdentifier> getFieldNames() const;
+    /// As many as there are names.
     std::size_t getNumberOfFields() const;
 
     /// The value of a field, shared with the record until one of them is written. Constant, so that indexing
@@ -72,6 +75,7 @@ public:
 
 protected:
     friend struct detail::Access;
+    /// Where the record lies.
     detail::ElementPosition position_;
 
 private:
@@ -106,6 +110,7 @@ public:
 /// A record that can be written. Reading as for StructElement.
 class VEXADATA_API StructRefExt : public StructElement {
 public:
+    /// Walks the values of the fields for writing.
     using iterator = TypedIterator<Array>;
     using StructElement::StructElement;
 
@@ -173,6 +178,7 @@ class ArrayElementTypedRef<StructElement, true>
 public:
     using StructElement::StructElement;
     using detail::Indexing<ArrayElementTypedRef>::operator[];
+    /// A field by its name, as `StructElement::operator[]`.
     const Array operator[](const std::string& fieldName) const {
         return StructElement::operator[](fieldName);
     }
@@ -187,6 +193,7 @@ public:
     using detail::WritableRecord<ArrayElementTypedRef<StructElement, false>>::WritableRecord;
     using detail::WritableRecord<ArrayElementTypedRef<StructElement, false>>::operator=;
     using detail::Indexing<ArrayElementTypedRef>::operator[];
+    /// A field by its name, as of StructElement and StructRefExt.
     const Array operator[](const std::string& fieldName) const {
         return StructElement::operator[](fieldName);
     }

@@ -112,6 +112,7 @@ public:
     template <class U, std::enable_if_t<std::is_same_v<const U, T> && !std::is_const_v<U>, int> = 0>
     TypedIterator(const TypedIterator<U>& other) : impl_(copyImpl(other.impl_)), current_(other.current_) {}
 
+    /// One element on, or back.
     void increment() {
         if (movesAlone()) {
             ++current_;
@@ -134,6 +135,7 @@ public:
         }
         current_ = orRethrow(step(impl_.get(), count));
     }
+    /// Whether both stand at one place.
     bool isEqual(const TypedIterator& other) const {
         return movesAlone() ? current_ == other.current_ : orRethrow(samePosition(*impl_, other.impl_.get()));
     }
@@ -154,6 +156,7 @@ public:
         }
     }
 
+    /// As of every random-access iterator; errors of the back-end pass through.
     reference operator*() const { return getRef(); }
     pointer operator->() const {
         if constexpr (primitive) {
@@ -170,6 +173,7 @@ public:
         }
     }
 
+    /// As of every random-access iterator; errors of the back-end pass through.
     TypedIterator& operator++() {
         increment();
         return *this;

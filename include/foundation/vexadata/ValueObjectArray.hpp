@@ -61,12 +61,14 @@ public:
     ForwardIterator<const Property> cbeginArrayProp() const;
     ForwardIterator<const Property> cendArrayProp() const;
 
+    /// What the array has, beyond the properties of its elements.
     bool hasArrayProperty(const VexaPropertyIdentifier& id) const;
     std::size_t numOfArrayProperties() const;
     bool hasArrayProperties() const { return numOfArrayProperties() != 0; }
     /// The dimensions that the array shows to users, when they are not its own.
     std::vector<std::size_t> getExternalDimensions() const;
     bool isExternalDimensionsSet() const;
+    /// Names of the properties of the array as they are shown.
     std::vector<std::string> getExternalRepresentationArrayPropertyNames() const;
 
     /// Equal properties of the arrays, and equal elements. Ends the process when the back-end fails.

@@ -40,6 +40,7 @@ public:
     NamedException& operator=(const NamedException&) = default;
 
 protected:
+    /// The text that `what` gives.
     explicit NamedException(std::string message);
 
 private:
@@ -49,6 +50,7 @@ private:
 /// A struct array has no field of this name.
 class VEXADATA_API UnknownFieldException final : public NamedException {
 public:
+    /// For the name that was asked for.
     explicit UnknownFieldException(const std::string& name);
     ~UnknownFieldException() override;
 };
@@ -57,6 +59,7 @@ public:
 /// underscores.
 class VEXADATA_API InvalidFieldNameException final : public NamedException {
 public:
+    /// For a name, and what is wrong with it.
     InvalidFieldNameException(const std::string& name, const std::string& reason);
     ~InvalidFieldNameException() override;
 };
@@ -64,6 +67,7 @@ public:
 /// An enumeration array does not know a member of this name.
 class VEXADATA_API UnknownMemberException final : public NamedException {
 public:
+    /// For the name that was asked for, of this class.
     UnknownMemberException(const std::string& name, const std::string& className);
     ~UnknownMemberException() override;
 };
@@ -71,6 +75,7 @@ public:
 /// An enumeration array was asked for with member names, but not with one for each element.
 class VEXADATA_API WrongNumberOfNamesException final : public NamedException {
 public:
+    /// For as many names and as many elements.
     WrongNumberOfNamesException(std::size_t names, std::size_t elements);
     ~WrongNumberOfNamesException() override;
 };
@@ -86,6 +91,7 @@ public:
 /// Several superclasses define a property of this name, and none was named with it.
 class VEXADATA_API AmbiguousPropertyException final : public NamedException {
 public:
+    /// For the name that was asked for, of this class.
     AmbiguousPropertyException(const std::string& name, const std::string& className);
     ~AmbiguousPropertyException() override;
 };
@@ -94,6 +100,7 @@ public:
 /// another class.
 class VEXADATA_API InvalidPropertyException final : public NamedException {
 public:
+    /// For a property of a class, and what is wrong with it.
     InvalidPropertyException(const std::string& name, const std::string& className,
                              const std::string& reason);
     ~InvalidPropertyException() override;
@@ -102,6 +109,7 @@ public:
 /// The name of a class or of an enumeration has a NUL.
 class VEXADATA_API InvalidClassNameException final : public NamedException {
 public:
+    /// For a name.
     explicit InvalidClassNameException(const std::string& name);
     ~InvalidClassNameException() override;
 };
@@ -109,6 +117,7 @@ public:
 /// A class cannot have this superclass, which is the class itself or has it among its own.
 class VEXADATA_API InvalidSuperclassException final : public NamedException {
 public:
+    /// For the superclass and the class that was to have it.
     InvalidSuperclassException(const std::string& name, const std::string& className);
     ~InvalidSuperclassException() override;
 };
@@ -116,6 +125,7 @@ public:
 /// Classes of another back-end have no objects, arrays or subclasses here.
 class VEXADATA_API ForeignClassException final : public NamedException {
 public:
+    /// For the name of the class.
     explicit ForeignClassException(const std::string& name);
     ~ForeignClassException() override;
 };
@@ -123,6 +133,7 @@ public:
 /// An object of another class was stored into an array of objects of one class.
 class VEXADATA_API WrongClassException final : public NamedException {
 public:
+    /// For the names of the two classes.
     WrongClassException(const std::string& found, const std::string& expected);
     ~WrongClassException() override;
 };
@@ -131,6 +142,7 @@ public:
 /// begins with a digit.
 class VEXADATA_API InvalidVariableNameException final : public NamedException {
 public:
+    /// For a name.
     explicit InvalidVariableNameException(const std::string& name);
     ~InvalidVariableNameException() override;
 };

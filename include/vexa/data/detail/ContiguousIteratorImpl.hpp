@@ -14,6 +14,7 @@ namespace vexa::data::detail {
 template <class T>
 class VEXADATA_API ContiguousIteratorImpl final : public IteratorImpl {
 public:
+    /// At an element, or behind the last.
     explicit ContiguousIteratorImpl(T* current) noexcept : current_(current) {}
     ~ContiguousIteratorImpl() override {} // compilers may omit a defaulted one from an explicit instantiation
 
@@ -27,6 +28,7 @@ public:
     void saveReference(ReferenceImpl* chain) override;
     void* getElementAddress() override;
 
+    /// The element at which it stands.
     T* current() const noexcept { return current_; }
     /// True when the iterator keeps a chain alive.
     bool holdsReference() const noexcept { return chain_ != nullptr; }

@@ -39,6 +39,7 @@ bool equalFloats(const T* a, const T* b, std::size_t count) {
     return std::equal(a + k, a + count, b + k);
 }
 
+/// Whether two runs of elements are equal, each to its counterpart, as `==` of the elements says.
 template <class T>
 bool equalRuns(const T* a, const T* b, std::size_t count) {
     if constexpr (std::is_floating_point_v<T>) {
@@ -49,7 +50,6 @@ bool equalRuns(const T* a, const T* b, std::size_t count) {
         return std::equal(a, a + count, b);
     }
 }
-
 template <class T>
 bool equalRuns(const std::complex<T>* a, const std::complex<T>* b, std::size_t count) {
     return equalRuns(reinterpret_cast<const T*>(a), reinterpret_cast<const T*>(b), 2 * count);
@@ -58,6 +58,7 @@ bool equalRuns(const std::complex<T>* a, const std::complex<T>* b, std::size_t c
 /// For each position in column-major order, the position of the same element in row-major order.
 class RowMajorPositions {
 public:
+    /// At the first element.
     explicit RowMajorPositions(const std::vector<std::size_t>& dimensions)
         : dimensions_(dimensions), indices_(dimensions.size(), 0), strides_(dimensions.size(), 1) {
         for (std::size_t k = dimensions.size(); k-- > 1;) {
@@ -65,6 +66,7 @@ public:
         }
     }
 
+    /// The position, and going on to the next one.
     std::size_t current() const noexcept { return position_; }
     void next() noexcept {
         for (std::size_t k = 0; k < indices_.size(); ++k) {

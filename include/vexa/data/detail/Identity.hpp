@@ -21,6 +21,7 @@ public:
     Identity(const Identity&) noexcept {}
     Identity& operator=(const Identity&) = delete;
 
+    /// The same number every time until `reset`.
     std::uint64_t get() const noexcept {
         const std::uint64_t known = value_.load(std::memory_order_relaxed);
         return known != 0 ? known : draw();

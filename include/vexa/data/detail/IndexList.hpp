@@ -12,6 +12,7 @@ namespace vexa::data::detail {
 /// need room beyond it, which `reserve` gives without changing the length.
 class IndexList {
 public:
+    /// How many indices fit without memory of their own.
     static constexpr std::size_t inlineCapacity = 3;
 
     IndexList() noexcept = default;
@@ -45,6 +46,7 @@ public:
         capacity_ = grown;
     }
 
+    /// What is in the list; the room may be larger. The values move when the list grows.
     std::size_t length() const noexcept { return length_; }
     std::size_t capacity() const noexcept { return capacity_; }
     std::uint64_t* data() noexcept { return values_; }

@@ -74,11 +74,13 @@ public:
     /// @throws CanOnlyUseOneStringIndexException when there is one already
     void addIndex(std::string fieldName);
 
+    /// Dimensions of the array, field name (empty without one), and how many indices were given.
     const std::vector<std::size_t>& dimensions() const noexcept { return dimensions_; }
     const std::string& stringIndex() const noexcept { return stringIndex_; }
     std::uint64_t indexCount() const noexcept { return count_; }
     /// As many as `indexCount` says; valid until the chain grows.
     const std::uint64_t* indices() const noexcept { return indices_.data(); }
+    /// That of the array, as it was when the chain was bound to it.
     MemoryLayout memoryLayout() const noexcept { return layout_; }
     /// Whether the position has been computed or was known from the beginning; further indices do not move
     /// it.
@@ -133,6 +135,7 @@ private:
 /// made, so that `prepareForWrite` stays without effect.
 class VEXADATA_API IteratorReference : public ReferenceImpl {
 public:
+    /// To the element at a position; the array is borrowed.
     IteratorReference(impl::ArrayImpl* array, std::uint64_t linearIndex);
     ~IteratorReference() override;
 

@@ -26,6 +26,7 @@ using Buffer = std::unique_ptr<T, void (*)(void*)>;
 /// buffer passed by value is the back-end's; what is passed by pointer is borrowed and has to be copied.
 class VEXADATA_API ArrayFactoryImpl : public detail::RefCounted {
 public:
+    /// How lists are handed over.
     using Dimensions = std::vector<std::size_t>;
     using Names = std::vector<std::string>;
 

@@ -36,6 +36,7 @@ protected:
 template <>
 class VEXADATA_API TypedArrayImpl<vexa::data::optional<std::u16string>> : public ArrayImpl {
 public:
+    /// A text that may be missing.
     using Element = vexa::data::optional<std::u16string>;
 
     ~TypedArrayImpl() override;
@@ -49,6 +50,7 @@ public:
     /// Slot 41. Null from arrays that do not store optional objects.
     virtual const Element* getTypedDataPtr() const = 0;
 
+    /// Calls `setStringElement`.
     void setElementValue(std::size_t index, const std::string& fieldName, Element value);
 
 protected:

@@ -39,11 +39,13 @@ struct Keeping {
 template <class Map, class Owner>
 class EigenView : private detail::Keeping<Owner>, public Map {
 public:
+    /// Keeps `owner`; the other arguments are those of `Map`.
     template <class... Arguments>
     explicit EigenView(Owner owner, Arguments... arguments)
         : detail::Keeping<Owner>{std::move(owner)}, Map(arguments...) {}
     EigenView(const EigenView&) = default;
     using Map::operator=;
+    /// Writes elements.
     EigenView& operator=(const EigenView& other) {
         Map::operator=(other);
         return *this;

@@ -91,8 +91,8 @@ void rawFree(void* block) noexcept { std::free(block); }
 
 #else
 
-// The C library's own functions, which the ones below stand in front of.
 extern "C" {
+/// The C library's own functions, which the ones below stand in front of.
 void* __libc_malloc(std::size_t size);
 void* __libc_calloc(std::size_t number, std::size_t size);
 void* __libc_realloc(void* block, std::size_t size);
@@ -121,6 +121,7 @@ void* outOfMemory() noexcept {
 } // namespace
 
 extern "C" {
+/// As of the C library, counted, and failing when FailingAllocations says so.
 void* malloc(std::size_t size) noexcept { return admit() ? counted(rawAllocate(size)) : outOfMemory(); }
 void* calloc(std::size_t number, std::size_t size) noexcept {
     return admit() ? counted(rawCalloc(number, size)) : outOfMemory();
@@ -172,6 +173,7 @@ constexpr std::size_t bytes(std::align_val_t alignment) noexcept {
 
 } // namespace
 
+/// As of the standard library, counted, and failing when FailingAllocations says so.
 void* operator new(std::size_t size) { return orThrow(size); }
 void* operator new[](std::size_t size) { return orThrow(size); }
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return orNull(size); }

@@ -25,6 +25,7 @@ public:
     const std::vector<std::string>& operations() const noexcept { return operations_; }
     /// The same with the queries between them.
     const std::vector<std::string>& all() const noexcept { return all_; }
+    /// Forgets all calls so far.
     void clear() noexcept {
         operations_.clear();
         all_.clear();
@@ -59,6 +60,7 @@ using ForwardingOf = typename DoubleOfTyped<T>::type;
 /// A handle to a recording double, and the log that the double shares with its copies.
 template <class T>
 struct Recorded {
+    /// The handle and the log.
     fv::TypedArray<T> array;
     std::shared_ptr<CallLog> log;
 };

@@ -18,10 +18,12 @@ namespace vexa::testing {
 /// One kind of array. A stamp is a number from 0 to 99999; arrays that are made with equal stamps hold the
 /// same. The functions throw what the operations of the library throw.
 struct Kind {
+    /// The handles that the functions take.
     using Array = foundation::vexadata::Array;
     using ArrayFactory = foundation::vexadata::ArrayFactory;
 
     std::string name; ///< of letters and figures
+    /// An array with what the stamp says.
     Array (*make)(ArrayFactory& factory, double stamp);
     /// Changes the array in place to what another stamp gives, through element handles, references or
     /// iterators.

@@ -40,6 +40,7 @@ public:
     static T* below(T* object) noexcept { return const_cast<T*>(below(static_cast<const T*>(object))); }
 
 protected:
+    /// Around an object.
     explicit Double(Inner<T> inner, std::shared_ptr<Hook> hook) noexcept
         : inner_(std::move(inner)), hook_(std::move(hook)) {}
     Double(const Double&) = delete;

@@ -137,6 +137,7 @@ public:
 
 /// The doubles whose iterators and chains are doubles too.
 struct ForwardingKindsThroughout : ForwardingKinds {
+    /// One class for each kind of array, and for classes.
     template <class T>
     using Numbers = ForwardingThroughout<ForwardingNumbers<T>>;
     using Cells = ForwardingThroughout<ForwardingCells>;

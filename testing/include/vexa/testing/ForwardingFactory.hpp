@@ -23,6 +23,7 @@ using vexa::data::impl::Buffer;
 /// The classes in which a ForwardingFactory wraps what the inner factory makes. Another set derives from this
 /// one and names its own.
 struct ForwardingKinds {
+    /// One class for each kind of what a factory makes.
     template <class T>
     using Numbers = ForwardingNumbers<T>;
     using Cells = ForwardingCells;

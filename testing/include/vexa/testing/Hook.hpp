@@ -25,6 +25,7 @@ public:
     virtual std::string text() const = 0;
 
 protected:
+    /// Keeps a pointer to the name.
     explicit Call(const char* name) noexcept : name_(name) {}
     ~Call() = default;
 

@@ -16,6 +16,7 @@ public:
     class Counted {
     public:
         Counted() noexcept { ++alive(); }
+        /// Each counts.
         Counted(const Counted&) noexcept { ++alive(); }
         Counted& operator=(const Counted&) noexcept = default;
 

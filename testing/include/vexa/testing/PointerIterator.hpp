@@ -16,6 +16,7 @@ namespace vexa::testing {
 template <class Self, class T>
 class PointerIterator : public vexa::data::detail::IteratorImpl {
 public:
+    /// At an element, or behind the last.
     explicit PointerIterator(T* current) noexcept : current_(current) {}
 
     IteratorImpl* clone() const override { return new Self(static_cast<const Self&>(*this)); }

@@ -46,10 +46,12 @@ public:
     }
     virtual ~Array();
 
+    /// Asked of the back-end; all but `getDimensions` pass its errors on.
     ArrayType getType() const { return impl_->getType(); }
     vexa::data::MemoryLayout getMemoryLayout() const { return impl_->getMemoryLayout(); }
     /// A copy that later changes of the array do not reach. Ends the process when it cannot be allocated.
     std::vector<std::size_t> getDimensions() const noexcept { return impl_->getDimensions(); }
+    /// Product of the dimensions, and whether it is 0.
     std::size_t getNumberOfElements() const { return impl_->getNumberOfElements(); }
     bool isEmpty() const { return impl_->isEmpty(); }
     /// Identity of the underlying data, defined by the back-end.
@@ -72,6 +74,7 @@ public:
 
 protected:
     friend struct detail::Access;
+    /// The back-end's array; null only after moving from this handle.
     std::shared_ptr<vexa::data::impl::ArrayImpl> impl_;
 };
 

@@ -24,6 +24,7 @@ class ArrayElementRef : public detail::Indexing<ArrayElementRef<isConst>>,
     using Untyped = detail::UntypedElement<ArrayElementRef<isConst>, isConst>;
 
 public:
+    /// For `operator[]` of the handles.
     VEXADATA_INLINE explicit ArrayElementRef(detail::ElementPosition position) noexcept
         : position_(std::move(position)) {}
     /// Shares the chain of an element that is known already.

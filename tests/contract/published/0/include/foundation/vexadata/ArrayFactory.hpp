@@ -96,6 +96,7 @@ public:
     /// with a word on standard error: link the embedded back-end, or load another before. So does creating
     /// with a factory that was moved from.
     ArrayFactory();
+    /// Over the factory of a back-end; null gives an empty one.
     ArrayFactory(std::shared_ptr<vexa::data::impl::ArrayFactoryImpl> impl) noexcept;
     ArrayFactory(const ArrayFactory&) noexcept;
     ArrayFactory(ArrayFactory&&) noexcept;
@@ -103,6 +104,7 @@ public:
     ArrayFactory& operator=(ArrayFactory&&) noexcept;
     ~ArrayFactory();
 
+    /// The back-end's factory; null when none was registered, or after moving from this factory.
     const std::shared_ptr<vexa::data::impl::ArrayFactoryImpl>& getArrayFactoryImpl() const noexcept {
         return impl_;
     }
@@ -249,6 +251,7 @@ public:
     std::unique_ptr<void, void (*)(void*)> createBuffer(ArrayType type, std::size_t count) const;
     /// A buffer of `count` bytes, not filled either.
     std::unique_ptr<void, void (*)(void*)> createBuffer(std::size_t count) const;
+    /// A buffer for `count` elements of type `T`, not filled.
     template <class T>
     buffer_ptr<T> createBuffer(std::size_t count) const;
 

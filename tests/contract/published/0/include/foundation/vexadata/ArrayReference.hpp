@@ -156,6 +156,7 @@ class Reference<SparseArray<T>>
     using Held = detail::HeldAssignment<Reference<SparseArray<T>>, SparseArray<T>, ArrayReferenceExt>;
 
 public:
+    /// What is left of it in a `Reference<const SparseArray<T>>`.
     using ReadOnly = ArrayReferenceExt;
     using Held::Held;
     using Held::operator=;
@@ -191,6 +192,7 @@ template <>
 class Reference<const Array> : public ArrayReferenceExt, private detail::NotAssignable {
 public:
     using ArrayReferenceExt::ArrayReferenceExt;
+    /// Whatever the element holds; index errors are thrown at its first use.
     template <class Element, std::enable_if_t<detail::isArrayReference<Element>, int> = 0>
     Reference(const Element& element) : ArrayReferenceExt(detail::chainOf(element)) {}
 

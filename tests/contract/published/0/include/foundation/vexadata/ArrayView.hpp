@@ -37,6 +37,7 @@ public:
     /// Behind `count` elements.
     explicit ViewIterator(std::size_t count) noexcept : passed_(count) {}
 
+    /// As of every forward iterator. Nothing is tested.
     T& operator*() const noexcept { return *element_; }
     T* operator->() const noexcept { return element_; }
     ViewIterator& operator++() noexcept {
@@ -81,6 +82,7 @@ class ArrayView {
 public:
     using element_type = T;
     using value_type = std::remove_const_t<T>;
+    /// One number for each index.
     using Extents = std::array<std::size_t, Rank>;
 
     /// Over `data` with these extents and strides, counted in elements; `owner` keeps the storage alive.
@@ -97,6 +99,7 @@ public:
         return data_[offset(std::make_index_sequence<Rank>(), static_cast<std::size_t>(indices)...)];
     }
 
+    /// Dimensions and strides of the view, counted in elements. No dimension is tested.
     static constexpr std::size_t rank() noexcept { return Rank; }
     std::size_t extent(std::size_t dimension) const { return extents_[dimension]; }
     std::size_t stride(std::size_t dimension) const { return strides_[dimension]; }
@@ -104,6 +107,7 @@ public:
     const Extents& strides() const noexcept { return strides_; }
     /// First element in storage; null for an array without elements.
     T* data() const noexcept { return data_; }
+    /// Number of elements.
     std::size_t size() const noexcept {
         std::size_t product = 1;
         for (const std::size_t extent : extents_) {

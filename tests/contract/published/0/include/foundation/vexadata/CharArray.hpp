@@ -41,6 +41,7 @@ class VEXADATA_API CharArrayExt : public ArrayReferenceExt {
 public:
     using ArrayReferenceExt::ArrayReferenceExt;
 
+    /// The units of the array, in storage order.
     std::u16string toUTF16() const;
     /// @throws NonAsciiCharInRequestedAsciiOutputException for a unit above 127
     std::string toAscii() const;

@@ -24,11 +24,15 @@ public:
     /// @throws std::bad_alloc after dropping the reference
     explicit ClassInfo(vexa::data::detail::RefCounted* impl);
 
+    /// Name of the class; outlives this handle.
     VexaClassIdentifier getClassIdentifier() const;
+    /// Properties of each object, with those that the back-end says are inherited.
     Range<ForwardIterator, const VexaPropertyIdentifier> getPropertyIDs() const;
     /// Properties of whole object arrays.
     Range<ForwardIterator, const VexaPropertyIdentifier> getArrayPropertyIDs() const;
+    /// Those that the class names itself.
     Range<ForwardIterator, const ClassInfo> getSuperclasses() const;
+    /// As many as the two ranges of properties have.
     std::size_t getNumberOfProperties() const;
     std::size_t getNumberOfArrayProperties() const;
 
@@ -58,6 +62,7 @@ public:
     Property& operator=(const Property&) && = delete;
     ~Property() = default;
 
+    /// Its name, and the class that defines it.
     VexaPropertyIdentifier getIdentifier() const;
     std::string getPropertyName() const { return getIdentifier().getPropertyName(); }
     std::string getClassName() const { return getIdentifier().getClassName(); }

@@ -13,10 +13,13 @@ class Enumeration {
 public:
     /// Without a name, as elements are that nobody has set.
     Enumeration() = default;
+    /// The member of this name.
     explicit Enumeration(std::string name) noexcept : name_(std::move(name)) {}
 
+    /// Empty without a name.
     const std::string& getName() const noexcept { return name_; }
 
+    /// By the names.
     friend bool operator==(const Enumeration& a, const Enumeration& b) noexcept { return a.name_ == b.name_; }
     friend bool operator!=(const Enumeration& a, const Enumeration& b) noexcept { return !(a == b); }
     friend bool operator==(const Enumeration& a, const std::string& name) noexcept { return a.name_ == name; }

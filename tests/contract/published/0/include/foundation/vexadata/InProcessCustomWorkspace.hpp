@@ -19,18 +19,23 @@ namespace foundation::vexadata {
 /// (VariableInfoImplData, borrowed) whatever the position, and the k-th step from the begin means variable k.
 class VEXADATA_API InProcessCustomWorkspace : public ICustomWorkspace {
 public:
+    /// What the callbacks hand over.
     using Context = vexa::engine::IWorkspaceContext*;
     using ArrayImpl = vexa::data::impl::ArrayImpl;
     using Iterator = vexa::data::detail::ForwardIteratorImpl*;
 
     /// One reference for the caller; null when there is no such variable.
     using GetVariable = ArrayImpl* (*)(Context, const char* name);
+    /// Reads or sets all variables between two iterators.
     using ExchangeVariables = void (*)(Context, Iterator begin, Iterator end);
+    /// Removes a variable; a name that is not there is for the engine to judge.
     using DeleteVariable = void (*)(Context, const char* name);
     /// `count` names, valid until the token is given to the free callback.
     using ListNames = const char* const* (*)(Context, std::size_t& count, void*& token);
+    /// Takes the token that `ListNames` gave.
     using Free = void (*)(void* token);
 
+    /// Over the callbacks of an engine; none may be null.
     InProcessCustomWorkspace(Context context, GetVariable get, ExchangeVariables getAll,
                              ExchangeVariables setAll, DeleteVariable remove, ListNames list,
                              Free free) noexcept;

@@ -103,6 +103,7 @@ public:
     Reference(const ArrayElementRef<false>& element)
         : WritableElement(detail::completePosition<ValueObject>(element)) {}
 
+    /// The chain of the element.
     std::shared_ptr<detail::ReferenceImpl> chain() const { return position_.chain(); }
 };
 
@@ -141,6 +142,7 @@ public:
     Reference(const ArrayElementRef<false>& element)
         : WritableElement(detail::completePosition<HandleObjectRef>(element)) {}
 
+    /// The chain of the element.
     std::shared_ptr<detail::ReferenceImpl> chain() const { return position_.chain(); }
 };
 
@@ -150,6 +152,7 @@ public:
     /// Adopts the one reference that `chain` carries.
     /// @throws std::bad_alloc after dropping the reference
     explicit ValueObjectRef(detail::ReferenceImpl* chain) : chain_(detail::Access::createSharedPtr(chain)) {}
+    /// Shares the chain of the element.
     ValueObjectRef(const Reference<ValueObject>& element) : chain_(element.chain()) {}
 
     /// The value of a property. With `unshare` the array is made private first, as for writing.
@@ -169,6 +172,7 @@ public:
     /// Adopts the one reference that `chain` carries.
     /// @throws std::bad_alloc after dropping the reference
     explicit HandleRef(detail::ReferenceImpl* chain) : chain_(detail::Access::createSharedPtr(chain)) {}
+    /// Shares the chain of the element.
     HandleRef(const Reference<HandleObjectRef>& element) : chain_(element.chain()) {}
 
     /// Tells the engine of one more reference to the object. The element must hold a handle object, which is

@@ -26,6 +26,7 @@ struct PrintOptions {
 
 /// What `stream << printed(array, options)` writes. Shares the array, as every handle does.
 struct Printed {
+    /// What is printed, and how.
     Array array;
     PrintOptions options;
 };

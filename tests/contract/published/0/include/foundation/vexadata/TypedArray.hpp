@@ -59,6 +59,7 @@ class VEXADATA_API TypedArray : public Array {
 
 public:
     using value_type = T;
+    /// Iterators in storage order.
     using iterator = TypedIterator<T>;
     using const_iterator = TypedIterator<const T>;
 

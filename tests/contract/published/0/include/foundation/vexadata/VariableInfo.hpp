@@ -16,6 +16,7 @@ namespace foundation::vexadata {
 /// What a workspace said about a list of variables. Copies share it. No index is tested.
 class VEXADATA_API VariableInfo : public IVariableInfo {
 public:
+    /// Shares a record.
     explicit VariableInfo(std::shared_ptr<vexa::data::detail::VariableInfoImplData> record) noexcept;
     VariableInfo(const VariableInfo&) noexcept;
     VariableInfo& operator=(const VariableInfo&) noexcept;

@@ -30,6 +30,7 @@ public:
     /// A reference to an object of a derived class.
     template <class Derived, std::enable_if_t<std::is_convertible_v<Derived*, T*>, int> = 0>
     CountedPtr(CountedPtr<Derived> other) noexcept : object_(other.detach()) {}
+    /// Drops the reference that it has, and takes that of `other`.
     CountedPtr& operator=(CountedPtr other) noexcept {
         std::swap(object_, other.object_);
         return *this;
@@ -46,6 +47,7 @@ public:
         return CountedPtr(&object);
     }
 
+    /// The object, borrowed; null when it points at nothing.
     T* get() const noexcept { return object_; }
     T& operator*() const noexcept { return *object_; }
     T* operator->() const noexcept { return object_; }

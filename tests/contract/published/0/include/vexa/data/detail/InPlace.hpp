@@ -17,6 +17,7 @@ namespace vexa::data::detail {
 /// clients.
 template <class T>
 struct InPlace {
+    /// Extents, and the first element.
     std::size_t rows = 0;
     std::size_t columns = 0;
     T* data = nullptr;
@@ -39,6 +40,7 @@ struct InPlace {
 /// The same for elements whose storage is the back-end's own: a position is all that is known.
 template <>
 struct InPlace<const void> {
+    /// Extents.
     std::size_t rows = 0;
     std::size_t columns = 0;
 };

@@ -24,6 +24,7 @@ inline bool hasNoElements(const std::vector<std::size_t>& dimensions) noexcept {
     return std::find(dimensions.begin(), dimensions.end(), 0U) != dimensions.end();
 }
 
+/// @throws EArrayIndexOutOfRange
 inline void requireInside(std::size_t index, std::size_t extent) {
     if (index >= extent) {
         fv::detail::raise<fv::EArrayIndexOutOfRange>();
@@ -37,6 +38,8 @@ inline std::size_t inMatrix(const std::vector<std::size_t>& dimensions, std::siz
     return row + column * dimensions[0];
 }
 
+/// Position of the element at these indices, one for each dimension.
+/// @throws EArrayIndexOutOfRange
 inline std::size_t columnMajor(const std::vector<std::size_t>& dimensions, const std::uint64_t* indices) {
     std::size_t position = 0;
     std::size_t stride = 1;
@@ -47,7 +50,6 @@ inline std::size_t columnMajor(const std::vector<std::size_t>& dimensions, const
     }
     return position;
 }
-
 inline std::size_t rowMajor(const std::vector<std::size_t>& dimensions, const std::uint64_t* indices) {
     std::size_t position = 0;
     std::size_t stride = 1;

@@ -20,6 +20,7 @@ namespace vexa::data::detail {
 template <class Order>
 class VEXADATA_API NonPrimitiveIteratorImpl : public IteratorImpl {
 public:
+    /// At a position, which is not tested.
     NonPrimitiveIteratorImpl(impl::ArrayImpl* array, std::uint64_t position) noexcept
         : array_(array), position_(position) {}
     ~NonPrimitiveIteratorImpl() override;
@@ -35,6 +36,7 @@ public:
     void saveReference(ReferenceImpl* chain) override;
     void* getElementAddress() override;
 
+    /// Where it stands.
     impl::ArrayImpl* array() const noexcept { return array_; }
     std::uint64_t position() const noexcept { return position_; }
     /// Whether it keeps a chain alive.

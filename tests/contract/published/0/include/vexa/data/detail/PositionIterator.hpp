@@ -14,6 +14,7 @@ namespace vexa::data::detail {
 template <class Element>
 class PositionIterator final : public ForwardIteratorImpl {
 public:
+    /// At a position, which is not tested.
     PositionIterator(Element element, std::size_t position)
         : element_(std::move(element)), position_(position) {}
 

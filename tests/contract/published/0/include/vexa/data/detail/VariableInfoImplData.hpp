@@ -14,6 +14,7 @@ namespace vexa::data::detail {
 /// Names, a status and a value for each variable. No operation checks its index. Not synchronised.
 class VEXADATA_API VariableInfoImplData : public RefCounted {
 public:
+    /// Whether the engine has set a variable.
     using VariableStatus = foundation::vexadata::IVariableInfo::VariableStatus;
 
     /// For these names, which must outlive the record. Every status is NOT_SET; values that are not given are

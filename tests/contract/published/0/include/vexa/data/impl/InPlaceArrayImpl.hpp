@@ -13,6 +13,7 @@ namespace vexa::data::impl {
 template <class Interface, class T>
 class InPlaceArrayImpl : public Interface {
 public:
+    /// Where handles find the elements.
     const data::detail::InPlace<T>& inPlace() const noexcept { return inPlace_; }
 
 protected:

@@ -15,6 +15,7 @@ namespace vexa::data::impl {
 /// ones, with one reference for the caller.
 class VEXADATA_API ObjectArrayImpl : public TypedArrayImpl<foundation::vexadata::HandleObjectRef> {
 public:
+    /// Names a property.
     using VexaPropertyIdentifier = foundation::vexadata::VexaPropertyIdentifier;
 
     ~ObjectArrayImpl() override;

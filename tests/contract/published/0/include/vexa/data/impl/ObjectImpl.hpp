@@ -43,6 +43,7 @@ protected:
 /// references are new ones, with one reference for the caller.
 class VEXADATA_API ObjectImpl : public detail::RefCounted {
 public:
+    /// Names a property.
     using VexaPropertyIdentifier = foundation::vexadata::VexaPropertyIdentifier;
 
     ~ObjectImpl() override;
