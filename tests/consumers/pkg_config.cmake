@@ -3,7 +3,11 @@ find_program(PKG_CONFIG NAMES pkg-config pkgconf REQUIRED)
 
 set(ENV{PKG_CONFIG_PATH} "${PREFIX}/${LIBDIR}/pkgconfig")
 file(MAKE_DIRECTORY "${WORK}")
-foreach(package vexadata vexadata-client)
+set(packages vexadata vexadata-client)
+if(EXISTS "${PREFIX}/${LIBDIR}/pkgconfig/vexadata-storage.pc")
+  list(APPEND packages vexadata-storage)
+endif()
+foreach(package IN LISTS packages)
   execute_process(COMMAND ${PKG_CONFIG} --modversion ${package}
     OUTPUT_VARIABLE version OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
   if(NOT version STREQUAL VERSION)

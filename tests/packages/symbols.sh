@@ -5,20 +5,16 @@ version=$1
 shift
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-root=$(dirname "$0")/../..
-mkdir -p "$work/tests/contract"
-cp -r "$root/debian" "$work"
-cp "$root"/tests/contract/exports*.golden "$work/tests/contract"
-cd "$work"
-debian/symbols "$version"
+cd "$(dirname "$0")/../.."
+debian/symbols "$version" "$work"
 
 for library in "$@"; do
     soname=$(objdump -p "$library" | awk '$1 == "SONAME" { print $2 }')
-    file=$(grep -l "^$soname " debian/*.symbols)
+    file=$(grep -l "^$soname " "$work"/*.symbols)
     package=$(basename "$file" .symbols)
-    dpkg-gensymbols -c4 -p"$package" -v"$version" -e"$library" -I"$file" -Onew || {
+    dpkg-gensymbols -c4 -p"$package" -v"$version" -e"$library" -I"$file" -O"$work/new" || {
         echo "the symbols file of $package is not about what $library exports"
         exit 1
     }
-    echo "$package: $(grep -c '@Base' new) symbols"
+    echo "$package: $(grep -c '@Base' "$work/new") symbols"
 done
