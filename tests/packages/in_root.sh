@@ -6,8 +6,8 @@ set -euo pipefail
 
 say() { printf '\n== %s\n' "$*"; }
 die() { printf 'in_root.sh: %s\n' "$*" >&2; exit 1; }
-apt() { apt-get -q -y -o Dpkg::Use-Pty=0 --no-install-recommends "$@" >/tmp/apt.log 2>&1 || { cat /tmp/apt.log; die "apt-get $*"; }; }
-ours() { dpkg-query -W -f '${db:Status-Status} ${Package}\n' '*vexadata*' 2>/dev/null | sed -n 's/^[ic].* //p'; }
+apt() { apt-get -q -y -o Dpkg::Use-Pty=0 --no-install-recommends "$@" </dev/null >/tmp/apt.log 2>&1 || { cat /tmp/apt.log; die "apt-get $*"; }; }
+ours() { dpkg-query -W -f '${db:Status-Status} ${Package}\n' | sed -n '/^not-installed/d; s/.* \(.*vexadata.*\)/\1/p'; }
 
 echo 'deb [trusted=yes] file:/packages ./' >/etc/apt/sources.list.d/vexadata.list
 apt update
@@ -32,7 +32,7 @@ for package in $all; do
     case $package in
     python3-vexadata) (cd / && python3 -c 'import vexadata; print(vexadata.array([1.5, 2.5]).numpy().sum())') ;;
     vexadata-tools) vexa-inspect --version && vexadata-backend-check --version ;;
-    lib*[0-9]) if ldd $(dpkg -L "$package" | grep '\.so\.') | grep 'not found'; then die "$package misses a library"; fi ;;
+    lib*[0-9]) if ldd $(dpkg -L "$package" | grep '\.so\.[0-9.]*$') | grep 'not found'; then die "$package misses a library"; fi ;;
     esac
     ours
     purge
@@ -50,5 +50,5 @@ while read -r name packages; do
     AUTOPKGTEST_TMP=$work "debian/tests/$name" </dev/null || die "debian/tests/$name failed"
     rm -rf "$work"
     purge
-done < <(tests)
+done <<<"$(tests)"
 say "all packages were installed, used and purged"
