@@ -26,7 +26,7 @@ void reading() {
     sum += std::as_const(a)[0];
     std::cout << "shared " << a.isShared();
     sum += a[0]; // the writable form: a has got elements of its own, although nothing is written
-    std::cout << ", then " << a.isShared() << '\n';
+    std::cout << ", then " << a.isShared() << ", sum " << sum << '\n';
     //! [reading]
 }
 

@@ -12,7 +12,7 @@ import sys
 
 TOKEN = re.compile(r"""
     (?P<comment> (?: ^[ \t]*///(?!<).*\n )+ | /\*\*.*?\*/ )
-  | (?P<listing> ^\#(?: define[ ]VEXADATA_(?:.*\\\n)*.* | include[ ]<.*\.inc>) )
+  | (?P<listing> ^\#[ ]*(?: define[ ]VEXA(?:DATA)?_(?:.*\\\n)*.* | include[ ]<.*\.inc>) )
   | (?P<skipped> //.* | /\*.*?\*/ | ^[ \t]*\#(?:.*\\\n)*.* )
   | (?P<gap>     \n[ \t]*(?=\n) )
   | (?P<code>    "(?:\\.|[^"\\\n])*" | '(?:\\.|[^'\\\n])+' | \w+ | \S )
@@ -54,6 +54,8 @@ class Header:
                 self.leave_out(token.start(), token.end())
         for begin, end, replacement in reversed(self.edits):
             self.text = self.text[:begin] + replacement + self.text[end:]
+        # Doxygen takes what stands before the first full stop for the summary.
+        self.text = re.sub(r"(/// Slots? \d+(?: to \d+)?)\. ", r"\1: ", self.text)
         # The comment at the beginning, up to the first line that is code.
         head, rest = re.match(r"((?://(?!/).*\n)*)((?s:.*))", self.text).groups()
         return head.replace("//", "///") + rest.replace("#pragma once", "/// @file", 1)

@@ -29,6 +29,7 @@ namespace fv = foundation::vexadata;
 template <class Matrix, class Elements>
 class ArmadilloView {
 public:
+    /// Over `data` with these extents, which `elements` keeps alive.
     template <class... Extents>
     explicit ArmadilloView(Elements elements, typename std::remove_const_t<Matrix>::elem_type* data,
                            Extents... extents)

@@ -99,10 +99,12 @@ public:
         value_.release = nullptr;
     }
 
+    /// The structure, which this object still owns.
     Struct* get() noexcept { return &value_; }
-    const Struct* get() const noexcept { return &value_; }
-    Struct* operator->() noexcept { return &value_; }
-    const Struct* operator->() const noexcept { return &value_; }
+    const Struct* get() const noexcept { return &value_; }        ///< the same
+    Struct* operator->() noexcept { return &value_; }             ///< its members
+    const Struct* operator->() const noexcept { return &value_; } ///< the same
+    /// Whether it has something to release.
     explicit operator bool() const noexcept { return value_.release != nullptr; }
 
 private:

@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+/// @cond formatters are found by {fmt} alone
 /// Writes what `std::cout` does; `{:.N}` for N significant digits.
 /// @throws fmt::format_error for any other specification; index errors; errors of the back-end
 template <class T>
@@ -45,3 +46,4 @@ template <class T>
 struct fmt::is_range<foundation::vexadata::Reference<T>, char> : std::false_type {};
 template <class T, bool isConst>
 struct fmt::is_range<foundation::vexadata::ArrayElementTypedRef<T, isConst>, char> : std::false_type {};
+/// @endcond

@@ -1,5 +1,5 @@
 // Arrays, their elements and objects in the standard library's format strings: std::format("{} {:.3}", array,
-// array[0]). Needs C++20 and a standard library that has <format>; nothing else of the library includes this
+// array[0]). Needs C++20 and a standard library that has the header format; nothing else of the library includes this
 // header.
 #pragma once
 
@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <format>
 
+/// @cond formatters are found by the library alone
 /// Writes what `std::cout` does; `{:.N}` for N significant digits.
 /// @throws std::format_error for any other specification; index errors; errors of the back-end
 template <class T>
@@ -53,3 +54,4 @@ template <class T, bool isConst>
 constexpr std::range_format std::format_kind<foundation::vexadata::ArrayElementTypedRef<T, isConst>> =
     std::range_format::disabled;
 #endif
+/// @endcond

@@ -17,11 +17,11 @@ namespace vexa::storage {
 
 /// What the list of a file says about a variable.
 struct VariableDescription {
-    std::string name;
-    foundation::vexadata::ArrayType type;
-    std::vector<std::size_t> dimensions;
-    std::uint64_t offset; ///< where its value begins in the file
-    std::uint64_t size;   ///< of its value in the file, in bytes
+    std::string name;                     ///< UTF-8
+    foundation::vexadata::ArrayType type; ///< of the array that loading gives
+    std::vector<std::size_t> dimensions;  ///< two at least
+    std::uint64_t offset;                 ///< where its value begins in the file
+    std::uint64_t size;                   ///< of its value in the file, in bytes
 };
 
 /// A file with variables, or several files that were put one behind the other. Opening it reads the list of the variables and
@@ -49,6 +49,7 @@ public:
 
     /// All variables in the order of the file; valid as long as the reader or a copy of it lives.
     const std::vector<VariableDescription>& variables() const noexcept;
+    /// Whether the file has a variable of this name.
     bool has(std::string_view name) const noexcept;
 
     /// Loads one variable, reading no other.

@@ -36,15 +36,16 @@ enum class Check : std::int32_t {
     never = 2
 };
 
+/// How arrays are loaded.
 struct LoadOptions {
-    Placement placement = Placement::mapped;
-    Check check = Check::whenRead;
+    Placement placement = Placement::mapped; ///< of large numeric arrays; of no others
+    Check check = Check::whenRead;           ///< of the checksum
 };
 
 /// An array under a name, which is any UTF-8 text.
 struct Variable {
-    std::string name;
-    foundation::vexadata::Array array;
+    std::string name;                  ///< never twice in one file
+    foundation::vexadata::Array array; ///< of any kind but handle objects
 };
 
 /// The name under which `save` puts a single array.
