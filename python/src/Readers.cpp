@@ -34,7 +34,10 @@ fv::Array contentsOf(vi::Dataset&& data) {
     if (auto* table = std::get_if<vi::Table>(&data)) {
         return std::move(table->columns);
     }
-    return std::move(std::get<vi::Matrix>(data).array);
+    if (auto* matrix = std::get_if<vi::Matrix>(&data)) {
+        return std::move(matrix->array);
+    }
+    throw vi::InputError("the file holds saved arrays; expected delimited text");
 }
 
 std::string messageOf(const std::string& path, const vi::InputError& error) {

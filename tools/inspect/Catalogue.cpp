@@ -18,51 +18,57 @@ using foundation::vexadata::Array;
 using foundation::vexadata::ArrayType;
 using foundation::vexadata::PrintOptions;
 using foundation::vexadata::StructArray;
+using foundation::vexadata::TypedArray;
 
 namespace {
-
-Array contentsOf(const Dataset& data) {
-    const Matrix* matrix = std::get_if<Matrix>(&data);
-    return matrix != nullptr ? matrix->array : Array(std::get<Table>(data).columns);
-}
 
 std::string stemOf(const std::string& file) {
     return file == "-" ? "input" : std::filesystem::path(file).stem().string();
 }
 
-bool isTable(const Array& array) {
-    return array.getType() == ArrayType::STRUCT && array.getNumberOfElements() == 1;
-}
-
-std::vector<std::string> fieldsOf(const Array& array) {
-    std::vector<std::string> names;
-    for (const auto& field : StructArray(array).getFieldNames())
-        names.push_back(field.getString());
-    return names;
-}
-
 void addRow(TextTable& table, const std::string& name, const Array& array) {
-    table.addRow({name, kindName(array.getType()), dimensionText(array), std::to_string(bytesOf(array))});
+    table.addRow({printable(name, longestName + 1 + longestName), kindName(array.getType()),
+                  dimensionText(array), std::to_string(bytesOf(array))});
 }
 
-/// No less than printing takes: lines, their pieces, and texts with every unit escaped and padded to one
-/// width. Of columns a tenth of the threshold would do.
-std::uint64_t bytesToPrint(const Array& array, const PrintOptions& options) {
+/// How many of `count` elements are printed when more than `most` are cut.
+std::size_t shownOf(std::size_t count, std::size_t most, const PrintOptions& options) {
+    return count > most ? std::min(count, 2 * options.edge + 1) : count;
+}
+
+/// Takes no less than printing does: lines, their pieces, and texts with every unit escaped and padded to one
+/// width. Of arrays in others a tenth of the threshold would do.
+void takeToPrint(MemoryShare& memory, const Array& array, const PrintOptions& options,
+                 std::size_t level = 0) {
     constexpr std::uint64_t perLine = 250;
     constexpr std::uint64_t perUnit = 20;
     constexpr std::uint64_t longestEscape = 6; // "\u202e"
-    if (isTable(array)) {
-        std::uint64_t bytes = 0;
-        const StructArray columns = array;
-        for (const auto& column : columns[0])
-            bytes += perLine + bytesToPrint(column, options);
-        return bytes;
+    memory.take(perLine);
+    if (level > options.depth) return;
+    if (array.getType() == ArrayType::STRUCT) {
+        const StructArray records = array;
+        std::size_t left = shownOf(array.getNumberOfElements(), options.mostItems, options);
+        for (auto record = records.begin(); left != 0; ++record, --left)
+            for (const auto& field : *record)
+                takeToPrint(memory, field, options, level + 1);
+        return;
     }
-    const std::size_t count = storedElements(array);
-    const std::size_t shown = count > options.threshold ? 2 * options.edge + 1 : count;
+    if (array.getType() == ArrayType::CELL) {
+        const TypedArray<Array> cells = array;
+        std::size_t left = shownOf(array.getNumberOfElements(), options.mostItems, options);
+        for (auto cell = cells.begin(); left != 0; ++cell, --left)
+            takeToPrint(memory, *cell, options, level + 1);
+        return;
+    }
+    if (array.getType() == ArrayType::UNKNOWN) return;
+    if (array.getType() == ArrayType::CHAR) {
+        memory.take((perUnit + longestEscape) * array.getNumberOfElements());
+        return;
+    }
+    const std::size_t shown = shownOf(storedElements(array), options.threshold, options);
     const bool text = array.getType() == ArrayType::STRING;
     const std::uint64_t units = text ? std::min<std::uint64_t>(shown * options.width, bytesOf(array) / 2) : 0;
-    return (perLine + (text ? longestEscape * options.width : 0)) * (shown + 1) + perUnit * units;
+    memory.take((perLine + (text ? longestEscape * options.width : 0)) * (shown + 1) + perUnit * units);
 }
 
 } // namespace
@@ -71,17 +77,30 @@ Catalogue::Catalogue(std::vector<Entry> entries) {
     std::vector<std::string> stems;
     std::vector<Array> values;
     for (const Entry& entry : entries) {
-        stems.push_back(stemOf(entry.file));
-        values.push_back(contentsOf(entry.data));
+        if (const auto* table = std::get_if<Table>(&entry.data)) {
+            stems.push_back(stemOf(entry.file));
+            values.emplace_back(table->columns);
+        } else if (const auto* matrix = std::get_if<Matrix>(&entry.data)) {
+            stems.push_back(stemOf(entry.file));
+            values.push_back(matrix->array);
+        } else {
+            for (const NamedArray& variable : std::get<Saved>(entry.data).variables) {
+                stems.push_back(variable.name);
+                values.push_back(variable.array);
+            }
+        }
     }
-    const std::vector<std::string> names = interop::fieldNames(stems);
+    names_ = interop::fieldNames(stems);
+    std::size_t next = 0;
+    for (Entry& entry : entries) {
+        const Saved* saved = std::get_if<Saved>(&entry.data);
+        if (saved == nullptr) noteLosses(names_[next], entry.data);
+        next += saved == nullptr ? 1 : saved->variables.size();
+        std::visit([this](auto& contents) { memory_.push_back(std::move(contents.memory)); }, entry.data);
+    }
     std::vector<const char*> texts;
-    for (std::size_t k = 0; k < names.size(); ++k) {
-        texts.push_back(names[k].c_str());
-        noteLosses(names[k], entries[k].data);
-        std::visit([this](auto& contents) { memory_.push_back(std::move(contents.memory)); },
-                   entries[k].data);
-    }
+    for (const std::string& name : names_)
+        texts.push_back(name.c_str());
     engine_.workspace().setVariables(std::move(texts), std::move(values));
 }
 
@@ -128,8 +147,15 @@ std::string Catalogue::show(const std::string& name, const PrintOptions& options
                             MemoryBudget& budget) const {
     const Array value = find(name);
     MemoryShare text(budget);
-    text.take(bytesToPrint(value, options));
-    return name + ": " + toText(value, options) + "\n" + notesOn(name);
+    takeToPrint(text, value, options);
+    return printable(name) + ": " + toText(value, options) + "\n" + notesOn(name);
+}
+
+std::vector<NamedArray> Catalogue::variables() const {
+    std::vector<NamedArray> all;
+    for (const std::string& name : names_)
+        all.push_back({name, engine_.workspace().getVariable(name.c_str())});
+    return all;
 }
 
 Array Catalogue::find(const std::string& name) const {

@@ -16,7 +16,8 @@ namespace vexa::inspect {
 class Catalogue {
 public:
     /// Stores the contents of each file as a variable named after the file: a table as a struct of columns, a
-    /// matrix as it is. Files of the same name get numbers.
+    /// matrix as it is; of a file of saved arrays each, named as it was saved. Further ones of the same name get
+    /// numbers.
     struct Entry {
         std::string file;
         Dataset data;
@@ -33,6 +34,9 @@ public:
     std::string show(const std::string& name, const foundation::vexadata::PrintOptions& options,
                      MemoryBudget& budget) const;
 
+    /// All variables under the names of the workspace, in the order of the files.
+    std::vector<NamedArray> variables() const;
+
 private:
     struct Note {
         std::string name; // as `show` takes it
@@ -44,6 +48,7 @@ private:
     foundation::vexadata::Array find(const std::string& name) const;
 
     mutable client::WorkspaceEngine engine_;
+    std::vector<std::string> names_;  // in the order of the files
     std::vector<MemoryShare> memory_; // of what the workspace holds
     std::vector<Note> notes_;
 };

@@ -7,7 +7,8 @@ namespace vexa::inspect {
 std::string_view Chunks::read() {
     const std::size_t length = source_.read(bytes_.data(), bytes_.size());
     progress_.advance(length);
-    return {bytes_.data(), length};
+    read_ = {bytes_.data(), length};
+    return read_;
 }
 
 std::string_view Chunks::converted(std::string_view bytes) {

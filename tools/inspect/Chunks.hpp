@@ -6,6 +6,8 @@
 #include "Source.hpp"
 
 #include <cstddef>
+#include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -28,6 +30,13 @@ public:
     /// are of another encoding.
     std::string_view first();
 
+    /// What `first` or `next` has read last, as it is in the file, byte order mark and all.
+    std::string_view bytes() const noexcept { return read_; }
+    /// The next bytes as they are in the file, valid until the next call; none at the end.
+    std::string_view nextBytes() { return read(); }
+    /// A path that leads to the file itself, when it is a regular one that is read from its start.
+    std::optional<std::string> pathOfWholeFile() const { return source_.pathOfWholeFile(); }
+
     /// Whether `rewind` works.
     bool canRewind() const noexcept { return source_.size().has_value(); }
     /// Begins again at the start, with `first`.
@@ -42,6 +51,7 @@ private:
     Source& source_;
     Progress& progress_;
     std::vector<char> bytes_;
+    std::string_view read_;       // of bytes_
     std::vector<char> converted_; // empty for UTF-8
 };
 

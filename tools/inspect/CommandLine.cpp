@@ -1,6 +1,7 @@
 #include "CommandLine.hpp"
 
 #include "Memory.hpp"
+#include "SavedFile.hpp"
 
 #include <map>
 #include <optional>
@@ -105,6 +106,10 @@ CommandLine parseCommandLine(CLI::App& app, int argc, char** argv) {
                    "Print the values of the variable NAME, or of a column of it: NAME.COLUMN")
         ->type_name("NAME")
         ->allow_extra_args(false);
+    app.add_option("--save", commandLine.save,
+                   "Write all variables to one file, OUT.cbor, in place of any old one")
+        ->check(CLI::Validator(whyNotSavable, ""))
+        ->type_name("OUT");
     app.add_option("--precision", precision, "Significant digits of the values")
         ->check(expect("a whole number from 1 to 17", parseDigits))
         ->type_name("DIGITS")
@@ -118,6 +123,9 @@ CommandLine parseCommandLine(CLI::App& app, int argc, char** argv) {
     // Not CLI11's own requirement: that one hides a mistyped option.
     if (commandLine.files.empty()) throw CLI::RequiredError("FILE");
     if (!delimiter.empty()) commandLine.options.delimiter = delimiters.at(delimiter);
+    // What nobody looks at is not read either, unless it is to be written.
+    const bool toLookAt = commandLine.save.empty() && (commandLine.list || !commandLine.show.empty());
+    commandLine.options.checkAll = !toLookAt;
     commandLine.options.encoding = encodings.at(encoding);
     commandLine.maxMemory = maxMemory.empty() ? availableMemory() : parseBytes(maxMemory).value();
     commandLine.print.precision = static_cast<int>(parseDigits(precision).value());

@@ -19,6 +19,7 @@ struct CommandLine {
     std::uint64_t maxMemory = 0; ///< bytes
     bool list = false;
     std::vector<std::string> show;
+    std::string save; ///< empty for none
     foundation::vexadata::PrintOptions print;
 };
 

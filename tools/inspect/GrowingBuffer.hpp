@@ -3,6 +3,7 @@
 
 #include "Memory.hpp"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdlib>
 #include <memory>
@@ -35,6 +36,12 @@ public:
     void push(const T& value) {
         if (size_ == capacity_) resize(capacity_ + capacity_ / 2 + 16);
         data_.get()[size_++] = value;
+    }
+    /// The same for several.
+    void append(const T* values, std::size_t count) {
+        if (count > capacity_ - size_) resize(std::max(capacity_ + capacity_ / 2, size_ + count));
+        std::copy_n(values, count, data_.get() + size_);
+        size_ += count;
     }
 
     std::size_t size() const noexcept { return size_; }

@@ -1,5 +1,6 @@
 #include "Inspect.hpp"
 
+#include "SavedFile.hpp"
 #include "Text.hpp"
 
 namespace vexa::inspect {
@@ -15,6 +16,7 @@ std::string heading(const Table& table) {
 Dataset load(Source& source, const Options& options, Progress& progress, MemoryBudget& budget) {
     Chunks chunks(source, progress, options.encoding);
     const std::string_view head = chunks.first();
+    if (isSavedFile(chunks.bytes())) return readSavedFile(chunks, options.checkAll, budget);
     if (isMatrixMarket(head)) return readMatrix(chunks, head, budget);
     return readTable(chunks, head, options.delimiter, budget);
 }

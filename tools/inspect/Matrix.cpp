@@ -105,8 +105,9 @@ std::vector<double> presentMagnitudes(const Array& array) {
 
 /// The place of `index` out of `extent` among `cells` equal parts.
 std::size_t cellOf(std::size_t index, std::size_t extent, std::size_t cells) {
-    return static_cast<std::size_t>(static_cast<long double>(index) * static_cast<long double>(cells) /
-                                    static_cast<long double>(extent));
+    const auto cell = static_cast<std::size_t>(
+        static_cast<long double>(index) * static_cast<long double>(cells) / static_cast<long double>(extent));
+    return std::min(cell, cells - 1); // a quotient of large numbers may be rounded up
 }
 
 /// How many non-zeros lie in each cell of a grid over the matrix, row by row.

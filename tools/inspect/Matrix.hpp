@@ -14,7 +14,7 @@ namespace vexa::inspect {
 
 struct Matrix {
     foundation::vexadata::Array array; ///< sparse: logical for patterns, double, or complex double
-    std::string symmetry;              ///< as in the file; the array holds both halves
+    std::string symmetry;              ///< as in the file, or "-"; the array holds both halves
     Losses losses;                     ///< of the entries in the file
     MemoryShare memory;
 };

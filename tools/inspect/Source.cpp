@@ -43,6 +43,11 @@ void Source::rewind() {
     if (::lseek(descriptor_, start_, SEEK_SET) < 0) fail("cannot read again");
 }
 
+std::optional<std::string> Source::pathOfWholeFile() const {
+    if (!size_ || start_ != 0) return std::nullopt;
+    return "/proc/self/fd/" + std::to_string(descriptor_);
+}
+
 std::size_t Source::read(char* out, std::size_t capacity) {
     std::size_t filled = 0;
     while (filled < capacity) {

@@ -23,6 +23,10 @@ public:
     /// Reads from the start again; regular files only. Throws InputError.
     void rewind();
 
+    /// A path that leads to this file whatever its name leads to by now; regular files only, and only when
+    /// there is nothing before what this reads.
+    std::optional<std::string> pathOfWholeFile() const;
+
     /// Length in bytes, known for regular files only.
     std::optional<std::uint64_t> size() const noexcept { return size_; }
 

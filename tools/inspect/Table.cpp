@@ -13,6 +13,7 @@
 #include <foundation/vexadata/Print.hpp>
 #include <vexa/interop/FieldNames.hpp>
 
+#include <algorithm>
 #include <set>
 #include <utility>
 
@@ -125,11 +126,14 @@ std::string describeWords(const Variable& variable, const Array& array) {
     const std::vector<WordCount> words = countWords(array);
     if (words.empty()) return {};
     TextTable table({TextTable::Align::left, TextTable::Align::right, TextTable::Align::left});
-    for (const WordCount& word : words)
-        table.addRow({"  " + word.word, std::to_string(word.count),
-                      horizontalBar(word.count, words.front().count, barWidth)});
+    const std::size_t shown = std::min(words.size(), mostCategories); // saved enumerations may have more
+    for (std::size_t k = 0; k < shown; ++k)
+        table.addRow({"  " + printable(words[k].word, longestName), std::to_string(words[k].count),
+                      horizontalBar(words[k].count, words.front().count, barWidth)});
     const std::string title = printable(variable.name.empty() ? variable.field : variable.name, longestName);
-    return '\n' + title + '\n' + table.str();
+    const std::string rest =
+        shown == words.size() ? "" : "  and " + std::to_string(words.size() - shown) + " more\n";
+    return '\n' + title + '\n' + table.str() + rest;
 }
 
 std::string describeLosses(const Variable& variable, std::size_t column) {
@@ -156,7 +160,10 @@ Table readTable(Chunks& chunks, std::string_view head, std::optional<char> delim
 
 std::string describe(const Table& table, MemoryBudget& budget) {
     MemoryShare work(budget);
-    work.take(table.rows * sizeof(double)); // the values of one column at a time, for the median
+    std::size_t most = 0; // the values of one column at a time, for the median
+    for (const Variable& variable : table.variables)
+        most = std::max(most, numberOfFigures(table.columns[0][variable.field]));
+    work.take(most * sizeof(double));
     using enum TextTable::Align;
     TextTable lines({left, left, right, right, right, right, right, right, left});
     lines.addRow(

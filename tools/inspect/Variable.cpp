@@ -1,15 +1,15 @@
 #include "Variable.hpp"
 
-#include <foundation/vexadata/BufferAccess.hpp>
 #include <foundation/vexadata/Utf8.hpp>
 #include <foundation/vexadata/Visit.hpp>
+#include <foundation/vexadata/detail/Access.hpp>
 
 #include <algorithm>
-#include <cmath>
 #include <complex>
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <unordered_set>
 #include <utility>
 
 namespace vexa::inspect {
@@ -24,6 +24,7 @@ using foundation::vexadata::String;
 using foundation::vexadata::StructArray;
 using foundation::vexadata::StructElement;
 using foundation::vexadata::TypedArray;
+using foundation::vexadata::detail::Access;
 
 namespace {
 
@@ -90,35 +91,19 @@ std::size_t bytesOfTexts(const TypedArray<String>& strings) {
     return units * sizeof(char16_t);
 }
 
-template <class Iterator>
-std::size_t bytesOfAll(Iterator first, Iterator last) {
-    std::size_t bytes = 0;
-    for (; first != last; ++first)
-        bytes += bytesOf(*first);
-    return bytes;
-}
-
-/// Bytes of the elements of each kind of array; see `bytesOf`.
-struct BytesOf {
+/// Bytes of the elements of an array itself, without those of arrays in it.
+struct OwnBytes {
     template <class T>
     std::size_t operator()(const TypedArray<T>& array) const {
         const std::size_t count = array.getNumberOfElements();
-        if constexpr (std::is_same_v<T, String>) {
+        if constexpr (std::is_same_v<T, String>)
             return bytesOfTexts(array);
-        } else if constexpr (std::is_same_v<T, Enumeration>) {
+        else if constexpr (std::is_same_v<T, Enumeration>)
             return count * sizeof(std::uint32_t);
-        } else if constexpr (std::is_same_v<T, Array>) {
-            return bytesOfAll(array.begin(), array.end());
-        } else if constexpr (std::is_same_v<T, StructElement>) {
-            std::size_t bytes = 0;
-            for (const auto& record : array)
-                bytes += bytesOfAll(record.begin(), record.end());
-            return bytes;
-        } else if constexpr (foundation::vexadata::detail::isPrimitiveElement<T>) {
+        else if constexpr (foundation::vexadata::detail::isPrimitiveElement<T>)
             return count * sizeof(T);
-        } else {
+        else
             return 0; // objects belong to their classes
-        }
     }
     template <class T>
     std::size_t operator()(const SparseArray<T>& matrix) const {
@@ -127,23 +112,93 @@ struct BytesOf {
     }
 };
 
-std::vector<double> presentNumbers(const TypedArray<double>& array) {
-    const auto numbers = foundation::vexadata::getBufferPtr<double>(array);
-    const std::size_t count = array.getNumberOfElements();
-    std::vector<double> present;
-    present.reserve(count);
-    for (std::size_t k = 0; k < count; ++k)
-        if (!std::isnan(numbers[k])) present.push_back(numbers[k]);
-    return present;
+/// Calls `task` for an array and all that is in its cells and fields, once each. Without recursion: arrays may
+/// be nested as deep as files are long.
+template <class Task>
+void forEachPart(const Array& array, Task task) {
+    std::vector<Array> waiting{array};
+    std::unordered_set<const void*> seen; // what is shared is there once
+    while (!waiting.empty()) {
+        const Array part = std::move(waiting.back());
+        waiting.pop_back();
+        const ArrayType type = part.getType();
+        if (type == ArrayType::UNKNOWN || !seen.insert(Access::impl(part).get()).second) continue;
+        task(part);
+        if (type == ArrayType::CELL) {
+            const TypedArray<Array> cells = part;
+            waiting.insert(waiting.end(), cells.begin(), cells.end());
+        } else if (type == ArrayType::STRUCT) {
+            const StructArray records = part;
+            for (const auto& record : records)
+                waiting.insert(waiting.end(), record.begin(), record.end());
+        }
+    }
 }
 
+/// Arrays of real numbers and logical values.
 template <class T>
-std::vector<double> asDoubles(const TypedArray<T>& array) {
-    std::vector<double> values;
-    values.reserve(array.getNumberOfElements());
-    for (const T value : array)
-        values.push_back(static_cast<double>(value));
-    return values;
+inline constexpr bool hasFigures = std::is_arithmetic_v<T> && !std::is_same_v<T, char16_t>;
+
+template <class T>
+bool isMissing(const T& value) {
+    return value != value; // NaN, also as a part of a complex number
+}
+
+struct PresentValues {
+    template <class T>
+    std::vector<double> operator()(const TypedArray<T>& array) const {
+        std::vector<double> present;
+        if constexpr (hasFigures<T>) {
+            present.reserve(array.getNumberOfElements());
+            for (const T value : array)
+                if (!isMissing(value)) present.push_back(static_cast<double>(value));
+        }
+        return present;
+    }
+    template <class T>
+    std::vector<double> operator()(const SparseArray<T>&) const {
+        return {};
+    }
+};
+
+struct NumberOfFigures {
+    template <class T>
+    std::size_t operator()(const TypedArray<T>& array) const {
+        return hasFigures<T> ? array.getNumberOfElements() : 0;
+    }
+    template <class T>
+    std::size_t operator()(const SparseArray<T>&) const {
+        return 0;
+    }
+};
+
+struct MissingElements {
+    template <class T>
+    std::size_t operator()(const TypedArray<T>& array) const {
+        std::size_t missing = 0;
+        if constexpr (std::is_same_v<T, String>) {
+            for (const auto& element : array)
+                if (!element.has_value()) ++missing;
+        } else if constexpr (std::is_same_v<T, Enumeration>) {
+            for (const auto& element : array)
+                if (element.getName().empty()) ++missing;
+        } else if constexpr (foundation::vexadata::detail::isPrimitiveElement<T> && !std::is_integral_v<T>) {
+            for (const T value : array)
+                if (isMissing(value)) ++missing;
+        }
+        return missing;
+    }
+    template <class T>
+    std::size_t operator()(const SparseArray<T>&) const {
+        return 0; // a line of its own tells
+    }
+};
+
+/// `visit`, where an empty array without a kind gives the value 0 of the result.
+template <class Visitor>
+auto ask(const Array& array, Visitor visitor) {
+    using Answer = decltype(visit(array, visitor));
+    return array.getType() == ArrayType::UNKNOWN ? Answer() : visit(array, visitor);
 }
 
 template <class T>
@@ -171,22 +226,27 @@ Array makeArray(Column& column, const std::string& className, ArrayFactory& fact
     }
 }
 
-std::vector<double> presentValues(const Array& array) {
-    switch (array.getType()) {
-    case ArrayType::DOUBLE:
-        return presentNumbers(array);
-    case ArrayType::LOGICAL:
-        return asDoubles<bool>(array);
-    case ArrayType::INT64:
-        return asDoubles<std::int64_t>(array);
-    case ArrayType::UINT64:
-        return asDoubles<std::uint64_t>(array);
-    default:
-        return {};
-    }
+bool isTable(const Array& array) {
+    return array.getType() == ArrayType::STRUCT && array.getNumberOfElements() == 1;
 }
 
+std::vector<std::string> fieldsOf(const Array& array) {
+    std::vector<std::string> names;
+    for (const auto& field : StructArray(array).getFieldNames())
+        names.push_back(field.getString());
+    return names;
+}
+
+bool isNumeric(ArrayType type) noexcept {
+    return type >= ArrayType::DOUBLE && type <= ArrayType::COMPLEX_UINT64;
+}
+
+std::size_t missingElements(const Array& array) { return ask(array, MissingElements()); }
+std::vector<double> presentValues(const Array& array) { return ask(array, PresentValues()); }
+std::size_t numberOfFigures(const Array& array) { return ask(array, NumberOfFigures()); }
+
 Extremes integerExtremes(const Array& array) {
+    if (array.isEmpty()) return {};
     switch (array.getType()) {
     case ArrayType::INT64:
         return extremesOf<std::int64_t>(array);
@@ -219,7 +279,22 @@ std::size_t storedElements(const Array& array) {
 }
 
 std::size_t bytesOf(const Array& array) {
-    return array.getType() == ArrayType::UNKNOWN ? 0 : visit(array, BytesOf());
+    std::size_t bytes = 0;
+    forEachPart(array, [&](const Array& part) { bytes += visit(part, OwnBytes()); });
+    return bytes;
+}
+
+std::uint64_t bytesHeldInMemory(const Array& array, bool mapped) {
+    constexpr std::uint64_t perArray = 200;
+    constexpr std::uint64_t smallestMapped = 4096;
+    std::uint64_t bytes = 0;
+    forEachPart(array, [&](const Array& part) {
+        const std::uint64_t own = visit(part, OwnBytes());
+        const bool inFile = mapped && own >= smallestMapped && isNumeric(part.getType());
+        const bool texts = part.getType() == ArrayType::STRING;
+        bytes += perArray + (inFile ? 0 : own) + (texts ? 16 * part.getNumberOfElements() : 0);
+    });
+    return bytes;
 }
 
 } // namespace vexa::inspect

@@ -7,6 +7,7 @@
 #include <foundation/vexadata/ArrayFactory.hpp>
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -17,11 +18,24 @@ namespace vexa::inspect {
 foundation::vexadata::Array makeArray(Column& column, const std::string& className,
                                       foundation::vexadata::ArrayFactory& factory, MemoryShare& memory);
 
-/// The numbers of an array that are not missing; false and true are 0 and 1. Empty for other kinds of arrays.
+/// Whether an array is a 1-by-1 struct, whose fields are listed and shown as columns.
+bool isTable(const foundation::vexadata::Array& array);
+
+/// The names of the fields of a struct array.
+std::vector<std::string> fieldsOf(const foundation::vexadata::Array& array);
+
+/// How many elements are NaN, strings that are missing, or enumeration elements without member.
+std::size_t missingElements(const foundation::vexadata::Array& array);
+
+/// The real numbers of a dense array that are not missing; false and true are 0 and 1. Empty for other kinds of
+/// arrays.
 std::vector<double> presentValues(const foundation::vexadata::Array& array);
 
+/// The most values that `presentValues` gives.
+std::size_t numberOfFigures(const foundation::vexadata::Array& array);
+
 /// The least and the greatest element of an array of 64-bit integers, in all their digits; empty for other
-/// arrays.
+/// arrays and those without elements.
 struct Extremes {
     std::string minimum;
     std::string maximum;
@@ -36,7 +50,15 @@ std::vector<WordCount> countWords(const foundation::vexadata::Array& array);
 std::size_t storedElements(const foundation::vexadata::Array& array);
 
 /// Bytes that the elements of an array take: text as UTF-16, a member of an enumeration as four bytes, a
-/// sparse matrix with its indices, cells and fields with all that is in them.
+/// sparse matrix with its indices, cells and fields with all that is in them, what is there several times
+/// once.
 std::size_t bytesOf(const foundation::vexadata::Array& array);
+
+/// What an array that was loaded takes in memory, with all that is in it. With `mapped`, large numeric arrays
+/// take nothing.
+std::uint64_t bytesHeldInMemory(const foundation::vexadata::Array& array, bool mapped);
+
+/// Whether arrays of a kind are dense and numeric.
+bool isNumeric(foundation::vexadata::ArrayType type) noexcept;
 
 } // namespace vexa::inspect

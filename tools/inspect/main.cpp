@@ -6,6 +6,7 @@
 #include "InputError.hpp"
 #include "Inspect.hpp"
 #include "Memory.hpp"
+#include "SavedFile.hpp"
 #include "Text.hpp"
 
 #include <foundation/vexadata/Exception.hpp>
@@ -131,7 +132,15 @@ int describeFiles(const CommandLine& commandLine) {
     return status;
 }
 
-/// Loads all files as variables, then lists them and shows those that are asked for.
+/// Saves all variables and says so.
+void save(const Catalogue& catalogue, const std::string& path) {
+    const std::vector<NamedArray> variables = catalogue.variables();
+    const std::uint64_t bytes = writeSavedFile(path, variables);
+    write(printable(displayName(path)) + ": saved " + counted(variables.size(), "variable") + ", " +
+          formatBytes(bytes) + "\n");
+}
+
+/// Loads all files as variables, saves them, lists them and shows those that are asked for.
 int showVariables(const CommandLine& commandLine) {
     int status = success;
     MemoryBudget budget(commandLine.maxMemory);
@@ -140,8 +149,17 @@ int showVariables(const CommandLine& commandLine) {
         if (!doOrComplain(file, [&] { entries.push_back({file, loadFile(file, commandLine, budget)}); }))
             status = failure;
 
+    const bool complete = entries.size() == commandLine.files.size();
+    if (!commandLine.save.empty() && !complete)
+        Complaint()
+            .add(displayName(commandLine.save))
+            .add(": not saved, for not all files could be read")
+            .send();
     if (entries.empty()) return failure;
     const Catalogue catalogue(std::move(entries));
+    if (!commandLine.save.empty() && complete &&
+        !doOrComplain(commandLine.save, [&] { save(catalogue, commandLine.save); }))
+        status = failure;
     if (commandLine.list && !write(catalogue.list())) return failure;
     bool first = !commandLine.list;
     for (const std::string& name : commandLine.show) {
@@ -164,7 +182,7 @@ int runCommand(int argc, char** argv) {
     CLI::App app("", "vexa-inspect");
     try {
         const CommandLine commandLine = parseCommandLine(app, argc, argv);
-        const bool asVariables = commandLine.list || !commandLine.show.empty();
+        const bool asVariables = commandLine.list || !commandLine.show.empty() || !commandLine.save.empty();
         return asVariables ? showVariables(commandLine) : describeFiles(commandLine);
     } catch (const CLI::CallForHelp&) {
         const std::string text = app.help();
