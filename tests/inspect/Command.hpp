@@ -45,7 +45,7 @@ protected:
         EXPECT_EQ(outcome.err, "vexa-inspect: " + complaint + "\n");
     }
 
-    std::string contents(const char* name) const {
+    std::string contents(const std::string& name) const {
         std::ifstream file(folder_ / name, std::ios::binary);
         return {std::istreambuf_iterator<char>(file), {}};
     }

@@ -14,10 +14,13 @@ constexpr const char* description =
     R"(Describes data files. Of delimited text every column gets a line: name, type,
 dimensions, missing cells, minimum, median, mean, maximum and a picture of the
 distribution from minimum to maximum. Of a Matrix Market file: type, symmetry,
-dimensions, non-zeros, density and a picture of where they are.
+dimensions, non-zeros, density and a picture of where they are. Of a file of saved
+arrays (.cbor) every variable: a struct as such columns, a sparse matrix likewise,
+what else there is in one table.
 
 With --list or --show, the files become variables of a workspace instead, each
-named after its file.)";
+named after its file; saved ones keep their names. --save writes all of them to one
+file.)";
 
 constexpr const char* notes =
     R"(Delimited text is a line of column names, then rows with as many cells, in UTF-8
@@ -47,6 +50,16 @@ column of numbers turns out to be text.
 A Matrix Market file is told by its first line, %%MatrixMarket. It is read in
 coordinate form: real, integer, complex or pattern; general, symmetric,
 skew-symmetric or hermitian. Of complex numbers the figures are magnitudes.
+
+A file of saved arrays is told by its first bytes. Its large numeric arrays are
+mapped, and read where they are looked at. Checksums are compared, but with --list
+and --show not those of mapped arrays.
+
+--save OUT.cbor writes the variables of all files, under the names that --list
+tells, in the order of the files. OUT.cbor is replaced as a whole or stays as it
+was; if any FILE cannot be read, nothing is saved. It holds what the variables
+hold: neither what the file says besides, such as the symmetry of a matrix, nor
+what numbers lost when they were read.
 
 A note follows where numbers are shown changed: how many whole numbers beyond
 2^53 were rounded, how many numbers are too large or too small for a double.

@@ -20,7 +20,6 @@ namespace vexa::inspect {
 namespace {
 
 constexpr std::string_view selfDescribedCbor = "\xD9\xD9\xF7";
-constexpr std::string_view ending = ".cbor";
 
 } // namespace
 
@@ -96,7 +95,7 @@ Saved readSavedFile(Chunks& chunks, bool checkAll, MemoryBudget& budget) {
 }
 
 std::string whyNotSavable(const std::string& path) {
-    if (std::filesystem::path(path).extension() == ending) return {};
+    if (std::filesystem::path(path).extension() == ".cbor") return {};
     return "expected a name that ends in .cbor, found '" + path + "'";
 }
 

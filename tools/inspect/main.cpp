@@ -157,11 +157,13 @@ int showVariables(const CommandLine& commandLine) {
             .send();
     if (entries.empty()) return failure;
     const Catalogue catalogue(std::move(entries));
-    if (!commandLine.save.empty() && complete &&
-        !doOrComplain(commandLine.save, [&] { save(catalogue, commandLine.save); }))
-        status = failure;
-    if (commandLine.list && !write(catalogue.list())) return failure;
-    bool first = !commandLine.list;
+    bool first = true;
+    if (!commandLine.save.empty() && complete) {
+        first = !doOrComplain(commandLine.save, [&] { save(catalogue, commandLine.save); });
+        if (first) status = failure;
+    }
+    if (commandLine.list && !write((first ? "" : "\n") + catalogue.list())) return failure;
+    first = first && !commandLine.list;
     for (const std::string& name : commandLine.show) {
         std::string text;
         const bool done = doOrComplain(name, [&] {
