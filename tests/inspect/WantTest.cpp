@@ -69,7 +69,7 @@ TEST_F(Want, everyFailedAllocationGivesTheRightOutputOrOneComplaint) {
         {"small.csv", "--list"},
 #    if VEXA_INSPECT_HAS_STORAGE
         {"small.cbor"},
-        {"small.csv", "small.mtx", "--save", "new.cbor"},
+        {"small.cbor", "--save", "new.cbor"},
 #    endif
     };
 #    if VEXA_INSPECT_HAS_STORAGE
