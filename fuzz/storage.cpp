@@ -1,6 +1,6 @@
-// Feeds bytes to vexadata::storage: once as they are, and once as the value of a variable in a file around them, so
-// that checksums keep nothing out. An array comes out or an Error; an array is written again, and what is read of that is
-// the same. Any other exception, and memory out of proportion, is a fault.
+// Feeds bytes to vexadata::storage: once as they are, and once as the value of a variable in a file around
+// them, so that checksums keep nothing out. An array comes out or an Error; an array is written again, and
+// what is read of that is the same. Any other exception, and memory out of proportion, is a fault.
 #include <foundation/vexadata/Array.hpp>
 #include <vexa/storage/Reader.hpp>
 #include <vexa/storage/Writer.hpp>

@@ -16,7 +16,7 @@ struct XXH3_state_s;
 
 namespace vexa::storage {
 
-/// XXH3 of 64 bits, as the xxHash specification 0.2.0 describes it; of the bytes that were added.
+/// XXH3 of 64 bits, as the xxHash project describes it, version 0.2.0; of the bytes that were added.
 class Checksum {
 public:
     Checksum();

@@ -23,8 +23,9 @@ struct Options {
 
 using Dataset = std::variant<Table, Matrix, Saved>;
 
-/// Reads the source: Matrix Market files, told by their first line, as a matrix, files of saved arrays, told by
-/// their first bytes, as their variables, all others as delimited text. What is returned takes of `budget`, which outlives it. Throws InputError.
+/// Reads the source: Matrix Market files, told by their first line, as a matrix, files of saved arrays, told
+/// by their first bytes, as their variables, all others as delimited text. What is returned takes of
+/// `budget`, which outlives it. Throws InputError.
 Dataset load(Source& source, const Options& options, Progress& progress, MemoryBudget& budget);
 
 /// "1461 rows, 6 variables".

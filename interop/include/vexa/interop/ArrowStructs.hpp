@@ -1,6 +1,7 @@
-// The three structures of the Arrow C data interface, after its published specification
-// (https://arrow.apache.org/docs/format/CDataInterface.html and CStreamInterface.html), and an owner for them.
-// The names and the guards are the standard's, so that the header of any other library may be included too.
+// The three structures of the Arrow C data interface, as Arrow publishes it
+// (https://arrow.apache.org/docs/format/CDataInterface.html and CStreamInterface.html), and an owner for
+// them. The names and the guards are the standard's, so that the header of any other library may be included
+// too.
 #pragma once
 
 #include <cstdint>
@@ -14,8 +15,9 @@
 
 extern "C" {
 
-/// The type of an array. Texts end with NUL. The structure owns what its pointers lead to, and is not released
-/// while `release` is not null. Moving it means copying its bytes and setting `release` of the source to null.
+/// The type of an array. Texts end with NUL. The structure owns what its pointers lead to, and is not
+/// released while `release` is not null. Moving it means copying its bytes and setting `release` of the
+/// source to null.
 struct ArrowSchema {
     const char* format;
     const char* name;

@@ -9,7 +9,7 @@
 
 /// @cond formatters are found by {fmt} alone
 /// Writes what `std::cout` does; `{:.N}` for N significant digits.
-/// @throws fmt::format_error for any other specification; index errors; errors of the back-end
+/// @throws fmt::format_error for anything else behind the colon; index errors; errors of the back-end
 template <class T>
 struct fmt::formatter<T, char, std::enable_if_t<vexa::interop::detail::isPrintable<T>>> {
     constexpr auto parse(fmt::format_parse_context& context) {

@@ -1,6 +1,6 @@
 // Arrays, their elements and objects in the standard library's format strings: std::format("{} {:.3}", array,
-// array[0]). Needs C++20 and a standard library that has the header format; nothing else of the library includes this
-// header.
+// array[0]). Needs C++20 and a standard library that has the header format; nothing else of the library
+// includes this header.
 #pragma once
 
 #include <vexa/interop/detail/FormatText.hpp>
@@ -10,7 +10,7 @@
 
 /// @cond formatters are found by the library alone
 /// Writes what `std::cout` does; `{:.N}` for N significant digits.
-/// @throws std::format_error for any other specification; index errors; errors of the back-end
+/// @throws std::format_error for anything else behind the colon; index errors; errors of the back-end
 template <class T>
 requires vexa::interop::detail::isPrintable<T>
 struct std::formatter<T, char> {

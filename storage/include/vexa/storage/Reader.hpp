@@ -24,14 +24,14 @@ struct VariableDescription {
     std::uint64_t size;                   ///< of its value in the file, in bytes
 };
 
-/// A file with variables, or several files that were put one behind the other. Opening it reads the list of the variables and
-/// nothing else. Copies share the open file. All members may be called on several threads at once, with the one exception
-/// of variables with objects of one class (docs/threads.md).
+/// A file with variables, or several files that were put one behind the other. Opening it reads the list of
+/// the variables and nothing else. Copies share the open file. All members may be called on several threads
+/// at once, with the one exception of variables with objects of one class (docs/threads.md).
 ///
 /// Of a hostile file nothing worse comes than an Error: every length is compared with the bytes that are
 /// there before memory is asked for. Numeric arrays take what they take in the file, or nothing when they are
-/// mapped; texts at most twice that. Every array takes an object besides, of some hundred bytes, also one that
-/// is a single byte in the file: a number in a cell, a list in a list.
+/// mapped; texts at most twice that. Every array takes an object besides, of some hundred bytes, also one
+/// that is a single byte in the file: a number in a cell, a list in a list.
 class VEXADATA_API Reader {
 public:
     /// Opens a file. One that cannot be mapped, such as a pipe, is read to its end.

@@ -1,9 +1,10 @@
 // Saving arrays and loading them again, in one call. For single variables of large files: Reader.hpp; for one
-// variable after the other: Writer.hpp. The format is CBOR (RFC 8949) with the arrays of RFC 8746; docs/format.md
-// describes it.
+// variable after the other: Writer.hpp. The format is CBOR (RFC 8949) with the arrays of RFC 8746;
+// docs/format.md describes it.
 //
 // Every function throws Error, std::bad_alloc and errors of the back-end. Calls on different files may run on
-// different threads. Arrays of objects ask for their class information, which two threads must not do at once for one class
+// different threads. Arrays of objects ask for their class information, which two threads must not do at once
+// for one class
 // (docs/threads.md).
 #pragma once
 
@@ -51,15 +52,15 @@ struct Variable {
 /// The name under which `save` puts a single array.
 inline constexpr const char* singleName = "array";
 
-/// Writes a file with one array, or with several, in place of the file that has the name. Atomic: the bytes go
-/// to a new file in the same folder, which gets the name when they are safely on the disk; until then, and when
-/// this throws, what had the name stays as it was. A crash may leave the new file behind, whose name begins with a
-/// dot and ends in ".part".
+/// Writes a file with one array, or with several, in place of the file that has the name. Atomic: the bytes
+/// go to a new file in the same folder, which gets the name when they are safely on the disk; until then, and
+/// when this throws, what had the name stays as it was. A crash may leave the new file behind, whose name
+/// begins with a dot and ends in ".part".
 ///
 /// Parts that an array shares with itself, and arrays that are several variables, are written once and shared
 /// again when they are loaded.
-/// @throws Error for handle objects, which live in an engine, for two variables of one name, and when the name is not that of
-/// a regular file
+/// @throws Error for handle objects, which live in an engine, for two variables of one name, and when the
+/// name is not that of a regular file
 VEXADATA_API void save(const std::filesystem::path& path, const foundation::vexadata::Array& array);
 VEXADATA_API void save(const std::filesystem::path& path, const std::vector<Variable>& variables);
 /// The same bytes to a stream, which must be in binary mode. On an error the stream has a part of them.

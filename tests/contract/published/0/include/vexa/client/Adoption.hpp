@@ -54,7 +54,7 @@ struct DeleteVector {
     void operator()(std::vector<T>* values) const noexcept { delete values; }
 };
 
-/// The vector that an array lies in, which nobody else looks at; null for all other arrays.
+/// Who keeps the elements alive of an array that no other handle shares; null for all other arrays.
 VEXADATA_API std::shared_ptr<void> ownerOf(const foundation::vexadata::Array& array);
 
 /// @throws InvalidBufferException unless there are `count` elements
